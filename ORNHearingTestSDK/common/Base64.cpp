@@ -1,0 +1,53 @@
+#include <algorithm>
+
+#include <openssl/evp.h>
+
+#include <ORNHearingTestSDK/common/Base64.h>
+
+namespace orn {
+namespace {
+
+// OpenSSL counts in int: long inputs go through it in slices of whole groups.
+constexpr std::size_t groupsAtOnce = 1 << 20;
+constexpr std::size_t bytesInGroup = 3, charactersInGroup = 4;
+
+constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+std::size_t paddingLength(std::string_view text) { return text.ends_with("==") ? 2 : text.ends_with('=') ? 1 : 0; }
+
+bool isWellFormed(std::string_view text) {
+  if (text.size() % charactersInGroup != 0) return false;
+  text.remove_suffix(paddingLength(text));
+  return text.find_first_not_of(alphabet) == std::string_view::npos;
+}
+
+}  // namespace
+
+std::optional<Bytes> decodeBase64(std::string_view text) {
+  if (!isWellFormed(text)) return std::nullopt;
+  Bytes bytes(text.size() / charactersInGroup * bytesInGroup);
+  auto* to = bytes.data();
+  for (auto rest = text; !rest.empty();) {
+    const auto slice = rest.substr(0, groupsAtOnce * charactersInGroup);
+    const int written =
+        EVP_DecodeBlock(to, reinterpret_cast<const unsigned char*>(slice.data()), static_cast<int>(slice.size()));
+    if (written < 0) return std::nullopt;
+    to += written;
+    rest.remove_prefix(slice.size());
+  }
+  bytes.resize(bytes.size() - paddingLength(text));  // EVP_DecodeBlock counts padding as zero bytes
+  return bytes;
+}
+
+std::string encodeBase64(std::span<const std::uint8_t> bytes) {
+  std::string text((bytes.size() + bytesInGroup - 1) / bytesInGroup * charactersInGroup, '\0');
+  auto* to = reinterpret_cast<unsigned char*>(text.data());
+  while (!bytes.empty()) {
+    const auto slice = bytes.first(std::min(bytes.size(), groupsAtOnce * bytesInGroup));
+    to += EVP_EncodeBlock(to, slice.data(), static_cast<int>(slice.size()));
+    bytes = bytes.subspan(slice.size());
+  }
+  return text;
+}
+
+}  // namespace orn

@@ -1,0 +1,29 @@
+#include <ORNHearingTestSDK/common/DefaultsReading.h>
+
+#include <limits>
+
+#include <ORNHearingTestSDK/common/NumericText.h>
+
+namespace orn {
+namespace {
+
+struct AsInteger {
+  std::int64_t operator()(bool value) const { return value ? 1 : 0; }
+  std::int64_t operator()(std::int64_t value) const { return value; }
+  std::int64_t operator()(const std::string& value) const { return integerValue(std::string_view(value)); }
+  std::int64_t operator()(std::chrono::system_clock::time_point) const { return 0; }
+  std::int64_t operator()(double value) const {
+    constexpr double limit = 9223372036854775808.0;  // 2^63
+    if (value >= limit) return std::numeric_limits<std::int64_t>::max();
+    if (value < -limit) return std::numeric_limits<std::int64_t>::min();
+    return value == value ? static_cast<std::int64_t>(value) : 0;
+  }
+};
+
+}  // namespace
+
+std::int64_t integerValue(const std::optional<DefaultsValue>& value) {
+  return value ? std::visit(AsInteger{}, *value) : 0;
+}
+
+}  // namespace orn

@@ -1,0 +1,65 @@
+#include <cmath>
+#include <limits>
+
+#include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/common/JsonReading.h>
+#include <ORNHearingTestSDK/common/NumericText.h>
+
+namespace orn {
+namespace {
+
+using nlohmann::json;
+
+constexpr auto highest = std::numeric_limits<std::int64_t>::max();
+constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
+
+std::int64_t saturated(double value) {
+  constexpr double limit = 9223372036854775808.0;  // 2^63
+  if (std::isnan(value)) return 0;
+  if (value >= limit) return highest;
+  return value < -limit ? lowest : static_cast<std::int64_t>(value);
+}
+
+std::int64_t saturated(std::uint64_t value) {
+  return value > static_cast<std::uint64_t>(highest) ? highest : static_cast<std::int64_t>(value);
+}
+
+}  // namespace
+
+const json& jsonMember(const json& object, const char* key) {
+  static const json none;
+  if (!object.is_object()) return none;
+  const auto found = object.find(key);
+  return found == object.end() ? none : *found;
+}
+
+std::int64_t jsonInteger(const json& value) {
+  switch (value.type()) {
+    case json::value_t::boolean:
+      return value.get<bool>() ? 1 : 0;
+    case json::value_t::number_integer:
+      return value.get<std::int64_t>();
+    case json::value_t::number_unsigned:
+      return saturated(value.get<std::uint64_t>());
+    case json::value_t::number_float:
+      return saturated(value.get<double>());
+    case json::value_t::string:
+      return integerValue(value.get_ref<const std::string&>());
+    default:
+      return 0;
+  }
+}
+
+bool jsonBool(const json& value) {
+  if (value.is_string()) return boolValue(value.get_ref<const std::string&>());
+  if (value.is_number_float()) return value.get<double>() != 0;
+  return jsonInteger(value) != 0;
+}
+
+std::optional<std::string> jsonText(const json& value) {
+  if (!value.is_string()) return std::nullopt;
+  return value.get_ref<const std::string&>();
+}
+
+}  // namespace orn

@@ -1,0 +1,75 @@
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+#include <ORNHearingTestSDK/common/NumericText.h>
+
+namespace orn {
+namespace {
+
+constexpr std::string_view digits = "0123456789";
+
+struct SignedText {
+  bool negative;
+  std::string_view rest;
+};
+
+SignedText withoutSpaceAndSign(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  return {negative, text};
+}
+
+template <typename Integer>
+Integer leadingInteger(std::string_view text) {
+  auto [negative, rest] = withoutSpaceAndSign(text);
+  if (rest.starts_with('-')) return 0;  // a second sign, which from_chars would take
+  // The sign goes back on, because the lowest integer has no positive counterpart.
+  if (negative) rest = {rest.data() - 1, rest.size() + 1};
+  Integer value = 0;
+  const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), value);
+  if (error != std::errc::result_out_of_range) return value;
+  return negative ? std::numeric_limits<Integer>::min() : std::numeric_limits<Integer>::max();
+}
+
+bool beginsNumber(std::string_view text) {
+  if (text.starts_with('.')) text.remove_prefix(1);
+  return !text.empty() && digits.find(text.front()) != std::string_view::npos;
+}
+
+/// Tells overflow from underflow, which from_chars reports alike: the power of ten of the first digit that counts.
+double outOfRangeValue(std::string_view number) {
+  const auto mantissa = number.substr(0, number.find_first_of("eE"));
+  const auto exponent = mantissa.size() < number.size() ? integerValue(number.substr(mantissa.size() + 1)) : 0;
+  const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
+  const auto first = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
+  return exponent > first - point ? HUGE_VAL : 0.0;
+}
+
+}  // namespace
+
+std::int32_t intValue(std::string_view text) { return leadingInteger<std::int32_t>(text); }
+
+std::int64_t integerValue(std::string_view text) { return leadingInteger<std::int64_t>(text); }
+
+double doubleValue(std::string_view text) {
+  const auto [negative, rest] = withoutSpaceAndSign(text);
+  if (!beginsNumber(rest)) return 0;
+  double value = 0;
+  const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), value);
+  if (error == std::errc::result_out_of_range) value = outOfRangeValue({rest.data(), end});
+  return negative ? -value : value;
+}
+
+float floatValue(std::string_view text) { return static_cast<float>(doubleValue(text)); }
+
+bool boolValue(std::string_view text) {
+  const auto rest = withoutSpaceAndSign(text).rest;
+  const auto next = rest.find_first_not_of('0');
+  return next != std::string_view::npos && std::string_view("YyTt123456789").find(rest[next]) != std::string_view::npos;
+}
+
+}  // namespace orn

@@ -1,0 +1,40 @@
+#include <ORNHearingTestSDK/engine/HearingTestGrid.h>
+
+#include <utility>
+
+namespace orn {
+
+HearingTestColumn makeColumn(const ColumnLayout& layout) {
+  HearingTestColumn column;
+  std::shared_ptr<ORNHearingTestItem> quieter;
+  for (int row = 0; row < layout.rows; ++row) {
+    auto item = std::make_shared<ORNHearingTestItem>();
+    item->setPoint({layout.x, static_cast<double>(row)});
+    item->setHzValue(layout.hzValue);
+    item->setDbValue(std::to_string(layout.lowestLevel + 5 * row) + "db");
+    item->setPan(layout.pan);
+    if (quieter) {
+      item->setPrevItem(quieter);
+      quieter->setNextItem(item);
+    }
+    quieter = column[row] = std::move(item);
+  }
+  return column;
+}
+
+HearingTestGrid makeGrid(const std::vector<std::string>& hzs, bool isLeft) {
+  HearingTestGrid grid;
+  for (std::size_t x = 0; x < hzs.size(); ++x) {
+    grid[hzs[x]] = makeColumn({.x = static_cast<double>(x), .hzValue = hzs[x], .pan = isLeft ? -1.0F : 1.0F});
+  }
+  return grid;
+}
+
+std::shared_ptr<ORNHearingTestItem> itemAt(const HearingTestGrid& grid, const std::string& hz, int row) {
+  const auto column = grid.find(hz);
+  if (column == grid.end()) return nullptr;
+  const auto item = column->second.find(row);
+  return item == column->second.end() ? nullptr : item->second;
+}
+
+}  // namespace orn

@@ -1,0 +1,67 @@
+#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
+
+#include <utility>
+
+#include <ORNHearingTestSDK/audio/AudioRoute.h>
+#include <ORNHearingTestSDK/engine/ORNAutoHearingTest.h>
+#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/engine/ORNStandardHearingTest.h>
+#include <ORNHearingTestSDK/platform/AudioSession.h>
+#include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/results/ResultSubmission.h>
+
+namespace orn {
+
+ORNHearingTest::ORNHearingTest() = default;
+ORNHearingTest::~ORNHearingTest() = default;
+
+std::shared_ptr<ORNHearingTest> ORNHearingTest::initWithTestType(std::int32_t testType) {
+  switch (testType) {
+    case 2:
+      return ORNStandardHearingTest::init();
+    case 1:
+      return ORNManualHearingTest::init();
+    default:
+      return ORNAutoHearingTest::init();
+  }
+}
+
+void ORNHearingTest::setupNotifications() {
+  observer_ = std::make_shared<AudioSessionObserver>();
+  observer_->routeChange = [this](std::int32_t reason) { handleRouteChangeNotification(reason); };
+  observer_->interruption = [this](std::int32_t type) { handleInterruptionNotification(type); };
+  Platform::current().audioSession->addObserver(observer_);
+}
+
+void ORNHearingTest::handleInterruptionNotification(std::int32_t type) {
+  if (type == kAudioSessionInterruptionTypeEnded) config();
+}
+
+void ORNHearingTest::handleRouteChangeNotification(std::int32_t /*reason*/) {}
+
+void ORNHearingTest::setNosiseValue(std::optional<double> /*nosiseValue*/) {}
+void ORNHearingTest::setLogEnable(bool /*enabled*/) {}
+float ORNHearingTest::getTestProgress() const { return 0; }
+void ORNHearingTest::setTestHzs(std::vector<std::string> /*hzs*/) {}
+void ORNHearingTest::startTest(bool /*isLeft*/) {}
+void ORNHearingTest::pauseTest() {}
+void ORNHearingTest::continueTest() {}
+bool ORNHearingTest::isTestLeft() const { return true; }
+void ORNHearingTest::listened() {}
+std::optional<EarResult> ORNHearingTest::getTestResult(bool /*isLeft*/) const { return std::nullopt; }
+void ORNHearingTest::playAtHz(const std::string& /*hz*/, const std::string& /*db*/) {}
+
+void ORNHearingTest::config() { AudioRoute::config(); }
+void ORNHearingTest::configAudioSession() { AudioRoute::configAudioSession(); }
+void ORNHearingTest::configAudioSessionToPlayAndRecord() { AudioRoute::configAudioSessionToPlayAndRecord(); }
+bool ORNHearingTest::hasHeadset() { return AudioRoute::hasHeadset(); }
+std::optional<std::string> ORNHearingTest::getKV50Mac() { return AudioRoute::getKV50Mac(); }
+std::string ORNHearingTest::platform() { return AudioRoute::platform(); }
+
+void ORNHearingTest::listenTestWithLeft(EarResult left, EarResult right, std::optional<std::string> earPlugModel,
+                                        CompletionHandler completion) {
+  ResultSubmission::listenTestWithLeft(std::move(left), std::move(right), std::move(earPlugModel),
+                                       std::move(completion));
+}
+
+}  // namespace orn

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <ORNHearingTestSDK/common/EarResult.h>
+#include <ORNHearingTestSDK/engine/ORNHearingTestDelegate.h>
+#include <ORNHearingTestSDK/platform/URLSession.h>
+
+namespace orn {
+
+struct AudioSessionObserver;
+
+/// A hearing test as its host drives it, and the library's class-level front.
+///
+/// A session is used on the main thread alone, which runs the platform's loop; only the audio thread enters it besides,
+/// for samples. No operation reports an error; one that does not fit the session's state acts as far as it can. The
+/// order of a test: initWithTestType, setDelegate, calibration, setTestHzs, startTest for one ear, listened at each
+/// tone heard, startTest for the other ear on oneEarCompleteWithResult.
+///
+/// In this class every operation of an instance is a stub; the classes derived from it hold the behaviour.
+class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearingTest> {
+ public:
+  using CompletionHandler = std::function<void(std::optional<Error>)>;
+
+  /// A new session: 1 a manual test, 2 a standard test, anything else an automatic test. It observes neither
+  /// interruptions nor route changes; a host that wants to pause on a lost device observes those itself.
+  static std::shared_ptr<ORNHearingTest> initWithTestType(std::int32_t testType);
+
+  virtual ~ORNHearingTest();
+  ORNHearingTest(const ORNHearingTest&) = delete;
+  ORNHearingTest& operator=(const ORNHearingTest&) = delete;
+
+  /// Not owned.
+  std::shared_ptr<ORNHearingTestDelegate> delegate() const { return delegate_.lock(); }
+  void setDelegate(std::weak_ptr<ORNHearingTestDelegate> delegate) { delegate_ = std::move(delegate); }
+
+  /// Model of the earphones in use; goes with the result when no audiometer is in use.
+  const std::optional<std::string>& earPlugModel() const { return earPlugModel_; }
+  void setEarPlugModel(std::optional<std::string> earPlugModel) { earPlugModel_ = std::move(earPlugModel); }
+
+  /// Dropped, in every session.
+  virtual void setNosiseValue(std::optional<double> nosiseValue);
+
+  /// Changes nothing: the library writes no log.
+  virtual void setLogEnable(bool enabled);
+
+  /// Progress of the current ear, normally 0 to 1; above 1 from the retest of the standard test to the ear's end.
+  virtual float getTestProgress() const;
+
+  /// The frequency keys in test order, such as "1000hz". Call it before the first tone. A key that repeats counts once.
+  virtual void setTestHzs(std::vector<std::string> hzs);
+
+  /// Starts one ear: true left, false right.
+  virtual void startTest(bool isLeft);
+  virtual void pauseTest();
+  virtual void continueTest();
+
+  /// The ear under test.
+  virtual bool isTestLeft() const;
+
+  /// The user has pressed.
+  virtual void listened();
+
+  /// The thresholds of one ear so far; nothing from this class itself.
+  virtual std::optional<EarResult> getTestResult(bool isLeft) const;
+
+  /// Presents one cell of the grid, such as "1000hz" and "40db" or "40". A cell that is not there changes nothing.
+  virtual void playAtHz(const std::string& hz, const std::string& db);
+
+  /// Makes this instance observe the audio session. Sessions from the factory don't.
+  void setupNotifications();
+
+  /// Sets the audio session up again when an interruption has ended (type 0); the test itself takes no notice.
+  void handleInterruptionNotification(std::int32_t type);
+  void handleRouteChangeNotification(std::int32_t reason);
+
+  // Class operations that other units own.
+
+  /// AudioRoute::config.
+  static void config();
+  static void configAudioSession();
+  static void configAudioSessionToPlayAndRecord();
+  static bool hasHeadset();
+  static std::optional<std::string> getKV50Mac();
+  static std::string platform();
+
+  /// ResultSubmission::listenTestWithLeft.
+  static void listenTestWithLeft(EarResult left, EarResult right, std::optional<std::string> earPlugModel,
+                                 CompletionHandler completion);
+
+ protected:
+  ORNHearingTest();
+
+  /// A delegate's operation, which is empty if there is no delegate or it does not implement it. A copy, since the
+  /// call may let go of the delegate.
+  template <class Operation>
+  Operation delegateOperation(Operation ORNHearingTestDelegate::* operation) const {
+    const auto told = delegate_.lock();
+    return told ? (*told).*operation : Operation{};
+  }
+
+  template <class Operation, class... Arguments>
+  void tellDelegate(Operation ORNHearingTestDelegate::* operation, const Arguments&... arguments) {
+    if (const Operation told = delegateOperation(operation)) told(*this, arguments...);
+  }
+
+ private:
+  std::weak_ptr<ORNHearingTestDelegate> delegate_;
+  std::optional<std::string> earPlugModel_;
+  std::shared_ptr<AudioSessionObserver> observer_;
+};
+
+}  // namespace orn

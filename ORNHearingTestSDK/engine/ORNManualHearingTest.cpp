@@ -1,0 +1,223 @@
+#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include <ORNHearingTestSDK/audio/ORNPlayer.h>
+#include <ORNHearingTestSDK/calibration/LevelMapping.h>
+#include <ORNHearingTestSDK/common/NumericText.h>
+
+namespace orn {
+namespace {
+
+const std::vector<std::string> kDefaultHzs{"1000hz", "2000hz", "4000hz", "8000hz", "500hz", "250hz", "125hz"};
+
+/// How far a cell is through its ear, whatever the number of frequencies; every other row counts as a fixed bit.
+double progressAt(GridPoint point, std::int32_t startY) {
+  const double column = point.x / 7;
+  if (static_cast<std::int32_t>(point.y) % 2 != startY % 2) return column + 0.1285714285714286;
+  return column + std::abs(point.y - startY) * 0.0625 / 7;
+}
+
+}  // namespace
+
+ORNManualHearingTest::ORNManualHearingTest() = default;
+
+std::shared_ptr<ORNManualHearingTest> ORNManualHearingTest::init() {
+  struct Made : ORNManualHearingTest {};
+  return std::make_shared<Made>();
+}
+
+std::vector<std::string> ORNManualHearingTest::hzs() {
+  if (hzs_.empty()) hzs_ = kDefaultHzs;
+  return hzs_;
+}
+
+void ORNManualHearingTest::setTestHzs(std::vector<std::string> hzs) {
+  // A key that came twice would have no way to a column after it.
+  std::vector<std::string> once;
+  for (std::string& hz : hzs) {
+    if (std::find(once.begin(), once.end(), hz) == once.end()) once.push_back(std::move(hz));
+  }
+  setHzs(std::move(once));
+}
+
+HearingTestGrid& ORNManualHearingTest::manageLeftDictory() {
+  if (!manageLeftDictory_) manageLeftDictory_ = makeGrid(hzs(), true);
+  return *manageLeftDictory_;
+}
+
+HearingTestGrid& ORNManualHearingTest::manageRightDictory() {
+  if (!manageRightDictory_) manageRightDictory_ = makeGrid(hzs(), false);
+  return *manageRightDictory_;
+}
+
+void ORNManualHearingTest::setCurrentItem(Item item) { stream_.setCurrentItem(std::move(item)); }
+
+std::span<const std::uint8_t> ORNManualHearingTest::playerGetData() { return stream_.nextBlock(); }
+
+void ORNManualHearingTest::addItem(const Item& item, std::vector<Item>& forArray) {
+  const auto sameColumn = [&](const Item& one) { return one->point().x == item->point().x; };
+  if (const auto old = std::find_if(forArray.begin(), forArray.end(), sameColumn); old != forArray.end()) {
+    *old = item;
+    return;
+  }
+  forArray.push_back(item);
+  std::sort(forArray.begin(), forArray.end(),
+            [](const Item& a, const Item& b) { return a->point().x < b->point().x; });
+}
+
+void ORNManualHearingTest::startTest(bool isLeft) {
+  ORNHearingTest::startTest(isLeft);
+  ++earsStarted_;
+  isLeft_ = isLeft;
+  per_ = 0;
+  resultArray(isLeft).clear();
+  if (!usesAudiometer()) return;
+  const auto player = Player::shareInstance();
+  player->setDataSouce(self<PlayerGetDataSouce>(this));
+  player->start();
+}
+
+void ORNManualHearingTest::pauseTest() {
+  ORNHearingTest::pauseTest();
+  if (usesAudiometer()) {
+    Player::shareInstance()->pause();
+  } else if (currentItem()) {
+    currentItem()->stop();
+  }
+}
+
+void ORNManualHearingTest::continueTest() {
+  if (usesAudiometer()) Player::shareInstance()->play();
+  ORNHearingTest::continueTest();
+}
+
+void ORNManualHearingTest::playAtHz(const std::string& hz, const std::string& db) {
+  const auto alive = shared_from_this();
+  if (!usesAudiometer() && currentItem()) currentItem()->stop();
+  // Through 64 bits, so that no level overflows; the division cuts towards zero, so 12 dB is row 0.
+  const std::int64_t row = (std::int64_t{intValue(db)} - 15) / 5;
+  testItem(itemAt(currentGrid(), hz, static_cast<int>(row)));
+}
+
+void ORNManualHearingTest::testItem(const Item& item) {
+  if (!item) return;
+  const auto alive = shared_from_this();
+  if (currentItem()) currentItem()->stop();
+  prepareAmplitude(item);
+  setCurrentItem(item);
+  const auto volume = startTone(item);
+  isCurrentToneMissing_ = !volume;
+  if (!volume) {
+    pauseTest();
+    tellDelegate(&ORNHearingTestDelegate::calibrationMissing, isLeft_);
+    return;
+  }
+  raiseProgress(progressAt(item->point(), startY_));
+  tellDelegate(&ORNHearingTestDelegate::willTestAtHz, item->hzValue(), item->dbValue(), *volume, isLeft_);
+}
+
+void ORNManualHearingTest::prepareAmplitude(const Item& item) {
+  if (!item || !usesAudiometer()) return;
+  // The level comes from the row and not from dbValue; on the retest scale that is 20 dB more, and is meant.
+  const auto level = static_cast<std::int32_t>(item->point().y * 5.0 + 15.0);
+  item->setZhenfu(static_cast<float>(getKV50CorrectXByEar(isLeft_, *KV50MAC_, level, item->hzValue())));
+}
+
+std::optional<float> ORNManualHearingTest::startTone(const Item& item) {
+  if (!usesAudiometer()) return startEarphoneTone(item);
+  Player::shareInstance()->play();
+  return item->zhenfu();
+}
+
+std::optional<float> ORNManualHearingTest::startEarphoneTone(const Item& item) {
+  const std::int32_t hz = intValue(item->hzValue());
+  const std::int32_t level = intValue(item->dbValue());
+  const auto gain = earphoneGain((isLeft_ ? leftVolume_ : rightVolue_).get(), hz, level);
+  if (!gain) return std::nullopt;
+  // The player is shared by many items, so pan and gain are set for each tone; the side asked for here is overruled.
+  item->setPlayer(ORNPlayer::shareInstance()->playerWithHzValue(static_cast<std::uint64_t>(hz), level, false));
+  const auto volume = static_cast<float>(*gain);
+  if (const auto& player = item->player()) {
+    player->setPan(item->pan());
+    player->setVolume(volume);
+    player->play();
+  }
+  return volume;
+}
+
+void ORNManualHearingTest::raiseProgress(double progress) { per_ = std::max(per_, static_cast<float>(progress)); }
+
+double ORNManualHearingTest::getKV50CorrectXByEar(bool /*isLeft*/, const std::string& /*mac*/, std::int32_t db,
+                                                  const std::string& hz) const {
+  return audiometerAmplitude(ab_.get(), aabb_.get(), xxyy_.get(), db, hz);
+}
+
+void ORNManualHearingTest::listened() {
+  if (!currentItem() || isCurrentToneMissing_) return;
+  const auto alive = shared_from_this();
+  const Item item = currentItem();
+  item->setHearStatus(1);
+  if (usesAudiometer()) {
+    item->setNeedStop(true);  // never set back: the item stays silent for the rest of the session
+  } else {
+    item->stop();
+  }
+  targetItem(item);
+}
+
+void ORNManualHearingTest::targetItem(const Item& item) {
+  if (!item) return;
+  const auto alive = shared_from_this();
+  addItem(item, resultArray(isLeft_));
+  if (const auto told = delegateOperation(&ORNHearingTestDelegate::willSelectedAtHz)) {
+    // Without a delegate that is told, the progress stays as it is here.
+    const auto columns = static_cast<double>(hzs().size());
+    raiseProgress(item->point().x / columns + 1 / columns);
+    told(*this, item->hzValue(), item->dbValue(), isLeft_);
+  }
+  if (isOneComplete()) {
+    per_ = 1;
+    callOneComplete();
+  }
+  if (isTestComplete()) {
+    per_ = 1;
+    callAllComplete();
+  }
+}
+
+bool ORNManualHearingTest::isOneComplete() {
+  return resultArray(isLeft_).size() == hzs().size() && resultArray(!isLeft_).empty();
+}
+
+bool ORNManualHearingTest::isTestComplete() {
+  return resultArray(true).size() == hzs().size() && resultArray(false).size() == hzs().size();
+}
+
+void ORNManualHearingTest::callOneComplete() {
+  const auto alive = shared_from_this();
+  pauseTest();
+  tellDelegate(&ORNHearingTestDelegate::oneEarCompleteWithResult, *getTestResult(isLeft_), isLeft_);
+}
+
+void ORNManualHearingTest::callAllComplete() {
+  const auto alive = shared_from_this();
+  pauseTest();
+  tellDelegate(&ORNHearingTestDelegate::completeWithLeftResult, *getTestResult(true), *getTestResult(false));
+  // An audiometer's result carries its address in the model's place.
+  listenTestWithLeft(*getTestResult(true), *getTestResult(false), usesAudiometer() ? KV50MAC_ : earPlugModel(),
+                     [](const std::optional<Error>&) {});
+}
+
+std::optional<EarResult> ORNManualHearingTest::getTestResult(bool isLeft) const {
+  EarResult result;
+  for (const Item& item : isLeft ? leftEarTestResultArray_ : rightEarTestResultArray_) {
+    const std::string& level = item->dbValue();
+    result[item->hzValue()] = level.substr(0, level.size() < 2 ? 0 : level.size() - 2);
+  }
+  return result;
+}
+
+}  // namespace orn

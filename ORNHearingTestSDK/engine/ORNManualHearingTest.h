@@ -1,0 +1,146 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <ORNHearingTestSDK/audio/Player.h>
+#include <ORNHearingTestSDK/engine/HearingTestGrid.h>
+#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
+#include <ORNHearingTestSDK/engine/ToneStream.h>
+
+namespace orn {
+
+class ORNDeviceVolumeIOS;
+
+/// The manual test, and the engine under the timed ones: it starts and stops tones on either output path, keeps the
+/// thresholds, and knows when an ear and the test are complete. As a manual test, playAtHz() presents a tone and
+/// listened() makes it the threshold of its frequency.
+///
+/// With KV50MAC set, tones go to the audiometer as a stream of samples; without it, to earphones by looping recordings.
+class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetDataSouce {
+ public:
+  using Item = std::shared_ptr<ORNHearingTestItem>;
+  using Record = std::shared_ptr<const ORNDeviceVolumeIOS>;
+
+  static std::shared_ptr<ORNManualHearingTest> init();
+
+  float getTestProgress() const override { return per_; }
+  void setTestHzs(std::vector<std::string> hzs) override;
+  void startTest(bool isLeft) override;
+  void pauseTest() override;
+  void continueTest() override;
+  bool isTestLeft() const override { return isLeft_; }
+  void listened() override;
+  std::optional<EarResult> getTestResult(bool isLeft) const override;
+  void playAtHz(const std::string& hz, const std::string& db) override;
+
+  /// Presents an item: maps its level, starts the tone, raises the progress, tells the delegate. An absent item
+  /// changes nothing, not even the tone that sounds.
+  virtual void testItem(const Item& item);
+
+  /// Settles an item as the threshold of its frequency and completes the ear or the test if it was the last.
+  virtual void targetItem(const Item& item);
+
+  /// The current ear has all its thresholds and the other one none.
+  bool isOneComplete();
+  /// Both ears have all their thresholds.
+  bool isTestComplete();
+  void callOneComplete();
+  void callAllComplete();
+
+  /// Amplitude of a level in dB HL at a frequency key, 0 to 1, from the three audiometer records; neither the ear nor
+  /// the address enters it. A missing record counts as zeros.
+  double getKV50CorrectXByEar(bool isLeft, const std::string& mac, std::int32_t db, const std::string& hz) const;
+
+  /// The frequency keys in test order. Where none are set these are the seven, from 1000 Hz up and then down.
+  virtual std::vector<std::string> hzs();
+  void setHzs(std::vector<std::string> hzs) { hzs_ = std::move(hzs); }
+
+  /// The grids, made from hzs() at their first read and never again; the items remember what they went through.
+  HearingTestGrid& manageLeftDictory();
+  HearingTestGrid& manageRightDictory();
+
+  /// Settled thresholds, at most one for each column, by column.
+  const std::vector<Item>& leftEarTestResultArray() const { return leftEarTestResultArray_; }
+  const std::vector<Item>& rightEarTestResultArray() const { return rightEarTestResultArray_; }
+
+  /// Puts an item in the place of the one with the same column, or in its own by column.
+  static void addItem(const Item& item, std::vector<Item>& forArray);
+
+  const Item& currentItem() const { return stream_.currentItem(); }
+  const Item& lastTestItem() const { return stream_.lastTestItem(); }
+  void setCurrentItem(Item item);
+
+  bool isLeft() const { return isLeft_; }
+  float per() const { return per_; }
+  std::int32_t startY() const { return startY_; }
+
+  /// The audiometer's address; its presence decides the output path of every step.
+  const std::optional<std::string>& KV50MAC() const { return KV50MAC_; }
+  void setKV50MAC(std::optional<std::string> KV50MAC) { KV50MAC_ = std::move(KV50MAC); }
+
+  /// Calibration of the earphones by ear, and of the audiometer: its own record and the two reference ones.
+  const Record& leftVolume() const { return leftVolume_; }
+  void setLeftVolume(Record record) { leftVolume_ = std::move(record); }
+  const Record& rightVolue() const { return rightVolue_; }
+  void setRightVolue(Record record) { rightVolue_ = std::move(record); }
+  const Record& ab() const { return ab_; }
+  void setAb(Record record) { ab_ = std::move(record); }
+  const Record& aabb() const { return aabb_; }
+  void setAabb(Record record) { aabb_ = std::move(record); }
+  const Record& xxyy() const { return xxyy_; }
+  void setXxyy(Record record) { xxyy_ = std::move(record); }
+
+  /// Any thread, one at a time; see PlayerGetDataSouce. Always a full block.
+  std::span<const std::uint8_t> playerGetData() override;
+
+ protected:
+  ORNManualHearingTest();
+
+  /// This session as its own class, held alive.
+  template <class Session>
+  std::shared_ptr<Session> self(Session* session) {
+    return {shared_from_this(), session};
+  }
+
+  bool usesAudiometer() const { return KV50MAC_.has_value(); }
+  HearingTestGrid& currentGrid() { return isLeft_ ? manageLeftDictory() : manageRightDictory(); }
+  void setIsLeft(bool isLeft) { isLeft_ = isLeft; }
+
+  /// How often startTest() has been called.
+  int earsStarted() const { return earsStarted_; }
+
+  /// Gives an item its amplitude for the audiometer path, so that the stream never meets a tone of this moment without
+  /// one. Nothing on the earphone path or for an absent item.
+  void prepareAmplitude(const Item& item);
+
+  /// The tone of the current item could not be started: it must be tried again, never judged.
+  bool isCurrentToneMissing() const { return isCurrentToneMissing_; }
+
+ private:
+  std::vector<Item>& resultArray(bool isLeft) { return isLeft ? leftEarTestResultArray_ : rightEarTestResultArray_; }
+  std::optional<float> startTone(const Item& item);
+  std::optional<float> startEarphoneTone(const Item& item);
+  void raiseProgress(double progress);
+
+  std::vector<std::string> hzs_;
+  std::optional<HearingTestGrid> manageLeftDictory_;
+  std::optional<HearingTestGrid> manageRightDictory_;
+  std::vector<Item> leftEarTestResultArray_;
+  std::vector<Item> rightEarTestResultArray_;
+  ToneStream stream_;
+  bool isLeft_ = false;
+  int earsStarted_ = 0;
+  bool isCurrentToneMissing_ = false;
+  float per_ = 0;
+  const std::int32_t startY_ = 0;
+  std::optional<std::string> KV50MAC_;
+  Record leftVolume_, rightVolue_;
+  Record ab_, aabb_, xxyy_;
+};
+
+}  // namespace orn

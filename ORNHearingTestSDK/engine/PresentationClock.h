@@ -1,0 +1,36 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+
+namespace orn {
+
+/// The clock of a timed test: a repeating timer whose interval is the time that each tone gets. Main thread.
+class ORN_EXPORT PresentationClock {
+ public:
+  /// From a settled threshold to the next frequency's tone.
+  static constexpr std::chrono::seconds untilNextFrequency{1};
+
+  /// Time of a presentation in seconds: the user default "BOFANGSHICHANG" where it is above 4, else 4.
+  static std::int32_t getPlayTime();
+
+  /// The timer, made with the action if there is none. The action holds the session, so the session lives until end().
+  const std::shared_ptr<Timer>& autoPlayTimer(const RunLoop::Action& timerUpdate);
+
+  void tickAfterPlayTime(const RunLoop::Action& timerUpdate);
+  void tickNow(const RunLoop::Action& timerUpdate);
+  void park(const RunLoop::Action& timerUpdate);
+
+  /// Ends the timer for good; the next operation makes a new one.
+  void end();
+
+  bool isRunning() const { return autoPlayTimer_ != nullptr; }
+
+ private:
+  std::shared_ptr<Timer> autoPlayTimer_;
+};
+
+}  // namespace orn

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include <ORNHearingTestSDK/platform/Export.h>
+
+namespace orn {
+
+/// What this machine and this application are. Every text may be empty. Any thread.
+class ORN_EXPORT Device {
+ public:
+  virtual ~Device() = default;
+
+  /// The hardware model, the system value "hw.machine".
+  virtual std::string machine() const = 0;
+  virtual std::string systemVersion() const = 0;
+  virtual std::string applicationIdentifier() const = 0;
+  virtual std::string applicationVersion() const = 0;
+};
+
+}  // namespace orn

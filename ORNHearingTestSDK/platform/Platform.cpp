@@ -1,0 +1,46 @@
+#include <ORNHearingTestSDK/platform/Platform.h>
+
+#include <optional>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/PerPlatform.h>
+
+namespace orn {
+namespace {
+
+std::optional<Platform>& slot() {
+  static std::optional<Platform> platform;
+  return platform;
+}
+
+std::vector<PlatformBound*>& bound() {
+  static std::vector<PlatformBound*> all;
+  return all;
+}
+
+}  // namespace
+
+PlatformBound::PlatformBound() { bound().push_back(this); }
+
+const Platform& Platform::current() {
+  if (!slot()) throw std::logic_error("no platform is in force: call orn::Platform::setCurrent first");
+  return *slot();
+}
+
+void Platform::setCurrent(Platform platform) {
+  if (!platform.runLoop || !platform.audioOutput || !platform.audioSession || !platform.urlSession ||
+      !platform.userDefaults || !platform.fileManager || !platform.device) {
+    throw std::invalid_argument("a platform needs every one of its slots filled");
+  }
+  clearCurrent();
+  slot() = std::move(platform);
+}
+
+void Platform::clearCurrent() {
+  for (PlatformBound* one : bound()) one->release();
+  slot().reset();
+}
+
+}  // namespace orn

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include <ORNHearingTestSDK/platform/Export.h>
+
+namespace orn {
+
+class AudioOutput;
+class AudioSession;
+class Device;
+class FileManager;
+class RunLoop;
+class URLSession;
+class UserDefaults;
+
+/// Everything that the library asks of the machine it runs on. A program puts one together once, at its start, from
+/// whichever backends it likes, and every slot must be filled.
+struct ORN_EXPORT Platform {
+  std::shared_ptr<RunLoop> runLoop;
+  std::shared_ptr<AudioOutput> audioOutput;
+  std::shared_ptr<AudioSession> audioSession;
+  std::shared_ptr<URLSession> urlSession;
+  std::shared_ptr<UserDefaults> userDefaults;
+  std::shared_ptr<FileManager> fileManager;
+  std::shared_ptr<Device> device;
+
+  /// The platform in force. Throws std::logic_error if there is none yet. Any thread once one has been set.
+  static const Platform& current();
+
+  /// Puts a platform in force; throws std::invalid_argument if a slot is empty. The library's single instances belong
+  /// to a platform and are made anew after this, so call it before the first session, or between two tests of a test
+  /// program, while no session runs. Main thread.
+  static void setCurrent(Platform platform);
+
+  /// Takes the platform in force away and lets go of its single instances. Main thread.
+  static void clearCurrent();
+};
+
+}  // namespace orn

@@ -1,0 +1,110 @@
+#include <ORNHearingTestSDK/platform/TimerQueue.h>
+
+#include <algorithm>
+
+namespace orn {
+namespace {
+
+using Time = TimerQueue::Time;
+
+// Both stop at the distant future, also where a date lies before the loop's beginning.
+Time later(Time time, Time span) {
+  return time > Time::zero() && span > RunLoop::distantFuture - time ? RunLoop::distantFuture : time + span;
+}
+
+Time between(Time from, Time to) { return from < to - RunLoop::distantFuture ? RunLoop::distantFuture : to - from; }
+
+}  // namespace
+
+/// What waits, by due time and then by age. Timers reach it weakly, since they may outlive their loop.
+struct TimerQueue::Calls {
+  using Key = std::pair<Time, std::uint64_t>;
+
+  Key add(Time due, std::shared_ptr<QueuedTimer> timer) {
+    const Key key{due, nextAge++};
+    waiting.emplace(key, std::move(timer));
+    return key;
+  }
+
+  std::map<Key, std::shared_ptr<QueuedTimer>> waiting;
+  std::uint64_t nextAge = 0;
+};
+
+/// A repeating timer, or a delayed call, which is a timer without an interval.
+class TimerQueue::QueuedTimer final : public Timer, public std::enable_shared_from_this<QueuedTimer> {
+ public:
+  QueuedTimer(const std::shared_ptr<Calls>& calls, Time interval, RunLoop::Action action)
+      : calls_(calls), interval_(interval), action_(std::move(action)) {}
+
+  void setFireDate(Time time) override {
+    const auto calls = calls_.lock();
+    if (!calls || !action_) return;
+    calls->waiting.erase(key_);
+    key_ = calls->add(time, shared_from_this());
+  }
+
+  void invalidate() override {
+    // The action may own the last hold on this timer's user, so it goes when everything else is in order.
+    const RunLoop::Action released = std::exchange(action_, nullptr);
+    if (const auto calls = calls_.lock()) calls->waiting.erase(key_);
+  }
+
+  void fire(Time now) {
+    const RunLoop::Action action = action_;
+    if (interval_ > Time::zero()) {
+      // Armed before the call, so that the call can move the date; the rhythm is kept, missed firings are not made up.
+      const Time missed = between(key_.first, now) / interval_ * interval_;
+      setFireDate(later(key_.first + missed, interval_));
+    } else {
+      action_ = nullptr;
+    }
+    if (action) action();
+  }
+
+ private:
+  std::weak_ptr<Calls> calls_;
+  Time interval_;
+  RunLoop::Action action_;
+  Calls::Key key_{};
+};
+
+TimerQueue::TimerQueue() : calls_(std::make_shared<Calls>()) {}
+
+TimerQueue::~TimerQueue() {
+  // An action that goes may itself add or end timers.
+  while (!calls_->waiting.empty()) {
+    const auto timer = calls_->waiting.begin()->second;
+    timer->invalidate();
+  }
+}
+
+std::shared_ptr<Timer> TimerQueue::addTimer(Time now, Time interval, RunLoop::Action action) {
+  interval = std::max(interval, Time{1});
+  auto timer = std::make_shared<QueuedTimer>(calls_, interval, std::move(action));
+  timer->setFireDate(later(now, interval));
+  return timer;
+}
+
+void TimerQueue::addCall(Time now, Time delay, RunLoop::Action action) {
+  std::make_shared<QueuedTimer>(calls_, Time::zero(), std::move(action))
+      ->setFireDate(later(now, std::max(delay, Time::zero())));
+}
+
+std::optional<Time> TimerQueue::nextDue() const {
+  if (calls_->waiting.empty()) return std::nullopt;
+  const Time due = calls_->waiting.begin()->first.first;
+  if (due == RunLoop::distantFuture) return std::nullopt;
+  return due;
+}
+
+bool TimerQueue::fireNext(Time now) {
+  if (const auto due = nextDue(); !due || *due > now) return false;
+  // Out of the queue first, so that the timer may be armed again or go.
+  const auto first = calls_->waiting.begin();
+  const std::shared_ptr<QueuedTimer> timer = first->second;
+  calls_->waiting.erase(first);
+  timer->fire(now);
+  return true;
+}
+
+}  // namespace orn

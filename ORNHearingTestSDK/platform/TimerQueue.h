@@ -1,0 +1,40 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+
+namespace orn {
+
+/// Timers and delayed calls in the order in which a run loop makes them. One thread only; knows no clock.
+class TimerQueue {
+ public:
+  using Time = std::chrono::nanoseconds;
+
+  TimerQueue();
+  ~TimerQueue();
+  TimerQueue(const TimerQueue&) = delete;
+  TimerQueue& operator=(const TimerQueue&) = delete;
+
+  std::shared_ptr<Timer> addTimer(Time now, Time interval, RunLoop::Action action);
+  void addCall(Time now, Time delay, RunLoop::Action action);
+
+  /// When the next call is due; nothing if only parked timers are left.
+  std::optional<Time> nextDue() const;
+
+  /// Makes the first call that is due, and tells whether there was one.
+  bool fireNext(Time now);
+
+ private:
+  class QueuedTimer;
+  struct Calls;
+  std::shared_ptr<Calls> calls_;
+};
+
+}  // namespace orn

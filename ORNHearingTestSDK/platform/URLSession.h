@@ -1,0 +1,47 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/Export.h>
+
+namespace orn {
+
+/// What went wrong with a request, or with reading its reply.
+struct Error {
+  std::string domain;   ///< Who speaks, such as "transport" or "json".
+  int code = 0;         ///< That domain's own number.
+  std::string message;  ///< One line for a person.
+};
+
+struct URLRequest {
+  std::string url;
+  std::string method;  ///< Sent to the letter, whatever its case.
+  std::vector<std::pair<std::string, std::string>> headers;
+  std::string body;
+  std::chrono::milliseconds timeout{10'000};
+};
+
+/// What came back: body bytes, or an error. The status code is not part of it, since nobody reads it.
+struct URLReply {
+  std::optional<std::string> body;
+  std::optional<Error> error;  ///< Always present without a body.
+};
+
+/// HTTP requests to the cloud service.
+class ORN_EXPORT URLSession {
+ public:
+  using CompletionHandler = std::function<void(URLReply)>;
+
+  virtual ~URLSession() = default;
+
+  /// Starts a request and returns at once. The handler is called exactly once, on a thread of the session's own (a
+  /// simulated session calls it from the loop). Any thread.
+  virtual void dataTask(URLRequest request, CompletionHandler completionHandler) = 0;
+};
+
+}  // namespace orn

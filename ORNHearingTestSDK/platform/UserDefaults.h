@@ -1,0 +1,30 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include <ORNHearingTestSDK/platform/Export.h>
+
+namespace orn {
+
+/// A persisted value with its type.
+using DefaultsValue = std::variant<bool, std::int64_t, double, std::string, std::chrono::system_clock::time_point>;
+
+/// Persistent store of the application's settings, by key. Any thread.
+class ORN_EXPORT UserDefaults {
+ public:
+  virtual ~UserDefaults() = default;
+
+  virtual std::optional<DefaultsValue> value(const std::string& key) const = 0;
+  virtual void setValue(const std::string& key, DefaultsValue value) = 0;
+  virtual void removeValue(const std::string& key) = 0;
+
+  /// Writes what was set to the disk. False if that failed; the store in memory holds the values all the same, and what
+  /// the disk held before is whole.
+  virtual bool synchronize() = 0;
+};
+
+}  // namespace orn

@@ -1,0 +1,66 @@
+#include <ORNHearingTestSDK/platform/simulated/SimulatedAudioOutput.h>
+
+#include <chrono>
+
+#include <ORNHearingTestSDK/platform/PosixFiles.h>
+#include <ORNHearingTestSDK/platform/WaveFile.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedAudioPlayer.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedAudioQueue.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedMixer.h>
+
+namespace orn {
+namespace {
+
+bool isPlayable(const AudioStreamBasicDescription& format) {
+  return format.mFormatID == kAudioFormatLinearPCM && format.mSampleRate == 48000 && format.mChannelsPerFrame == 1 &&
+         format.mBitsPerChannel == 16 &&
+         format.mFormatFlags == (kLinearPCMFormatFlagIsSignedInteger | kLinearPCMFormatFlagIsPacked);
+}
+
+}  // namespace
+
+SimulatedAudioOutput::SimulatedAudioOutput(std::shared_ptr<RunLoop> runLoop)
+    : mixer_(std::make_shared<SimulatedMixer>(runLoop)) {
+  const std::weak_ptr<SimulatedMixer> mixer = mixer_;
+  deviceClock_ = runLoop->scheduledTimer(std::chrono::milliseconds(80), [mixer] {
+    if (const auto alive = mixer.lock()) alive->catchUp();
+  });
+}
+
+SimulatedAudioOutput::~SimulatedAudioOutput() {
+  deviceClock_->invalidate();
+  mixer_->close();
+}
+
+void SimulatedAudioOutput::addListener(Listener listener) { mixer_->addListener(std::move(listener)); }
+
+void SimulatedAudioOutput::keepSamples() {
+  mixer_->catchUp();
+  addListener([kept = kept_](std::int64_t, std::span<const std::int16_t> samples) {
+    kept->insert(kept->end(), samples.begin(), samples.end());
+  });
+}
+
+const std::vector<std::int16_t>& SimulatedAudioOutput::keptSamples() const {
+  mixer_->catchUp();
+  return *kept_;
+}
+
+std::unique_ptr<AudioQueue> SimulatedAudioOutput::newOutputQueue(const AudioStreamBasicDescription& format,
+                                                                 AudioQueue::OutputCallback callback) {
+  if (!isPlayable(format)) return nullptr;
+  return std::make_unique<SimulatedAudioQueue>(mixer_, std::move(callback));
+}
+
+std::unique_ptr<AudioPlayer> SimulatedAudioOutput::playerWithContentsOfFile(const std::string& path) {
+  const auto file = readFile(path);
+  return file ? playerWithData(*file) : nullptr;
+}
+
+std::unique_ptr<AudioPlayer> SimulatedAudioOutput::playerWithData(std::span<const std::uint8_t> wavFile) {
+  auto samples = samplesOfWaveFile(wavFile);
+  if (!samples) return nullptr;
+  return std::make_unique<SimulatedAudioPlayer>(mixer_, std::move(*samples));
+}
+
+}  // namespace orn

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/AudioOutput.h>
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+
+namespace orn {
+
+class SimulatedMixer;
+
+/// A stereo output at 48000 Hz that plays as its loop's time passes and needs no sound device. All queues and players
+/// are mixed into it: a queue's mono stream goes to both channels as it stands, a player's samples by pan and gain. Its
+/// samples can be listened to and kept, silence included. Main thread, callbacks of queues and listeners too.
+class ORN_EXPORT SimulatedAudioOutput final : public AudioOutput {
+ public:
+  /// Hears frames of left and right samples in turn, at most 3840 frames at a time, without a gap from the first
+  /// frame on. The number is the place of the first of them since the output was made.
+  using Listener = std::function<void(std::int64_t firstFrame, std::span<const std::int16_t> samples)>;
+
+  explicit SimulatedAudioOutput(std::shared_ptr<RunLoop> runLoop);
+  ~SimulatedAudioOutput() override;
+
+  /// Adds a listener for the output's life.
+  void addListener(Listener listener);
+
+  /// Keeps every sample from now on.
+  void keepSamples();
+  const std::vector<std::int16_t>& keptSamples() const;
+
+  std::unique_ptr<AudioQueue> newOutputQueue(const AudioStreamBasicDescription& format,
+                                             AudioQueue::OutputCallback callback) override;
+  std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path) override;
+  std::unique_ptr<AudioPlayer> playerWithData(std::span<const std::uint8_t> wavFile) override;
+
+ private:
+  std::shared_ptr<SimulatedMixer> mixer_;
+  std::shared_ptr<Timer> deviceClock_;
+  std::shared_ptr<std::vector<std::int16_t>> kept_ = std::make_shared<std::vector<std::int16_t>>();
+};
+
+}  // namespace orn

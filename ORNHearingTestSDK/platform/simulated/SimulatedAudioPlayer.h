@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/AudioPlayer.h>
+#include <ORNHearingTestSDK/platform/StereoGain.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedMixer.h>
+
+namespace orn {
+
+/// A recording mixed into the simulated output by pan and gain.
+class SimulatedAudioPlayer final : public AudioPlayer, private SimulatedMixer::Source {
+ public:
+  SimulatedAudioPlayer(std::shared_ptr<SimulatedMixer> mixer, std::vector<std::int16_t> samples);
+  ~SimulatedAudioPlayer() override;
+
+  void setNumberOfLoops(int loops) override { loopsLeft_ = loops; }
+  std::error_code prepareToPlay() override { return {}; }
+  void setPan(float pan) override;
+  void setVolume(float volume) override;
+  float pan() const override { return pan_; }
+  float volume() const override { return volume_; }
+  std::error_code play() override;
+  void stop() override;
+
+ private:
+  void mixInto(std::span<std::int32_t> sums) override;
+  void goOnOrEnd();
+
+  std::shared_ptr<SimulatedMixer> mixer_;
+  std::vector<std::int16_t> samples_;
+  std::size_t next_ = 0;
+  int loopsLeft_ = 0;
+  float pan_ = 0;
+  float volume_ = 1;
+  StereoGain gain_;
+  bool playing_ = false;
+};
+
+}  // namespace orn

@@ -1,0 +1,94 @@
+#include <ORNHearingTestSDK/platform/simulated/SimulatedAudioQueue.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include <ORNHearingTestSDK/platform/StereoGain.h>
+
+namespace orn {
+namespace {
+
+void samplesInto(std::span<const std::uint8_t> bytes, std::vector<std::int16_t>& samples) {
+  samples.resize(bytes.size() / 2);
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    samples[i] = static_cast<std::int16_t>(bytes[2 * i] | bytes[2 * i + 1] << 8);
+  }
+}
+
+}  // namespace
+
+SimulatedAudioQueue::SimulatedAudioQueue(std::shared_ptr<SimulatedMixer> mixer, OutputCallback callback)
+    : mixer_(std::move(mixer)), callback_(std::move(callback)) {
+  mixer_->addSource(this);
+}
+
+SimulatedAudioQueue::~SimulatedAudioQueue() {
+  setPlaying(false);
+  mixer_->removeSource(this);
+}
+
+AudioQueueBuffer* SimulatedAudioQueue::allocateBuffer(std::uint32_t byteSize) {
+  auto buffer = std::make_unique<Buffer>();
+  buffer->room.resize(byteSize);
+  buffer->mAudioData = buffer->room;
+  return buffers_.emplace_back(std::move(buffer)).get();
+}
+
+std::error_code SimulatedAudioQueue::enqueueBuffer(AudioQueueBuffer& buffer) {
+  const auto own = std::find_if(buffers_.begin(), buffers_.end(), [&](const auto& one) { return one.get() == &buffer; });
+  const std::size_t size = std::min<std::size_t>(buffer.mAudioDataByteSize, buffer.mAudioData.size());
+  if (own == buffers_.end() || size < 2) return std::make_error_code(std::errc::invalid_argument);
+  mixer_->catchUp();
+  std::erase(enqueued_, own->get());
+  samplesInto(buffer.mAudioData.first(size), (*own)->samples);
+  (*own)->played = 0;
+  enqueued_.push_back(own->get());
+  return {};
+}
+
+std::error_code SimulatedAudioQueue::setVolume(float volume) {
+  mixer_->catchUp();
+  volume_ = std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F);
+  return {};
+}
+
+void SimulatedAudioQueue::setPlaying(bool playing) {
+  mixer_->catchUp();
+  playing_ = playing;
+}
+
+std::error_code SimulatedAudioQueue::start() {
+  setPlaying(true);
+  return {};
+}
+
+std::error_code SimulatedAudioQueue::pause() {
+  setPlaying(false);
+  return {};
+}
+
+std::error_code SimulatedAudioQueue::stop() {
+  setPlaying(false);
+  enqueued_.clear();
+  return {};
+}
+
+void SimulatedAudioQueue::mixInto(std::span<std::int32_t> sums) {
+  while (playing_ && !sums.empty() && !enqueued_.empty()) {
+    Buffer& buffer = *enqueued_.front();
+    const std::size_t frames = std::min(sums.size() / 2, buffer.samples.size() - buffer.played);
+    const std::int16_t* samples = buffer.samples.data() + buffer.played;
+    for (std::size_t i = 0; i < frames; ++i) {
+      const std::int32_t sample = scaledSample(samples[i], volume_);
+      sums[2 * i] += sample;
+      sums[2 * i + 1] += sample;
+    }
+    sums = sums.subspan(2 * frames);
+    buffer.played += frames;
+    if (buffer.played < buffer.samples.size()) return;
+    enqueued_.pop_front();
+    callback_(*this, buffer);
+  }
+}
+
+}  // namespace orn

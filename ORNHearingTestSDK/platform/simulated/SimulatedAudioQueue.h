@@ -1,0 +1,43 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/AudioQueue.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedMixer.h>
+
+namespace orn {
+
+/// A queue whose buffers are played as the mixer asks for frames; a buffer's callback comes at its last frame.
+class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Source {
+ public:
+  SimulatedAudioQueue(std::shared_ptr<SimulatedMixer> mixer, OutputCallback callback);
+  ~SimulatedAudioQueue() override;
+
+  AudioQueueBuffer* allocateBuffer(std::uint32_t byteSize) override;
+  std::error_code enqueueBuffer(AudioQueueBuffer& buffer) override;
+  std::error_code setVolume(float volume) override;
+  std::error_code start() override;
+  std::error_code pause() override;
+  std::error_code stop() override;
+
+ private:
+  struct Buffer : AudioQueueBuffer {
+    std::vector<std::uint8_t> room;
+    std::vector<std::int16_t> samples; 
+    std::size_t played = 0;
+  };
+
+  void mixInto(std::span<std::int32_t> sums) override;
+  void setPlaying(bool playing);
+
+  std::shared_ptr<SimulatedMixer> mixer_;
+  OutputCallback callback_;
+  std::vector<std::unique_ptr<Buffer>> buffers_;
+  std::deque<Buffer*> enqueued_;
+  float volume_ = 1;
+  bool playing_ = false;
+};
+
+}  // namespace orn

@@ -1,0 +1,60 @@
+#include <ORNHearingTestSDK/platform/simulated/SimulatedAudioSession.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace orn {
+
+void SimulatedAudioSession::setRoute(AudioRouteDescription route, std::optional<std::string> text,
+                                     std::int32_t reason) {
+  route_ = std::move(route);
+  text_ = std::move(text);
+  tell(&AudioSessionObserver::routeChange, reason);
+}
+
+void SimulatedAudioSession::plugAudiometer(const std::string& name, const std::string& address) {
+  setRoute({{}, {{name, address + "-tsco"}}}, "HeadsetBT", kNewDeviceAvailable);
+}
+
+void SimulatedAudioSession::plugEarphones() {
+  setRoute({{}, {{"Headphones", "Wired Headphones"}}}, "Headphone", kNewDeviceAvailable);
+}
+
+void SimulatedAudioSession::unplug() {
+  setRoute({{}, {{"Speaker", "Built-In Speaker"}}}, "Speaker", kAudioSessionRouteChangeReasonOldDeviceUnavailable);
+}
+
+void SimulatedAudioSession::interrupt(std::int32_t type) { tell(&AudioSessionObserver::interruption, type); }
+
+std::error_code SimulatedAudioSession::setActive(bool active) {
+  active_ = active;
+  return {};
+}
+
+std::error_code SimulatedAudioSession::setCategory(AudioSessionCategory category, std::uint32_t options) {
+  category_ = category;
+  options_ = options;
+  ++timesConfigured_;
+  return {};
+}
+
+std::error_code SimulatedAudioSession::setOutputVolume(float volume) {
+  volume_ = std::clamp(volume, 0.0F, 1.0F);
+  return {};
+}
+
+void SimulatedAudioSession::addObserver(std::weak_ptr<const AudioSessionObserver> observer) {
+  std::erase_if(observers_, [](const auto& one) { return one.expired(); });
+  observers_.push_back(std::move(observer));
+}
+
+template <class Notice>
+void SimulatedAudioSession::tell(Notice AudioSessionObserver::* notice, std::int32_t value) {
+  // A copy: an observer may add observers.
+  for (const auto& one : std::vector(observers_)) {
+    const auto observer = one.lock();
+    if (observer && (*observer).*notice) ((*observer).*notice)(value);
+  }
+}
+
+}  // namespace orn

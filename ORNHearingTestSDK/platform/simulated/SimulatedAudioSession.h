@@ -1,0 +1,57 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/AudioSession.h>
+
+namespace orn {
+
+/// A route, a volume and notices by script. Main thread; notices go out from within the scripting operations.
+class ORN_EXPORT SimulatedAudioSession final : public AudioSession {
+ public:
+  static constexpr std::int32_t kNewDeviceAvailable = 1;
+
+  /// Puts a route in force and tells the observers why.
+  void setRoute(AudioRouteDescription route, std::optional<std::string> text, std::int32_t reason);
+
+  /// An audiometer of that name at that address, such as "AA:BB:CC:DD:EE:FF", becomes the output.
+  void plugAudiometer(const std::string& name, const std::string& address);
+  void plugEarphones();
+
+  /// Back to the loudspeaker; the observers hear that the old device is unavailable.
+  void unplug();
+
+  /// Type 1: an interruption begins; 0: it has ended.
+  void interrupt(std::int32_t type);
+
+  /// What setActive() and setCategory() were asked for last; nothing before the first time.
+  std::optional<bool> active() const { return active_; }
+  std::optional<AudioSessionCategory> category() const { return category_; }
+  std::uint32_t categoryOptions() const { return options_; }
+  int timesConfigured() const { return timesConfigured_; }
+
+  std::error_code setActive(bool active) override;
+  std::error_code setCategory(AudioSessionCategory category, std::uint32_t options) override;
+  std::optional<std::string> routeText() const override { return text_; }
+  AudioRouteDescription currentRoute() const override { return route_; }
+  float outputVolume() const override { return volume_; }
+  std::error_code setOutputVolume(float volume) override;
+  void addObserver(std::weak_ptr<const AudioSessionObserver> observer) override;
+
+ private:
+  template <class Notice>
+  void tell(Notice AudioSessionObserver::* notice, std::int32_t value);
+
+  AudioRouteDescription route_{{}, {{"Speaker", "Built-In Speaker"}}};
+  std::optional<std::string> text_ = "Speaker";
+  float volume_ = 0.5F;
+  std::optional<bool> active_;
+  std::optional<AudioSessionCategory> category_;
+  std::uint32_t options_ = 0;
+  int timesConfigured_ = 0;
+  std::vector<std::weak_ptr<const AudioSessionObserver>> observers_;
+};
+
+}  // namespace orn

@@ -1,0 +1,39 @@
+#include <ORNHearingTestSDK/platform/simulated/SimulatedMixer.h>
+
+#include <algorithm>
+
+namespace orn {
+namespace {
+
+// 48000 frames a second, in whole numbers: 6 frames are 125 microseconds.
+std::int64_t framesBy(std::chrono::nanoseconds time) { return time.count() / 125'000 * 6 + time.count() % 125'000 * 6 / 125'000; }
+
+}  // namespace
+
+void SimulatedMixer::addSource(Source* source) { sources_.push_back(source); }
+
+void SimulatedMixer::removeSource(Source* source) { std::erase(sources_, source); }
+
+void SimulatedMixer::catchUp() {
+  if (rendering_) return;
+  rendering_ = true;
+  for (std::int64_t due; (due = framesBy(runLoop_->now()) - frame_) > 0;) {
+    render(static_cast<std::size_t>(std::min<std::int64_t>(due, kMostFrames)));
+  }
+  rendering_ = false;
+}
+
+void SimulatedMixer::render(std::size_t frames) {
+  const auto sums = std::span(sums_).first(2 * frames);
+  const auto samples = std::span(samples_).first(2 * frames);
+  std::fill(sums.begin(), sums.end(), 0);
+  // By index: a queue's callback may make further sources.
+  for (std::size_t i = 0; i < sources_.size(); ++i) sources_[i]->mixInto(sums);
+  std::transform(sums.begin(), sums.end(), samples.begin(),
+                 [](std::int32_t sum) { return static_cast<std::int16_t>(std::clamp(sum, -32768, 32767)); });
+  const std::int64_t first = frame_;
+  frame_ += static_cast<std::int64_t>(frames);
+  for (std::size_t i = 0; i < listeners_.size(); ++i) listeners_[i](first, samples);
+}
+
+}  // namespace orn

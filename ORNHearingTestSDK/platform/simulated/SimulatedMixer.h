@@ -1,0 +1,53 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedAudioOutput.h>
+
+namespace orn {
+
+/// Adds up what the sources play, as far as the loop's time has come. A source brings it up to date before it changes
+/// anything that can be heard, so that a change is heard at its own sample. Main thread.
+class SimulatedMixer {
+ public:
+  static constexpr std::size_t kMostFrames = 3840;
+
+  /// Something that sounds.
+  class Source {
+   public:
+    virtual ~Source() = default;
+    /// Adds the next frames of this source to the left and right sums.
+    virtual void mixInto(std::span<std::int32_t> sums) = 0;
+  };
+
+  explicit SimulatedMixer(std::shared_ptr<RunLoop> runLoop) : runLoop_(std::move(runLoop)) {}
+
+  void addSource(Source* source);
+  void removeSource(Source* source);
+  void addListener(SimulatedAudioOutput::Listener listener) { listeners_.push_back(std::move(listener)); }
+
+  /// The output goes: nobody listens any more.
+  void close() { listeners_.clear(); }
+
+  /// Renders up to the present. Called from within a listener or a source it does nothing.
+  void catchUp();
+
+ private:
+  void render(std::size_t frames);
+
+  std::shared_ptr<RunLoop> runLoop_;
+  std::vector<Source*> sources_;
+  std::deque<SimulatedAudioOutput::Listener> listeners_;  // stay in place while a listener adds another
+  std::int64_t frame_ = 0;
+  bool rendering_ = false;
+  std::array<std::int32_t, 2 * kMostFrames> sums_{};
+  std::array<std::int16_t, 2 * kMostFrames> samples_{};
+};
+
+}  // namespace orn

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+
+#include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedAudioOutput.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedAudioSession.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedDevice.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedFileManager.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedRunLoop.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedURLSession.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedUserDefaults.h>
+
+namespace orn {
+
+/// A machine by script, for the tests of host applications: no sound device, no network, no wall clock. Its parts are
+/// at hand for the script; Platform::setCurrent(platform()) puts it in force.
+struct ORN_EXPORT SimulatedPlatform {
+  /// In virtual time, on `virtualTime`.
+  SimulatedPlatform();
+
+  /// The same machine on another loop, such as one in real time; `virtualTime` is empty then.
+  explicit SimulatedPlatform(std::shared_ptr<RunLoop> otherLoop);
+
+  /// The machine as a platform, also for putting together with parts of other backends.
+  Platform platform() const;
+
+  std::shared_ptr<SimulatedRunLoop> virtualTime;
+  std::shared_ptr<RunLoop> runLoop;
+  std::shared_ptr<SimulatedAudioOutput> audioOutput;
+  std::shared_ptr<SimulatedAudioSession> audioSession;
+  std::shared_ptr<SimulatedURLSession> urlSession;
+  std::shared_ptr<SimulatedUserDefaults> userDefaults;
+  std::shared_ptr<SimulatedFileManager> fileManager;
+  std::shared_ptr<SimulatedDevice> device;
+};
+
+}  // namespace orn

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "simulation/SimulatedTest.h"
+
+namespace orn {
+
+/// The outcome as one JSON object.
+std::string jsonReport(const simulation::TestOutcome& outcome);
+
+/// Prints the outcome for a person: the thresholds found beside the listener's own.
+void printReport(const simulation::TestPlan& plan, const simulation::TestOutcome& outcome);
+
+}  // namespace orn

@@ -1,0 +1,30 @@
+# The CMake package: find_package(ORNHearingTestSDK) gives the target ORN::HearingTestSDK.
+
+include(CMakePackageConfigHelpers)
+
+set(ORN_PACKAGE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/ORNHearingTestSDK)
+
+set_target_properties(ORNHearingTestSDK PROPERTIES EXPORT_NAME HearingTestSDK)
+install(TARGETS ORNHearingTestSDK EXPORT ORNHearingTestSDKTargets)
+install(EXPORT ORNHearingTestSDKTargets NAMESPACE ORN:: DESTINATION ${ORN_PACKAGE_FOLDER})
+
+# Every header that exports something, or that such a header includes.
+set(ORN_PRIVATE_HEADERS
+    DispatchQueue LibraryFolder PerPlatform PosixFiles StereoGain WaveFile SimulatedAudioPlayer SimulatedAudioQueue
+    SimulatedMixer JsonReading Utf8)
+list(TRANSFORM ORN_PRIVATE_HEADERS APPEND "\\.h")
+list(JOIN ORN_PRIVATE_HEADERS "|" ORN_PRIVATE_HEADERS)
+install(
+  DIRECTORY ${PROJECT_SOURCE_DIR}/ORNHearingTestSDK
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+  FILES_MATCHING
+  PATTERN "*.h"
+  REGEX "/(${ORN_PRIVATE_HEADERS})$" EXCLUDE)
+
+configure_package_config_file(cmake/ORNHearingTestSDKConfig.cmake.in ORNHearingTestSDKConfig.cmake
+                              INSTALL_DESTINATION ${ORN_PACKAGE_FOLDER})
+write_basic_package_version_file(ORNHearingTestSDKConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/ORNHearingTestSDKConfig.cmake
+              ${PROJECT_BINARY_DIR}/ORNHearingTestSDKConfigVersion.cmake DESTINATION ${ORN_PACKAGE_FOLDER})
+
+install(TARGETS hearing-test)

@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Installs what the project needs on Debian 12: tools, libraries, and what its tests run against.
+set -euo pipefail
+
+packages=(
+  # tools
+  ccache clang-format clang-tidy cmake g++ git make ninja-build
+  # what the library is made of
+  libssl-dev nlohmann-json3-dev
+  # the programs
+  libcli11-dev
+  # tests and benchmarks
+  libbenchmark-dev libgmock-dev libgtest-dev
+)
+
+missing=()
+for package in "${packages[@]}"; do
+  dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+done
+[ "${#missing[@]}" -eq 0 ] && exit 0
+
+echo "Installing: ${missing[*]}"
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+"${as_root[@]}" apt-get update -qq
+DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" > /dev/null
