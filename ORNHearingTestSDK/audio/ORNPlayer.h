@@ -29,11 +29,11 @@ class ORN_EXPORT ORNPlayer {
 
   // For each frequency: the recordings for levels up to 40 dB and above; null if a recording can't be opened, and the
   // next call tries again. Their setters. And the one that a level in dB takes.
-#define ORN_TONE_PLAYERS(HZ, INDEX)                                                                         \
-  TonePlayer playerOf##HZ##Hz_40Down() { return player(INDEX, kDown); }                                     \
-  TonePlayer playerOf##HZ##Hz_40Up() { return player(INDEX, kUp); }                                         \
-  void setPlayerOf##HZ##Hz_40Down(TonePlayer tone) { players_[INDEX][kDown] = std::move(tone); }            \
-  void setPlayerOf##HZ##Hz_40Up(TonePlayer tone) { players_[INDEX][kUp] = std::move(tone); }                \
+#define ORN_TONE_PLAYERS(HZ, INDEX)                                                              \
+  TonePlayer playerOf##HZ##Hz_40Down() { return player(INDEX, kDown); }                          \
+  TonePlayer playerOf##HZ##Hz_40Up() { return player(INDEX, kUp); }                              \
+  void setPlayerOf##HZ##Hz_40Down(TonePlayer tone) { players_[INDEX][kDown] = std::move(tone); } \
+  void setPlayerOf##HZ##Hz_40Up(TonePlayer tone) { players_[INDEX][kUp] = std::move(tone); }     \
   TonePlayer playerOf##HZ##HzWithDB(std::int64_t db) { return player(INDEX, db <= kQuietLimit ? kDown : kUp); }
   ORN_TONE_PLAYERS(125, 0)
   ORN_TONE_PLAYERS(250, 1)

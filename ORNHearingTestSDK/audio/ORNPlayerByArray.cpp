@@ -44,8 +44,7 @@ std::shared_ptr<AudioPlayer> ORNPlayerByArray::playerWithOneData(const std::uint
   // More would not fit the size field of a WAV file.
   constexpr std::int64_t mostBytes = std::numeric_limits<std::int32_t>::max();
   if (!oneData || dataSize < 0 || times < 0 || (times > 0 && dataSize > mostBytes / times)) return nullptr;
-  const auto file =
-      waveFile(oneData, dataSize, static_cast<float>(lastzhenfu), static_cast<float>(zhenfu), times);
+  const auto file = waveFile(oneData, dataSize, static_cast<float>(lastzhenfu), static_cast<float>(zhenfu), times);
   std::shared_ptr<AudioPlayer> player = Platform::current().audioOutput->playerWithData(file);
   if (!player) return nullptr;
   player->setNumberOfLoops(-1);

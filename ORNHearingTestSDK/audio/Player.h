@@ -17,8 +17,8 @@ class ORN_EXPORT PlayerGetDataSouce {
   virtual ~PlayerGetDataSouce() = default;
 
   /// The next block: 16-bit little-endian mono samples at 48000 Hz, at most kBlockBytes, valid until the next call.
-  /// An empty span is nothing, and repeats what the buffer last held. Called on the audio queue's thread, and by start()
-  /// on the caller's; never on two threads at once.
+  /// An empty span is nothing, and repeats what the buffer last held. Called on the audio queue's thread, and by
+  /// start() on the caller's; never on two threads at once.
   virtual std::span<const std::uint8_t> playerGetData() = 0;
 
  private:

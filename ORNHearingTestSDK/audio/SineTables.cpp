@@ -1,6 +1,6 @@
-#include <numbers>
-
 #include <ORNHearingTestSDK/audio/SineTables.h>
+
+#include <numbers>
 
 namespace {
 
@@ -15,7 +15,7 @@ consteval long double sineOfFirstQuadrant(int angle) {
   long double term = x;
   for (int n = 1; n < 32; n += 2) {
     sum += term;
-    term *= -x * x / ((n + 1) * (n + 2));
+    term *= -x * x / (((n) + 1) * ((n) + 2));
   }
   return sum;
 }
@@ -33,14 +33,14 @@ consteval unsigned char byteOf(int sample, int shift) { return static_cast<unsig
 
 // The entries of a table: its peak, the angle from one entry to the next, and the first entry's number.
 #define ORN_1(peak, angle, n) byteOf(sampleOf(peak, (angle) * (n)), 0), byteOf(sampleOf(peak, (angle) * (n)), 8)
-#define ORN_3(peak, angle, n) ORN_1(peak, angle, n), ORN_1(peak, angle, n + 1), ORN_1(peak, angle, n + 2)
-#define ORN_6(peak, angle, n) ORN_3(peak, angle, n), ORN_3(peak, angle, n + 3)
-#define ORN_12(peak, angle, n) ORN_6(peak, angle, n), ORN_6(peak, angle, n + 6)
-#define ORN_24(peak, angle, n) ORN_12(peak, angle, n), ORN_12(peak, angle, n + 12)
-#define ORN_48(peak, angle, n) ORN_24(peak, angle, n), ORN_24(peak, angle, n + 24)
-#define ORN_96(peak, angle, n) ORN_48(peak, angle, n), ORN_48(peak, angle, n + 48)
-#define ORN_192(peak, angle, n) ORN_96(peak, angle, n), ORN_96(peak, angle, n + 96)
-#define ORN_384(peak, angle, n) ORN_192(peak, angle, n), ORN_192(peak, angle, n + 192)
+#define ORN_3(peak, angle, n) ORN_1(peak, angle, n), ORN_1(peak, angle, (n) + 1), ORN_1(peak, angle, (n) + 2)
+#define ORN_6(peak, angle, n) ORN_3(peak, angle, n), ORN_3(peak, angle, (n) + 3)
+#define ORN_12(peak, angle, n) ORN_6(peak, angle, n), ORN_6(peak, angle, (n) + 6)
+#define ORN_24(peak, angle, n) ORN_12(peak, angle, n), ORN_12(peak, angle, (n) + 12)
+#define ORN_48(peak, angle, n) ORN_24(peak, angle, n), ORN_24(peak, angle, (n) + 24)
+#define ORN_96(peak, angle, n) ORN_48(peak, angle, n), ORN_48(peak, angle, (n) + 48)
+#define ORN_192(peak, angle, n) ORN_96(peak, angle, n), ORN_96(peak, angle, (n) + 96)
+#define ORN_384(peak, angle, n) ORN_192(peak, angle, n), ORN_192(peak, angle, (n) + 192)
 
 #define ORN_TABLES(hz, entries)                                                                                     \
   constinit const unsigned char WAV_b_##hz##_DATA[2 * (entries)] = {ORN_##entries(32767.0L, kTurn / (entries), 0)}; \

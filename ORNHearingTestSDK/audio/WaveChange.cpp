@@ -1,10 +1,11 @@
+#include <ORNHearingTestSDK/audio/WaveChange.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 
-#include <ORNHearingTestSDK/audio/WaveChange.h>
 #include <ORNHearingTestSDK/audio/WaveScaling.h>
 
 namespace {

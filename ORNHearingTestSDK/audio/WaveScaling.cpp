@@ -1,9 +1,9 @@
+#include <ORNHearingTestSDK/audio/WaveScaling.h>
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstring>
-
-#include <ORNHearingTestSDK/audio/WaveScaling.h>
 
 #if defined(__x86_64__) || defined(__i386__)
 #define ORN_HAS_AVX2_KERNEL 1
@@ -17,8 +17,8 @@ namespace {
 
 constexpr float kFastGain = 65000.0F;         // its product with any sample stays inside 32 bits
 constexpr std::int32_t kCountable = 1 << 24;  // up to here a float holds every integer
-constexpr std::int32_t kChunkSamples = 384;
-constexpr std::int32_t kPatternSamples = 48;
+constexpr std::int64_t kChunkSamples = 384;
+constexpr std::int64_t kPatternSamples = 48;
 
 struct Ramp {
   const std::uint8_t* in;
@@ -75,48 +75,49 @@ void rampPlainly(const Ramp& ramp) {
 }
 
 // What does not change from one repetition to the next: the samples, and each one's share of the step.
-ORN_KERNEL_INLINE void prepare(const Ramp& ramp, std::int32_t first, std::int32_t count, float* samples,
+ORN_KERNEL_INLINE void prepare(const Ramp& ramp, std::int64_t first, std::int64_t count, float* samples,
                                float* shares) {
-  const auto size = static_cast<std::int32_t>(ramp.size);
-  const std::int32_t whole = std::min(count, size / 2 - first);
-  for (std::int32_t j = 0; j < whole; ++j) samples[j] = static_cast<float>(readSample(ramp.in + 2 * (first + j)));
-  if (whole < count) samples[whole] = static_cast<float>(ramp.in[size - 1]);
-  for (std::int32_t j = 0; j < count; ++j) {
-    shares[j] = (ramp.step * static_cast<float>(2 * (first + j))) / static_cast<float>(size);
+  const std::int64_t whole = std::min(count, ramp.size / 2 - first);
+  for (std::int64_t j = 0; j < whole; ++j) samples[j] = static_cast<float>(readSample(ramp.in + 2 * (first + j)));
+  if (whole < count) samples[whole] = static_cast<float>(ramp.in[ramp.size - 1]);
+  for (std::int64_t j = 0; j < count; ++j) {
+    const auto i = static_cast<std::int32_t>(2 * (first + j));
+    shares[j] = (ramp.step * static_cast<float>(i)) / static_cast<float>(ramp.size);
   }
 }
 
-ORN_KERNEL_INLINE void rampLongCycle(const Ramp& ramp, std::int32_t cycle) {
+ORN_KERNEL_INLINE void rampLongCycle(const Ramp& ramp, std::int64_t cycle) {
   alignas(32) float samples[kChunkSamples];
   alignas(32) float shares[kChunkSamples];
-  for (std::int32_t first = 0; first < cycle; first += kChunkSamples) {
-    const std::int32_t count = std::min(kChunkSamples, cycle - first);
+  for (std::int64_t first = 0; first < cycle; first += kChunkSamples) {
+    const std::int64_t count = std::min(kChunkSamples, cycle - first);
     prepare(ramp, first, count, samples, shares);
     for (std::int32_t k = 0; k < ramp.repetitions; ++k) {
       const float base = ramp.step * static_cast<float>(k) + ramp.start;
-      std::uint8_t* out = ramp.out + 2 * (static_cast<std::int64_t>(k) * cycle + first);
-      for (std::int32_t j = 0; j < count; ++j) writeSample(out + 2 * j, truncated((base + shares[j]) * samples[j]));
+      std::uint8_t* out = ramp.out + 2 * (k * cycle + first);
+      for (std::int64_t j = 0; j < count; ++j) writeSample(out + 2 * j, truncated((base + shares[j]) * samples[j]));
     }
   }
 }
 
 // Several short cycles at a time, so that the inner loop stays long.
-ORN_KERNEL_INLINE void rampShortCycle(const Ramp& ramp, std::int32_t cycle) {
+ORN_KERNEL_INLINE void rampShortCycle(const Ramp& ramp, std::int64_t cycle) {
   alignas(32) float samples[2 * kPatternSamples];
   alignas(32) float shares[2 * kPatternSamples];
   alignas(32) float offsets[2 * kPatternSamples];
-  const std::int32_t cycles = std::min((kPatternSamples + cycle - 1) / cycle, ramp.repetitions);
+  const std::int64_t cycles = std::min<std::int64_t>((kPatternSamples + cycle - 1) / cycle, ramp.repetitions);
   prepare(ramp, 0, cycle, samples, shares);
-  for (std::int32_t c = 0; c < cycles; ++c) {
+  std::fill_n(offsets, cycle, 0.0F);
+  for (std::int64_t c = 1; c < cycles; ++c) {
     std::copy_n(samples, cycle, samples + c * cycle);
     std::copy_n(shares, cycle, shares + c * cycle);
     std::fill_n(offsets + c * cycle, cycle, static_cast<float>(c));
   }
   std::uint8_t* out = ramp.out;
-  for (std::int32_t k = 0; k < ramp.repetitions; k += cycles) {
-    const std::int32_t count = std::min(cycles, ramp.repetitions - k) * cycle;
+  for (std::int64_t k = 0; k < ramp.repetitions; k += cycles) {
+    const std::int64_t count = std::min(cycles, ramp.repetitions - k) * cycle;
     const auto firstRepetition = static_cast<float>(k);
-    for (std::int32_t j = 0; j < count; ++j) {
+    for (std::int64_t j = 0; j < count; ++j) {
       const float base = ramp.step * (firstRepetition + offsets[j]) + ramp.start;
       writeSample(out + 2 * j, truncated((base + shares[j]) * samples[j]));
     }
@@ -125,7 +126,7 @@ ORN_KERNEL_INLINE void rampShortCycle(const Ramp& ramp, std::int32_t cycle) {
 }
 
 ORN_KERNEL_INLINE void rampFast(const Ramp& ramp) {
-  const auto cycle = static_cast<std::int32_t>((ramp.size + 1) / 2);
+  const std::int64_t cycle = (ramp.size + 1) / 2;
   return cycle < kPatternSamples ? rampShortCycle(ramp, cycle) : rampLongCycle(ramp, cycle);
 }
 

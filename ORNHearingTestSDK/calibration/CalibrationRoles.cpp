@@ -1,6 +1,7 @@
+#include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
+
 #include <nlohmann/json.hpp>
 
-#include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
 #include <ORNHearingTestSDK/common/JsonReading.h>
 
 namespace orn {

@@ -1,6 +1,7 @@
+#include <ORNHearingTestSDK/calibration/LevelCipher.h>
+
 #include <cstdint>
 
-#include <ORNHearingTestSDK/calibration/LevelCipher.h>
 #include <ORNHearingTestSDK/common/AES256.h>
 #include <ORNHearingTestSDK/common/Base64.h>
 #include <ORNHearingTestSDK/common/Utf8.h>

@@ -1,9 +1,10 @@
+#include <ORNHearingTestSDK/calibration/LevelMapping.h>
+
 #include <cmath>
 #include <string>
 
 #include <nlohmann/json.hpp>
 
-#include <ORNHearingTestSDK/calibration/LevelMapping.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
 
 namespace orn {

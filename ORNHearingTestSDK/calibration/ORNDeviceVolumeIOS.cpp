@@ -1,9 +1,10 @@
+#include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
+
 #include <algorithm>
 
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/calibration/LevelCipher.h>
-#include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
 #include <ORNHearingTestSDK/common/JsonReading.h>
 
 namespace orn {

@@ -1,3 +1,5 @@
+#include <ORNHearingTestSDK/common/AES256.h>
+
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -6,8 +8,6 @@
 #include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
-
-#include <ORNHearingTestSDK/common/AES256.h>
 
 namespace orn {
 namespace {

@@ -1,8 +1,8 @@
+#include <ORNHearingTestSDK/common/Base64.h>
+
 #include <algorithm>
 
 #include <openssl/evp.h>
-
-#include <ORNHearingTestSDK/common/Base64.h>
 
 namespace orn {
 namespace {

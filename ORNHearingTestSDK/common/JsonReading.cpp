@@ -1,9 +1,10 @@
+#include <ORNHearingTestSDK/common/JsonReading.h>
+
 #include <cmath>
 #include <limits>
 
 #include <nlohmann/json.hpp>
 
-#include <ORNHearingTestSDK/common/JsonReading.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
 
 namespace orn {

@@ -1,10 +1,10 @@
+#include <ORNHearingTestSDK/common/NumericText.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <system_error>
-
-#include <ORNHearingTestSDK/common/NumericText.h>
 
 namespace orn {
 namespace {

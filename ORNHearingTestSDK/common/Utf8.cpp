@@ -1,8 +1,8 @@
+#include <ORNHearingTestSDK/common/Utf8.h>
+
 #include <array>
 #include <bit>
 #include <cstdint>
-
-#include <ORNHearingTestSDK/common/Utf8.h>
 
 namespace orn {
 namespace {

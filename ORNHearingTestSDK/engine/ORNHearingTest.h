@@ -99,13 +99,13 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
   /// A delegate's operation, which is empty if there is no delegate or it does not implement it. A copy, since the
   /// call may let go of the delegate.
   template <class Operation>
-  Operation delegateOperation(Operation ORNHearingTestDelegate::* operation) const {
+  Operation delegateOperation(Operation ORNHearingTestDelegate::*operation) const {
     const auto told = delegate_.lock();
     return told ? (*told).*operation : Operation{};
   }
 
   template <class Operation, class... Arguments>
-  void tellDelegate(Operation ORNHearingTestDelegate::* operation, const Arguments&... arguments) {
+  void tellDelegate(Operation ORNHearingTestDelegate::*operation, const Arguments&... arguments) {
     if (const Operation told = delegateOperation(operation)) told(*this, arguments...);
   }
 

@@ -64,8 +64,7 @@ void ORNManualHearingTest::addItem(const Item& item, std::vector<Item>& forArray
     return;
   }
   forArray.push_back(item);
-  std::sort(forArray.begin(), forArray.end(),
-            [](const Item& a, const Item& b) { return a->point().x < b->point().x; });
+  std::sort(forArray.begin(), forArray.end(), [](const Item& a, const Item& b) { return a->point().x < b->point().x; });
 }
 
 void ORNManualHearingTest::startTest(bool isLeft) {

@@ -112,7 +112,8 @@ void ORNStandardHearingTest::hasListened() {
   if (!current) return;
   current->setHearStatus(0);  // a further presentation needs a press of its own
   if (!addStatusForItem(current, true)) {
-    // The next frequency starts at once; the call that targetItem() has delayed presents it a second time, and is meant.
+    // The next frequency starts at once; the call that targetItem() has delayed presents it a second time, and is
+    // meant.
     const Item next = getNextColnTestItem();
     prepareAmplitude(next);
     setCurrentItem(next);
@@ -130,8 +131,8 @@ bool ORNStandardHearingTest::addStatusForItem(const Item& item, bool isHeard) {
   } else {
     item->setNotHeardTimes(item->notHeardTimes() + 1);
   }
-  const bool isAccepted = item->heardTimes() > item->notHeardTimes() &&
-                          item->heardTimes() + item->notHeardTimes() >= kLeastPresentations;
+  const bool isAccepted =
+      item->heardTimes() > item->notHeardTimes() && item->heardTimes() + item->notHeardTimes() >= kLeastPresentations;
   if (!isAccepted) return true;
   if (testIndex_ == kRetestIndex) {
     targetItemAndCheck(item);

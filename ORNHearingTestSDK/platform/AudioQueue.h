@@ -11,9 +11,9 @@ namespace orn {
 
 /// Format of a stream of linear PCM samples.
 struct AudioStreamBasicDescription {
-  double mSampleRate = 0;            ///< Frames a second.
-  std::uint32_t mFormatID = 0;       ///< kAudioFormatLinearPCM.
-  std::uint32_t mFormatFlags = 0;    ///< kLinearPCMFormatFlag... added up.
+  double mSampleRate = 0;          ///< Frames a second.
+  std::uint32_t mFormatID = 0;     ///< kAudioFormatLinearPCM.
+  std::uint32_t mFormatFlags = 0;  ///< kLinearPCMFormatFlag... added up.
   std::uint32_t mBytesPerPacket = 0;
   std::uint32_t mFramesPerPacket = 0;
   std::uint32_t mBytesPerFrame = 0;
@@ -28,8 +28,8 @@ inline constexpr std::uint32_t kLinearPCMFormatFlagIsPacked = 8;
 
 /// One buffer that circulates between a queue and whoever fills it. Owned by the queue.
 struct AudioQueueBuffer {
-  std::span<std::uint8_t> mAudioData;     ///< The buffer's whole room.
-  std::uint32_t mAudioDataByteSize = 0;   ///< How much of it is to be played; a queue plays no more than the room.
+  std::span<std::uint8_t> mAudioData;    ///< The buffer's whole room.
+  std::uint32_t mAudioDataByteSize = 0;  ///< How much of it is to be played; a queue plays no more than the room.
 };
 
 /// Streaming output of one sound: buffers are enqueued, played in order, and handed back one by one.

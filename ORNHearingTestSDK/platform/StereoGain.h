@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <span>
 
 namespace orn {
 
@@ -24,6 +25,16 @@ inline std::int32_t scaledSample(std::int16_t sample, float gain) {
   constexpr float half = 0.49999997F;
   const float value = std::clamp(static_cast<float>(sample) * gain, -32768.0F, 32767.0F);
   return static_cast<std::int32_t>(value + (value < 0 ? -half : half));
+}
+
+/// Adds samples times a gain to as many sums; at gain 1 and 0 nothing is rounded.
+inline void addScaled(std::span<const std::int16_t> samples, float gain, std::span<std::int32_t> sums) {
+  if (gain == 0) return;
+  if (gain == 1) {
+    for (std::size_t i = 0; i < samples.size(); ++i) sums[i] += samples[i];
+  } else {
+    for (std::size_t i = 0; i < samples.size(); ++i) sums[i] += scaledSample(samples[i], gain);
+  }
 }
 
 }  // namespace orn

@@ -1,6 +1,7 @@
 // Writes the fourteen tone files of wav.bundle into the folder named on the command line: of each frequency one at full
 // level, "40+n.wav", and one exactly 40 dB below it, "40-n.wav".
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
@@ -26,10 +27,10 @@ std::int32_t lowered(std::int32_t sample, std::int32_t cycle) {
 
 std::vector<char> tone(const orn::SineTable& table, bool low) {
   std::vector<char> bytes;
-  bytes.reserve(2 * kToneSamples);
+  bytes.reserve(std::size_t{2} * kToneSamples);
   const std::int32_t length = table.size / 2;
   for (std::int32_t i = 0; i < kToneSamples; ++i) {
-    const std::uint8_t* at = table.data + 2 * (i % length);
+    const std::uint8_t* at = table.data + std::ptrdiff_t{2} * (i % length);
     const auto full = static_cast<std::int16_t>(at[0] | at[1] << 8);
     const std::int32_t sample = low ? lowered(full, i / length) : full;
     bytes.push_back(static_cast<char>(sample & 0xFF));

@@ -1,12 +1,12 @@
 #include "hearing-test/SimulateCommand.h"
 
-#include <CLI/CLI.hpp>
 #include <charconv>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <stdexcept>
+#include <CLI/CLI.hpp>
 
 #include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/audio/SineTables.h>
@@ -125,7 +125,8 @@ SimulateCommand::SimulateCommand(CLI::App& app) {
 
 std::string SimulateCommand::calibrationReply() const {
   if (calibration_.empty()) {
-    return std::string(path_ == "audiometer" ? simulation::sampleAudiometerReply() : simulation::sampleEarphonesReply());
+    return std::string(path_ == "audiometer" ? simulation::sampleAudiometerReply()
+                                             : simulation::sampleEarphonesReply());
   }
   std::string reply = contents(calibration_);
   const auto parsed = ORNDeviceCorrect::parse(reply);

@@ -1,6 +1,6 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <CLI/CLI.hpp>
 
 #include "hearing-test/SimulateCommand.h"
 

@@ -159,8 +159,6 @@ TestOutcome Run::go() {
 
 }  // namespace
 
-TestOutcome runSimulatedTest(const TestPlan& plan, const TestWatch& watch) {
-  return Run(plan, watch).go();
-}
+TestOutcome runSimulatedTest(const TestPlan& plan, const TestWatch& watch) { return Run(plan, watch).go(); }
 
 }  // namespace orn::simulation

@@ -19,7 +19,8 @@ enum class OutputPath { Audiometer, Earphones };
 struct TestPlan {
   TestType type = TestType::Automatic;
   OutputPath path = OutputPath::Audiometer;
-  std::vector<std::string> frequencies{"1000hz", "2000hz", "4000hz", "500hz"};  ///< Keys; the standard test has its own.
+  std::vector<std::string> frequencies{"1000hz", "2000hz", "4000hz",
+                                       "500hz"};  ///< Keys; the standard test has its own.
   ListenerTraits listener;
   std::string calibrationReply;  ///< JSON text as the service sends it.
   bool keepsSamples = false;

@@ -37,15 +37,13 @@ void SimulatedAudioPlayer::stop() {
   playing_ = false;
 }
 
-void SimulatedAudioPlayer::mixInto(std::span<std::int32_t> sums) {
-  while (playing_ && !sums.empty()) {
-    const std::size_t frames = std::min(sums.size() / 2, samples_.size() - next_);
-    const std::int16_t* samples = samples_.data() + next_;
-    for (std::size_t i = 0; i < frames; ++i) {
-      sums[2 * i] += scaledSample(samples[i], gain_.left);
-      sums[2 * i + 1] += scaledSample(samples[i], gain_.right);
-    }
-    sums = sums.subspan(2 * frames);
+void SimulatedAudioPlayer::mixInto(SimulatedMixer::Sums sums) {
+  while (playing_ && sums.frames() > 0) {
+    const std::size_t frames = std::min(sums.frames(), samples_.size() - next_);
+    const auto samples = std::span(samples_).subspan(next_, frames);
+    addScaled(samples, gain_.left, sums.left);
+    addScaled(samples, gain_.right, sums.right);
+    sums = sums.after(frames);
     next_ += frames;
     if (next_ == samples_.size()) goOnOrEnd();
   }

@@ -26,7 +26,7 @@ class SimulatedAudioPlayer final : public AudioPlayer, private SimulatedMixer::S
   void stop() override;
 
  private:
-  void mixInto(std::span<std::int32_t> sums) override;
+  void mixInto(SimulatedMixer::Sums sums) override;
   void goOnOrEnd();
 
   std::shared_ptr<SimulatedMixer> mixer_;

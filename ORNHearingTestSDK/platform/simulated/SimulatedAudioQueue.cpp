@@ -35,7 +35,8 @@ AudioQueueBuffer* SimulatedAudioQueue::allocateBuffer(std::uint32_t byteSize) {
 }
 
 std::error_code SimulatedAudioQueue::enqueueBuffer(AudioQueueBuffer& buffer) {
-  const auto own = std::find_if(buffers_.begin(), buffers_.end(), [&](const auto& one) { return one.get() == &buffer; });
+  const auto own =
+      std::find_if(buffers_.begin(), buffers_.end(), [&](const auto& one) { return one.get() == &buffer; });
   const std::size_t size = std::min<std::size_t>(buffer.mAudioDataByteSize, buffer.mAudioData.size());
   if (own == buffers_.end() || size < 2) return std::make_error_code(std::errc::invalid_argument);
   mixer_->catchUp();
@@ -73,17 +74,14 @@ std::error_code SimulatedAudioQueue::stop() {
   return {};
 }
 
-void SimulatedAudioQueue::mixInto(std::span<std::int32_t> sums) {
-  while (playing_ && !sums.empty() && !enqueued_.empty()) {
+void SimulatedAudioQueue::mixInto(SimulatedMixer::Sums sums) {
+  while (playing_ && sums.frames() > 0 && !enqueued_.empty()) {
     Buffer& buffer = *enqueued_.front();
-    const std::size_t frames = std::min(sums.size() / 2, buffer.samples.size() - buffer.played);
-    const std::int16_t* samples = buffer.samples.data() + buffer.played;
-    for (std::size_t i = 0; i < frames; ++i) {
-      const std::int32_t sample = scaledSample(samples[i], volume_);
-      sums[2 * i] += sample;
-      sums[2 * i + 1] += sample;
-    }
-    sums = sums.subspan(2 * frames);
+    const std::size_t frames = std::min(sums.frames(), buffer.samples.size() - buffer.played);
+    const auto samples = std::span(buffer.samples).subspan(buffer.played, frames);
+    addScaled(samples, volume_, sums.left);
+    addScaled(samples, volume_, sums.right);
+    sums = sums.after(frames);
     buffer.played += frames;
     if (buffer.played < buffer.samples.size()) return;
     enqueued_.pop_front();

@@ -25,11 +25,11 @@ class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Sou
  private:
   struct Buffer : AudioQueueBuffer {
     std::vector<std::uint8_t> room;
-    std::vector<std::int16_t> samples; 
+    std::vector<std::int16_t> samples;
     std::size_t played = 0;
   };
 
-  void mixInto(std::span<std::int32_t> sums) override;
+  void mixInto(SimulatedMixer::Sums sums) override;
   void setPlaying(bool playing);
 
   std::shared_ptr<SimulatedMixer> mixer_;

@@ -49,7 +49,7 @@ void SimulatedAudioSession::addObserver(std::weak_ptr<const AudioSessionObserver
 }
 
 template <class Notice>
-void SimulatedAudioSession::tell(Notice AudioSessionObserver::* notice, std::int32_t value) {
+void SimulatedAudioSession::tell(Notice AudioSessionObserver::*notice, std::int32_t value) {
   // A copy: an observer may add observers.
   for (const auto& one : std::vector(observers_)) {
     const auto observer = one.lock();

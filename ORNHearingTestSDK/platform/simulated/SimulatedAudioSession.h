@@ -42,7 +42,7 @@ class ORN_EXPORT SimulatedAudioSession final : public AudioSession {
 
  private:
   template <class Notice>
-  void tell(Notice AudioSessionObserver::* notice, std::int32_t value);
+  void tell(Notice AudioSessionObserver::*notice, std::int32_t value);
 
   AudioRouteDescription route_{{}, {{"Speaker", "Built-In Speaker"}}};
   std::optional<std::string> text_ = "Speaker";

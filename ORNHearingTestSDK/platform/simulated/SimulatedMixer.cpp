@@ -6,7 +6,9 @@ namespace orn {
 namespace {
 
 // 48000 frames a second, in whole numbers: 6 frames are 125 microseconds.
-std::int64_t framesBy(std::chrono::nanoseconds time) { return time.count() / 125'000 * 6 + time.count() % 125'000 * 6 / 125'000; }
+std::int64_t framesBy(std::chrono::nanoseconds time) {
+  return time.count() / 125'000 * 6 + time.count() % 125'000 * 6 / 125'000;
+}
 
 }  // namespace
 
@@ -24,13 +26,16 @@ void SimulatedMixer::catchUp() {
 }
 
 void SimulatedMixer::render(std::size_t frames) {
-  const auto sums = std::span(sums_).first(2 * frames);
+  const Sums sums{std::span(left_).first(frames), std::span(right_).first(frames)};
   const auto samples = std::span(samples_).first(2 * frames);
-  std::fill(sums.begin(), sums.end(), 0);
+  std::fill(sums.left.begin(), sums.left.end(), 0);
+  std::fill(sums.right.begin(), sums.right.end(), 0);
   // By index: a queue's callback may make further sources.
   for (std::size_t i = 0; i < sources_.size(); ++i) sources_[i]->mixInto(sums);
-  std::transform(sums.begin(), sums.end(), samples.begin(),
-                 [](std::int32_t sum) { return static_cast<std::int16_t>(std::clamp(sum, -32768, 32767)); });
+  for (std::size_t i = 0; i < frames; ++i) {
+    samples[2 * i] = static_cast<std::int16_t>(std::clamp(sums.left[i], -32768, 32767));
+    samples[2 * i + 1] = static_cast<std::int16_t>(std::clamp(sums.right[i], -32768, 32767));
+  }
   const std::int64_t first = frame_;
   frame_ += static_cast<std::int64_t>(frames);
   for (std::size_t i = 0; i < listeners_.size(); ++i) listeners_[i](first, samples);

@@ -18,12 +18,19 @@ class SimulatedMixer {
  public:
   static constexpr std::size_t kMostFrames = 3840;
 
+  /// Sums of what sounds in each channel, frame by frame.
+  struct Sums {
+    std::span<std::int32_t> left, right;
+    std::size_t frames() const { return left.size(); }
+    Sums after(std::size_t frames) const { return {left.subspan(frames), right.subspan(frames)}; }
+  };
+
   /// Something that sounds.
   class Source {
    public:
     virtual ~Source() = default;
-    /// Adds the next frames of this source to the left and right sums.
-    virtual void mixInto(std::span<std::int32_t> sums) = 0;
+    /// Adds the next frames of this source.
+    virtual void mixInto(Sums sums) = 0;
   };
 
   explicit SimulatedMixer(std::shared_ptr<RunLoop> runLoop) : runLoop_(std::move(runLoop)) {}
@@ -46,7 +53,7 @@ class SimulatedMixer {
   std::deque<SimulatedAudioOutput::Listener> listeners_;  // stay in place while a listener adds another
   std::int64_t frame_ = 0;
   bool rendering_ = false;
-  std::array<std::int32_t, 2 * kMostFrames> sums_{};
+  std::array<std::int32_t, kMostFrames> left_{}, right_{};
   std::array<std::int16_t, 2 * kMostFrames> samples_{};
 };
 

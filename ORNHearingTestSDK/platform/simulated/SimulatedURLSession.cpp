@@ -13,7 +13,8 @@ SimulatedURLSession::Script SimulatedURLSession::scriptFor(const URLRequest& req
   const auto fits = [&](const Script& one) { return request.url.find(one.addressPart) != std::string::npos; };
   const auto found = std::find_if(scripts_.rbegin(), scripts_.rend(), fits);
   if (found == scripts_.rend()) return {"", {{}, Error{"transport", 1, "no reply is scripted for " + request.url}}, {}};
-  if (found->delay > request.timeout) return {"", {{}, Error{"transport", 2, "the request timed out"}}, request.timeout};
+  if (found->delay > request.timeout)
+    return {"", {{}, Error{"transport", 2, "the request timed out"}}, request.timeout};
   return *found;
 }
 
