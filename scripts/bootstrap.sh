@@ -8,7 +8,7 @@ packages=(
   # what the library is made of
   libssl-dev nlohmann-json3-dev
   # the programs
-  libcli11-dev
+  libcli11-dev libmicrohttpd-dev libsqlite3-dev
   # tests and benchmarks
   libbenchmark-dev libgmock-dev libgtest-dev
 )

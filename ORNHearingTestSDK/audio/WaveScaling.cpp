@@ -169,6 +169,7 @@ void rampCycles(const std::uint8_t* in, std::int64_t size, std::int32_t repetiti
 
 void rampCycles(const std::uint8_t* in, std::int64_t size, std::int32_t repetitions, float start, float end,
                 std::uint8_t* out) {
+  // Gives way by itself where the processor lacks it.
   rampCycles(in, size, repetitions, start, end, out, WaveKernel::Avx2);
 }
 

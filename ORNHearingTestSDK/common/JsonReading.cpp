@@ -28,6 +28,26 @@ std::int64_t saturated(std::uint64_t value) {
 
 }  // namespace
 
+bool isNestedTooDeep(std::string_view text) {
+  int depth = 0;
+  bool isInText = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (isInText) {
+      if (text[i] == '\\')
+        ++i;
+      else if (text[i] == '"')
+        isInText = false;
+    } else if (text[i] == '"') {
+      isInText = true;
+    } else if (text[i] == '[' || text[i] == '{') {
+      if (++depth > kDeepestJson) return true;
+    } else if (text[i] == ']' || text[i] == '}') {
+      --depth;
+    }
+  }
+  return false;
+}
+
 const json& jsonMember(const json& object, const char* key) {
   static const json none;
   if (!object.is_object()) return none;
@@ -50,6 +70,12 @@ std::int64_t jsonInteger(const json& value) {
     default:
       return 0;
   }
+}
+
+double jsonDouble(const json& value) {
+  if (value.is_string()) return doubleValue(value.get_ref<const std::string&>());
+  if (value.is_number()) return value.get<double>();
+  return value.is_boolean() && value.get<bool>() ? 1 : 0;
 }
 
 bool jsonBool(const json& value) {

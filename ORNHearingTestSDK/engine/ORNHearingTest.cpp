@@ -8,7 +8,12 @@
 #include <ORNHearingTestSDK/engine/ORNStandardHearingTest.h>
 #include <ORNHearingTestSDK/platform/AudioSession.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/results/AppRegistration.h>
+#include <ORNHearingTestSDK/results/HearingScore.h>
 #include <ORNHearingTestSDK/results/ResultSubmission.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
+#include <ORNHearingTestSDK/results/TestHistory.h>
+#include <ORNHearingTestSDK/results/UserProfile.h>
 
 namespace orn {
 
@@ -39,6 +44,7 @@ void ORNHearingTest::handleInterruptionNotification(std::int32_t type) {
 
 void ORNHearingTest::handleRouteChangeNotification(std::int32_t /*reason*/) {}
 
+void ORNHearingTest::setKV50MAC(const std::string& /*KV50MAC*/, CompletionHandler /*completionHandler*/) {}
 void ORNHearingTest::setNosiseValue(std::optional<double> /*nosiseValue*/) {}
 void ORNHearingTest::setLogEnable(bool /*enabled*/) {}
 float ORNHearingTest::getTestProgress() const { return 0; }
@@ -58,10 +64,30 @@ bool ORNHearingTest::hasHeadset() { return AudioRoute::hasHeadset(); }
 std::optional<std::string> ORNHearingTest::getKV50Mac() { return AudioRoute::getKV50Mac(); }
 std::string ORNHearingTest::platform() { return AudioRoute::platform(); }
 
-void ORNHearingTest::listenTestWithLeft(EarResult left, EarResult right, std::optional<std::string> earPlugModel,
-                                        CompletionHandler completion) {
-  ResultSubmission::listenTestWithLeft(std::move(left), std::move(right), std::move(earPlugModel),
-                                       std::move(completion));
+void ORNHearingTest::registerAppKey(const std::string& appKey) { orn::registerAppKey(appKey); }
+void ORNHearingTest::setHttpHeader(URLRequest& request) { orn::setHttpHeader(request); }
+
+void ORNHearingTest::setAppUserID(std::optional<std::string> appUserID, std::optional<std::string> username,
+                                  bool isWomen, std::optional<std::chrono::system_clock::time_point> birthday,
+                                  std::optional<std::string> phone, CompletionHandler completionHandler) {
+  UserProfile::setAppUserID(std::move(appUserID), std::move(username), isWomen, birthday, std::move(phone),
+                            std::move(completionHandler));
 }
+
+void ORNHearingTest::listenTestWithLeft(const EarResult& left, const EarResult& right,
+                                        const std::optional<std::string>& earPlugModel,
+                                        ResultSubmission::Completion completion) {
+  ResultSubmission::listenTestWithLeft(left, right, earPlugModel, std::move(completion));
+}
+
+void ORNHearingTest::getListenTestWithCompletion(TestHistory::Completion completion) {
+  TestHistory::getListenTestWithCompletion(std::move(completion));
+}
+
+std::int64_t ORNHearingTest::computeEarTestResult(const EarResult& earResult) {
+  return HearingScore::computeEarTestResult(earResult);
+}
+
+std::string ORNHearingTest::computeResultString(std::int64_t loss) { return HearingScore::computeResultString(loss); }
 
 }  // namespace orn

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include <nlohmann/json_fwd.hpp>
 
 #include <ORNHearingTestSDK/common/EarResult.h>
 #include <ORNHearingTestSDK/engine/ORNHearingTestDelegate.h>
@@ -52,6 +56,9 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
   /// Progress of the current ear, normally 0 to 1; above 1 from the retest of the standard test to the ear's end.
   virtual float getTestProgress() const;
 
+  /// Takes the audiometer's address and gets its calibration; nothing from this class itself.
+  virtual void setKV50MAC(const std::string& KV50MAC, CompletionHandler completionHandler);
+
   /// The frequency keys in test order, such as "1000hz". Call it before the first tone. A key that repeats counts once.
   virtual void setTestHzs(std::vector<std::string> hzs);
 
@@ -89,9 +96,25 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
   static std::optional<std::string> getKV50Mac();
   static std::string platform();
 
-  /// ResultSubmission::listenTestWithLeft.
-  static void listenTestWithLeft(EarResult left, EarResult right, std::optional<std::string> earPlugModel,
-                                 CompletionHandler completion);
+  /// orn::registerAppKey and orn::setHttpHeader.
+  static void registerAppKey(const std::string& appKey);
+  static void setHttpHeader(URLRequest& request);
+
+  /// UserProfile::setAppUserID.
+  static void setAppUserID(std::optional<std::string> appUserID, std::optional<std::string> username, bool isWomen,
+                           std::optional<std::chrono::system_clock::time_point> birthday,
+                           std::optional<std::string> phone, CompletionHandler completionHandler);
+
+  /// ResultSubmission::listenTestWithLeft and TestHistory::getListenTestWithCompletion.
+  static void listenTestWithLeft(const EarResult& left, const EarResult& right,
+                                 const std::optional<std::string>& earPlugModel,
+                                 std::function<void(std::nullptr_t, std::optional<Error>)> completion);
+  static void getListenTestWithCompletion(
+      std::function<void(std::optional<Error>, const nlohmann::json& listenTests)> completion);
+
+  /// HearingScore::computeEarTestResult and HearingScore::computeResultString.
+  static std::int64_t computeEarTestResult(const EarResult& earResult);
+  static std::string computeResultString(std::int64_t loss);
 
  protected:
   ORNHearingTest();

@@ -57,8 +57,9 @@ bool ORNHearingTestItem::rampInto(std::span<std::uint8_t> block, float from, flo
 
 Bytes ORNHearingTestItem::getData(const std::uint8_t* dataPoint, std::int64_t length) const {
   if (!dataPoint || length < 1) return {};
-  Bytes cycle(static_cast<std::size_t>(length));
+  Bytes cycle(static_cast<std::size_t>(length + length % 2));
   scaleCycle(dataPoint, length, zhenfu(), cycle.data());
+  cycle.resize(static_cast<std::size_t>(length));
   return cycle;
 }
 

@@ -5,8 +5,11 @@
 #include <utility>
 
 #include <ORNHearingTestSDK/audio/ORNPlayer.h>
+#include <ORNHearingTestSDK/calibration/CalibrationFetch.h>
+#include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
 #include <ORNHearingTestSDK/calibration/LevelMapping.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/results/ResultSubmission.h>
 
 namespace orn {
 namespace {
@@ -65,6 +68,57 @@ void ORNManualHearingTest::addItem(const Item& item, std::vector<Item>& forArray
   }
   forArray.push_back(item);
   std::sort(forArray.begin(), forArray.end(), [](const Item& a, const Item& b) { return a->point().x < b->point().x; });
+}
+
+/// Records that arrive after the session has gone are of no use to anyone.
+std::function<void(const ORNDeviceCorrect&)> ORNManualHearingTest::assignment(
+    void (ORNManualHearingTest::*assign)(const ORNDeviceCorrect&)) {
+  return [session = std::weak_ptr(self(this)), assign](const ORNDeviceCorrect& reply) {
+    if (const auto alive = session.lock()) ((*alive).*assign)(reply);
+  };
+}
+
+void ORNManualHearingTest::assignAudiometer(const ORNDeviceCorrect& reply) {
+  const AudiometerRecords records = audiometerRecords(reply);
+  if (records.ab) ab_ = records.ab;
+  if (records.aabb) aabb_ = records.aabb;
+  if (records.xxyy) xxyy_ = records.xxyy;
+}
+
+void ORNManualHearingTest::assignEarphones(const ORNDeviceCorrect& reply) {
+  const EarphoneRecords records = earphoneRecords(reply);
+  if (records.left) leftVolume_ = records.left;
+  if (records.right) rightVolue_ = records.right;
+}
+
+void ORNManualHearingTest::setKV50MAC(const std::string& KV50MAC, CompletionHandler completionHandler) {
+  KV50MAC_ = KV50MAC;
+  fetchAudiometerCalibration("", KV50MAC, assignment(&ORNManualHearingTest::assignAudiometer),
+                             std::move(completionHandler));
+}
+
+void ORNManualHearingTest::getTestHistoryByMAC(
+    const std::string& KV50MAC, std::function<void(std::optional<Error>, std::nullptr_t)> completionHandler) {
+  KV50MAC_ = KV50MAC;
+  fetchAudiometerCalibration("history", KV50MAC, assignment(&ORNManualHearingTest::assignAudiometer),
+                             [done = std::move(completionHandler)](std::optional<Error> error) {
+                               if (done) done(std::move(error), nullptr);
+                             });
+}
+
+void ORNManualHearingTest::setEarPlugModel(const std::string& earPlugModel, CompletionHandler completionHandler) {
+  setEarPlugModel(std::optional(earPlugModel));
+  fetchEarphoneCalibration(earPlugModel, assignment(&ORNManualHearingTest::assignEarphones),
+                           std::move(completionHandler));
+}
+
+void ORNManualHearingTest::postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base,
+                                                  double /*lscore*/, double /*rscore*/, const nlohmann::json& /*noise*/,
+                                                  const nlohmann::json& /*userID*/, const nlohmann::json& /*startTime*/,
+                                                  const nlohmann::json& /*endTime*/,
+                                                  const std::optional<std::string>& earPlugModel,
+                                                  CompletionHandler completion) {
+  ResultSubmission::postListenTestWithLeft(left, right, base, earPlugModel, std::move(completion));
 }
 
 void ORNManualHearingTest::startTest(bool isLeft) {
@@ -207,7 +261,7 @@ void ORNManualHearingTest::callAllComplete() {
   tellDelegate(&ORNHearingTestDelegate::completeWithLeftResult, *getTestResult(true), *getTestResult(false));
   // An audiometer's result carries its address in the model's place.
   listenTestWithLeft(*getTestResult(true), *getTestResult(false), usesAudiometer() ? KV50MAC_ : earPlugModel(),
-                     [](const std::optional<Error>&) {});
+                     [](std::nullptr_t, const std::optional<Error>&) {});
 }
 
 std::optional<EarResult> ORNManualHearingTest::getTestResult(bool isLeft) const {

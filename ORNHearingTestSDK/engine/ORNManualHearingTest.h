@@ -14,6 +14,7 @@
 
 namespace orn {
 
+class ORNDeviceCorrect;
 class ORNDeviceVolumeIOS;
 
 /// The manual test, and the engine under the timed ones: it starts and stops tones on either output path, keeps the
@@ -83,6 +84,26 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   const std::optional<std::string>& KV50MAC() const { return KV50MAC_; }
   void setKV50MAC(std::optional<std::string> KV50MAC) { KV50MAC_ = std::move(KV50MAC); }
 
+  /// Takes the audiometer's address and fills ab, aabb and xxyy, from the cache file or from the service. The callback
+  /// comes once: within this call if the file was there, on the main thread later if not. It has no error unless no
+  /// reply came at all, so a refusal looks like a success without records.
+  void setKV50MAC(const std::string& KV50MAC, CompletionHandler completionHandler) override;
+
+  /// The same with a cache file of its own. The second argument of the callback is always nothing.
+  void getTestHistoryByMAC(const std::string& KV50MAC,
+                           std::function<void(std::optional<Error>, std::nullptr_t)> completionHandler);
+
+  /// Takes the earphones' model and fills leftVolume and rightVolue. The callback comes once, on the main thread, if
+  /// the service had to be asked, and never if the records came from the cache file.
+  using ORNHearingTest::setEarPlugModel;
+  void setEarPlugModel(const std::string& earPlugModel, CompletionHandler completionHandler);
+
+  /// ResultSubmission::postListenTestWithLeft; the scores, the noise, the user id and the times are not used.
+  static void postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base, double lscore,
+                                     double rscore, const nlohmann::json& noise, const nlohmann::json& userID,
+                                     const nlohmann::json& startTime, const nlohmann::json& endTime,
+                                     const std::optional<std::string>& earPlugModel, CompletionHandler completion);
+
   /// Calibration of the earphones by ear, and of the audiometer: its own record and the two reference ones.
   const Record& leftVolume() const { return leftVolume_; }
   void setLeftVolume(Record record) { leftVolume_ = std::move(record); }
@@ -123,6 +144,10 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
 
  private:
   std::vector<Item>& resultArray(bool isLeft) { return isLeft ? leftEarTestResultArray_ : rightEarTestResultArray_; }
+  void assignAudiometer(const ORNDeviceCorrect& reply);
+  void assignEarphones(const ORNDeviceCorrect& reply);
+  std::function<void(const ORNDeviceCorrect&)> assignment(
+      void (ORNManualHearingTest::*assign)(const ORNDeviceCorrect&));
   std::optional<float> startTone(const Item& item);
   std::optional<float> startEarphoneTone(const Item& item);
   void raiseProgress(double progress);

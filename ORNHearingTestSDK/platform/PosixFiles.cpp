@@ -1,6 +1,7 @@
 #include <ORNHearingTestSDK/platform/PosixFiles.h>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -43,6 +44,24 @@ bool replaceFile(const std::string& path, std::span<const std::uint8_t> bytes) {
   if (whole && rename(fresh.c_str(), path.c_str()) == 0) return true;
   unlink(fresh.c_str());
   return false;
+}
+
+bool fileExists(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+bool removeFile(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::remove(path, error);
+}
+
+bool makeFolders(const std::string& path) {
+  std::error_code error;
+  if (path.empty() || std::filesystem::is_directory(path, error)) return !path.empty();
+  if (!makeFolders(std::filesystem::path(path).parent_path())) return false;
+  // Another process may have made it meanwhile.
+  return mkdir(path.c_str(), 0700) == 0 || std::filesystem::is_directory(path, error);
 }
 
 }  // namespace orn

@@ -15,4 +15,14 @@ std::optional<std::vector<std::uint8_t>> readFile(const std::string& path);
 /// failed; the old file is whole then and no other is left. Any thread.
 bool replaceFile(const std::string& path, std::span<const std::uint8_t> bytes);
 
+/// Whether there is a file or a folder of that name. Any thread.
+bool fileExists(const std::string& path);
+
+/// Removes a file or an empty folder; false if there was none or it could not be removed. Any thread.
+bool removeFile(const std::string& path);
+
+/// Makes a folder, by its absolute path, and those above it that are missing, for this user alone. True if it stands
+/// there in the end. Any thread.
+bool makeFolders(const std::string& path);
+
 }  // namespace orn

@@ -27,7 +27,7 @@ struct TimerQueue::Calls {
   }
 
   std::map<Key, std::shared_ptr<QueuedTimer>> waiting;
-  std::uint64_t nextAge = 0;
+  std::uint64_t nextAge = 1;  // age 0 is that of a key that never waited
 };
 
 /// A repeating timer, or a delayed call, which is a timer without an interval.

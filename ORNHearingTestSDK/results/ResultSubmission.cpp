@@ -1,24 +1,79 @@
 #include <ORNHearingTestSDK/results/ResultSubmission.h>
 
 #include <utility>
+#include <nlohmann/json.hpp>
 
-#include <ORNHearingTestSDK/platform/PerPlatform.h>
+#include <ORNHearingTestSDK/common/PercentEscapes.h>
+#include <ORNHearingTestSDK/platform/Device.h>
+#include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+#include <ORNHearingTestSDK/results/HearingScore.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
 
 namespace orn {
 namespace {
 
-std::vector<TestSubmission>& store() {
-  static PerPlatform<std::vector<TestSubmission>> tests;
-  return *tests.get([] { return std::make_shared<std::vector<TestSubmission>>(); });
+using nlohmann::json;
+
+void addEar(json& body, const std::string& ear, const EarResult& result) {
+  for (const char* hz : {"125hz", "250hz", "500hz", "1000hz", "2000hz", "4000hz", "8000hz"}) {
+    const auto threshold = result.find(hz);
+    body[ear + hz] = threshold == result.end() ? "-1" : threshold->second;
+  }
+}
+
+json submissionBody(const EarResult& left, const EarResult& right, const char* base,
+                    const std::optional<std::string>& earPlugModel) {
+  json body;
+  addEar(body, "left", left);
+  addEar(body, "right", right);
+  body["base"] = base;
+  body["headset"] = earPlugModel.value_or("");
+  body["correctName"] = Platform::current().device->machine();
+  return body;
+}
+
+URLRequest submissionRequest(const ServiceIdentity& identity) {
+  // Escaped, so that an id is one segment of the path whatever it holds.
+  return serviceRequest("user/sdkJonDiagnose2/" + percentEscaped(identity.userID, kUnreserved) + "/" +
+                        percentEscaped(identity.appKey, kUnreserved));
 }
 
 }  // namespace
 
-void ResultSubmission::listenTestWithLeft(EarResult left, EarResult right, std::optional<std::string> earPlugModel,
-                                          Completion /*completion*/) {
-  store().push_back({std::move(left), std::move(right), std::move(earPlugModel)});
+void ResultSubmission::listenTestWithLeft(const EarResult& left, const EarResult& right,
+                                          const std::optional<std::string>& earPlugModel, Completion completion) {
+  const json body = submissionBody(left, right, "0", earPlugModel);
+  const auto identity = serviceIdentity();
+  if (!identity) return;
+  URLRequest request = submissionRequest(*identity);
+  setHttpHeader(request);
+  setJSONBody(request, body);
+  // The service's own code makes no difference to the callback.
+  sendRequest(std::move(request), [loop = Platform::current().runLoop, done = std::move(completion)](
+                                      const ServiceReply& reply, const json&) {
+    loop->dispatchAsync([done, error = reply.body ? reply.parseError : reply.sessionError] {
+      if (done) done(nullptr, error);
+    });
+  });
 }
 
-const std::vector<TestSubmission>& ResultSubmission::waiting() { return store(); }
+void ResultSubmission::postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base,
+                                              const std::optional<std::string>& earPlugModel,
+                                              PostCompletion completion) {
+  const auto identity = serviceIdentity();
+  if (!identity) return;
+  // Both losses are computed and dropped, and that is meant.
+  (void)HearingScore::computeEarTestResult(left);
+  (void)HearingScore::computeEarTestResult(right);
+  URLRequest request = submissionRequest(*identity);
+  setJSONBody(request, submissionBody(left, right, base ? "1" : "0", earPlugModel));
+  sendRequest(std::move(request), [loop = Platform::current().runLoop, done = std::move(completion)](
+                                      const ServiceReply& reply, const json&) {
+    loop->dispatchAsync([done, error = reply.body ? reply.parseError : reply.sessionError] {
+      if (done) done(error);
+    });
+  });
+}
 
 }  // namespace orn

@@ -1,35 +1,33 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include <ORNHearingTestSDK/common/EarResult.h>
 #include <ORNHearingTestSDK/platform/URLSession.h>
 
 namespace orn {
 
-/// What one finished test hands over for storing.
-struct TestSubmission {
-  EarResult left;
-  EarResult right;
-  std::optional<std::string> earPlugModel;  ///< The earphones' model, or the audiometer's address in its place.
-};
-
-/// Takes finished tests. Nothing is sent anywhere yet: they wait here in memory, in the order of their coming, and no
-/// completion is called. Main thread.
+/// Sends finished tests to the service. A submission is not kept and not tried again; without a stored application key
+/// and user id nothing is sent and no callback comes. Callbacks come once, on the main thread. Main thread.
 class ORN_EXPORT ResultSubmission {
  public:
-  using Completion = std::function<void(std::optional<Error>)>;
+  /// The first argument is always nothing. Success and a refusal by the service look alike.
+  using Completion = std::function<void(std::nullptr_t, std::optional<Error>)>;
+  using PostCompletion = std::function<void(std::optional<Error>)>;
 
   ResultSubmission() = delete;
 
-  static void listenTestWithLeft(EarResult left, EarResult right, std::optional<std::string> earPlugModel,
-                                 Completion completion);
+  /// The submission that a session makes by itself. `earPlugModel` is the earphones' model, or the audiometer's address
+  /// in its place; the empty text if there is neither.
+  static void listenTestWithLeft(const EarResult& left, const EarResult& right,
+                                 const std::optional<std::string>& earPlugModel, Completion completion);
 
-  /// The tests that wait, on the platform in force.
-  static const std::vector<TestSubmission>& waiting();
+  /// A second entry for the host: `base` goes with the result, no common headers are sent and the timeout is 10 s.
+  static void postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base,
+                                     const std::optional<std::string>& earPlugModel, PostCompletion completion);
 };
 
 }  // namespace orn

@@ -35,14 +35,8 @@ bool SimulatedFileManager::writeAtomically(const std::string& path, std::span<co
   return replaceFile(path, bytes);
 }
 
-bool SimulatedFileManager::fileExists(const std::string& path) const {
-  std::error_code error;
-  return std::filesystem::exists(path, error);
-}
+bool SimulatedFileManager::fileExists(const std::string& path) const { return orn::fileExists(path); }
 
-bool SimulatedFileManager::removeFile(const std::string& path) {
-  std::error_code error;
-  return std::filesystem::remove(path, error);
-}
+bool SimulatedFileManager::removeFile(const std::string& path) { return orn::removeFile(path); }
 
 }  // namespace orn

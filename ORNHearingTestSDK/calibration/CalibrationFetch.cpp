@@ -1,0 +1,105 @@
+#include <ORNHearingTestSDK/calibration/CalibrationFetch.h>
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
+#include <ORNHearingTestSDK/common/PropertyList.h>
+#include <ORNHearingTestSDK/platform/FileManager.h>
+#include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
+
+namespace orn {
+namespace {
+
+using nlohmann::json;
+using Reply = std::shared_ptr<const ORNDeviceCorrect>;
+
+/// A name for one file of the documents folder, whatever the text holds.
+std::string fileName(std::string name, std::string_view replaced) {
+  std::replace_if(
+      name.begin(), name.end(), [&](char c) { return c == '/' || c == '\0' || replaced.find(c) != replaced.npos; },
+      '_');
+  return name;
+}
+
+std::string pathInDocuments(const std::string& name) {
+  return Platform::current().fileManager->documentsDirectory() + "/" + name;
+}
+
+std::span<const std::uint8_t> bytesOf(const std::string& text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+/// Stores a reply's bytes and dictionary in its own way.
+using Store = std::function<void(FileManager&, const std::string& bytes, const json& dictionary)>;
+
+void askService(const FormFields& fields, const Store& store, CalibrationAssignment assign,
+                CalibrationCompletion completion) {
+  URLRequest request = serviceRequest("user/findSdkDeviceValue");
+  setFormBody(request, fields);
+  const Platform& platform = Platform::current();
+  sendRequest(std::move(request),
+              [store, files = platform.fileManager, loop = platform.runLoop, assign = std::move(assign),
+               completion = std::move(completion)](const ServiceReply& reply, const json& dictionary) {
+                Reply records;
+                if (reply.body) {
+                  records = ORNDeviceCorrect::initWithDictionary(dictionary);
+                  if (records->rspCode() == 0) store(*files, *reply.body, dictionary);
+                }
+                // The session's own error alone is handed on: what does not parse counts as no error.
+                loop->dispatchAsync([records, assign, completion, error = reply.sessionError] {
+                  if (records) assign(*records);
+                  if (completion) completion(error);
+                });
+              });
+}
+
+}  // namespace
+
+void fetchAudiometerCalibration(const std::string& filePrefix, const std::string& address, CalibrationAssignment assign,
+                                CalibrationCompletion completion) {
+  const std::string path = pathInDocuments(fileName(filePrefix + "__" + address, ":"));
+  if (const auto cached = Platform::current().fileManager->contents(path)) {
+    std::optional<Error> error;
+    const json dictionary = parseObject(std::string(cached->begin(), cached->end()), error);
+    const Reply records = ORNDeviceCorrect::initWithDictionary(dictionary);
+    if (!error && records->rspCode() == 0) {
+      assign(*records);
+      if (completion) completion(std::nullopt);
+      return;
+    }
+  }
+  askService(
+      {{"correct_name", ORNDeviceCorrect::platform()}, {"mac", address}, {"appkey", appKeyOrEmpty()}},
+      [path](FileManager& files, const std::string& bytes, const json&) {
+        files.writeAtomically(path, bytesOf(bytes));
+      },
+      std::move(assign), std::move(completion));
+}
+
+void fetchEarphoneCalibration(const std::string& model, CalibrationAssignment assign,
+                              CalibrationCompletion completion) {
+  const std::string machine = ORNDeviceCorrect::platform();
+  const std::string path = pathInDocuments(fileName(machine + "_" + model, ""));
+  if (const auto cached = Platform::current().fileManager->contents(path)) {
+    if (const auto dictionary = dictionaryOfPropertyList(*cached)) {
+      const Reply records = ORNDeviceCorrect::initWithDictionary(*dictionary);
+      if (records->rspCode() == 0) assign(*records);
+      return;  // without the completion: only an answer of the service calls it, and that is meant
+    }
+  }
+  askService(
+      {{"correct_name", machine}, {"earplug_model", model}, {"appkey", appKeyOrEmpty()}},
+      [path](FileManager& files, const std::string&, const json& dictionary) {
+        if (dictionary.empty()) return;
+        if (const auto list = propertyListOf(dictionary)) files.writeAtomically(path, bytesOf(*list));
+      },
+      std::move(assign), std::move(completion));
+}
+
+}  // namespace orn

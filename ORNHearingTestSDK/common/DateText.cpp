@@ -1,0 +1,17 @@
+#include <ORNHearingTestSDK/common/DateText.h>
+
+#include <array>
+#include <ctime>
+
+namespace orn {
+
+std::string dateText(std::chrono::system_clock::time_point date, const char* pattern) {
+  const std::time_t seconds =
+      std::chrono::floor<std::chrono::seconds>(date).time_since_epoch() / std::chrono::seconds(1);
+  std::tm calendar{};
+  if (!localtime_r(&seconds, &calendar)) return {};
+  std::array<char, 64> text{};
+  return {text.data(), std::strftime(text.data(), text.size(), pattern, &calendar)};
+}
+
+}  // namespace orn

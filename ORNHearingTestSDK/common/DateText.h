@@ -1,0 +1,12 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace orn {
+
+/// A date as text in the time zone of the process, by a strftime pattern such as "%Y%m%d"; empty for a date that the
+/// calendar functions don't reach. Any thread.
+std::string dateText(std::chrono::system_clock::time_point date, const char* pattern);
+
+}  // namespace orn

@@ -1,0 +1,31 @@
+#include <ORNHearingTestSDK/platform/linux/LinuxURLSession.h>
+
+#include <utility>
+
+#include <ORNHearingTestSDK/platform/linux/TransferQueue.h>
+
+namespace orn {
+
+LinuxURLSession::LinuxURLSession() = default;
+
+LinuxURLSession::~LinuxURLSession() {
+  if (!thread_.joinable()) return;
+  queue_->end();
+  if (thread_.get_id() == std::this_thread::get_id()) {
+    thread_.detach();
+  } else {
+    thread_.join();
+  }
+}
+
+void LinuxURLSession::dataTask(URLRequest request, CompletionHandler completionHandler) {
+  std::call_once(started_, [this] { start(); });
+  queue_->add(std::move(request), std::move(completionHandler));
+}
+
+void LinuxURLSession::start() {
+  queue_ = std::make_shared<TransferQueue>();
+  thread_ = std::thread([queue = queue_] { queue->run(); });
+}
+
+}  // namespace orn

@@ -1,0 +1,175 @@
+#include <ORNHearingTestSDK/platform/linux/PropertyList.h>
+
+#include <locale.h>
+#include <plist/plist.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+#include <utility>
+
+#include <ORNHearingTestSDK/platform/linux/XmlText.h>
+
+namespace orn {
+namespace {
+
+using std::chrono::seconds;
+using std::chrono::system_clock;
+
+constexpr const char* distantDateKey = "secondsSince1970";
+constexpr std::int64_t plistEpoch = 978'307'200;  // 2001-01-01, in seconds since 1970
+constexpr std::int64_t earliest =
+    std::chrono::duration_cast<seconds>(system_clock::time_point::min().time_since_epoch()).count();
+constexpr std::int64_t latest =
+    std::chrono::duration_cast<seconds>(system_clock::time_point::max().time_since_epoch()).count();
+
+/// The number parser of libplist follows the locale, and a comma for a point would cut every real short.
+class PointForDecimals {
+ public:
+  PointForDecimals() : plain_(newlocale(LC_NUMERIC_MASK, "C", nullptr)), before_(uselocale(plain_)) {}
+  ~PointForDecimals() {
+    uselocale(before_);
+    if (plain_) freelocale(plain_);
+  }
+  PointForDecimals(const PointForDecimals&) = delete;
+  PointForDecimals& operator=(const PointForDecimals&) = delete;
+
+ private:
+  locale_t plain_;
+  locale_t before_;
+};
+
+struct FreeText {
+  void operator()(char* text) const { std::free(text); }
+};
+using Text = std::unique_ptr<char, FreeText>;
+
+std::int64_t secondsOf(system_clock::time_point date) {
+  return std::max(earliest, std::int64_t{std::chrono::floor<seconds>(date.time_since_epoch()).count()});
+}
+
+plist_t node(bool value) { return plist_new_bool(value ? 1 : 0); }
+plist_t node(std::int64_t value) { return plist_new_uint(static_cast<std::uint64_t>(value)); }
+plist_t node(double value) { return plist_new_real(value); }
+plist_t node(const std::string& value) { return plist_new_string(value.c_str()); }
+
+plist_t node(system_clock::time_point date) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  const std::int64_t offset = secondsOf(date) - plistEpoch;
+  // The two limits themselves are what libplist gives for any date that is too far.
+  if (offset > Limits::min() && offset < Limits::max()) return plist_new_date(static_cast<std::int32_t>(offset), 0);
+  plist_t distant = plist_new_dict();
+  plist_dict_set_item(distant, distantDateKey, node(secondsOf(date)));
+  return distant;
+}
+
+std::int64_t integerIn(plist_t item) {
+  std::uint64_t value = 0;
+  plist_get_uint_val(item, &value);
+  return static_cast<std::int64_t>(value);
+}
+
+std::optional<DefaultsValue> dateIn(plist_t item) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  std::int32_t offset = 0;
+  std::int32_t microseconds = 0;
+  plist_get_date_val(item, &offset, &microseconds);
+  if (offset == Limits::min() || offset == Limits::max()) return std::nullopt;
+  return system_clock::time_point(seconds(plistEpoch + offset));
+}
+
+std::optional<DefaultsValue> distantDateIn(plist_t item) {
+  const plist_t since1970 = plist_dict_get_item(item, distantDateKey);
+  if (plist_dict_get_size(item) != 1 || !PLIST_IS_UINT(since1970)) return std::nullopt;
+  const std::int64_t value = integerIn(since1970);
+  if (value < earliest || value > latest) return std::nullopt;
+  return system_clock::time_point(seconds(value));
+}
+
+std::optional<DefaultsValue> textIn(plist_t item) {
+  std::uint64_t length = 0;
+  const char* const text = plist_get_string_ptr(item, &length);
+  if (!text) return std::nullopt;
+  return PropertyList::kept(std::string(text, length));
+}
+
+std::optional<DefaultsValue> valueIn(plist_t item) {
+  std::uint8_t truth = 0;
+  double real = 0;
+  switch (plist_get_node_type(item)) {
+    case PLIST_BOOLEAN:
+      plist_get_bool_val(item, &truth);
+      return truth != 0;
+    case PLIST_UINT:
+      return integerIn(item);
+    case PLIST_REAL:
+      plist_get_real_val(item, &real);
+      return real;
+    case PLIST_STRING:
+      return textIn(item);
+    case PLIST_DATE:
+      return dateIn(item);
+    case PLIST_DICT:
+      return distantDateIn(item);
+    default:
+      return std::nullopt;
+  }
+}
+
+}  // namespace
+
+void PropertyList::Release::operator()(void* node) const { plist_free(node); }
+
+PropertyList::PropertyList() : root_(plist_new_dict()) {}
+
+std::optional<PropertyList> PropertyList::fromXml(std::span<const std::uint8_t> bytes) {
+  if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+  const PointForDecimals point;
+  plist_t root = nullptr;
+  plist_from_xml(reinterpret_cast<const char*>(bytes.data()), static_cast<std::uint32_t>(bytes.size()), &root);
+  PropertyList list(root);
+  if (!PLIST_IS_DICT(root)) return std::nullopt;
+  return list;
+}
+
+std::optional<std::vector<std::uint8_t>> PropertyList::xml() const {
+  const PointForDecimals point;
+  char* text = nullptr;
+  std::uint32_t length = 0;
+  plist_to_xml(root_.get(), &text, &length);
+  const Text owned(text);
+  if (!text) return std::nullopt;
+  return std::vector<std::uint8_t>(text, text + length);
+}
+
+std::optional<DefaultsValue> PropertyList::kept(DefaultsValue value) {
+  if (const auto* const text = std::get_if<std::string>(&value); text && !isXmlText(*text)) return std::nullopt;
+  if (const auto* const date = std::get_if<system_clock::time_point>(&value)) {
+    return system_clock::time_point(seconds(secondsOf(*date)));
+  }
+  return value;
+}
+
+std::map<std::string, DefaultsValue> PropertyList::values() const {
+  std::map<std::string, DefaultsValue> all;
+  plist_dict_iter place = nullptr;
+  plist_dict_new_iter(root_.get(), &place);
+  while (true) {
+    char* key = nullptr;
+    plist_t item = nullptr;
+    plist_dict_next_item(root_.get(), place, &key, &item);
+    const Text owned(key);
+    if (!key || !item) break;
+    if (auto value = valueIn(item)) all.insert_or_assign(key, std::move(*value));
+  }
+  std::free(place);
+  return all;
+}
+
+void PropertyList::set(const std::string& key, const DefaultsValue& value) {
+  plist_dict_set_item(root_.get(), key.c_str(), std::visit([](const auto& one) { return node(one); }, value));
+}
+
+void PropertyList::remove(const std::string& key) { plist_dict_remove_item(root_.get(), key.c_str()); }
+
+}  // namespace orn

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/UserDefaults.h>
+
+namespace orn {
+
+/// A property list, in its XML form, whose root is a dictionary. One thread at a time.
+///
+/// The form has a type for each of DefaultsValue. Its dates are whole seconds, and the library that writes them knows
+/// the years 1932 to 2069 only; a date outside them, such as an early birthday, is a dictionary with the single integer
+/// "secondsSince1970".
+class PropertyList {
+ public:
+  PropertyList();
+
+  /// Nothing if the bytes are no property list or its root is no dictionary.
+  static std::optional<PropertyList> fromXml(std::span<const std::uint8_t> bytes);
+
+  /// Nothing if it can't be put into words.
+  std::optional<std::vector<std::uint8_t>> xml() const;
+
+  /// What a value will be when it comes back: a date is rounded down to the second. Nothing for a text that XML can't
+  /// hold: one that is not UTF-8, or has control characters other than tab, line feed and carriage return.
+  static std::optional<DefaultsValue> kept(DefaultsValue value);
+
+  /// Everything that is a DefaultsValue. Data, lists and other dictionaries are not, but stay in the list.
+  std::map<std::string, DefaultsValue> values() const;
+
+  /// The value must be one that kept() gave, and the key a text that it would give.
+  void set(const std::string& key, const DefaultsValue& value);
+  void remove(const std::string& key);
+
+ private:
+  struct Release {
+    void operator()(void* node) const;
+  };
+
+  explicit PropertyList(void* root) : root_(root) {}
+
+  std::unique_ptr<void, Release> root_;
+};
+
+}  // namespace orn

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string_view>
+
+namespace orn {
+
+/// Whether an XML 1.0 document can hold this text: UTF-8, and only characters of its production Char. Any thread.
+bool isXmlText(std::string_view text);
+
+}  // namespace orn

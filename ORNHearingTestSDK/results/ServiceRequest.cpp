@@ -1,0 +1,117 @@
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/common/DefaultsReading.h>
+#include <ORNHearingTestSDK/common/JsonReading.h>
+#include <ORNHearingTestSDK/common/PercentEscapes.h>
+#include <ORNHearingTestSDK/platform/Device.h>
+#include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+
+namespace orn {
+namespace {
+
+using nlohmann::json;
+
+std::optional<std::string> storedText(const char* key) {
+  return textValue(Platform::current().userDefaults->value(key));
+}
+
+/// Only what names a host and a port: nothing that would lead a request elsewhere.
+bool isHost(const std::string& text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char c) {
+    return std::isalnum(c) || c == '.' || c == '-' || c == ':' || c == '[' || c == ']';
+  });
+}
+
+void setBody(URLRequest& request, std::string body, const char* contentType) {
+  request.body = std::move(body);
+  request.headers.emplace_back("Accept", "application/json");
+  request.headers.emplace_back("Content-Type", contentType);
+}
+
+}  // namespace
+
+std::optional<ServiceIdentity> serviceIdentity() {
+  auto appKey = storedText(kAppKeyDefault);
+  auto userID = storedText(kUserIDDefault);
+  if (!appKey || !userID) return std::nullopt;
+  return ServiceIdentity{std::move(*appKey), std::move(*userID)};
+}
+
+std::string appKeyOrEmpty() { return storedText(kAppKeyDefault).value_or(""); }
+
+URLRequest serviceRequest(const std::string& path) {
+  const auto host = storedText(kServiceHostDefault);
+  URLRequest request;
+  if (host && isHost(*host)) request.url = "http://" + *host + "/vrdnx/" + path;
+  request.method = "Post";  // to the letter, as the service wants it
+  request.timeout = std::chrono::seconds(10);
+  return request;
+}
+
+void setHttpHeader(URLRequest& request) {
+  const Device& device = *Platform::current().device;
+  request.headers.emplace_back("app-version", device.applicationVersion());
+  request.timeout = std::chrono::seconds(180);
+  request.headers.emplace_back("app-product", "SDK");
+  request.headers.emplace_back("app-channel", device.applicationIdentifier());
+  request.headers.emplace_back("system-version", device.systemVersion());
+  request.headers.emplace_back("device-model", device.machine());
+  request.headers.emplace_back("system-product", "iOS");
+}
+
+void setFormBody(URLRequest& request, const FormFields& fields) {
+  std::string text;
+  for (const auto& [key, value] : fields) text += key + "=" + value + "&";
+  setBody(request, percentEscaped(text, kLegalInURL), "application/x-www-form-urlencoded");
+}
+
+void setJSONBody(URLRequest& request, const json& fields) {
+  std::string body;
+  try {
+    body = fields.dump(2);
+  } catch (const json::exception&) {
+    body.clear();
+  }
+  setBody(request, std::move(body), "application/json");
+}
+
+json parseObject(const std::string& text, std::optional<Error>& error) {
+  if (isNestedTooDeep(text)) {
+    error = Error{"json", 2, "the reply is nested too deep"};
+    return json::object();
+  }
+  try {
+    json object = json::parse(text);
+    if (object.is_object()) return object;
+    error = Error{"json", 1, "the reply is no JSON object"};
+  } catch (const json::exception& failure) {
+    error = Error{"json", failure.id, failure.what()};
+  }
+  return json::object();
+}
+
+void sendRequest(URLRequest request, std::function<void(const ServiceReply&, const json&)> handler) {
+  auto received = [handler = std::move(handler)](URLReply reply) {
+    ServiceReply result{std::move(reply.body), std::move(reply.error), {}};
+    json object = json::object();
+    if (result.body) {
+      result.sessionError.reset();
+      object = parseObject(*result.body, result.parseError);
+    }
+    handler(result, object);
+  };
+  const Platform& platform = Platform::current();
+  if (request.url.empty()) {
+    const Error noHost{"transport", 0, "no service host is set: the user default SERVICEHOST wants host or host:port"};
+    platform.runLoop->dispatchAsync([received, noHost] { received({{}, noHost}); });
+    return;
+  }
+  platform.urlSession->dataTask(std::move(request), received);
+}
+
+}  // namespace orn

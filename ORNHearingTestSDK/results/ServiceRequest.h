@@ -1,0 +1,63 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <ORNHearingTestSDK/platform/URLSession.h>
+
+namespace orn {
+
+// The conventions that every request to the cloud service keeps to. Main thread, unless said otherwise. One request is
+// sent for each operation; none is queued, retried or cancelled.
+
+using FormFields = std::vector<std::pair<std::string, std::string>>;
+
+/// User defaults that requests read.
+inline constexpr auto kAppKeyDefault = "APPKEY";
+inline constexpr auto kUserIDDefault = "USERID";
+inline constexpr auto kServiceHostDefault = "SERVICEHOST";  ///< host or host:port
+
+/// The application key and the user's id, where both are stored.
+struct ServiceIdentity {
+  std::string appKey;
+  std::string userID;
+};
+std::optional<ServiceIdentity> serviceIdentity();
+
+/// The stored application key, or the empty text.
+std::string appKeyOrEmpty();
+
+/// A request to a path below the service's first segment, with the method "Post" and a timeout of 10 s. Its address is
+/// empty if no usable service host is set; sendRequest() then answers with a transport error.
+URLRequest serviceRequest(const std::string& path);
+
+/// Adds the common headers and raises the timeout to 180 s.
+ORN_EXPORT void setHttpHeader(URLRequest& request);
+
+/// Fields as key, "=", value, "&" each, the last "&" kept, escaped as a whole: a value's own "&", "=", ":" and "+"
+/// stand.
+void setFormBody(URLRequest& request, const FormFields& fields);
+
+/// A pretty-printed JSON object; an empty body if it can't be serialised.
+void setJSONBody(URLRequest& request, const nlohmann::json& fields);
+
+/// What came of a request.
+struct ServiceReply {
+  std::optional<std::string> body;    ///< The bytes as received.
+  std::optional<Error> sessionError;  ///< Present without a body, absent with one.
+  std::optional<Error> parseError;    ///< Present if there is a body that is no JSON object.
+};
+
+/// Sends a request. The handler is called once, on a thread of the URL session, with the reply and its JSON object,
+/// which is empty unless there is one.
+void sendRequest(URLRequest request, std::function<void(const ServiceReply&, const nlohmann::json&)> handler);
+
+/// The body's JSON object; an empty one, and an error, if the text is no such thing. Any thread.
+nlohmann::json parseObject(const std::string& text, std::optional<Error>& error);
+
+}  // namespace orn

@@ -1,0 +1,33 @@
+#include <ORNHearingTestSDK/results/TestHistory.h>
+
+#include <memory>
+#include <utility>
+#include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/common/JsonReading.h>
+#include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
+
+namespace orn {
+
+using nlohmann::json;
+
+void TestHistory::getListenTestWithCompletion(Completion completion) {
+  const auto identity = serviceIdentity();
+  if (!identity) return;
+  URLRequest request = serviceRequest("user/acquireListenTest");
+  setHttpHeader(request);
+  setFormBody(request, {{"sdkKey", identity->appKey}, {"sdkUseId", identity->userID}});
+  sendRequest(std::move(request), [loop = Platform::current().runLoop, done = std::move(completion)](
+                                      const ServiceReply& reply, const json& object) {
+    const bool isAccepted = reply.body && !reply.parseError && jsonInteger(jsonMember(object, "rspCode")) == 0;
+    // Shared: a long list is not copied on its way.
+    const auto tests = std::make_shared<const json>(isAccepted ? jsonMember(object, "listenTests") : json());
+    loop->dispatchAsync([done, tests, error = reply.body ? reply.parseError : reply.sessionError] {
+      if (done) done(error, *tests);
+    });
+  });
+}
+
+}  // namespace orn

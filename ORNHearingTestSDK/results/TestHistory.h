@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <ORNHearingTestSDK/platform/URLSession.h>
+
+namespace orn {
+
+/// The tests that the service has stored for the user.
+class ORN_EXPORT TestHistory {
+ public:
+  /// An error or nothing, then the list or null: dictionaries as the service sent them, in its order. A refusal by the
+  /// service gives neither.
+  using Completion = std::function<void(std::optional<Error>, const nlohmann::json& listenTests)>;
+
+  TestHistory() = delete;
+
+  /// Without a stored application key and user id nothing is sent and no callback comes; else it comes once, on the
+  /// main thread. Main thread.
+  static void getListenTestWithCompletion(Completion completion);
+};
+
+}  // namespace orn

@@ -1,0 +1,58 @@
+#include <ORNHearingTestSDK/results/UserProfile.h>
+
+#include <array>
+#include <utility>
+#include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/common/DateText.h>
+#include <ORNHearingTestSDK/platform/Device.h>
+#include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+#include <ORNHearingTestSDK/platform/UserDefaults.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
+
+namespace orn {
+namespace {
+
+using StoredProfile = std::array<std::pair<const char*, DefaultsValue>, 5>;
+
+void store(UserDefaults& defaults, const StoredProfile& profile) {
+  for (const auto& [key, value] : profile) {
+    defaults.removeValue(key);
+    defaults.setValue(key, value);
+  }
+  defaults.synchronize();
+}
+
+}  // namespace
+
+void UserProfile::setAppUserID(std::optional<std::string> appUserID, std::optional<std::string> username, bool isWomen,
+                               std::optional<std::chrono::system_clock::time_point> birthday,
+                               std::optional<std::string> phone, CompletionHandler completionHandler) {
+  if (!appUserID || !birthday || !phone) return;
+  const std::string name = username.value_or("");
+  const Platform& platform = Platform::current();
+  URLRequest request = serviceRequest("user/sdkRegister");
+  setHttpHeader(request);
+  setJSONBody(request, {{"sdkUseId", *appUserID},
+                        {"sdkCode", platform.device->machine()},
+                        {"sdkKey", appKeyOrEmpty()},
+                        {"gender", isWomen ? "1" : "0"},
+                        {"phone", *phone},
+                        {"birthday", dateText(*birthday, "%Y%m%d")},
+                        {"username", name}});
+  const StoredProfile profile{{{kUserIDDefault, *appUserID},
+                               {"USERSEX", isWomen},
+                               {"BIRTHDAY", *birthday},
+                               {"PHONE", *phone},
+                               {"USERNAME", name}}};
+  sendRequest(std::move(request), [profile, defaults = platform.userDefaults, loop = platform.runLoop,
+                                   done = std::move(completionHandler)](const ServiceReply& reply, const auto&) {
+    if (reply.body && !reply.parseError) store(*defaults, profile);
+    loop->dispatchAsync([done, error = reply.body ? reply.parseError : reply.sessionError] {
+      if (done) done(error);
+    });
+  });
+}
+
+}  // namespace orn

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include <ORNHearingTestSDK/platform/URLSession.h>
+
+namespace orn {
+
+/// The user of the application, as the service and the score know them.
+class ORN_EXPORT UserProfile {
+ public:
+  using CompletionHandler = std::function<void(std::optional<Error>)>;
+
+  UserProfile() = delete;
+
+  /// Registers the user with the service and, once it has answered with JSON, whatever its answer, keeps the profile in
+  /// the user defaults: USERID, USERSEX, BIRTHDAY, PHONE, USERNAME. Without an id, a birthday or a phone number nothing
+  /// happens and the callback is never called; else it is called once, on the main thread, with the transport's or the
+  /// parser's error or with nothing. Main thread.
+  static void setAppUserID(std::optional<std::string> appUserID, std::optional<std::string> username, bool isWomen,
+                           std::optional<std::chrono::system_clock::time_point> birthday,
+                           std::optional<std::string> phone, CompletionHandler completionHandler);
+};
+
+}  // namespace orn

@@ -1,0 +1,461 @@
+#include <algorithm>
+#include <filesystem>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ORNHearingTestSDK/audio/AudioRoute.h>
+#include <ORNHearingTestSDK/audio/ORNPlayer.h>
+#include <ORNHearingTestSDK/audio/ORNPlayerByArray.h>
+#include <ORNHearingTestSDK/audio/Player.h>
+#include <ORNHearingTestSDK/audio/SineTables.h>
+#include <ORNHearingTestSDK/audio/WaveChange.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
+
+namespace orn {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::Each;
+using testing::ElementsAre;
+
+using Bytes = std::vector<std::uint8_t>;
+using Samples = std::vector<std::int16_t>;
+
+constexpr std::size_t kBlock = 3840;  // samples of 80 ms
+
+Bytes bytesOf(const Samples& samples) {
+  Bytes bytes;
+  for (const std::int16_t sample : samples) {
+    bytes.push_back(static_cast<std::uint8_t>(sample));
+    bytes.push_back(static_cast<std::uint8_t>(sample >> 8));
+  }
+  return bytes;
+}
+
+Samples samplesOf(std::span<const std::uint8_t> bytes) {
+  Samples samples;
+  for (std::size_t i = 0; i < bytes.size(); i += 2) {
+    samples.push_back(static_cast<std::int16_t>(bytes[i] | bytes[i + 1] << 8));
+  }
+  return samples;
+}
+
+Bytes waveFile(const Samples& samples) {
+  const std::unique_ptr<std::uint8_t, decltype(&freeWaveHeader)> header(
+      createWaveHeader(static_cast<std::uint32_t>(2 * samples.size()), 1, 48000, 16), freeWaveHeader);
+  Bytes file(header.get(), header.get() + getWaveHeaderSize());
+  const Bytes data = bytesOf(samples);
+  file.insert(file.end(), data.begin(), data.end());
+  return file;
+}
+
+/// The simulated output, and what files it was given. Broken, it makes nothing.
+struct NotingOutput final : AudioOutput {
+  explicit NotingOutput(std::shared_ptr<SimulatedAudioOutput> real) : output(std::move(real)) {}
+
+  std::unique_ptr<AudioQueue> newOutputQueue(const AudioStreamBasicDescription& format,
+                                             AudioQueue::OutputCallback callback) override {
+    return broken ? nullptr : output->newOutputQueue(format, std::move(callback));
+  }
+  std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path) override {
+    return broken ? nullptr : output->playerWithContentsOfFile(path);
+  }
+  std::unique_ptr<AudioPlayer> playerWithData(std::span<const std::uint8_t> wavFile) override {
+    files.emplace_back(wavFile.begin(), wavFile.end());
+    return broken ? nullptr : output->playerWithData(wavFile);
+  }
+
+  std::shared_ptr<SimulatedAudioOutput> output;
+  std::vector<Bytes> files;
+  bool broken = false;
+};
+
+/// Files of a temporary folder, which is also the tone bundle once it is there.
+struct BundleFiles final : FileManager {
+  std::string documentsDirectory() const override { return files.documentsDirectory(); }
+  std::optional<std::string> resourceBundle(const std::string& name) const override {
+    return hasBundle && name == "wav.bundle" ? std::optional(files.documentsDirectory()) : std::nullopt;
+  }
+  std::optional<Bytes> contents(const std::string& path) const override { return files.contents(path); }
+  bool writeAtomically(const std::string& path, std::span<const std::uint8_t> bytes) override {
+    return files.writeAtomically(path, bytes);
+  }
+  bool fileExists(const std::string& path) const override { return files.fileExists(path); }
+  bool removeFile(const std::string& path) override { return files.removeFile(path); }
+
+  SimulatedFileManager files;
+  bool hasBundle = true;
+};
+
+class Players : public testing::Test {
+ protected:
+  Players() {
+    Platform platform = machine_.platform();
+    platform.audioOutput = output_;
+    platform.fileManager = files_;
+    Platform::setCurrent(platform);
+    machine_.audioOutput->keepSamples();
+  }
+  ~Players() override { Platform::clearCurrent(); }
+
+  /// What comes out of a channel in the next time.
+  Samples heard(std::chrono::nanoseconds span, std::size_t channel = 0) {
+    const std::size_t from = machine_.audioOutput->keptSamples().size();
+    machine_.virtualTime->runFor(span);
+    return channelFrom(from, channel);
+  }
+
+  Samples channelFrom(std::size_t from, std::size_t channel) const {
+    const Samples& kept = machine_.audioOutput->keptSamples();
+    Samples samples;
+    for (std::size_t i = from + channel; i < kept.size(); i += 2) samples.push_back(kept[i]);
+    return samples;
+  }
+
+  SimulatedPlatform machine_;
+  std::shared_ptr<NotingOutput> output_ = std::make_shared<NotingOutput>(machine_.audioOutput);
+  std::shared_ptr<BundleFiles> files_ = std::make_shared<BundleFiles>();
+};
+
+/// Gives the blocks in turn, then nothing.
+struct Blocks final : PlayerGetDataSouce {
+  explicit Blocks(std::vector<Samples> all) : samples(std::move(all)) {}
+  std::span<const std::uint8_t> playerGetData() override {
+    if (pulls++ >= samples.size()) return {};
+    block = bytesOf(samples[pulls - 1]);
+    return block;
+  }
+  std::vector<Samples> samples;
+  Bytes block;
+  std::size_t pulls = 0;
+};
+
+/// Whole blocks, the first of them all 1, the next all 2.
+std::shared_ptr<Blocks> counted(std::size_t count) {
+  std::vector<Samples> blocks;
+  for (std::size_t i = 1; i <= count; ++i) blocks.emplace_back(kBlock, static_cast<std::int16_t>(i));
+  return std::make_shared<Blocks>(std::move(blocks));
+}
+
+/// Each run of equal samples by its value and how many blocks it lasts, such as "1x1 2x0.5".
+std::string runs(const Samples& samples) {
+  std::string text;
+  for (auto from = samples.begin(); from != samples.end();) {
+    const auto to = std::find_if(from, samples.end(), [&](auto sample) { return sample != *from; });
+    text += std::to_string(*from) + "x" + testing::PrintToString(static_cast<double>(to - from) / kBlock) + " ";
+    from = to;
+  }
+  return text;
+}
+
+class StreamPlayer : public Players {
+ protected:
+  void startWith(const std::shared_ptr<Blocks>& source) {
+    player_->setDataSouce(source);
+    player_->start();
+  }
+  const std::shared_ptr<Player> player_ = Player::shareInstance();
+};
+
+TEST_F(StreamPlayer, PlaysTheSourcesBlocksInOrderAndPullsOnePer80Milliseconds) {
+  const auto source = counted(20);
+  machine_.virtualTime->runFor(33ms);
+  startWith(source);
+  EXPECT_EQ(source->pulls, 3U);
+  EXPECT_EQ(runs(heard(800ms)), "1x1 2x1 3x1 4x1 5x1 6x1 7x1 8x1 9x1 10x1 ");
+  EXPECT_EQ(source->pulls, 13U);
+}
+
+TEST_F(StreamPlayer, ASourceThatHasNothingOrHasGoneRepeatsWhatTheBuffersHold) {
+  auto source = counted(4);
+  startWith(source);
+  EXPECT_EQ(runs(heard(640ms)), "1x1 2x1 3x1 4x1 2x1 3x1 4x1 2x1 ");
+  source.reset();
+  EXPECT_EQ(runs(heard(400ms)), "3x1 4x1 2x1 3x1 4x1 ");
+  startWith(counted(3));  // a new session goes on with its own blocks
+  EXPECT_EQ(runs(heard(240ms)), "1x1 2x1 3x1 ");
+}
+
+TEST_F(StreamPlayer, AnotherStartOffersAllThreeBuffersAgain) {
+  const auto source = counted(6);
+  startWith(source);
+  machine_.virtualTime->runFor(40ms);
+  player_->start();
+  EXPECT_EQ(runs(heard(240ms)), "4x1 5x1 6x1 ");
+}
+
+TEST_F(StreamPlayer, VolumeCountsAtTheStartAndAtEveryBlock) {
+  auto source = std::make_shared<Blocks>(std::vector<Samples>(20, Samples(kBlock, 1000)));
+  player_->setVolume(0.5F);
+  startWith(source);
+  EXPECT_EQ(runs(heard(400ms)), "500x5 ");
+  player_->setVolume(0.25F);
+  EXPECT_EQ(runs(heard(400ms)), "250x5 ");
+}
+
+TEST_F(StreamPlayer, PauseKeepsTheVerySampleAndPullsNothing) {
+  const auto source = counted(9);
+  startWith(source);
+  EXPECT_EQ(runs(heard(100ms)), "1x1 2x0.25 ");
+  player_->pause();
+  const std::size_t pulls = source->pulls;
+  EXPECT_EQ(runs(heard(400ms)), "0x5 ");
+  EXPECT_EQ(source->pulls, pulls);
+  player_->play();
+  player_->play();
+  EXPECT_EQ(runs(heard(140ms)), "2x0.75 3x1 ");
+  player_->stop();
+  player_->play();
+  EXPECT_EQ(runs(heard(80ms)), "0x1 ");
+}
+
+TEST_F(StreamPlayer, ShortBlocksPlayAtTheirLengthAndLongOnesAreCutToTheRoom) {
+  const auto source = std::make_shared<Blocks>(
+      std::vector<Samples>{Samples(960, 1), Samples(480, 2), Samples(5760, 3), Samples(kBlock, 4)});
+  startWith(source);
+  EXPECT_EQ(runs(heard(190ms)), "1x0.25 2x0.125 3x1 4x1 ");
+}
+
+TEST_F(StreamPlayer, WithoutASourceThereIsSilenceUntilOneStarts) {
+  player_->start();
+  EXPECT_EQ(runs(heard(160ms)), "0x2 ");
+  startWith(counted(2));
+  EXPECT_EQ(runs(heard(160ms)), "1x1 2x1 ");
+}
+
+TEST_F(StreamPlayer, WithoutAQueueNothingIsPulled) {
+  output_->broken = true;
+  Player player;
+  const auto source = counted(3);
+  player.setDataSouce(source);
+  player.start();
+  player.pause();
+  player.stop();
+  EXPECT_EQ(source->pulls, 0U);
+}
+
+class ToneBank : public Players {
+ protected:
+  /// Every file holds one sample of its own: 1 to 7 in the quiet ones, 11 to 17 in the loud ones.
+  void layOutFiles() {
+    for (std::int16_t i = 0; i < 7; ++i) {
+      const std::string name = std::to_string(i) + ".wav";
+      files_->writeAtomically(files_->documentsDirectory() + "/40-" + name,
+                              waveFile({static_cast<std::int16_t>(1 + i)}));
+      files_->writeAtomically(files_->documentsDirectory() + "/40+" + name,
+                              waveFile({static_cast<std::int16_t>(11 + i)}));
+    }
+  }
+
+  /// The sound of a player as "left right".
+  std::string sound(const std::shared_ptr<AudioPlayer>& tone) {
+    if (!tone) return "none";
+    tone->play();
+    const std::size_t from = machine_.audioOutput->keptSamples().size();
+    machine_.virtualTime->runFor(10ms);
+    tone->stop();
+    const Samples left = channelFrom(from, 0), right = channelFrom(from, 1);
+    EXPECT_THAT(left, Each(left[0]));  // it loops
+    return std::to_string(left[0]) + " " + std::to_string(right[0]);
+  }
+
+  const std::shared_ptr<ORNPlayer> bank_ = ORNPlayer::shareInstance();
+};
+
+TEST_F(ToneBank, FrequencyAndLevelChooseTheFileAndTheEarItsSide) {
+  layOutFiles();
+  const struct {
+    std::int32_t hz;
+    std::int64_t db;
+    bool isleft;
+    const char* sound;
+  } table[] = {{125, 0, true, "1 0"},         {250, 40, true, "2 0"},     {500, 41, true, "13 0"},
+               {1000, 40, true, "4 0"},       {1000, 41, true, "14 0"},   {2000, 120, false, "0 15"},
+               {4000, -5, false, "0 6"},      {8000, 90, false, "0 17"},  {750, 40, false, "0 4"},
+               {0, 41, false, "0 14"},        {-1000, 41, false, "0 14"}, {1001, INT64_MIN, false, "0 4"},
+               {125, INT64_MAX, true, "11 0"}};
+  for (const auto& [hz, db, isleft, expected] : table) {
+    EXPECT_EQ(sound(bank_->playerWithHz(hz, db, isleft)), expected) << hz << " Hz " << db << " dB";
+    EXPECT_EQ(sound(bank_->playerWithHzValue(static_cast<std::uint64_t>(hz), db, isleft)), expected) << hz;
+  }
+  EXPECT_EQ(sound(bank_->playerWithHzValue((1ULL << 32) + 125, 0, true)), "4 0");  // not cut to 32 bits
+}
+
+TEST_F(ToneBank, APlayerIsSharedAndKeepsItsLastSide) {
+  layOutFiles();
+  const auto left = bank_->playerWithHzValue(1000, -5, true);
+  EXPECT_EQ(bank_->playerWithHzValue(1000, 40, false), left);
+  EXPECT_EQ(bank_->playerOf1000HzWithDB(0), left);
+  EXPECT_NE(bank_->playerOf1000HzWithDB(41), left);
+  EXPECT_EQ(sound(left), "0 4");
+  EXPECT_EQ(sound(bank_->playerOf125Hz_40Up()), "11 11");
+  bank_->setPlayerOf250Hz_40Down(left);
+  EXPECT_EQ(bank_->playerWithHzValue(250, 40, true), left);
+}
+
+TEST_F(ToneBank, AMissingBundleOrFileGivesNothingAndIsTriedAgain) {
+  files_->hasBundle = false;
+  EXPECT_EQ(bank_->playerWithHzValue(1000, 40, true), nullptr);
+  EXPECT_EQ(bank_->pathForResource("40-3", "wav"), std::nullopt);
+  files_->hasBundle = true;
+  EXPECT_EQ(bank_->playerWithHzValue(1000, 40, true), nullptr);
+  files_->writeAtomically(*bank_->pathForResource("40-3", "wav"), Bytes(100));
+  EXPECT_EQ(bank_->playerOf1000Hz_40Down(), nullptr);
+  layOutFiles();
+  EXPECT_EQ(sound(bank_->playerWithHzValue(1000, 40, true)), "4 0");
+}
+
+using OneShot = Players;
+
+TEST_F(OneShot, IsTwoSecondsOfTheTableAtItsAmplitudeLoopingInTheCentre) {
+  for (const std::int32_t hz : {125, 250, 500, 1000, 2000, 4000, 8000}) {
+    const auto table = sineTable(hz);
+    ASSERT_TRUE(table);
+    Samples cycle = samplesOf({table->data, static_cast<std::size_t>(table->size)});
+    for (auto& sample : cycle) sample = static_cast<std::int16_t>(sample / 2);  // toward zero
+    const auto player = ORNPlayerByArray::playerWithHz(hz, 0.3, 0.5, true);
+    ASSERT_TRUE(player);
+    EXPECT_EQ(output_->files.back().size(), 192044U) << hz;
+    player->play();
+    const std::size_t from = machine_.audioOutput->keptSamples().size();
+    const Samples left = heard(3s);
+    player->stop();
+    EXPECT_EQ(channelFrom(from, 1), left);
+    ASSERT_EQ(left.size(), 144000U);
+    for (std::size_t i = 0; i < left.size(); ++i) ASSERT_EQ(left[i], cycle[i % cycle.size()]) << hz << " at " << i;
+  }
+}
+
+TEST_F(OneShot, FrequencyTextsCountByTheirLeadingIntegerAndNothingElseMatters) {
+  ASSERT_TRUE(ORNPlayerByArray::playerWithHz(1000, 0.3, 0.5, true));
+  ASSERT_TRUE(ORNPlayerByArray::playerWithHz("1000hz", 0.9, 0.5, false));
+  ASSERT_TRUE(
+      ORNPlayer::shareInstance()->playerWithShz2(" 1000.7", std::numeric_limits<double>::infinity(), 0.5, true));
+  EXPECT_THAT(output_->files, Each(output_->files[0]));
+  for (const char* hz : {"750", "0", "", "hz1000", "-1000", "10000", "99999999999", "125000"}) {
+    EXPECT_EQ(ORNPlayerByArray::playerWithHz(hz, 0.3, 0.5, true), nullptr) << hz;
+    EXPECT_EQ(ORNPlayerByArray::playerStopWithHz(hz, 0.5), nullptr) << hz;
+  }
+}
+
+TEST_F(OneShot, TheStopPlayerIsSilentCyclesCountedByTheAmplitude) {
+  const struct {
+    const char* hz;
+    double lastzhenfu;
+    std::size_t bytes;
+  } table[] = {
+      {"1000", 0.5, 5000 * 96},  {"8000", 0.5, 5000 * 12}, {"125", 0.0003, 3 * 768},
+      {"1000", 1.0, 10000 * 96}, {"1000", 0.00005, 0},     {"1000", 0.0, 0},
+      {"1000", -0.5, 0},         {"1000", -1e300, 0},      {"1000", std::numeric_limits<double>::quiet_NaN(), 0}};
+  for (const auto& [hz, lastzhenfu, bytes] : table) {
+    const auto player = ORNPlayer::shareInstance()->playerStopWithShz2(hz, lastzhenfu);
+    ASSERT_TRUE(player) << lastzhenfu;
+    EXPECT_EQ(output_->files.back(), waveFile(Samples(bytes / 2))) << lastzhenfu;
+    player->play();
+    EXPECT_THAT(heard(10ms), Each(0));
+  }
+}
+
+TEST_F(OneShot, AmplitudesBeyondAllReasonAreDefined) {
+  constexpr double endless = std::numeric_limits<double>::infinity();
+  for (const double lastzhenfu : {1e9, 1e300, endless}) {
+    EXPECT_EQ(ORNPlayerByArray::playerStopWithHz(125, lastzhenfu), nullptr);
+  }
+  for (const double zhenfu : {1e9, 1e300, endless, -endless, std::numeric_limits<double>::quiet_NaN()}) {
+    ASSERT_TRUE(ORNPlayerByArray::playerWithHz(1000, endless, zhenfu, true));
+    EXPECT_EQ(output_->files.back(), waveFile(Samples(96000))) << zhenfu;  // no product within 32 bits: all 0
+  }
+  ASSERT_TRUE(ORNPlayerByArray::playerWithHz(8000, 0, 2, true));
+  const Samples wraps = samplesOf(std::span(output_->files.back()).subspan(44));
+  EXPECT_THAT(std::vector(wraps.begin(), wraps.begin() + 4), ElementsAre(0, 56754 - 65536, 56754 - 65536, 0));
+}
+
+TEST_F(OneShot, CyclesAreOnlyReadWhereThereAreSome) {
+  const Bytes cycle = bytesOf({100, -100});
+  const auto make = [&](const std::uint8_t* data, std::int64_t size, std::int32_t times) {
+    return ORNPlayerByArray::playerWithOneData(data, size, 0, 1, times);
+  };
+  ASSERT_TRUE(make(cycle.data(), 4, 3));
+  EXPECT_EQ(output_->files.back(), waveFile({100, -100, 100, -100, 100, -100}));
+  EXPECT_FALSE(make(nullptr, 4, 3));
+  EXPECT_FALSE(make(cycle.data(), -4, 3));
+  EXPECT_FALSE(make(cycle.data(), 4, -3));
+  EXPECT_FALSE(make(cycle.data(), std::int64_t{1} << 62, 4));
+  output_->broken = true;
+  EXPECT_FALSE(make(cycle.data(), 4, 3));
+}
+
+using Route = Players;
+
+TEST_F(Route, TheTextTellsWhetherThereAreEarphones) {
+  const std::pair<std::optional<std::string>, bool> table[] = {
+      {"Headphones", true}, {"Headphone", true},   {"HeadsetInOut", true}, {"HeadphonesBT", true},
+      {"HeadsetBT", true},  {"LineHeadset", true}, {"Speaker", false},     {"headset", false},
+      {"Head set", false},  {"", false},           {std::nullopt, false}};
+  for (const auto& [text, answer] : table) {
+    machine_.audioSession->setRoute({}, text, 0);
+    EXPECT_EQ(AudioRoute::hasHeadset(), answer) << text.value_or("no route");
+  }
+}
+
+TEST_F(Route, TheAudiometersAddressIsThatOfTheLastOutputThatMatches) {
+  const std::string first = "AA:BB:CC:DD:EE:FF", second = "11:22:33:44:55:66";
+  const AudioPort speaker{"Speaker", first + "-1"}, one{"KV50-1234", first + "-1"}, two{"My KV60", second + "-tsco"};
+  const AudioPort bare{"KV50-1234", second}, lower{"kv50-1234", second + "-1"}, nameless{"", second + "-1"};
+  const struct {
+    AudioRouteDescription route;
+    std::optional<std::string> address;
+  } table[] = {{{}, {}},
+               {{{}, {speaker}}, {}},
+               {{{}, {one}}, first},
+               {{{}, {bare}}, {}},
+               {{{}, {lower}}, {}},
+               {{{}, {nameless}}, {}},
+               {{{one}, {speaker}}, {}},
+               {{{two}, {one}}, first},
+               {{{}, {one, two}}, second},
+               {{{}, {two, speaker, one, lower}}, first},
+               {{{}, {one, bare}}, first}};
+  for (const auto& [route, address] : table) {
+    machine_.audioSession->setRoute(route, "HeadsetBT", 0);
+    EXPECT_EQ(AudioRoute::getKV50Mac(), address) << &route - &table[0].route;
+  }
+}
+
+/// Writes down what is asked of it, and refuses it.
+struct RefusingSession final : AudioSession {
+  std::error_code setActive(bool active) override {
+    asked.push_back(active ? "active" : "inactive");
+    return std::make_error_code(std::errc::io_error);
+  }
+  std::error_code setCategory(AudioSessionCategory category, std::uint32_t options) override {
+    asked.push_back((category == AudioSessionCategory::Playback ? "playback " : "record ") + std::to_string(options));
+    return std::make_error_code(std::errc::io_error);
+  }
+  std::optional<std::string> routeText() const override { return std::nullopt; }
+  AudioRouteDescription currentRoute() const override { return {}; }
+  float outputVolume() const override { return 0; }
+  std::error_code setOutputVolume(float) override { return {}; }
+  void addObserver(std::weak_ptr<const AudioSessionObserver>) override {}
+
+  std::vector<std::string> asked;
+};
+
+TEST_F(Route, TheSessionIsActivatedBeforeItsCategoryIsSetWhateverItAnswers) {
+  const auto session = std::make_shared<RefusingSession>();
+  Platform platform = machine_.platform();
+  platform.audioSession = session;
+  Platform::setCurrent(platform);
+  AudioRoute::config();
+  AudioRoute::configAudioSessionToPlayAndRecord();
+  EXPECT_THAT(session->asked, ElementsAre("active", "playback 4", "active", "record 4"));
+}
+
+}  // namespace
+}  // namespace orn

@@ -1,0 +1,65 @@
+#include <cmath>
+#include <numbers>
+#include <span>
+
+#include <gmock/gmock.h>
+
+#include <ORNHearingTestSDK/audio/SampleFormat.h>
+#include <ORNHearingTestSDK/audio/SineTables.h>
+
+namespace {
+
+struct Table {
+  int hz;
+  std::span<const unsigned char> full;
+  std::span<const unsigned char> low;
+};
+
+const Table kTables[] = {{125, WAV_b_125_DATA, WAV_b_l_125_DATA},    {250, WAV_b_250_DATA, WAV_b_l_250_DATA},
+                         {500, WAV_b_500_DATA, WAV_b_l_500_DATA},    {1000, WAV_b_1000_DATA, WAV_b_l_1000_DATA},
+                         {2000, WAV_b_2000_DATA, WAV_b_l_2000_DATA}, {4000, WAV_b_4000_DATA, WAV_b_l_4000_DATA},
+                         {8000, WAV_b_8000_DATA, WAV_b_l_8000_DATA}};
+
+int entry(std::span<const unsigned char> table, std::size_t n) {
+  return static_cast<std::int16_t>(table[2 * n] | table[2 * n + 1] << 8);
+}
+
+/// The rule by the library's sine; it rounds where that is in doubt, at the exact halves, apart.
+long expected(long double peak, std::size_t n, std::size_t length) {
+  const std::size_t twelfths = 12 * n % length == 0 ? 12 * n / length : 0;
+  const auto turn = 2 * std::numbers::pi_v<long double>;
+  long double sine = std::sin(turn * static_cast<long double>(n) / static_cast<long double>(length));
+  if (twelfths == 1 || twelfths == 5) sine = 0.5L;
+  if (twelfths == 7 || twelfths == 11) sine = -0.5L;
+  return std::lround(peak * sine);
+}
+
+TEST(SineTables, EveryEntryFollowsTheRule) {
+  for (const auto& [hz, full, low] : kTables) {
+    const auto length = static_cast<std::size_t>(orn::kSampleRate / hz);
+    ASSERT_EQ(full.size(), 2 * length);
+    ASSERT_EQ(low.size(), 2 * length);
+    for (std::size_t n = 0; n < length; ++n) {
+      EXPECT_EQ(entry(full, n), expected(32767.0L, n, length)) << hz << " Hz, entry " << n;
+      EXPECT_EQ(entry(low, n), expected(327.67L, n, length)) << hz << " Hz at low level, entry " << n;
+    }
+  }
+}
+
+TEST(SineTables, HalvesGoAwayFromZero) {
+  for (const std::size_t n : {32U, 160U}) EXPECT_EQ(entry(WAV_b_125_DATA, n), 16384) << n;
+  for (const std::size_t n : {224U, 352U}) EXPECT_EQ(entry(WAV_b_125_DATA, n), -16384) << n;
+}
+
+TEST(SineTables, AreFoundByTheSevenFrequenciesOnly) {
+  for (std::size_t i = 0; i < std::size(kTables); ++i) {
+    EXPECT_EQ(orn::kToneFrequencies[i], kTables[i].hz);
+    const auto found = orn::sineTable(kTables[i].hz);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->data, kTables[i].full.data());
+    EXPECT_EQ(static_cast<std::size_t>(found->size), kTables[i].full.size());
+  }
+  for (const int hz : {750, 0, -125, 16000}) EXPECT_FALSE(orn::sineTable(hz)) << hz;
+}
+
+}  // namespace

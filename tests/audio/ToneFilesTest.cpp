@@ -1,0 +1,106 @@
+#include <cmath>
+#include <complex>
+#include <fstream>
+#include <iterator>
+#include <numbers>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include <ORNHearingTestSDK/audio/SampleFormat.h>
+#include <ORNHearingTestSDK/audio/SineTables.h>
+#include <ORNHearingTestSDK/audio/WaveChange.h>
+
+namespace {
+
+constexpr std::size_t kSamples = 38400;
+
+using Samples = std::vector<int>;
+
+struct Tone {
+  std::string header;
+  Samples samples;
+};
+
+Tone readTone(const std::string& name) {
+  std::ifstream file(std::string(ORN_WAV_BUNDLE "/") + name + ".wav", std::ios::binary);
+  EXPECT_TRUE(file) << name;
+  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  Tone tone{bytes.substr(0, 44), {}};
+  for (std::size_t i = 44; i + 1 < bytes.size(); i += 2) {
+    const auto low = static_cast<unsigned char>(bytes[i]);
+    const auto high = static_cast<unsigned char>(bytes[i + 1]);
+    tone.samples.push_back(static_cast<std::int16_t>(low | high << 8));
+  }
+  return tone;
+}
+
+std::string expectedHeader() {
+  std::uint8_t* header = createWaveHeader(2 * kSamples, 1, 48000, 16);
+  std::string text(header, header + getWaveHeaderSize());
+  freeWaveHeader(header);
+  return text;
+}
+
+/// The part of the tone at its own frequency, as a peak with its phase.
+std::complex<double> fundamental(const Samples& samples, std::size_t cycle) {
+  std::complex<double> sum;
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    const double turns = static_cast<double>(i % cycle) / static_cast<double>(cycle);
+    sum += static_cast<double>(samples[i]) * std::polar(1.0, -2 * std::numbers::pi * turns);
+  }
+  return 2.0 * sum / static_cast<double>(samples.size());
+}
+
+class ToneFilesTest : public testing::TestWithParam<std::size_t> {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(up_.samples.size(), kSamples);
+    ASSERT_EQ(down_.samples.size(), kSamples);
+  }
+
+  const Tone up_ = readTone("40+" + std::to_string(GetParam()));
+  const Tone down_ = readTone("40-" + std::to_string(GetParam()));
+  const int hz_ = orn::kToneFrequencies.at(GetParam());
+  const std::size_t cycle_ = static_cast<std::size_t>(orn::kSampleRate / hz_);
+};
+
+INSTANTIATE_TEST_SUITE_P(Frequencies, ToneFilesTest, testing::Range<std::size_t>(0, 7),
+                         [](const auto& n) { return std::to_string(orn::kToneFrequencies.at(n.param)) + "Hz"; });
+
+TEST_P(ToneFilesTest, HaveTheHeaderOfTheirSamples) {
+  EXPECT_EQ(up_.header, expectedHeader());
+  EXPECT_EQ(down_.header, expectedHeader());
+}
+
+TEST_P(ToneFilesTest, UpperLevelIsTheTableThroughTheSeam) {
+  const auto table = orn::sineTable(hz_);
+  ASSERT_TRUE(table);
+  for (std::size_t i = 0; i < kSamples + cycle_; ++i) {
+    const std::uint8_t* at = table->data + 2 * (i % cycle_);
+    ASSERT_EQ(up_.samples[i % kSamples], static_cast<std::int16_t>(at[0] | at[1] << 8)) << i;
+  }
+}
+
+TEST_P(ToneFilesTest, LowerLevelIsAHundredthAtEveryPlaceOfTheCycle) {
+  for (std::size_t from = 0; from < kSamples; from += 100 * cycle_) {
+    for (std::size_t place = 0; place < cycle_; ++place) {
+      int sum = 0;
+      for (std::size_t k = 0; k < 100; ++k) {
+        const int sample = down_.samples[from + k * cycle_ + place];
+        ASSERT_LE(std::abs(sample - up_.samples[place] / 100.0), 1.0);
+        sum += sample;
+      }
+      ASSERT_EQ(sum, up_.samples[place]) << "place " << place << " of the cycles from sample " << from;
+    }
+  }
+}
+
+TEST_P(ToneFilesTest, LowerLevelIs40DecibelsBelow) {
+  const auto up = fundamental(up_.samples, cycle_);
+  EXPECT_NEAR(std::abs(up), 32767.0, 1.0);
+  EXPECT_LT(std::abs(fundamental(down_.samples, cycle_) - up / 100.0), 1e-9);
+}
+
+}  // namespace

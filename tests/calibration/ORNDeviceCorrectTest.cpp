@@ -1,0 +1,127 @@
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
+#include <ORNHearingTestSDK/calibration/LevelCipher.h>
+#include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
+
+namespace orn {
+namespace {
+
+using nlohmann::json;
+using namespace std::string_literals;
+
+const auto parsed = &ORNDeviceCorrect::parse;
+
+std::vector<std::int64_t> ids(const ORNDeviceCorrect& reply) {
+  std::vector<std::int64_t> list;
+  for (const auto& record : reply.deviceVolumeIOS().value_or(ORNDeviceCorrect::Records())) list.push_back(record->id());
+  return list;
+}
+
+std::int64_t idOf(const std::shared_ptr<ORNDeviceVolumeIOS>& record) { return record ? record->id() : -1; }
+
+json reference(int id, const char* model) { return {{"id", id}, {"base", true}, {"earplug_model", model}}; }
+
+std::shared_ptr<ORNDeviceCorrect> replyOf(json records) {
+  return ORNDeviceCorrect::initWithDictionary({{"rspCode", 0}, {"deviceVolumeIOS", std::move(records)}});
+}
+
+TEST(ORNDeviceCorrect, ReadsRecordsInTheirOrder) {
+  const auto reply = parsed(R"({"rspCode":"17","rspDesc":"why","deviceVolumeIOS":[{"id":3},{"id":1},{"id":2}]})");
+  EXPECT_EQ(reply->rspCode(), 17);
+  EXPECT_EQ(reply->rspDesc(), "why");
+  EXPECT_THAT(ids(*reply), testing::ElementsAre(3, 1, 2));
+}
+
+TEST(ORNDeviceCorrect, TellsNoListFromAnEmptyOne) {
+  EXPECT_FALSE(parsed(R"({"rspCode":0})")->deviceVolumeIOS());
+  EXPECT_TRUE(parsed(R"({"deviceVolumeIOS":[]})")->deviceVolumeIOS());
+  for (const char* list : {"null", "5", "\"[]\"", "true", "{\"id\":1}"}) {
+    EXPECT_FALSE(parsed("{\"deviceVolumeIOS\":"s + list + "}")->deviceVolumeIOS()) << list;
+  }
+}
+
+TEST(ORNDeviceCorrect, SkipsElementsThatAreNoRecords) {
+  EXPECT_THAT(ids(*parsed(R"({"deviceVolumeIOS":[null,{"id":1},5,"x",[{"id":9}],true,{"id":2},[]]})")),
+              testing::ElementsAre(1, 2));
+}
+
+TEST(ORNDeviceCorrect, TextThatIsNoJsonObjectIsAnEmptyReply) {
+  for (const std::string& text : {""s, "null"s, "[]"s, "[{\"rspCode\":5}]"s, "5"s, "\"x\""s, "<html>"s,
+                                  "{\"rspCode\":5}}"s, "{\"rspCode\":1e999}"s, "{'rspCode':5}"s, "{\"rspCode\":5,}"s,
+                                  "{\"rspDesc\":\"\xFF\",\"rspCode\":5}"s, "\0"s}) {
+    const auto reply = parsed(text);
+    EXPECT_EQ(reply->toDictionary(), json({{"rspCode", 0}})) << text;
+  }
+}
+
+TEST(ORNDeviceCorrect, EveryTruncationOfAReplyIsAnEmptyReply) {
+  const json sent = {
+      {"rspCode", 3},
+      {"rspDesc", "\u597d"},
+      {"deviceVolumeIOS", {{{"id", 1}, {"base", "1"}, {"s1000", encipheredLevel("-70.5")}, {"mac", {1.5}}}}}};
+  const std::string text = sent.dump();
+  EXPECT_EQ(
+      parsed(text)->toDictionary(),
+      json({{"rspCode", 3},
+            {"rspDesc", "\u597d"},
+            {"deviceVolumeIOS", {{{"id", 1}, {"base", true}, {"batch", 0}, {"s1000", "-70.5"}, {"mac", {1.5}}}}}}));
+  for (std::size_t length = 0; length < text.size(); ++length) {
+    EXPECT_EQ(parsed(text.substr(0, length))->toDictionary(), json({{"rspCode", 0}})) << length;
+  }
+}
+
+TEST(ORNDeviceCorrect, SurvivesDeepNesting) {
+  constexpr std::size_t depth = 1'000'000;
+  const std::string deep = std::string(depth, '[') + std::string(depth, ']');
+  EXPECT_EQ(parsed(deep)->rspCode(), 0);
+  EXPECT_EQ(parsed(std::string(depth, '['))->rspCode(), 0);
+  const auto reply = parsed("{\"rspCode\":4,\"deviceVolumeIOS\":[" + deep + ",{\"id\":1,\"earPath\":" + deep +
+                            ",\"s500\":" + deep + "}]}");
+  EXPECT_EQ(reply->rspCode(), 4);
+  EXPECT_THAT(ids(*reply), testing::ElementsAre(1));
+}
+
+TEST(CalibrationRoles, LastAudiometerRecordOfAPartWins) {
+  const auto records = audiometerRecords(*replyOf({{{"id", 1}},
+                                                   reference(2, "2"),
+                                                   reference(3, "1"),
+                                                   {{"id", 4}, {"earplug_model", "2"}},
+                                                   reference(5, "1"),
+                                                   reference(6, "3"),
+                                                   reference(7, "02"),
+                                                   {{"id", 8}, {"base", true}},
+                                                   {{"id", 9}, {"base", true}, {"earplug_model", 2}}}));
+  EXPECT_EQ(idOf(records.ab), 4);
+  EXPECT_EQ(idOf(records.aabb), 2);
+  EXPECT_EQ(idOf(records.xxyy), 5);
+}
+
+TEST(CalibrationRoles, LastEarphoneRecordOfAnEarWins) {
+  const auto records = earphoneRecords(*replyOf({{{"id", 1}, {"ear", 1}},
+                                                 {{"id", 2}, {"ear", "2"}},
+                                                 {{"id", 3}, {"ear", 1.9}},
+                                                 {{"id", 4}, {"ear", 3}},
+                                                 {{"id", 5}},
+                                                 {{"id", 6}, {"ear", nullptr}},
+                                                 {{"id", 7}, {"ear", 4294967297}}}));
+  EXPECT_EQ(idOf(records.left), 3);
+  EXPECT_EQ(idOf(records.right), 2);
+}
+
+TEST(CalibrationRoles, PartsWithoutARecordAreNull) {
+  for (const auto& reply : {parsed(""), replyOf(json::array()), replyOf({reference(1, "4")})}) {
+    const auto audiometer = audiometerRecords(*reply);
+    EXPECT_FALSE(audiometer.ab || audiometer.aabb || audiometer.xxyy);
+    const auto earphones = earphoneRecords(*reply);
+    EXPECT_FALSE(earphones.left || earphones.right);
+  }
+}
+
+}  // namespace
+}  // namespace orn

@@ -1,0 +1,145 @@
+#include <string>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/calibration/LevelCipher.h>
+#include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
+
+namespace orn {
+namespace {
+
+using nlohmann::json;
+using namespace std::string_literals;
+
+const auto recordOf = &ORNDeviceVolumeIOS::initWithDictionary;
+
+const char* const levelKeys[] = {"s125", "s250", "s500", "s1000", "s2000", "s4000", "s8000"};
+
+json nested(int levels) {
+  json value = 1;
+  for (int i = 0; i < levels; ++i) {
+    json outer = json::array();
+    outer.push_back(std::move(value));
+    value = std::move(outer);
+  }
+  return value;
+}
+
+TEST(LevelCipher, ReadsWhatTheOpensslCommandEnciphered) {
+  EXPECT_EQ(decipheredLevel("X5st8fjrqoTUe3FXS+eiSg==x"), "-70.5");
+  EXPECT_EQ(encipheredLevel("-70.5").substr(0, 24), "X5st8fjrqoTUe3FXS+eiSg==");
+}
+
+TEST(LevelCipher, TheLastCharacterSaysNothing) {
+  for (const char* last : {"x", "=", "A", " ", "\n", "\xC3\xA9", "\xE4\xB8\xAD", "\xF0\x9F\x8E\xA7"}) {
+    EXPECT_EQ(decipheredLevel("X5st8fjrqoTUe3FXS+eiSg=="s + last), "-70.5") << last;
+  }
+}
+
+TEST(LevelCipher, NothingComesOfDamagedTexts) {
+  for (const std::string& text : {""s, "x"s, "X5st8fjrqoTUe3FXS+eiSg=="s, "X5st8fjrqoTUe3FXS+eiSg==xx"s, "AAAAx"s,
+                                  " X5st8fjrqoTUe3FXS+eiSg==x"s, "\x80\x80\x80"s, "-70.5"s}) {
+    EXPECT_EQ(decipheredLevel(text), std::nullopt) << text;
+  }
+}
+
+TEST(LevelCipher, OnlyUtf8ComesOut) {
+  for (const std::string& text : {""s, "-70\0"s, "\x7F"s, "\xC2\x80"s, "\xE0\xA0\x80"s, "\xED\x9F\xBF"s,
+                                  "\xEE\x80\x80"s, "\xF0\x90\x80\x80"s, "\xF4\x8F\xBF\xBF"s, "12\xE4\xB8\xAD"s}) {
+    EXPECT_EQ(decipheredLevel(encipheredLevel(text)), text);
+  }
+  for (const std::string& text :
+       {"\x80"s, "\xC1\xBF"s, "\xC2"s, "\xC2\x41"s, "\xE0\x9F\xBF"s, "\xED\xA0\x80"s, "\xE4\xB8"s, "\xF0\x8F\xBF\xBF"s,
+        "\xF4\x90\x80\x80"s, "\xF8\x88\x80\x80\x80"s, "\xFF"s, "1\xFE"s}) {
+    EXPECT_EQ(decipheredLevel(encipheredLevel(text)), std::nullopt);
+  }
+}
+
+TEST(ORNDeviceVolumeIOS, GivesEveryFieldBackAndTheLevelsDeciphered) {
+  const json plain = {{"base", true},
+                      {"batch", 1},
+                      {"correct_name", "phone"},
+                      {"ear", 2},
+                      {"earPath", {1, "a"}},
+                      {"earplug_model", "2"},
+                      {"edition", "e"},
+                      {"id", 77},
+                      {"mac", "00:11"},
+                      {"machine", "m"},
+                      {"s1000", "-10"},
+                      {"s125", "-1.25"},
+                      {"s2000", "-20"},
+                      {"s250", "-2.5"},
+                      {"s4000", "-40"},
+                      {"s500", "-5"},
+                      {"s8000", "-80"},
+                      {"system_volume", encipheredLevel("7")}};
+  json sent = plain;
+  for (const char* key : levelKeys) sent[key] = encipheredLevel(plain[key].get<std::string>());
+  sent["unknown"] = "ignored";
+  const auto record = recordOf(sent);
+  EXPECT_EQ(record->toDictionary(), plain);
+  EXPECT_EQ(record->valueForKey("s500"), json("-5"));
+  EXPECT_EQ(record->valueForKey("systemVolume"), plain["system_volume"]);
+  EXPECT_EQ(record->valueForKey("ear"), json(2));
+  EXPECT_EQ(record->valueForKey("batch"), json(1));
+}
+
+TEST(ORNDeviceVolumeIOS, UnknownKeysReadAsZeroAndAbsentFieldsAsNull) {
+  const auto record = recordOf(json::object());
+  for (const char* key : {"s750", "s0", "s-1000", "", "correct_name"})
+    EXPECT_EQ(record->valueForKey(key), json(0)) << key;
+  for (const char* key : levelKeys) EXPECT_TRUE(record->valueForKey(key).is_null()) << key;
+  EXPECT_EQ(record->toDictionary(), json({{"base", false}, {"batch", 0}, {"id", 0}}));
+}
+
+TEST(ORNDeviceVolumeIOS, ReadsBooleansAndIntegersOfAnyType) {
+  const struct {
+    const char* value;
+    bool boolean;
+    std::int64_t integer;
+  } table[] = {{"0", false, 0},
+               {"1", true, 1},
+               {"\"1\"", true, 1},
+               {"\"no\"", false, 0},
+               {"\"-12x\"", true, -12},
+               {"true", true, 1},
+               {"0.5", true, 0},
+               {"-3.9", true, -3},
+               {"1e300", true, INT64_MAX},
+               {"-1e300", true, INT64_MIN},
+               {"18446744073709551615", true, INT64_MAX},
+               {"null", false, 0},
+               {"[1]", false, 0},
+               {"{\"a\":1}", false, 0}};
+  for (const auto& [text, boolean, integer] : table) {
+    const json value = json::parse(text);
+    const auto record = recordOf({{"base", value}, {"batch", value}, {"id", value}});
+    EXPECT_EQ(record->base(), boolean) << text;
+    EXPECT_EQ(record->batch(), integer) << text;
+    EXPECT_EQ(record->id(), integer) << text;
+  }
+}
+
+TEST(ORNDeviceVolumeIOS, WrongTypesLeaveFieldsAbsent) {
+  const json wrong[] = {nullptr, 5, -7.5, true, "", "-70.5", json::array({encipheredLevel("1")}), json::object()};
+  for (const json& value : wrong) {
+    json sent;
+    for (const char* key : levelKeys) sent[key] = value;
+    const auto record = recordOf(sent);
+    for (const char* key : levelKeys) EXPECT_TRUE(record->valueForKey(key).is_null()) << value;
+  }
+  EXPECT_EQ(recordOf({{"earplug_model", 2}})->earplugModel(), std::nullopt);
+  for (const json& value : wrong) {
+    EXPECT_EQ(recordOf(value)->toDictionary(), recordOf(json::object())->toDictionary());
+  }
+}
+
+TEST(ORNDeviceVolumeIOS, HoldsNestedValuesUpToALimit) {
+  EXPECT_EQ(recordOf({{"mac", nested(64)}})->mac(), nested(64));
+  EXPECT_TRUE(recordOf({{"mac", nested(65)}})->mac().is_null());
+}
+
+}  // namespace
+}  // namespace orn
