@@ -84,7 +84,7 @@ void Transfer::setManners() {
 }
 
 void Transfer::setHeaders() {
-  for (const char* added : {"Accept", "Content-Type", "Expect", "User-Agent"}) {
+  for (const char* added : {"Accept", "Content-Type", "Expect"}) {
     const auto isAdded = [&](const auto& header) { return strcasecmp(header.first.c_str(), added) == 0; };
     if (std::none_of(request_.headers.begin(), request_.headers.end(), isAdded)) addHeader(std::string(added) + ":");
   }

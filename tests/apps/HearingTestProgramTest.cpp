@@ -1,0 +1,101 @@
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+struct ProgramRun {
+  int code = -1;
+  std::string out, err;
+};
+
+std::string contents(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+class HearingTestProgram : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string fresh = (std::filesystem::temp_directory_path() / "hearing-test.XXXXXX").string();
+    ASSERT_TRUE(mkdtemp(fresh.data()));
+    folder_ = fresh;
+  }
+  void TearDown() override { std::filesystem::remove_all(folder_); }
+
+  ProgramRun run(const std::string& arguments) {
+    const std::string command = std::string(ORN_HEARING_TEST) + " " + arguments + " >" + (folder_ / "out").string() +
+                                " 2>" + (folder_ / "err").string();
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(folder_ / "out"), contents(folder_ / "err")};
+  }
+
+  std::filesystem::path folder_;
+};
+
+TEST_F(HearingTestProgram, PrintsOneJsonObjectAndNothingElse) {
+  const ProgramRun ran = run("simulate --json --frequencies 1000,8000 --left 1000=33,8000=15 --right 1000=50,8000=91");
+  ASSERT_EQ(ran.code, 0) << ran.err;
+  const json report = json::parse(ran.out);
+  EXPECT_EQ(report["left"], json::parse(R"({"1000hz":"35","8000hz":"15"})"));
+  EXPECT_EQ(report["right"], json::parse(R"({"1000hz":"50","8000hz":"90"})"));
+  const json& first = report["presentations"].at(0);
+  EXPECT_EQ(first["at"], 4.0);
+  EXPECT_EQ(first["ear"], "right");
+  EXPECT_EQ(first["hz"], "1000hz");
+  EXPECT_EQ(first["db"], "40db");
+  EXPECT_EQ(first["heard"], false);
+  EXPECT_NEAR(first["measured"].get<double>(), 40, 1);
+  EXPECT_GT(report["simulatedSeconds"], report["elapsedSeconds"]);
+  EXPECT_THAT(ran.err, IsEmpty());
+}
+
+TEST_F(HearingTestProgram, ShowsAPersonWhatWasFoundBesideWhatIsTrue) {
+  const ProgramRun ran = run("simulate --frequencies 500 --left 500=32 --right 500=47");
+  EXPECT_EQ(ran.code, 0);
+  EXPECT_THAT(ran.out, HasSubstr("  500 Hz     50 dB     47 dB"));
+  EXPECT_THAT(ran.out, HasSubstr("  500 Hz     35 dB     32 dB"));
+}
+
+TEST_F(HearingTestProgram, WritesTheSoundAsAWaveFile) {
+  const std::string path = (folder_ / "test.wav").string();
+  ASSERT_EQ(run("simulate --frequencies 1000 --wav " + path).code, 0);
+  const std::string file = contents(path);
+  ASSERT_GT(file.size(), 44U);
+  EXPECT_EQ(file.substr(0, 4), "RIFF");
+  EXPECT_EQ(file.substr(22, 2), std::string("\x02\x00", 2));  // stereo
+}
+
+TEST_F(HearingTestProgram, WrongUsageIsExitTwoAndFailuresAreOneLine) {
+  for (const char* wrong : {"", "nonsense", "simulate --type manual", "simulate --left 1000", "simulate --left 750=20",
+                            "simulate --left 1000=loud", "simulate --left 1000=nan", "simulate --frequencies 1001",
+                            "simulate --guess 2", "simulate --slope -1"}) {
+    EXPECT_EQ(run(wrong).code, 2) << wrong;
+  }
+  std::ofstream(folder_ / "refused.json") << R"({"rspCode":1,"deviceVolumeIOS":[]})";
+  std::ofstream(folder_ / "garbage.json") << "{]";
+  const std::string folder = folder_.string();
+  for (const std::string& failing :
+       {"--calibration " + folder + "/none.json", "--calibration " + folder + "/refused.json",
+        "--calibration " + folder + "/garbage.json", "--wav " + folder + "/no/such/folder.wav"}) {
+    const ProgramRun ran = run("simulate --json " + failing);
+    EXPECT_EQ(ran.code, 1) << failing;
+    EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
+    EXPECT_THAT(ran.out, IsEmpty()) << failing;
+  }
+  EXPECT_EQ(run("--help").code, 0);
+  EXPECT_EQ(run("simulate --help").code, 0);
+}
+
+}  // namespace
