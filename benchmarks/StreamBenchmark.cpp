@@ -40,6 +40,7 @@ void copyOfABlock(benchmark::State& state) {
   for (auto _ : state) {
     benchmark::DoNotOptimize(from.data());
     std::memcpy(to.data(), from.data(), to.size());
+    benchmark::DoNotOptimize(to.data());
     benchmark::ClobberMemory();
   }
 }

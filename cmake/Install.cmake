@@ -10,7 +10,7 @@ install(EXPORT ORNHearingTestSDKTargets NAMESPACE ORN:: DESTINATION ${ORN_PACKAG
 
 # Every header that exports something, or that such a header includes.
 set(ORN_PRIVATE_HEADERS
-    DispatchQueue LibraryFolder PerPlatform PosixFiles StereoGain WaveFile SimulatedAudioPlayer SimulatedAudioQueue
+    LibraryFolder PerPlatform PosixFiles StereoGain WaveFile SimulatedAudioPlayer SimulatedAudioQueue
     SimulatedMixer JsonReading Utf8)
 list(TRANSFORM ORN_PRIVATE_HEADERS APPEND "\\.h")
 list(JOIN ORN_PRIVATE_HEADERS "|" ORN_PRIVATE_HEADERS)

@@ -6,7 +6,7 @@ packages=(
   # tools
   ccache clang-format clang-tidy cmake g++ git make ninja-build
   # what the library is made of
-  libssl-dev nlohmann-json3-dev
+  libcurl4-openssl-dev libplist-dev libssl-dev nlohmann-json3-dev pkg-config
   # the programs
   libcli11-dev libmicrohttpd-dev libsqlite3-dev
   # tests and benchmarks

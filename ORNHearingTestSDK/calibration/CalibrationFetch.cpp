@@ -4,6 +4,7 @@
 #include <memory>
 #include <string_view>
 #include <utility>
+#include <vector>
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
@@ -27,29 +28,36 @@ std::string fileName(std::string name, std::string_view replaced) {
   return name;
 }
 
-std::string pathInDocuments(const std::string& name) {
-  return Platform::current().fileManager->documentsDirectory() + "/" + name;
+/// Nothing where there is no documents folder.
+std::optional<std::string> pathInDocuments(const std::string& name) {
+  const std::string folder = Platform::current().fileManager->documentsDirectory();
+  return folder.empty() ? std::nullopt : std::optional(folder + "/" + name);
+}
+
+std::optional<std::vector<std::uint8_t>> contentsOf(const std::optional<std::string>& path) {
+  return path ? Platform::current().fileManager->contents(*path) : std::nullopt;
 }
 
 std::span<const std::uint8_t> bytesOf(const std::string& text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-/// Stores a reply's bytes and dictionary in its own way.
-using Store = std::function<void(FileManager&, const std::string& bytes, const json& dictionary)>;
+/// What of a reply is kept, if anything.
+using Keep = std::function<std::optional<std::string>(const ServiceReply&, const json& dictionary)>;
 
-void askService(const FormFields& fields, const Store& store, CalibrationAssignment assign,
-                CalibrationCompletion completion) {
+void askService(const FormFields& fields, const std::optional<std::string>& path, const Keep& keep,
+                CalibrationAssignment assign, CalibrationCompletion completion) {
   URLRequest request = serviceRequest("user/findSdkDeviceValue");
   setFormBody(request, fields);
   const Platform& platform = Platform::current();
   sendRequest(std::move(request),
-              [store, files = platform.fileManager, loop = platform.runLoop, assign = std::move(assign),
+              [path, keep, files = platform.fileManager, loop = platform.runLoop, assign = std::move(assign),
                completion = std::move(completion)](const ServiceReply& reply, const json& dictionary) {
                 Reply records;
                 if (reply.body) {
                   records = ORNDeviceCorrect::initWithDictionary(dictionary);
-                  if (records->rspCode() == 0) store(*files, *reply.body, dictionary);
+                  const auto kept = path && records->rspCode() == 0 ? keep(reply, dictionary) : std::nullopt;
+                  if (kept) files->writeAtomically(*path, bytesOf(*kept));
                 }
                 // The session's own error alone is handed on: what does not parse counts as no error.
                 loop->dispatchAsync([records, assign, completion, error = reply.sessionError] {
@@ -63,8 +71,8 @@ void askService(const FormFields& fields, const Store& store, CalibrationAssignm
 
 void fetchAudiometerCalibration(const std::string& filePrefix, const std::string& address, CalibrationAssignment assign,
                                 CalibrationCompletion completion) {
-  const std::string path = pathInDocuments(fileName(filePrefix + "__" + address, ":"));
-  if (const auto cached = Platform::current().fileManager->contents(path)) {
+  const auto path = pathInDocuments(fileName(filePrefix + "__" + address, ":"));
+  if (const auto cached = contentsOf(path)) {
     std::optional<Error> error;
     const json dictionary = parseObject(std::string(cached->begin(), cached->end()), error);
     const Reply records = ORNDeviceCorrect::initWithDictionary(dictionary);
@@ -75,18 +83,15 @@ void fetchAudiometerCalibration(const std::string& filePrefix, const std::string
     }
   }
   askService(
-      {{"correct_name", ORNDeviceCorrect::platform()}, {"mac", address}, {"appkey", appKeyOrEmpty()}},
-      [path](FileManager& files, const std::string& bytes, const json&) {
-        files.writeAtomically(path, bytesOf(bytes));
-      },
-      std::move(assign), std::move(completion));
+      {{"correct_name", ORNDeviceCorrect::platform()}, {"mac", address}, {"appkey", appKeyOrEmpty()}}, path,
+      [](const ServiceReply& reply, const json&) { return reply.body; }, std::move(assign), std::move(completion));
 }
 
 void fetchEarphoneCalibration(const std::string& model, CalibrationAssignment assign,
                               CalibrationCompletion completion) {
   const std::string machine = ORNDeviceCorrect::platform();
-  const std::string path = pathInDocuments(fileName(machine + "_" + model, ""));
-  if (const auto cached = Platform::current().fileManager->contents(path)) {
+  const auto path = pathInDocuments(fileName(machine + "_" + model, ""));
+  if (const auto cached = contentsOf(path)) {
     if (const auto dictionary = dictionaryOfPropertyList(*cached)) {
       const Reply records = ORNDeviceCorrect::initWithDictionary(*dictionary);
       if (records->rspCode() == 0) assign(*records);
@@ -94,10 +99,9 @@ void fetchEarphoneCalibration(const std::string& model, CalibrationAssignment as
     }
   }
   askService(
-      {{"correct_name", machine}, {"earplug_model", model}, {"appkey", appKeyOrEmpty()}},
-      [path](FileManager& files, const std::string&, const json& dictionary) {
-        if (dictionary.empty()) return;
-        if (const auto list = propertyListOf(dictionary)) files.writeAtomically(path, bytesOf(*list));
+      {{"correct_name", machine}, {"earplug_model", model}, {"appkey", appKeyOrEmpty()}}, path,
+      [](const ServiceReply& reply, const json& dictionary) {
+        return reply.envelopeError ? std::nullopt : propertyListOf(dictionary);
       },
       std::move(assign), std::move(completion));
 }

@@ -3,10 +3,12 @@
 #include <chrono>
 #include <string>
 
+#include <ORNHearingTestSDK/platform/Export.h>
+
 namespace orn {
 
 /// A date as text in the time zone of the process, by a strftime pattern such as "%Y%m%d"; empty for a date that the
 /// calendar functions don't reach. Any thread.
-std::string dateText(std::chrono::system_clock::time_point date, const char* pattern);
+ORN_EXPORT std::string dateText(std::chrono::system_clock::time_point date, const char* pattern);
 
 }  // namespace orn

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <string_view>
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/common/JsonReading.h>
@@ -68,13 +69,27 @@ Node nodeOf(const json& value, int depth) {
     case json::value_t::boolean:
       return Node(plist_new_bool(value.get<bool>() ? 1 : 0));
     case json::value_t::number_integer:
-    case json::value_t::number_unsigned:
       return Node(plist_new_uint(value.get<std::uint64_t>()));
+    case json::value_t::number_unsigned: {
+      // libplist would write a larger one as negative.
+      const auto number = value.get<std::uint64_t>();
+      return Node(number > std::numeric_limits<std::int64_t>::max() ? nullptr : plist_new_uint(number));
+    }
     case json::value_t::number_float:
       return Node(plist_new_real(value.get<double>()));
     default:
       return nullptr;
   }
+}
+
+/// libplist frees a list level by level on the stack. A count of all levels bounds their depth, too.
+bool isNestedTooOften(std::string_view xml) {
+  constexpr int most = 10'000;
+  int count = 0;
+  for (const std::string_view opening : {"<array", "<dict"}) {
+    for (auto at = xml.find(opening); at != xml.npos; at = xml.find(opening, at + 1)) ++count;
+  }
+  return count > most;
 }
 
 std::optional<json> jsonOf(plist_t node, int depth);
@@ -161,9 +176,10 @@ std::optional<std::string> propertyListOf(const json& value) {
 }
 
 std::optional<json> dictionaryOfPropertyList(std::span<const std::uint8_t> bytes) {
-  if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+  const std::string_view xml(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  if (xml.size() > std::numeric_limits<std::uint32_t>::max() || isNestedTooOften(xml)) return std::nullopt;
   plist_t parsed = nullptr;
-  plist_from_memory(reinterpret_cast<const char*>(bytes.data()), static_cast<std::uint32_t>(bytes.size()), &parsed);
+  plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &parsed);
   const Node root(parsed);
   if (!root || plist_get_node_type(root.get()) != PLIST_DICT) return std::nullopt;
   return jsonOf(root.get(), 0);

@@ -34,7 +34,9 @@ std::int64_t ageInYears() {
   const auto stored = platform.userDefaults->value("BIRTHDAY");
   const auto* birthday = stored ? std::get_if<std::chrono::system_clock::time_point>(&*stored) : nullptr;
   if (!birthday) return 0;
-  const double seconds = std::chrono::duration<double>(platform.runLoop->date() - *birthday).count();
+  // Subtracted as seconds, since centuries in nanoseconds overflow.
+  const auto secondsOf = [](auto date) { return std::chrono::duration<double>(date.time_since_epoch()).count(); };
+  const double seconds = secondsOf(platform.runLoop->date()) - secondsOf(*birthday);
   return static_cast<std::int64_t>(std::trunc(std::trunc(seconds / 86400.0) / 365.0));
 }
 

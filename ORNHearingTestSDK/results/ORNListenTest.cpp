@@ -50,7 +50,14 @@ std::shared_ptr<ORNListenTest> ORNListenTest::initWithCoder(const json& coder) {
 
 void ORNListenTest::encodeWithCoder(json& coder) const {
   if (!coder.is_object()) coder = json::object();
-  coder.update(dictionaryRepresentation());
+    // Empty fields, too, in case the archive held something there.
+#define VALUE(field, Setter, key, constant) coder[key] = field##_;
+#define NUMBER VALUE
+#define FLAG VALUE
+#include <ORNHearingTestSDK/results/ORNListenTestFields.inc>
+#undef VALUE
+#undef NUMBER
+#undef FLAG
 }
 
 std::string ORNListenTest::description() const {

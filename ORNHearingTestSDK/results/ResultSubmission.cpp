@@ -52,7 +52,7 @@ void ResultSubmission::listenTestWithLeft(const EarResult& left, const EarResult
   // The service's own code makes no difference to the callback.
   sendRequest(std::move(request), [loop = Platform::current().runLoop, done = std::move(completion)](
                                       const ServiceReply& reply, const json&) {
-    loop->dispatchAsync([done, error = reply.body ? reply.parseError : reply.sessionError] {
+    loop->dispatchAsync([done, error = reply.readingError()] {
       if (done) done(nullptr, error);
     });
   });
@@ -70,7 +70,7 @@ void ResultSubmission::postListenTestWithLeft(const EarResult& left, const EarRe
   setJSONBody(request, submissionBody(left, right, base ? "1" : "0", earPlugModel));
   sendRequest(std::move(request), [loop = Platform::current().runLoop, done = std::move(completion)](
                                       const ServiceReply& reply, const json&) {
-    loop->dispatchAsync([done, error = reply.body ? reply.parseError : reply.sessionError] {
+    loop->dispatchAsync([done, error = reply.error()] {
       if (done) done(error);
     });
   });

@@ -1,5 +1,7 @@
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 
+#include <strings.h>
+
 #include <algorithm>
 #include <cctype>
 #include <nlohmann/json.hpp>
@@ -27,10 +29,38 @@ bool isHost(const std::string& text) {
   });
 }
 
+/// In place of an earlier value.
+void setHeader(URLRequest& request, const char* name, std::string value) {
+  std::erase_if(request.headers, [&](const auto& header) { return strcasecmp(header.first.c_str(), name) == 0; });
+  request.headers.emplace_back(name, std::move(value));
+}
+
 void setBody(URLRequest& request, std::string body, const char* contentType) {
   request.body = std::move(body);
-  request.headers.emplace_back("Accept", "application/json");
-  request.headers.emplace_back("Content-Type", contentType);
+  setHeader(request, "Accept", "application/json");
+  setHeader(request, "Content-Type", contentType);
+}
+
+/// A JSON object or list; null, and an error, if the text is neither.
+json parseJSON(const std::string& text, std::optional<Error>& error) {
+  if (isNestedTooDeep(text)) {
+    error = Error{"json", 2, "the reply is nested too deep"};
+    return {};
+  }
+  try {
+    json value = json::parse(text);
+    if (value.is_structured()) return value;
+    error = Error{"json", 1, "the reply is neither a JSON object nor a list"};
+  } catch (const json::exception& failure) {
+    error = Error{"json", failure.id, failure.what()};
+  }
+  return {};
+}
+
+json asObject(json value, std::optional<Error>& error) {
+  if (value.is_object()) return value;
+  if (!error) error = Error{"json", 3, "the reply is no JSON object"};
+  return json::object();
 }
 
 }  // namespace
@@ -55,13 +85,13 @@ URLRequest serviceRequest(const std::string& path) {
 
 void setHttpHeader(URLRequest& request) {
   const Device& device = *Platform::current().device;
-  request.headers.emplace_back("app-version", device.applicationVersion());
+  setHeader(request, "app-version", device.applicationVersion());
   request.timeout = std::chrono::seconds(180);
-  request.headers.emplace_back("app-product", "SDK");
-  request.headers.emplace_back("app-channel", device.applicationIdentifier());
-  request.headers.emplace_back("system-version", device.systemVersion());
-  request.headers.emplace_back("device-model", device.machine());
-  request.headers.emplace_back("system-product", "iOS");
+  setHeader(request, "app-product", "SDK");
+  setHeader(request, "app-channel", device.applicationIdentifier());
+  setHeader(request, "system-version", device.systemVersion());
+  setHeader(request, "device-model", device.machine());
+  setHeader(request, "system-product", "iOS");
 }
 
 void setFormBody(URLRequest& request, const FormFields& fields) {
@@ -81,29 +111,21 @@ void setJSONBody(URLRequest& request, const json& fields) {
 }
 
 json parseObject(const std::string& text, std::optional<Error>& error) {
-  if (isNestedTooDeep(text)) {
-    error = Error{"json", 2, "the reply is nested too deep"};
-    return json::object();
-  }
-  try {
-    json object = json::parse(text);
-    if (object.is_object()) return object;
-    error = Error{"json", 1, "the reply is no JSON object"};
-  } catch (const json::exception& failure) {
-    error = Error{"json", failure.id, failure.what()};
-  }
-  return json::object();
+  json value = parseJSON(text, error);
+  return asObject(std::move(value), error);
 }
 
-void sendRequest(URLRequest request, std::function<void(const ServiceReply&, const json&)> handler) {
+void sendRequest(URLRequest request, std::function<void(const ServiceReply&, json)> handler) {
   auto received = [handler = std::move(handler)](URLReply reply) {
-    ServiceReply result{std::move(reply.body), std::move(reply.error), {}};
+    ServiceReply result{std::move(reply.body), std::move(reply.error), {}, {}};
     json object = json::object();
     if (result.body) {
       result.sessionError.reset();
-      object = parseObject(*result.body, result.parseError);
+      json value = parseJSON(*result.body, result.parseError);
+      result.envelopeError = result.parseError;
+      object = asObject(std::move(value), result.envelopeError);
     }
-    handler(result, object);
+    handler(result, std::move(object));
   };
   const Platform& platform = Platform::current();
   if (request.url.empty()) {

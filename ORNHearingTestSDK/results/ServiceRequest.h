@@ -27,7 +27,7 @@ struct ServiceIdentity {
   std::string appKey;
   std::string userID;
 };
-std::optional<ServiceIdentity> serviceIdentity();
+ORN_EXPORT std::optional<ServiceIdentity> serviceIdentity();
 
 /// The stored application key, or the empty text.
 std::string appKeyOrEmpty();
@@ -48,14 +48,19 @@ void setJSONBody(URLRequest& request, const nlohmann::json& fields);
 
 /// What came of a request.
 struct ServiceReply {
-  std::optional<std::string> body;    ///< The bytes as received.
-  std::optional<Error> sessionError;  ///< Present without a body, absent with one.
-  std::optional<Error> parseError;    ///< Present if there is a body that is no JSON object.
+  std::optional<std::string> body;     ///< The bytes as received.
+  std::optional<Error> sessionError;   ///< Present without a body, absent with one.
+  std::optional<Error> parseError;     ///< Present if there is a body that is neither a JSON object nor a JSON list.
+  std::optional<Error> envelopeError;  ///< Present if there is a body that is no JSON object.
+
+  /// What the callback of an operation is told that reads nothing in the reply, and of one that does.
+  const std::optional<Error>& error() const { return body ? parseError : sessionError; }
+  const std::optional<Error>& readingError() const { return body ? envelopeError : sessionError; }
 };
 
 /// Sends a request. The handler is called once, on a thread of the URL session, with the reply and its JSON object,
 /// which is empty unless there is one.
-void sendRequest(URLRequest request, std::function<void(const ServiceReply&, const nlohmann::json&)> handler);
+void sendRequest(URLRequest request, std::function<void(const ServiceReply&, nlohmann::json)> handler);
 
 /// The body's JSON object; an empty one, and an error, if the text is no such thing. Any thread.
 nlohmann::json parseObject(const std::string& text, std::optional<Error>& error);

@@ -20,11 +20,12 @@ void TestHistory::getListenTestWithCompletion(Completion completion) {
   setHttpHeader(request);
   setFormBody(request, {{"sdkKey", identity->appKey}, {"sdkUseId", identity->userID}});
   sendRequest(std::move(request), [loop = Platform::current().runLoop, done = std::move(completion)](
-                                      const ServiceReply& reply, const json& object) {
-    const bool isAccepted = reply.body && !reply.parseError && jsonInteger(jsonMember(object, "rspCode")) == 0;
-    // Shared: a long list is not copied on its way.
-    const auto tests = std::make_shared<const json>(isAccepted ? jsonMember(object, "listenTests") : json());
-    loop->dispatchAsync([done, tests, error = reply.body ? reply.parseError : reply.sessionError] {
+                                      const ServiceReply& reply, json object) {
+    // Moved and shared: a long list is not copied on its way.
+    const auto tests = std::make_shared<json>();
+    const bool isAccepted = !reply.readingError() && jsonInteger(jsonMember(object, "rspCode")) == 0;
+    if (isAccepted && object.contains("listenTests")) *tests = std::move(object["listenTests"]);
+    loop->dispatchAsync([done, tests, error = reply.readingError()] {
       if (done) done(error, *tests);
     });
   });

@@ -48,8 +48,8 @@ void UserProfile::setAppUserID(std::optional<std::string> appUserID, std::option
                                {"USERNAME", name}}};
   sendRequest(std::move(request), [profile, defaults = platform.userDefaults, loop = platform.runLoop,
                                    done = std::move(completionHandler)](const ServiceReply& reply, const auto&) {
-    if (reply.body && !reply.parseError) store(*defaults, profile);
-    loop->dispatchAsync([done, error = reply.body ? reply.parseError : reply.sessionError] {
+    if (!reply.error()) store(*defaults, profile);
+    loop->dispatchAsync([done, error = reply.error()] {
       if (done) done(error);
     });
   });

@@ -13,6 +13,7 @@
 #include <ORNHearingTestSDK/audio/WaveChange.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 
+#include "hearing-test/HostMachine.h"
 #include "hearing-test/SimulateReport.h"
 #include "simulation/SampleCalibration.h"
 
@@ -24,8 +25,9 @@ using simulation::TestOutcome;
 using simulation::TestPlan;
 using simulation::TestType;
 
-constexpr auto kDefaultRight = "1000=12,2000=20,4000=35,500=15";
-constexpr auto kDefaultLeft = "1000=25,2000=40,4000=55,500=20";
+/// Who takes the test where no thresholds are given at all.
+const std::vector<std::string> kSomebodysRight{"500=15", "1000=12", "2000=20", "4000=35"};
+const std::vector<std::string> kSomebodysLeft{"500=20", "1000=25", "2000=40", "4000=55"};
 
 bool isTestFrequency(std::int32_t hz) {
   return std::find(kToneFrequencies.begin(), kToneFrequencies.end(), hz) != kToneFrequencies.end();
@@ -103,22 +105,24 @@ SimulateCommand::SimulateCommand(CLI::App& app) {
       ->delimiter(',')
       ->check(checkFrequency)
       ->capture_default_str();
-  command->add_option("--left", left_, "Thresholds of the left ear, HZ=DB,...; 20 dB where none is given")
+  command
+      ->add_option("--left", left_,
+                   "Thresholds of the left ear, HZ=DB,...; 20 dB where none is given. Without --left "
+                   "and --right somebody with a mild loss takes the test")
       ->delimiter(',')
-      ->check(checkThreshold)
-      ->default_str(kDefaultLeft);
-  command->add_option("--right", right_, "Thresholds of the right ear")
-      ->delimiter(',')
-      ->check(checkThreshold)
-      ->default_str(kDefaultRight);
+      ->check(checkThreshold);
+  command->add_option("--right", right_, "Thresholds of the right ear")->delimiter(',')->check(checkThreshold);
   command->add_option("--slope", slope_, "Steepness of the listener's psychometric function per dB; 0 is perfect")
       ->check(CLI::Range(0.0, 1e6))
       ->capture_default_str();
   command->add_option("--guess", guess_, "Probability of a press for a tone not heard")->check(CLI::Range(0.0, 1.0));
   command->add_option("--lapse", lapse_, "Probability of no press for a tone heard")->check(CLI::Range(0.0, 1.0));
   command->add_option("--seed", seed_, "Seed of the listener's chances")->capture_default_str();
-  command->add_option("--calibration", calibration_, "Calibration reply of the service, as a JSON file")
-      ->option_text("REPLY.json");
+  auto* calibration =
+      command->add_option("--calibration", calibration_, "Calibration reply of the service, as a JSON file")
+          ->option_text("REPLY.json");
+  command->add_option("--host", host_, "Gets the calibration from this service and sends it the result")
+      ->excludes(calibration);
   command->add_option("--wav", wav_, "Writes what the output played, left and right")->option_text("FILE");
   command->add_flag("--json", json_, "Prints one JSON object and nothing else");
 }
@@ -141,13 +145,19 @@ TestPlan SimulateCommand::plan() const {
   plan.path = path_ == "earphones" ? OutputPath::Earphones : OutputPath::Audiometer;
   plan.frequencies.clear();
   for (const std::string& hz : frequencies_) plan.frequencies.push_back(hz + "hz");
-  plan.listener.left = thresholds(left_);
-  plan.listener.right = thresholds(right_);
+  const bool isAnybodyGiven = !left_.empty() || !right_.empty();
+  plan.listener.left = thresholds(isAnybodyGiven ? left_ : kSomebodysLeft);
+  plan.listener.right = thresholds(isAnybodyGiven ? right_ : kSomebodysRight);
   plan.listener.slope = slope_;
   plan.listener.guess = guess_;
   plan.listener.lapse = lapse_;
   plan.listener.seed = seed_;
-  plan.calibrationReply = calibrationReply();
+  if (host_.empty()) {
+    plan.calibrationReply = calibrationReply();
+  } else {
+    plan.service = hostMachine();
+    setServiceHost(*plan.service, host_);
+  }
   plan.keepsSamples = !wav_.empty();
   return plan;
 }

@@ -31,6 +31,7 @@ class SimulateCommand {
   double slope_ = 0, guess_ = 0, lapse_ = 0;
   std::uint64_t seed_ = 1;
   std::string calibration_;
+  std::string host_;
   std::string wav_;
   bool json_ = false;
 };

@@ -43,7 +43,8 @@ Json jsonOf(const Presentation& one) {
           {"heard", one.heard}};
 }
 
-void printEar(const TestPlan& plan, bool isLeft, const EarResult& found) {
+void printEar(const TestPlan& plan, bool isLeft, const EarResult& found, std::int64_t loss,
+              const std::string& verdict) {
   const auto& ear = isLeft ? plan.listener.left : plan.listener.right;
   std::printf("\n%s ear       found   true\n", isLeft ? "Left " : "Right");
   for (const auto& [hz, db] : found) {
@@ -51,6 +52,7 @@ void printEar(const TestPlan& plan, bool isLeft, const EarResult& found) {
     const double threshold = known == ear.end() ? plan.listener.thresholdElsewhere : known->second;
     std::printf("  %5d Hz   %4s dB   %4g dB\n", intValue(hz), db.c_str(), threshold);
   }
+  std::printf("  loss %lld dB: %s\n", static_cast<long long>(loss), verdict.c_str());
 }
 
 }  // namespace
@@ -59,6 +61,8 @@ std::string jsonReport(const TestOutcome& outcome) {
   Json json;
   json["left"] = jsonOf(outcome.left);
   json["right"] = jsonOf(outcome.right);
+  json["loss"] = {{"left", outcome.leftLoss}, {"right", outcome.rightLoss}};
+  json["verdict"] = {{"left", outcome.leftVerdict}, {"right", outcome.rightVerdict}};
   json["presentations"] = Json::array();
   for (const Presentation& one : outcome.presentations) json["presentations"].push_back(jsonOf(one));
   json["simulatedSeconds"] = outcome.simulatedSeconds;
@@ -67,8 +71,8 @@ std::string jsonReport(const TestOutcome& outcome) {
 }
 
 void printReport(const TestPlan& plan, const TestOutcome& outcome) {
-  printEar(plan, false, outcome.right);
-  printEar(plan, true, outcome.left);
+  printEar(plan, false, outcome.right, outcome.rightLoss, outcome.rightVerdict);
+  printEar(plan, true, outcome.left, outcome.leftLoss, outcome.leftVerdict);
   std::printf("\n%zu tones in %.0f s of simulated time, run in %.1f ms (%.0f times real time)\n",
               outcome.presentations.size(), outcome.simulatedSeconds, outcome.elapsedSeconds * 1000,
               outcome.simulatedSeconds / outcome.elapsedSeconds);

@@ -12,6 +12,8 @@
 #include <ORNHearingTestSDK/platform/linux/LinuxRunLoop.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 
+#include "simulation/BlockingURLSession.h"
+
 namespace orn::simulation {
 namespace {
 
@@ -20,6 +22,7 @@ using std::chrono::seconds;
 constexpr seconds kLongestTest = std::chrono::hours(24);
 constexpr seconds kRestBetweenEars{2};
 constexpr auto kAddress = "AA:BB:CC:DD:EE:FF";
+constexpr auto kEarphoneModel = "1";
 
 double inSeconds(std::chrono::nanoseconds time) { return std::chrono::duration<double>(time).count(); }
 
@@ -32,7 +35,9 @@ class Run {
   TestOutcome go();
 
  private:
+  Platform platform() const;
   void calibrate();
+  void fetchCalibration();
   void startEar(bool isLeft);
   void watchDelegate();
   void listenToOutput();
@@ -52,7 +57,7 @@ class Run {
 };
 
 Run::Run(const TestPlan& plan, const TestWatch& watch) : plan_(plan), watch_(watch) {
-  Platform::setCurrent(machine_.platform());
+  Platform::setCurrent(platform());
   session_ = std::dynamic_pointer_cast<ORNManualHearingTest>(
       ORNHearingTest::initWithTestType(static_cast<std::int32_t>(plan.type)));
   session_->setDelegate(delegate_);
@@ -62,7 +67,34 @@ Run::Run(const TestPlan& plan, const TestWatch& watch) : plan_(plan), watch_(wat
   listenToOutput();
 }
 
+Platform Run::platform() const {
+  Platform platform = machine_.platform();
+  if (plan_.service) {
+    platform.urlSession = std::make_shared<BlockingURLSession>(plan_.service->urlSession);
+    platform.userDefaults = plan_.service->userDefaults;
+    platform.fileManager = plan_.service->fileManager;
+    platform.device = plan_.service->device;
+  }
+  return platform;
+}
+
+void Run::fetchCalibration() {
+  const auto fetched = [this](const std::optional<Error>& error) {
+    if (error) outcome_.failure = "no calibration: " + error->message;
+  };
+  if (plan_.path == OutputPath::Audiometer) {
+    session_->setKV50MAC(kAddress, fetched);
+  } else {
+    session_->setEarPlugModel(kEarphoneModel, fetched);
+  }
+  machine_.virtualTime->runFor(seconds(0));  // what the reply has handed to the main thread
+  const bool hasRecords = plan_.path == OutputPath::Audiometer ? session_->ab() && session_->aabb() && session_->xxyy()
+                                                               : session_->leftVolume() && session_->rightVolue();
+  if (!hasRecords && outcome_.failure.empty()) outcome_.failure = "the service has no calibration for this device";
+}
+
 void Run::calibrate() {
+  if (plan_.service) return fetchCalibration();
   const auto reply = ORNDeviceCorrect::parse(plan_.calibrationReply);
   if (plan_.path == OutputPath::Audiometer) {
     const auto records = audiometerRecords(*reply);
@@ -72,7 +104,7 @@ void Run::calibrate() {
     session_->setXxyy(records.xxyy);
   } else {
     const auto records = earphoneRecords(*reply);
-    session_->setEarPlugModel("1");
+    session_->setEarPlugModel(kEarphoneModel);
     session_->setLeftVolume(records.left);
     session_->setRightVolue(records.right);
   }
@@ -120,6 +152,10 @@ void Run::watchDelegate() {
     outcome_.isComplete = true;
     outcome_.left = left;
     outcome_.right = right;
+    outcome_.leftLoss = ORNHearingTest::computeEarTestResult(left);
+    outcome_.rightLoss = ORNHearingTest::computeEarTestResult(right);
+    outcome_.leftVerdict = ORNHearingTest::computeResultString(outcome_.leftLoss);
+    outcome_.rightVerdict = ORNHearingTest::computeResultString(outcome_.rightLoss);
   };
   delegate_->calibrationMissing = [this](ORNHearingTest&, bool isLeft) {
     outcome_.failure = std::string("the calibration lacks a value for the ") + (isLeft ? "left" : "right") + " ear";
@@ -147,6 +183,7 @@ void Run::startEar(bool isLeft) {
 
 TestOutcome Run::go() {
   const LinuxRunLoop wallClock;
+  if (!outcome_.failure.empty()) return std::move(outcome_);
   start_ = machine_.runLoop->now();
   startEar(false);
   const auto isOver = [this] { return outcome_.isComplete || !outcome_.failure.empty(); };

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <ORNHearingTestSDK/common/EarResult.h>
+#include <ORNHearingTestSDK/platform/Platform.h>
 
 #include "simulation/VirtualListener.h"
 
@@ -23,6 +24,10 @@ struct TestPlan {
                                        "500hz"};  ///< Keys; the standard test has its own.
   ListenerTraits listener;
   std::string calibrationReply;  ///< JSON text as the service sends it.
+
+  /// A machine with a service to ask for the calibration and to send the result to, instead of a given reply. Its URL
+  /// session, settings, files and device are used.
+  std::optional<Platform> service;
   bool keepsSamples = false;
 };
 
@@ -41,6 +46,8 @@ struct TestOutcome {
   bool isComplete = false;
   std::string failure;  ///< One line, where the test is not complete.
   EarResult left, right;
+  std::int64_t leftLoss = 0, rightLoss = 0;  ///< dB, by the profile in the settings.
+  std::string leftVerdict, rightVerdict;
   std::vector<Presentation> presentations;
   double simulatedSeconds = 0;
   double elapsedSeconds = 0;

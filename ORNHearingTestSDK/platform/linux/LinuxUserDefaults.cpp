@@ -4,8 +4,8 @@
 #include <utility>
 
 #include <ORNHearingTestSDK/platform/PosixFiles.h>
+#include <ORNHearingTestSDK/platform/linux/DefaultsPlist.h>
 #include <ORNHearingTestSDK/platform/linux/FileLock.h>
-#include <ORNHearingTestSDK/platform/linux/PropertyList.h>
 #include <ORNHearingTestSDK/platform/linux/UserFolders.h>
 #include <ORNHearingTestSDK/platform/linux/XmlText.h>
 
@@ -47,7 +47,7 @@ std::optional<DefaultsValue> LinuxUserDefaults::value(const std::string& key) co
 }
 
 void LinuxUserDefaults::setValue(const std::string& key, DefaultsValue value) {
-  auto kept = PropertyList::kept(std::move(value));
+  auto kept = DefaultsPlist::kept(std::move(value));
   if (!kept || !isXmlText(key)) return;
   const std::lock_guard lock(mutex_);
   changes_.insert_or_assign(key, std::move(kept));
@@ -71,15 +71,15 @@ bool LinuxUserDefaults::synchronize() {
   return true;
 }
 
-std::optional<PropertyList> LinuxUserDefaults::load(bool mayRename) const {
+std::optional<DefaultsPlist> LinuxUserDefaults::load(bool mayRename) const {
   const auto bytes = readFile(path_);
-  if (!bytes) return isMissing(path_) ? std::optional<PropertyList>(PropertyList()) : std::nullopt;
-  if (auto list = PropertyList::fromXml(*bytes)) return list;
+  if (!bytes) return isMissing(path_) ? std::optional<DefaultsPlist>(DefaultsPlist()) : std::nullopt;
+  if (auto list = DefaultsPlist::fromXml(*bytes)) return list;
   if (!mayRename || !setAside(path_)) return std::nullopt;
-  return PropertyList();
+  return DefaultsPlist();
 }
 
-bool LinuxUserDefaults::store(PropertyList& list) const {
+bool LinuxUserDefaults::store(DefaultsPlist& list) const {
   for (const auto& [key, value] : changes_) {
     if (value) {
       list.set(key, *value);

@@ -9,7 +9,7 @@
 
 namespace orn {
 
-class PropertyList;
+class DefaultsPlist;
 
 /// Settings in an XML property list, which several processes may share.
 ///
@@ -46,8 +46,8 @@ class ORN_EXPORT LinuxUserDefaults final : public UserDefaults {
 
  private:
   /// What the file holds; nothing if it can't be read.
-  std::optional<PropertyList> load(bool mayRename) const;
-  bool store(PropertyList& list) const;
+  std::optional<DefaultsPlist> load(bool mayRename) const;
+  bool store(DefaultsPlist& list) const;
 
   const std::string path_;
   mutable std::mutex mutex_;

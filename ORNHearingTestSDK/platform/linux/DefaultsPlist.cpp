@@ -1,4 +1,4 @@
-#include <ORNHearingTestSDK/platform/linux/PropertyList.h>
+#include <ORNHearingTestSDK/platform/linux/DefaultsPlist.h>
 
 #include <locale.h>
 #include <plist/plist.h>
@@ -90,7 +90,7 @@ std::optional<DefaultsValue> textIn(plist_t item) {
   std::uint64_t length = 0;
   const char* const text = plist_get_string_ptr(item, &length);
   if (!text) return std::nullopt;
-  return PropertyList::kept(std::string(text, length));
+  return DefaultsPlist::kept(std::string(text, length));
 }
 
 std::optional<DefaultsValue> valueIn(plist_t item) {
@@ -118,21 +118,21 @@ std::optional<DefaultsValue> valueIn(plist_t item) {
 
 }  // namespace
 
-void PropertyList::Release::operator()(void* node) const { plist_free(node); }
+void DefaultsPlist::Release::operator()(void* node) const { plist_free(node); }
 
-PropertyList::PropertyList() : root_(plist_new_dict()) {}
+DefaultsPlist::DefaultsPlist() : root_(plist_new_dict()) {}
 
-std::optional<PropertyList> PropertyList::fromXml(std::span<const std::uint8_t> bytes) {
+std::optional<DefaultsPlist> DefaultsPlist::fromXml(std::span<const std::uint8_t> bytes) {
   if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
   const PointForDecimals point;
   plist_t root = nullptr;
   plist_from_xml(reinterpret_cast<const char*>(bytes.data()), static_cast<std::uint32_t>(bytes.size()), &root);
-  PropertyList list(root);
+  DefaultsPlist list(root);
   if (!PLIST_IS_DICT(root)) return std::nullopt;
   return list;
 }
 
-std::optional<std::vector<std::uint8_t>> PropertyList::xml() const {
+std::optional<std::vector<std::uint8_t>> DefaultsPlist::xml() const {
   const PointForDecimals point;
   char* text = nullptr;
   std::uint32_t length = 0;
@@ -142,7 +142,7 @@ std::optional<std::vector<std::uint8_t>> PropertyList::xml() const {
   return std::vector<std::uint8_t>(text, text + length);
 }
 
-std::optional<DefaultsValue> PropertyList::kept(DefaultsValue value) {
+std::optional<DefaultsValue> DefaultsPlist::kept(DefaultsValue value) {
   if (const auto* const text = std::get_if<std::string>(&value); text && !isXmlText(*text)) return std::nullopt;
   if (const auto* const date = std::get_if<system_clock::time_point>(&value)) {
     return system_clock::time_point(seconds(secondsOf(*date)));
@@ -150,7 +150,7 @@ std::optional<DefaultsValue> PropertyList::kept(DefaultsValue value) {
   return value;
 }
 
-std::map<std::string, DefaultsValue> PropertyList::values() const {
+std::map<std::string, DefaultsValue> DefaultsPlist::values() const {
   std::map<std::string, DefaultsValue> all;
   plist_dict_iter place = nullptr;
   plist_dict_new_iter(root_.get(), &place);
@@ -166,10 +166,10 @@ std::map<std::string, DefaultsValue> PropertyList::values() const {
   return all;
 }
 
-void PropertyList::set(const std::string& key, const DefaultsValue& value) {
+void DefaultsPlist::set(const std::string& key, const DefaultsValue& value) {
   plist_dict_set_item(root_.get(), key.c_str(), std::visit([](const auto& one) { return node(one); }, value));
 }
 
-void PropertyList::remove(const std::string& key) { plist_dict_remove_item(root_.get(), key.c_str()); }
+void DefaultsPlist::remove(const std::string& key) { plist_dict_remove_item(root_.get(), key.c_str()); }
 
 }  // namespace orn

@@ -17,12 +17,12 @@ namespace orn {
 /// The form has a type for each of DefaultsValue. Its dates are whole seconds, and the library that writes them knows
 /// the years 1932 to 2069 only; a date outside them, such as an early birthday, is a dictionary with the single integer
 /// "secondsSince1970".
-class PropertyList {
+class DefaultsPlist {
  public:
-  PropertyList();
+  DefaultsPlist();
 
   /// Nothing if the bytes are no property list or its root is no dictionary.
-  static std::optional<PropertyList> fromXml(std::span<const std::uint8_t> bytes);
+  static std::optional<DefaultsPlist> fromXml(std::span<const std::uint8_t> bytes);
 
   /// Nothing if it can't be put into words.
   std::optional<std::vector<std::uint8_t>> xml() const;
@@ -43,7 +43,7 @@ class PropertyList {
     void operator()(void* node) const;
   };
 
-  explicit PropertyList(void* root) : root_(root) {}
+  explicit DefaultsPlist(void* root) : root_(root) {}
 
   std::unique_ptr<void, Release> root_;
 };
