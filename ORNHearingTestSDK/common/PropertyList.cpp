@@ -178,6 +178,8 @@ std::optional<std::string> propertyListOf(const json& value) {
 std::optional<json> dictionaryOfPropertyList(std::span<const std::uint8_t> bytes) {
   const std::string_view xml(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   if (xml.size() > std::numeric_limits<std::uint32_t>::max() || isNestedTooOften(xml)) return std::nullopt;
+  // On a text with NUL, libplist aborts.
+  if (xml.find('\0') != xml.npos) return std::nullopt;
   plist_t parsed = nullptr;
   plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &parsed);
   const Node root(parsed);

@@ -73,7 +73,7 @@ std::int64_t HearingScore::computeEarTestResult(const EarResult& earResult) {
     // The column goes by the entry's place and the octave is added to it, on into the next band: every score rests on
     // this reading, and it is meant.
     const std::int64_t index = sex + 2 * i + octaveOf(hz) % count;
-    sum += threshold - allowanceAt(kRowLength * row + index);
+    sum += std::int64_t{threshold} - allowanceAt(kRowLength * row + index);
   }
   return std::max<std::int64_t>(sum, 0) / count;
 }

@@ -1,0 +1,364 @@
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <tests/results/ServiceScript.h>
+#include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
+#include <ORNHearingTestSDK/common/PropertyList.h>
+#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+
+namespace orn {
+namespace {
+
+using namespace std::string_literals;
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string kAddress = "AA:BB:CC:DD:EE:FF";
+
+const json kAudiometer = {{{"id", 1}},
+                          {{"id", 2}, {"base", true}, {"earplug_model", "2"}},
+                          {{"id", 3}, {"base", true}, {"earplug_model", "1"}},
+                          {{"id", 4}, {"base", true}, {"earplug_model", "3"}},
+                          {{"id", 5}, {"base", false}, {"earplug_model", "2"}}};
+const json kEarphones = {{{"id", 1}, {"ear", 1}}, {{"id", 2}, {"ear", "2"}}, {{"id", 3}, {"ear", 1}}, {{"id", 4}}};
+
+std::string reply(const json& records, int rspCode = 0) {
+  return json{{"rspCode", rspCode}, {"deviceVolumeIOS", records}}.dump();
+}
+
+std::string idOf(const ORNManualHearingTest::Record& record) { return record ? std::to_string(record->id()) : "-"; }
+
+struct CalibrationFetch : testing::Test, ServiceScript {
+  CalibrationFetch() { machine.device->givenMachine = "Phone1,1"; }
+
+  std::string folder() const { return machine.fileManager->documentsDirectory(); }
+
+  std::vector<std::string> files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder())) {
+      names.push_back(std::filesystem::relative(entry.path(), folder()).string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  std::optional<std::string> contents(const std::string& name) const {
+    const auto bytes = machine.fileManager->contents(folder() + "/" + name);
+    return bytes ? std::optional(std::string(bytes->begin(), bytes->end())) : std::nullopt;
+  }
+
+  void put(const std::string& name, const std::string& text) const {
+    ASSERT_TRUE(machine.fileManager->writeAtomically(
+        folder() + "/" + name, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}));
+  }
+
+  /// What the callback hears and how often the service is asked: "asks: ok", "cache: " if it hears nothing, and
+  /// "cache: within ok" if it is called within the call.
+  std::string outcome(const std::function<void(ORNManualHearingTest::CompletionHandler)>& operation) {
+    const auto before = requestCount();
+    std::string heard;
+    bool isWithin = true;
+    operation([&](const std::optional<Error>& error) { heard += (isWithin ? "within " : "") + told(error); });
+    isWithin = false;
+    run();
+    return (requestCount() == before ? "cache: " : requestCount() == before + 1 ? "asks: " : "asks often: ") + heard;
+  }
+
+  std::string audiometer(const std::string& address = kAddress) {
+    return outcome([&](auto done) { session->setKV50MAC(address, done); });
+  }
+  std::string history(const std::string& address = kAddress) {
+    return outcome(
+        [&](auto done) { session->getTestHistoryByMAC(address, [done](auto error, std::nullptr_t) { done(error); }); });
+  }
+  std::string earphones(const std::string& model = "1") {
+    return outcome([&](auto done) { session->setEarPlugModel(model, done); });
+  }
+
+  /// ab, aabb, xxyy, leftVolume, rightVolue by the ids of their records.
+  std::string fields() const {
+    return idOf(session->ab()) + idOf(session->aabb()) + idOf(session->xxyy()) + " " + idOf(session->leftVolume()) +
+           idOf(session->rightVolue());
+  }
+
+  void newSession() { session = ORNManualHearingTest::init(); }
+
+  std::shared_ptr<ORNManualHearingTest> session = ORNManualHearingTest::init();
+};
+
+TEST_F(CalibrationFetch, AudiometerRepliesAreKeptToTheByte) {
+  const std::string text =
+      "{ \"unknown\":1.50,\r\n \"rspCode\" :\"0\", \"deviceVolumeIOS\":" + kAudiometer.dump() + "}\n";
+  answers(text);
+  EXPECT_EQ(audiometer(), "asks: ok");
+  EXPECT_EQ(fields(), "523 --");
+  EXPECT_THAT(files(), ElementsAre("__AA_BB_CC_DD_EE_FF"));
+  EXPECT_EQ(contents("__AA_BB_CC_DD_EE_FF"), text);
+  EXPECT_EQ(session->KV50MAC(), kAddress);
+
+  EXPECT_EQ(history(), "asks: ok") << "has a cache of its own";
+  EXPECT_THAT(files(), ElementsAre("__AA_BB_CC_DD_EE_FF", "history__AA_BB_CC_DD_EE_FF"));
+  EXPECT_EQ(contents("history__AA_BB_CC_DD_EE_FF"), text);
+}
+
+TEST_F(CalibrationFetch, CachedAudiometerCallsBackWithinTheCall) {
+  answers(reply(kAudiometer));
+  audiometer();
+  history();
+  fails();
+  for (const auto operation : {&CalibrationFetch::audiometer, &CalibrationFetch::history}) {
+    newSession();
+    EXPECT_EQ((this->*operation)(kAddress), "cache: within ok");
+    EXPECT_EQ(fields(), "523 --");
+    EXPECT_EQ(session->KV50MAC(), kAddress);
+  }
+}
+
+TEST_F(CalibrationFetch, EarphoneRepliesAreKeptAsAPropertyList) {
+  answers(reply(kEarphones));
+  EXPECT_EQ(earphones("a:b"), "asks: ok");
+  EXPECT_EQ(fields(), "--- 32");
+  EXPECT_EQ(session->earPlugModel(), "a:b");
+  EXPECT_THAT(files(), ElementsAre("Phone1,1_a:b"));
+  const auto bytes = machine.fileManager->contents(folder() + "/Phone1,1_a:b").value();
+  EXPECT_EQ(dictionaryOfPropertyList(bytes), json::parse(reply(kEarphones)));
+}
+
+TEST_F(CalibrationFetch, CachedEarphonesNeverCallBack) {
+  answers(reply(kEarphones));
+  earphones();
+  newSession();
+  EXPECT_EQ(earphones(), "cache: ");
+  EXPECT_EQ(fields(), "--- 32");
+  EXPECT_EQ(session->earPlugModel(), "1");
+
+  put("Phone1,1_1", propertyListOf(json::parse(reply(kEarphones, 1))).value());
+  newSession();
+  EXPECT_EQ(earphones(), "cache: ") << "not even on a refusal";
+  EXPECT_EQ(fields(), "--- --");
+}
+
+TEST_F(CalibrationFetch, ARefusalFillsTheFieldsAndStoresNothing) {
+  answers(reply(kAudiometer, 1));
+  EXPECT_EQ(audiometer(), "asks: ok");
+  EXPECT_EQ(history(), "asks: ok");
+  answers(reply(kEarphones, 1));
+  EXPECT_EQ(earphones(), "asks: ok");
+  EXPECT_EQ(fields(), "523 32");
+  EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(CalibrationFetch, WithoutAReplyTheFieldsStayAsTheyWere) {
+  const auto old = ORNDeviceVolumeIOS::initWithDictionary({{"id", 9}});
+  session->setAb(old);
+  session->setLeftVolume(old);
+  fails();
+  EXPECT_EQ(audiometer(), "asks: transport 7 gone");
+  EXPECT_EQ(history("other"), "asks: transport 7 gone");
+  EXPECT_EQ(earphones(), "asks: transport 7 gone");
+  EXPECT_EQ(fields(), "9-- 9-");
+  EXPECT_EQ(session->KV50MAC(), "other") << "is set whatever follows";
+  EXPECT_EQ(session->earPlugModel(), "1");
+  EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(CalibrationFetch, AFieldWithoutARecordKeepsItsOldValue) {
+  const auto old = ORNDeviceVolumeIOS::initWithDictionary({{"id", 9}});
+  session->setAb(old);
+  session->setXxyy(old);
+  session->setLeftVolume(old);
+  answers(reply({{{"id", 2}, {"base", true}, {"earplug_model", "2"}}, nullptr, 5, json::array()}));
+  EXPECT_EQ(audiometer(), "asks: ok");
+  answers(reply({{{"id", 4}, {"ear", 2}}}));
+  EXPECT_EQ(earphones(), "asks: ok");
+  EXPECT_EQ(fields(), "929 94");
+}
+
+TEST_F(CalibrationFetch, WhatIsNoJsonIsStoredForAnAudiometerAndAskedForAgain) {
+  for (const std::string& text : {"<html>"s, "[]"s, "{\"rspCode\":1"s, "\0\xFF"s, "null"s}) {
+    answers(text);
+    EXPECT_EQ(audiometer(), "asks: ok");
+    EXPECT_EQ(contents("__AA_BB_CC_DD_EE_FF"), text);
+    EXPECT_EQ(earphones(), "asks: ok");
+    EXPECT_THAT(files(), ElementsAre("__AA_BB_CC_DD_EE_FF"));
+    EXPECT_EQ(fields(), "--- --");
+  }
+}
+
+TEST_F(CalibrationFetch, AnEmptyObjectIsAReplyLikeAnother) {
+  answers("{}");
+  EXPECT_EQ(audiometer(), "asks: ok");
+  EXPECT_EQ(audiometer(), "cache: within ok");
+  EXPECT_EQ(earphones(), "asks: ok");
+  EXPECT_EQ(earphones(), "cache: ");
+}
+
+TEST_F(CalibrationFetch, AnEarphoneReplyThatNoPropertyListHoldsIsNotStored) {
+  for (const char* value : {"null", "\"\\u0000\"", "\"\\u0001\"", "18446744073709551615", "{\"a\":[null]}"}) {
+    answers("{\"rspCode\":0,\"deviceVolumeIOS\":[{\"id\":1,\"ear\":1,\"earPath\":"s + value + "}]}");
+    newSession();
+    EXPECT_EQ(earphones(), "asks: ok") << value;
+    EXPECT_EQ(fields(), "--- 1-") << value;
+    EXPECT_THAT(files(), IsEmpty()) << value;
+  }
+}
+
+TEST_F(CalibrationFetch, ACorruptAudiometerCacheIsAskedForAgain) {
+  const std::string good = reply(kAudiometer);
+  answers(good);
+  for (const std::string& text : {""s, "x"s, "[]"s, "null"s, reply(kAudiometer, 1), good.substr(0, good.size() - 1),
+                                  good + "x", "\xFF" + good, std::string(1'000'000, '{')}) {
+    put("__AA_BB_CC_DD_EE_FF", text);
+    newSession();
+    EXPECT_EQ(audiometer(), "asks: ok") << text.substr(0, 20);
+    EXPECT_EQ(fields(), "523 --");
+    EXPECT_EQ(contents("__AA_BB_CC_DD_EE_FF"), good);
+  }
+}
+
+TEST_F(CalibrationFetch, ACorruptEarphoneCacheIsAskedForAgain) {
+  answers(reply(kEarphones));
+  const std::string good = propertyListOf(json::parse(reply(kEarphones))).value();
+  for (const std::string& text :
+       {""s, "x"s, reply(kEarphones), good.substr(0, good.size() / 2), propertyListOf(json::array({1})).value(),
+        "bplist00"s, "<plist><dict><key>a</key><date>2001-01-01T00:00:00Z</date></dict></plist>"s}) {
+    put("Phone1,1_1", text);
+    newSession();
+    EXPECT_EQ(earphones(), "asks: ok") << text.substr(0, 20);
+    EXPECT_EQ(fields(), "--- 32");
+    EXPECT_EQ(contents("Phone1,1_1"), good);
+  }
+}
+
+TEST_F(CalibrationFetch, AFolderInTheCachesPlaceIsLeftAlone) {
+  answers(reply(kAudiometer));
+  std::filesystem::create_directory(folder() + "/__AA_BB_CC_DD_EE_FF");
+  EXPECT_EQ(audiometer(), "asks: ok");
+  EXPECT_EQ(fields(), "523 --");
+  EXPECT_THAT(files(), ElementsAre("__AA_BB_CC_DD_EE_FF")) << "and nothing is left beside it";
+}
+
+TEST_F(CalibrationFetch, HostileNamesStayInsideTheFolder) {
+  const struct {
+    std::string name, audiometer, earphones;
+  } table[] = {
+      {"", "__", "Phone1,1_"},
+      {"..", "__..", "Phone1,1_.."},
+      {"../../etc/x", "__.._.._etc_x", "Phone1,1_.._.._etc_x"},
+      {"/tmp/x", "___tmp_x", "Phone1,1__tmp_x"},
+      {"a:/b", "__a__b", "Phone1,1_a:_b"},
+      {"a\0/b"s, "__a__b", "Phone1,1_a__b"},
+      {"a\nb\\c \u597d", "__a\nb\\c \u597d", "Phone1,1_a\nb\\c \u597d"},
+      {"~", "__~", "Phone1,1_~"},
+  };
+  for (const auto& row : table) {
+    answers(reply(kAudiometer));
+    EXPECT_EQ(audiometer(row.name), "asks: ok") << row.name;
+    answers(reply(kEarphones));
+    EXPECT_EQ(earphones(row.name), "asks: ok") << row.name;
+    EXPECT_THAT(files(), testing::UnorderedElementsAre(row.audiometer, row.earphones));
+    for (const auto& file : files()) machine.fileManager->removeFile(folder() + "/" + file);
+  }
+}
+
+TEST_F(CalibrationFetch, ANameTooLongForAFileIsAskedForEachTime) {
+  const std::string name(5000, 'x');
+  answers(reply(kAudiometer));
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(audiometer(name), "asks: ok");
+    EXPECT_EQ(earphones(name), "asks: ok");
+  }
+  EXPECT_EQ(fields(), "523 --");
+  EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(CalibrationFetch, AMachineNameWithASeparatorIsOneFile) {
+  machine.device->givenMachine = "../Vendor/Model";
+  answers(reply(kEarphones));
+  EXPECT_EQ(earphones(), "asks: ok");
+  EXPECT_THAT(files(), ElementsAre(".._Vendor_Model_1"));
+  EXPECT_EQ(earphones(), "cache: ");
+}
+
+TEST_F(CalibrationFetch, AFolderThatVanishedIsNotMissed) {
+  std::filesystem::remove_all(folder());
+  answers(reply(kAudiometer));
+  EXPECT_EQ(audiometer(), "asks: ok");
+  EXPECT_EQ(fields(), "523 --");
+  answers(reply(kEarphones));
+  EXPECT_EQ(earphones(), "asks: ok");
+  EXPECT_EQ(fields(), "523 32");
+  EXPECT_EQ(audiometer(), "asks: ok");
+}
+
+/// A machine on which no documents folder can be made.
+struct NoDocuments final : FileManager {
+  std::string documentsDirectory() const override { return ""; }
+  std::optional<std::string> resourceBundle(const std::string&) const override { return std::nullopt; }
+  std::optional<std::vector<std::uint8_t>> contents(const std::string& path) const override {
+    paths.push_back(path);
+    return std::nullopt;
+  }
+  bool writeAtomically(const std::string& path, std::span<const std::uint8_t>) override {
+    paths.push_back(path);
+    return false;
+  }
+  bool fileExists(const std::string&) const override { return false; }
+  bool removeFile(const std::string&) override { return false; }
+
+  mutable std::vector<std::string> paths;
+};
+
+TEST_F(CalibrationFetch, WithoutADocumentsFolderNoFileIsTouched) {
+  const auto none = std::make_shared<NoDocuments>();
+  Platform platform = machine.platform();
+  platform.fileManager = none;
+  Platform::setCurrent(platform);
+  answers(reply(kAudiometer));
+  EXPECT_EQ(audiometer(), "asks: ok");
+  answers(reply(kEarphones));
+  EXPECT_EQ(earphones(), "asks: ok");
+  EXPECT_EQ(fields(), "523 32");
+  EXPECT_THAT(none->paths, IsEmpty());
+}
+
+TEST_F(CalibrationFetch, TheFieldsStandWhenTheCallbackComes) {
+  std::vector<std::string> seen;
+  const auto look = [&](const std::optional<Error>&) { seen.push_back(fields()); };
+  answers(reply(kAudiometer));
+  for (int i = 0; i < 2; ++i) {
+    newSession();
+    session->setKV50MAC(kAddress, look);
+    run();
+  }
+  answers(reply(kEarphones));
+  session->setEarPlugModel("1", look);
+  run();
+  EXPECT_THAT(seen, ElementsAre("523 --", "523 --", "523 32"));
+}
+
+TEST_F(CalibrationFetch, ASessionReleasedMeanwhileIsNotMissed) {
+  std::vector<std::string> heard;
+  answers(reply(kAudiometer));
+  session->setKV50MAC(kAddress, [&](const std::optional<Error>& error) { heard.push_back(told(error)); });
+  session->setEarPlugModel("1", [&](const std::optional<Error>& error) { heard.push_back(told(error)); });
+  const std::weak_ptr<ORNManualHearingTest> released = session;
+  session.reset();
+  EXPECT_TRUE(released.expired()) << "a request keeps no session";
+  run();
+  EXPECT_THAT(heard, ElementsAre("ok", "ok"));
+  EXPECT_THAT(files(), ElementsAre("Phone1,1_1", "__AA_BB_CC_DD_EE_FF"));
+}
+
+}  // namespace
+}  // namespace orn

@@ -1,0 +1,261 @@
+#include <gmock/gmock.h>
+
+#include "SessionScript.h"
+
+namespace orn {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Lines = std::vector<std::string>;
+
+constexpr bool kLeft = true, kRight = false;
+
+struct AutoTest : SessionScript {
+  explicit AutoTest(std::vector<std::string> hzs = {"1000hz"}, Path path = Earphones) : SessionScript(Auto, path) {
+    session->setTestHzs(std::move(hzs));
+  }
+};
+
+std::string search(const std::string& letters, bool isLeft) { return AutoTest().search(letters, isLeft); }
+
+TEST(AutoSearch, BracketsTheThresholdOnBothEars) {
+  const std::pair<const char*, const char*> table[] = {
+      {"H H H H", "40 30 20 15 -> 15"},
+      {"H H H N", "40 30 20 15 -> 20"},
+      {"H N H", "40 30 35 -> 35"},
+      {"H N N", "40 30 35 -> 40"},
+      {"H H N H", "40 30 20 25 -> 25"},
+      {"H H N N", "40 30 20 25 -> 30"},
+      {"N H H", "40 50 45 -> 45"},
+      {"N H N", "40 50 45 -> 50"},
+      {"N N N N N N", "40 50 60 70 80 90 -> 90"},
+      {"N N N N N H H", "40 50 60 70 80 90 85 -> 85"},
+      {"N N N N N H N", "40 50 60 70 80 90 85 -> 90"},
+  };
+  for (const auto& [letters, levels] : table) {
+    EXPECT_EQ(search(letters, kLeft), levels);
+    EXPECT_EQ(search(letters, kRight), levels);
+  }
+}
+
+TEST(AutoTimes, GiveEachToneItsTimeAndTheFirstOfAFurtherFrequencyASecondLess) {
+  AutoTest test({"1000hz", "2000hz"});
+  test.presses("HNN NHH");
+  test.session->startTest(kRight);
+  test.run(60);
+  EXPECT_THAT(
+      test.takeTrace(),
+      ElementsAre("4 R 1000hz 40db", "8 R 1000hz 30db", "12 R 1000hz 35db", "16 R -> 1000hz 40db", "17 R 2000hz 40db",
+                  "20 R 2000hz 50db", "24 R 2000hz 45db", "28 R -> 2000hz 45db", "28 R complete 1000hz=40 2000hz=45"));
+}
+
+TEST(AutoTimes, FollowTheStoredTimeAboveFourSeconds) {
+  const std::pair<std::optional<DefaultsValue>, int> table[] = {
+      {std::nullopt, 4},        {std::string("0"), 4},
+      {std::string("4"), 4},    {std::int64_t{4}, 4},
+      {std::string("word"), 4}, {std::int64_t{-30}, 4},
+      {std::int64_t{5}, 5},     {std::string("5"), 5},
+      {std::string("30"), 30},  {5.9, 5},
+  };
+  for (const auto& [stored, seconds] : table) {
+    AutoTest test;
+    if (stored) test.machine.userDefaults->setValue("BOFANGSHICHANG", *stored);
+    test.session->startTest(kRight);
+    test.run(3 * seconds - 1);
+    EXPECT_THAT(test.takeTrace(), ElementsAre(std::to_string(seconds) + " R 1000hz 40db",
+                                              std::to_string(2 * seconds) + " R 1000hz 50db"));
+  }
+}
+
+TEST(AutoTimes, KeepTheIntervalOfARunningClock) {
+  AutoTest test;
+  test.session->startTest(kRight);
+  test.machine.userDefaults->setValue("BOFANGSHICHANG", std::int64_t{30});
+  test.run(9);
+  EXPECT_THAT(test.takeTrace(), ElementsAre("4 R 1000hz 40db", "8 R 1000hz 50db"));
+}
+
+TEST(AutoOrder, GoesThroughTheListFrom40DbEach) {
+  AutoTest test({"1000hz", "2000hz", "4000hz", "500hz"});
+  Lines firsts;
+  test.onTone = [&](const std::string& hz, const std::string& db, float) {
+    if (firsts.empty() || firsts.back().rfind(hz, 0) != 0) firsts.push_back(hz + " " + db);
+  };
+  test.session->startTest(kLeft);
+  test.run(200);
+  EXPECT_THAT(firsts, ElementsAre("1000hz 40db", "2000hz 40db", "4000hz 40db", "500hz 40db"));
+}
+
+/// Trace of a right ear of two frequencies with something done at a time, up to 22 s.
+Lines traceWith(const std::string& letters, double at, const std::function<void(AutoTest&)>& what) {
+  AutoTest test({"1000hz", "2000hz"});
+  test.presses(letters);
+  test.at(at, [&] { what(test); });
+  test.session->startTest(kRight);
+  test.run(22);
+  return test.takeTrace();
+}
+
+TEST(AutoPress, CountsAnyTimeWithinTheToneAndOnce) {
+  const auto press = [](AutoTest& test) { test.session->listened(); };
+  const Lines heard = traceWith("HNN", 30, press);
+  EXPECT_EQ(traceWith("NNN", 4.001, press), heard);
+  EXPECT_EQ(traceWith("NNN", 7.999, press), heard);
+  EXPECT_EQ(traceWith("HNN", 6, press), heard);
+  EXPECT_EQ(traceWith("HNN", 2, press), heard) << "before the first tone";
+  EXPECT_EQ(traceWith("HNN", 16.5, press), heard) << "between two frequencies";
+  EXPECT_EQ(heard.back(), "20 R 2000hz 50db");
+}
+
+TEST(AutoPress, SilencesTheToneOnEarphones) {
+  AutoTest test;
+  test.presses("H");
+  test.session->startTest(kRight);
+  test.run(4.4);
+  EXPECT_TRUE(test.quiet1000->isPlaying);
+  test.run(0.2);
+  EXPECT_FALSE(test.quiet1000->isPlaying);
+}
+
+TEST(AutoPause, CutsTheToneShortAndJudgesItAtTheNextContinue) {
+  for (const auto& [letters, next] : {std::pair("H N", "100 R 1000hz 35db"), std::pair("H H", "100 R 1000hz 20db")}) {
+    AutoTest test;
+    test.presses(letters);
+    test.session->startTest(kRight);
+    test.at(9, [&] { test.session->pauseTest(); });
+    test.run(50);
+    EXPECT_FALSE(test.quiet1000->isPlaying);
+    EXPECT_THAT(test.takeTrace(), ElementsAre("4 R 1000hz 40db", "8 R 1000hz 30db"));
+    test.at(100, [&] { test.session->continueTest(); });
+    test.run(53);
+    EXPECT_THAT(test.takeTrace(), ElementsAre(next));
+    test.run(2);
+    EXPECT_EQ(test.takeTrace().at(0).substr(0, 4), "104 ");
+  }
+}
+
+TEST(AutoPause, BetweenTwoFrequenciesIsOvertakenByTheTone) {
+  AutoTest test({"1000hz", "2000hz"});
+  test.presses("HNN");
+  test.at(16.5, [&] { test.session->pauseTest(); });
+  test.session->startTest(kRight);
+  test.run(16.6);
+  test.takeTrace();
+  test.run(100);
+  EXPECT_THAT(test.takeTrace(), ElementsAre("17 R 2000hz 40db"));
+}
+
+TEST(AutoStart, InMidEarGoesOnFromTheColumnAndNeverCompletes) {
+  AutoTest test({"1000hz", "2000hz"});
+  test.presses("HNN");
+  test.at(18, [&] { test.session->startTest(kRight); });
+  test.session->startTest(kRight);
+  test.run(17.5);
+  test.takeTrace();
+  test.run(100);
+  EXPECT_THAT(test.takeTrace(), ElementsAre("22 R 2000hz 50db", "26 R 2000hz 60db", "30 R 2000hz 70db",
+                                            "34 R 2000hz 80db", "38 R 2000hz 90db", "42 R -> 2000hz 90db"));
+  EXPECT_EQ(text(*test.session->getTestResult(kRight)), "2000hz=90");
+}
+
+TEST(AutoStart, OnAnEarThatHasBeenRunMeetsItsMarks) {
+  AutoTest test;
+  EXPECT_EQ(test.search("H N H", kRight), "40 30 35 -> 35");
+  // 40 dB counts as heard without a press. 30 dB has been judged, so the step down is 5 dB; 35 dB counts as heard too.
+  EXPECT_EQ(test.search("", kRight), "40 35 -> 35");
+}
+
+TEST(AutoCompletion, TellsTheThresholdThenTheEarThenTheTest) {
+  AutoTest test({"2000hz", "1000hz"});
+  test.hearsFrom(15);
+  std::vector<float> progress;
+  const auto ear = test.delegate->oneEarCompleteWithResult;
+  test.delegate->oneEarCompleteWithResult = [&, ear](ORNHearingTest& session, const EarResult& result, bool isLeft) {
+    progress.push_back(session.getTestProgress());
+    ear(session, result, isLeft);
+  };
+  test.session->startTest(kRight);
+  test.run(100);
+  Lines trace = test.takeTrace();
+  EXPECT_THAT(Lines(trace.end() - 2, trace.end()),
+              ElementsAre("36 R -> 1000hz 15db", "36 R complete 1000hz=15 2000hz=15"));
+  test.session->startTest(kLeft);
+  EXPECT_EQ(test.session->getTestProgress(), 0);
+  test.run(100);
+  trace = test.takeTrace();
+  EXPECT_EQ(trace.front(), "104 L 2000hz 40db");
+  EXPECT_THAT(Lines(trace.end() - 2, trace.end()),
+              ElementsAre("136 L -> 1000hz 15db", "136 complete L 1000hz=15 2000hz=15 R 1000hz=15 2000hz=15"));
+  progress.push_back(test.session->getTestProgress());
+  EXPECT_THAT(progress, ElementsAre(1, 1));
+}
+
+TEST(AutoCompletion, SubmitsOnceWhoeverListens) {
+  for (const auto path : {SessionScript::Earphones, SessionScript::Audiometer}) {
+    AutoTest test({"1000hz"}, path);
+    test.session->setDelegate({});
+    for (const bool isLeft : {kRight, kLeft}) {
+      EXPECT_THAT(test.submissions(), IsEmpty());
+      test.session->startTest(isLeft);
+      test.run(100);
+    }
+    EXPECT_THAT(test.submissions(),
+                ElementsAre(path == SessionScript::Earphones ? "L 90 R 90 model" : "L 90 R 90 AA:BB:CC:DD:EE:FF"));
+  }
+}
+
+TEST(AutoCompletion, ReachesADelegateThatHearsOfNothingElse) {
+  AutoTest test;
+  const auto complete = test.delegate->completeWithLeftResult;
+  *test.delegate = {};
+  test.delegate->completeWithLeftResult = complete;
+  for (const bool isLeft : {kRight, kLeft}) {
+    test.session->startTest(isLeft);
+    test.run(100);
+  }
+  EXPECT_THAT(test.takeTrace(), ElementsAre("128 complete L 1000hz=90 R 1000hz=90"));
+}
+
+TEST(AutoCompletion, LetsTheOtherEarStartFromWithinTheCall) {
+  AutoTest test({"1000hz", "2000hz"});
+  test.hearsFrom(15);
+  test.delegate->oneEarCompleteWithResult = [](ORNHearingTest& session, const EarResult&, bool isLeft) {
+    session.startTest(!isLeft);
+  };
+  test.session->startTest(kRight);
+  test.run(36.5);
+  test.takeTrace();
+  test.run(100);
+  EXPECT_THAT(
+      test.takeTrace(),
+      ElementsAre("40 L 1000hz 40db", "44 L 1000hz 30db", "48 L 1000hz 20db", "52 L 1000hz 15db", "56 L -> 1000hz 15db",
+                  "57 L 2000hz 40db", "60 L 2000hz 30db", "64 L 2000hz 20db", "68 L 2000hz 15db", "72 L -> 2000hz 15db",
+                  "72 complete L 1000hz=15 2000hz=15 R 1000hz=15 2000hz=15"));
+}
+
+TEST(AutoLife, IsHeldByTheClockUntilTheEarIsOver) {
+  AutoTest test;
+  const std::weak_ptr<ORNManualHearingTest> life = test.session;
+  test.session->startTest(kRight);
+  test.session.reset();
+  test.run(27.9);
+  EXPECT_FALSE(life.expired());
+  test.run(0.2);
+  EXPECT_EQ(test.takeTrace().back(), "28 R complete 1000hz=90");
+  EXPECT_TRUE(life.expired());
+}
+
+TEST(AutoLife, GoesOnWhilePausedAndAbandoned) {
+  AutoTest test;
+  const std::weak_ptr<ORNManualHearingTest> life = test.session;
+  test.session->startTest(kRight);
+  test.session->pauseTest();
+  test.session.reset();
+  test.run(100);
+  EXPECT_FALSE(life.expired());
+  EXPECT_THAT(test.takeTrace(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace orn

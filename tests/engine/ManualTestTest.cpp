@@ -1,0 +1,246 @@
+#include <gmock/gmock.h>
+
+#include <ORNHearingTestSDK/engine/ORNAutoHearingTest.h>
+#include <ORNHearingTestSDK/engine/ORNStandardHearingTest.h>
+
+#include "SessionScript.h"
+
+namespace orn {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using Lines = std::vector<std::string>;
+
+constexpr bool kLeft = true, kRight = false;
+
+struct ManualTest : SessionScript {
+  explicit ManualTest(Path path = Earphones) : SessionScript(Manual, path) {
+    session->setTestHzs({"1000hz", "2000hz", "4000hz", "500hz"});
+    session->startTest(kRight);
+  }
+
+  void settle(const std::string& hz, const std::string& db) {
+    session->playAtHz(hz, db);
+    session->listened();
+  }
+  void settleAll(const std::string& db) {
+    for (const char* hz : {"1000hz", "2000hz", "4000hz", "500hz"}) settle(hz, db);
+  }
+};
+
+TEST(Grid, Spans15To90DbInEveryColumn) {
+  const auto session = ORNManualHearingTest::init();
+  for (auto* grid : {&session->manageLeftDictory(), &session->manageRightDictory()}) {
+    EXPECT_THAT(*grid, SizeIs(7));
+    for (const auto& [hz, column] : *grid) {
+      ASSERT_THAT(column, SizeIs(16));
+      std::string up, down;
+      for (auto item = column.at(0); item; item = item->nextItem()) up += item->dbValue() + " ";
+      for (auto item = column.at(15); item; item = item->prevItem()) down = item->dbValue() + " " + down;
+      EXPECT_EQ(up, "15db 20db 25db 30db 35db 40db 45db 50db 55db 60db 65db 70db 75db 80db 85db 90db ");
+      EXPECT_EQ(down, up);
+    }
+    const auto& item = grid->at("1000hz").at(5);
+    EXPECT_EQ(item->dbValue(), "40db");
+    EXPECT_EQ(item->point().x, 0);
+    EXPECT_EQ(item->point().y, 5);
+    EXPECT_EQ(item->pan(), grid == &session->manageLeftDictory() ? -1 : 1);
+    EXPECT_EQ(grid->at("500hz").at(0)->point().x, 4);
+  }
+}
+
+TEST(Grid, FreezesTheListAtItsFirstRead) {
+  const auto session = ORNManualHearingTest::init();
+  session->setTestHzs({"1000hz", "2000hz", "4000hz", "500hz"});
+  EXPECT_EQ(session->manageLeftDictory().at("500hz").at(0)->point().x, 3);
+  session->setTestHzs({"8000hz"});
+  EXPECT_EQ(session->manageLeftDictory().count("8000hz"), 0U);
+  EXPECT_EQ(session->manageLeftDictory().size(), 4U);
+  EXPECT_EQ(session->manageRightDictory().size(), 1U) << "not read before";
+}
+
+TEST(ResultList, IsSortedByColumnAndHoldsOneItemOfEach) {
+  std::vector<std::shared_ptr<ORNHearingTestItem>> list;
+  const auto put = [&](double x, const char* db) {
+    const auto item = std::make_shared<ORNHearingTestItem>();
+    item->setPoint({x, 0});
+    item->setDbValue(db);
+    ORNManualHearingTest::addItem(item, list);
+  };
+  const auto levels = [&] {
+    std::string all;
+    for (const auto& item : list) all += item->dbValue() + " ";
+    return all;
+  };
+  put(2, "two"), put(0, "zero"), put(1, "one");
+  EXPECT_EQ(levels(), "zero one two ");
+  put(1, "again"), put(8, "retest");
+  EXPECT_EQ(levels(), "zero again two retest ");
+}
+
+TEST(ManualPlay, CutsTheLevelToARowAndPlaysNothingOutsideTheGrid) {
+  const std::pair<const char*, const char*> table[] = {
+      {"40db", "40db"}, {"40", "40db"}, {"12db", "15db"}, {"11", "15db"}, {"10db", ""},
+      {"19", "15db"},   {"90", "90db"}, {"94", "90db"},   {"95", ""},     {"0", ""},
+  };
+  for (const auto& [asked, played] : table) {
+    ManualTest test;
+    test.session->playAtHz("1000hz", asked);
+    EXPECT_EQ(test.takeTrace(), *played ? Lines{std::string("0 R 1000hz ") + played} : Lines{}) << asked;
+  }
+}
+
+TEST(ManualPlay, SetsGainAndPanOfTheSharedPlayers) {
+  ManualTest test;
+  test.session->setRightVolue(SessionScript::record("-40"));
+  test.session->playAtHz("1000hz", "40");
+  EXPECT_FLOAT_EQ(test.quiet1000->volume(), 0.1F);
+  EXPECT_EQ(test.quiet1000->pan(), 1);
+  EXPECT_TRUE(test.quiet1000->isPlaying);
+  test.session->setRightVolue(SessionScript::record("-75"));
+  test.session->playAtHz("1000hz", "45");
+  EXPECT_FLOAT_EQ(test.loud1000->volume(), 0.1F);
+  EXPECT_FALSE(test.quiet1000->isPlaying);
+  test.session->listened();
+  EXPECT_FALSE(test.loud1000->isPlaying);
+  test.session->startTest(kLeft);
+  test.session->playAtHz("1000hz", "20");
+  EXPECT_EQ(test.quiet1000->pan(), -1);
+  test.session->pauseTest();
+  EXPECT_FALSE(test.quiet1000->isPlaying);
+  test.session->continueTest();
+  EXPECT_FALSE(test.quiet1000->isPlaying) << "a stopped tone is not taken up again";
+}
+
+TEST(ManualProgress, FollowsColumnAndRowAndNeverFalls) {
+  ManualTest test;
+  test.session->playAtHz("500hz", "85");  // column 3, row 14
+  EXPECT_FLOAT_EQ(test.session->getTestProgress(), 0.5535714F);
+  test.session->playAtHz("500hz", "90");
+  EXPECT_FLOAT_EQ(test.session->getTestProgress(), 0.5571428F);
+  test.session->playAtHz("1000hz", "15");
+  EXPECT_FLOAT_EQ(test.session->getTestProgress(), 0.5571428F);
+  test.session->startTest(kRight);
+  test.settle("2000hz", "15");
+  EXPECT_FLOAT_EQ(test.session->getTestProgress(), 0.5F) << "two of four columns";
+  test.delegate->willSelectedAtHz = nullptr;
+  test.session->startTest(kRight);
+  test.settle("2000hz", "15");
+  EXPECT_FLOAT_EQ(test.session->getTestProgress(), 1.0F / 7) << "nobody is told, so nothing is raised";
+}
+
+TEST(ManualCompletion, NeedsAThresholdOfEveryFrequencyOfBothEars) {
+  ManualTest test;
+  for (const char* level : {"40", "35", "30"}) test.settle("1000hz", level);
+  test.settle("2000hz", "20");
+  test.settle("4000hz", "25");
+  EXPECT_FALSE(test.session->isOneComplete());
+  test.takeTrace();
+  test.settle("500hz", "90");
+  EXPECT_TRUE(test.session->isOneComplete());
+  EXPECT_THAT(test.takeTrace(), ElementsAre("0 R 500hz 90db", "0 R -> 500hz 90db",
+                                            "0 R complete 500hz=90 1000hz=30 2000hz=20 4000hz=25"));
+  EXPECT_EQ(test.session->getTestProgress(), 1);
+  EXPECT_THAT(*test.session->getTestResult(kLeft), IsEmpty());
+  test.session->startTest(kLeft);
+  for (const char* hz : {"1000hz", "2000hz", "4000hz"}) test.settle(hz, "15");
+  test.takeTrace();
+  test.settle("500hz", "15");
+  EXPECT_FALSE(test.session->isOneComplete());
+  EXPECT_THAT(test.takeTrace(),
+              ElementsAre("0 L 500hz 15db", "0 L -> 500hz 15db",
+                          "0 complete L 500hz=15 1000hz=15 2000hz=15 4000hz=15 R 500hz=90 1000hz=30 2000hz=20 "
+                          "4000hz=25"));
+}
+
+TEST(ManualCompletion, ComesAgainWithASecondPress) {
+  ManualTest test;
+  test.settleAll("40");
+  test.session->startTest(kLeft);
+  test.settleAll("40");
+  const Lines once = test.takeTrace();
+  test.session->listened();
+  EXPECT_EQ(test.takeTrace(), Lines(once.end() - 2, once.end()));
+  EXPECT_THAT(test.submissions(), ElementsAre("L 40 R 40 model", "L 40 R 40 model"));
+}
+
+TEST(ManualStart, EmptiesTheListOfItsEarAlone) {
+  ManualTest test;
+  test.settle("1000hz", "40");
+  test.session->startTest(kLeft);
+  test.settle("1000hz", "50");
+  test.session->startTest(kLeft);
+  EXPECT_EQ(text(*test.session->getTestResult(kLeft)), "");
+  EXPECT_EQ(text(*test.session->getTestResult(kRight)), "1000hz=40");
+}
+
+TEST(ManualPress, BeforeAnyToneRecordsNothing) {
+  ManualTest test;
+  test.session->listened();
+  EXPECT_THAT(test.takeTrace(), IsEmpty());
+  EXPECT_THAT(*test.session->getTestResult(kRight), IsEmpty());
+}
+
+TEST(ManualPress, SilencesTheToneForGoodOnTheAudiometer) {
+  ManualTest test(SessionScript::Audiometer);
+  test.session->playAtHz("1000hz", "60");
+  test.run(2);
+  EXPECT_NEAR(test.loudest(1, 2), 32767 * 0.0316228, 2);
+  test.session->listened();
+  test.run(2);
+  EXPECT_EQ(test.loudest(2.6, 4), 0) << "after the fade and the queue of 240 ms";
+  test.session->playAtHz("2000hz", "60");
+  test.run(2);
+  EXPECT_GT(test.loudest(5, 6), 0);
+  test.session->playAtHz("1000hz", "60");
+  test.run(2);
+  EXPECT_EQ(test.loudest(6.6, 8), 0);
+}
+
+TEST(Factory, MakesTheSessionOfAType) {
+  const auto kind = [](std::int32_t type) -> std::string {
+    const auto session = ORNHearingTest::initWithTestType(type);
+    if (std::dynamic_pointer_cast<ORNAutoHearingTest>(session)) return "automatic";
+    if (std::dynamic_pointer_cast<ORNStandardHearingTest>(session)) return "standard";
+    return std::dynamic_pointer_cast<ORNManualHearingTest>(session) ? "manual" : "none";
+  };
+  EXPECT_THAT((std::vector{kind(0), kind(1), kind(2), kind(3), kind(-1)}),
+              ElementsAre("automatic", "manual", "standard", "automatic", "automatic"));
+}
+
+TEST(Notifications, DoNotReachASessionOfTheFactory) {
+  const auto trace = [](bool disturbed) {
+    SessionScript test(SessionScript::Auto);
+    const auto notices = [&test] {
+      test.machine.audioSession->interrupt(1);
+      test.machine.audioSession->interrupt(0);
+      test.machine.audioSession->unplug();
+    };
+    if (disturbed) test.at(5, notices);
+    test.session->startTest(kRight);
+    test.run(5.5);
+    EXPECT_TRUE(test.quiet1000->isPlaying);
+    test.run(10);
+    EXPECT_EQ(test.machine.audioSession->timesConfigured(), 0);
+    return test.takeTrace();
+  };
+  EXPECT_EQ(trace(true), trace(false));
+}
+
+TEST(Notifications, ConfigureAgainWhenAnInterruptionHasEnded) {
+  ManualTest test;
+  test.session->setupNotifications();
+  test.machine.audioSession->interrupt(1);
+  test.machine.audioSession->unplug();
+  EXPECT_EQ(test.machine.audioSession->timesConfigured(), 0);
+  test.machine.audioSession->interrupt(0);
+  EXPECT_EQ(test.machine.audioSession->timesConfigured(), 1);
+  test.session.reset();
+  test.machine.audioSession->interrupt(0);
+  EXPECT_EQ(test.machine.audioSession->timesConfigured(), 1) << "nobody is left";
+}
+
+}  // namespace
+}  // namespace orn

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
+#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
+
+namespace orn {
+
+/// A tone player that remembers what it was told.
+class RememberingPlayer final : public AudioPlayer {
+ public:
+  void setNumberOfLoops(int) override {}
+  std::error_code prepareToPlay() override { return {}; }
+  void setPan(float pan) override { pan_ = pan; }
+  void setVolume(float volume) override { volume_ = volume; }
+  float pan() const override { return pan_; }
+  float volume() const override { return volume_; }
+  std::error_code play() override { return isPlaying = true, std::error_code(); }
+  void stop() override { isPlaying = false; }
+
+  bool isPlaying = false;
+
+ private:
+  float pan_ = 0, volume_ = 1;
+};
+
+/// A machine in virtual time, a session on it with the same calibration at every frequency, a delegate that keeps a
+/// trace, and a user who presses half a second into the tones that he hears.
+class SessionScript {
+ public:
+  enum Type { Auto = 0, Manual = 1, Standard = 2 };
+  enum Path { Earphones, Audiometer };
+
+  explicit SessionScript(Type type, Path path = Earphones);
+  ~SessionScript();
+  SessionScript(const SessionScript&) = delete;
+  SessionScript& operator=(const SessionScript&) = delete;
+
+  /// Same value at every frequency.
+  static std::shared_ptr<ORNDeviceVolumeIOS> record(const std::string& value);
+
+  /// One letter for each tone to come: H is heard, everything after the last letter is not.
+  void presses(const std::string& letters);
+  /// Every tone from a level on is heard.
+  void hearsFrom(int level);
+
+  void run(double seconds);
+  double now() const;
+  /// At a time since the machine was made.
+  void at(double seconds, std::function<void()> what);
+
+  /// Runs an ear's first frequency: the levels presented and the threshold, such as "40 30 35 -> 40".
+  std::string search(const std::string& letters, bool isLeft);
+
+  /// What the delegate heard since the last call, such as "4 R 1000hz 40db", "16 R -> 1000hz 40db",
+  /// "16 R complete 1000hz=40", "90 complete L 1000hz=40 R 1000hz=40", "4 R missing". The number is the time in
+  /// seconds.
+  std::vector<std::string> takeTrace();
+
+  /// Loudest sample of a span of what came out.
+  int loudest(double from, double to) const;
+
+  /// What has been sent to the service: the thresholds of 1000 Hz and the model, such as "L 40 R 35 model".
+  std::vector<std::string> submissions() const;
+
+  SimulatedPlatform machine;
+  std::shared_ptr<ORNManualHearingTest> session;
+  std::shared_ptr<ORNHearingTestDelegate> delegate = std::make_shared<ORNHearingTestDelegate>();
+  std::shared_ptr<RememberingPlayer> quiet1000 = std::make_shared<RememberingPlayer>();
+  std::shared_ptr<RememberingPlayer> loud1000 = std::make_shared<RememberingPlayer>();
+  /// Called at each tone, after the user.
+  std::function<void(const std::string& hz, const std::string& db, float volume)> onTone;
+
+ private:
+  void watch();
+  void note(const std::string& what);
+  void userMeets(const std::string& db);
+
+  std::function<bool(int level)> hears_ = [](int) { return false; };
+  std::vector<std::string> trace_;
+};
+
+std::string text(const EarResult& result);
+
+}  // namespace orn

@@ -1,0 +1,145 @@
+#include <pwd.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ORNHearingTestSDK/platform/linux/LinuxDevice.h>
+#include <ORNHearingTestSDK/platform/linux/LinuxFileManager.h>
+#include <ORNHearingTestSDK/platform/linux/LinuxUserDefaults.h>
+
+namespace orn {
+namespace {
+
+/// A folder that goes with the test, and an environment of the test's own.
+class LinuxFolders : public testing::Test {
+ protected:
+  LinuxFolders() {
+    std::string fresh = std::filesystem::temp_directory_path() / "folders.XXXXXX";
+    root_ = mkdtemp(fresh.data());
+    for (const char* name : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME"}) {
+      const char* const value = getenv(name);
+      before_.emplace_back(name, value ? std::optional<std::string>(value) : std::nullopt);
+      unsetenv(name);
+    }
+    setenv("HOME", (root_ + "/home").c_str(), 1);
+  }
+  ~LinuxFolders() override {
+    for (const auto& [name, value] : before_) value ? setenv(name, value->c_str(), 1) : unsetenv(name);
+    std::filesystem::remove_all(root_);
+  }
+
+  void write(const std::string& path, const std::string& bytes) const {
+    std::filesystem::create_directories(std::filesystem::path(root_ + path).parent_path());
+    std::ofstream(root_ + path, std::ios::binary) << bytes;
+  }
+
+  std::string root_;
+  std::vector<std::pair<const char*, std::optional<std::string>>> before_;
+};
+
+TEST_F(LinuxFolders, FollowTheBaseDirectorySpecification) {
+  const std::string given = root_ + "/given", home = root_ + "/home/";
+  const struct {
+    std::optional<std::string> base;
+    std::string application, data, config;
+  } table[] = {{{}, "org.app", home + ".local/share/org.app", home + ".config/org.app"},
+               {"", "org.app", home + ".local/share/org.app", home + ".config/org.app"},
+               {"relative/path", "org.app", home + ".local/share/org.app", home + ".config/org.app"},
+               {given, "org.app", given + "/org.app", given + "/org.app"},
+               {given + "/", "../up", given + "/.._up", given + "/.._up"},
+               {given, "..", given + "/_", given + "/_"},
+               {given, "", given + "/_", given + "/_"}};
+  for (const auto& [base, application, data, config] : table) {
+    for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME"})
+      base ? setenv(name, base->c_str(), 1) : unsetenv(name);
+    EXPECT_EQ(LinuxFileManager(application).documentsDirectory(), data + "/documents");
+    EXPECT_EQ(LinuxUserDefaults::defaultPath(application), config + "/defaults.plist");
+  }
+}
+
+TEST_F(LinuxFolders, WithoutAHomeVariableTheUserDatabaseTellsIt) {
+  unsetenv("HOME");
+  const passwd* const entry = getpwuid(getuid());
+  const std::string home = entry ? entry->pw_dir : "";
+  EXPECT_EQ(LinuxUserDefaults::defaultPath("a"), (home == "/" ? "" : home) + "/.config/a/defaults.plist");
+}
+
+TEST_F(LinuxFolders, TheDocumentsFolderIsMadeForThisUserAlone) {
+  LinuxFileManager files("org.app");
+  const std::string folder = files.documentsDirectory();
+  for (std::filesystem::path made = folder; made != root_; made = made.parent_path()) {
+    EXPECT_EQ(std::filesystem::status(made).permissions(), std::filesystem::perms::owner_all) << made;
+  }
+  const std::vector<std::uint8_t> bytes{0, 1, 255};
+  EXPECT_TRUE(files.writeAtomically(folder + "/record", bytes));
+  EXPECT_EQ(files.contents(files.documentsDirectory() + "/record"), bytes);
+  EXPECT_TRUE(files.fileExists(folder + "/record"));
+  EXPECT_TRUE(files.removeFile(folder + "/record"));
+  EXPECT_FALSE(files.fileExists(folder + "/record"));
+}
+
+TEST_F(LinuxFolders, AFolderThatCantBeMadeTakesNoFile) {
+  write("/home", "a file in the way");
+  LinuxFileManager files("org.app");
+  const std::string folder = files.documentsDirectory();
+  EXPECT_EQ(folder, root_ + "/home/.local/share/org.app/documents");
+  EXPECT_FALSE(files.writeAtomically(folder + "/record", {}));
+}
+
+TEST_F(LinuxFolders, TheLibrarysBundlesAreFound) {
+  const LinuxFileManager files("org.app");
+  const auto bundle = files.resourceBundle("wav.bundle");
+  ASSERT_TRUE(bundle);
+  EXPECT_TRUE(std::filesystem::is_directory(*bundle));
+  EXPECT_EQ(files.resourceBundle("no such.bundle"), std::nullopt);
+}
+
+TEST_F(LinuxFolders, TheMachineIsTheFirstThatSaysWhatItIs) {
+  utsname system{};
+  uname(&system);
+  const auto machine = [&] { return LinuxDevice("org.app", "1.2", root_).machine(); };
+  EXPECT_EQ(machine(), system.machine);
+  write("/proc/device-tree/model", std::string(" Board 4\0more\0", 14));
+  EXPECT_EQ(machine(), "Board 4");
+  write("/sys/class/dmi/id/product_name", " \n");
+  EXPECT_EQ(machine(), "Board 4");
+  write("/sys/class/dmi/id/product_name", "\tLaptop X 1 \nsecond line\n");
+  EXPECT_EQ(machine(), "Laptop X 1");
+}
+
+TEST_F(LinuxFolders, TheSystemVersionIsThatOfOsRelease) {
+  const auto version = [&] { return LinuxDevice("org.app", "1.2", root_).systemVersion(); };
+  EXPECT_EQ(version(), "");
+  write("/usr/lib/os-release", "NAME=x\nVERSION_ID=11\n");
+  EXPECT_EQ(version(), "11");
+  const struct {
+    const char *release, *version;
+  } table[] = {{"PRETTY_NAME=\"Name 12\"\nVERSION_ID=\"12\"\n", "12"},
+               {"VERSION_ID='12.5'", "12.5"},
+               {"VERSION_ID=1\r\nVERSION_ID=2\r\n", "2"},
+               {"#VERSION_ID=3\nXVERSION_ID=4\nPRETTY_NAME=\"Joe's \\\"rolling\\\" \\$1\"\n", "Joe's \"rolling\" $1"},
+               {"VERSION_ID=\nPRETTY_NAME=Rolling", "Rolling"},
+               {"VERSION_ID=\"5\\", "5\\"},
+               {"", ""}};
+  for (const auto& [release, expected] : table) {
+    write("/etc/os-release", release);
+    EXPECT_EQ(version(), expected) << release;
+  }
+}
+
+TEST_F(LinuxFolders, TheProgramSaysWhatItIs) {
+  const LinuxDevice device("org.app", "1.2");
+  EXPECT_EQ(device.applicationIdentifier() + " " + device.applicationVersion(), "org.app 1.2");
+  EXPECT_NE(device.machine(), "");
+}
+
+}  // namespace
+}  // namespace orn

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace orn {
+
+/// An HTTP server on 127.0.0.1 that sends scripted bytes and keeps what it was sent. A thread for each connection.
+class LoopbackServer {
+ public:
+  LoopbackServer();
+  ~LoopbackServer();
+  LoopbackServer(const LoopbackServer&) = delete;
+  LoopbackServer& operator=(const LoopbackServer&) = delete;
+
+  int port() const { return port_; }
+  std::string url(const std::string& path) const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
+
+  /// What a request of that path is answered with before the connection is closed. A path without a script is never
+  /// answered. The answers wait until as many requests have come as they are to wait for.
+  void script(const std::string& path, std::string bytes, std::size_t waitForRequests = 0);
+
+  /// Waits until that many requests have come; false if they don't.
+  bool waitForRequests(std::size_t count) const;
+
+  /// Every request in full, in the order of their coming.
+  std::vector<std::string> requests() const;
+
+ private:
+  struct Answer {
+    std::string bytes;
+    std::size_t waitForRequests;
+  };
+
+  void accept();
+  void serve(int connection);
+  void answer(int connection, const std::string& request);
+  std::optional<Answer> answerTo(const std::string& path) const;
+
+  int listener_;
+  int port_ = 0;
+  mutable std::mutex mutex_;
+  mutable std::condition_variable come_;
+  std::map<std::string, Answer> answers_;
+  std::vector<std::string> requests_;
+  std::vector<int> connections_;
+  std::vector<std::thread> threads_;
+  std::thread accepting_;
+};
+
+}  // namespace orn

@@ -1,0 +1,250 @@
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <ORNHearingTestSDK/platform/PerPlatform.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
+
+namespace orn {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// Writes down what it is told: the reason of a route change, or the type of an interruption above 100.
+std::shared_ptr<AudioSessionObserver> observerInto(std::vector<int>& told) {
+  return std::make_shared<AudioSessionObserver>(
+      AudioSessionObserver{[&told](std::int32_t reason) { told.push_back(reason); },
+                           [&told](std::int32_t type) { told.push_back(100 + type); }});
+}
+
+TEST(SimulatedAudioSession, PluggingChangesTheRouteAndTellsWhy) {
+  SimulatedAudioSession session;
+  std::vector<int> told;
+  const auto observer = observerInto(told), silent = std::make_shared<AudioSessionObserver>();
+  session.addObserver(silent);
+  session.addObserver(observer);
+  const auto route = [&] { return session.currentRoute().outputs.at(0).portName + "/" + *session.routeText(); };
+  session.plugAudiometer("KV50-1234", "AA:BB:CC:DD:EE:FF");
+  EXPECT_EQ(route(), "KV50-1234/HeadsetBT");
+  EXPECT_EQ(session.currentRoute().outputs[0].UID.rfind("AA:BB:CC:DD:EE:FF-", 0), 0U);
+  session.unplug();
+  EXPECT_EQ(route(), "Speaker/Speaker");
+  session.plugEarphones();
+  EXPECT_EQ(route(), "Headphones/Headphone");
+  session.interrupt(1);
+  session.interrupt(kAudioSessionInterruptionTypeEnded);
+  session.setRoute({}, std::nullopt, 7);
+  EXPECT_EQ(session.routeText(), std::nullopt);
+  EXPECT_THAT(
+      told, ElementsAre(SimulatedAudioSession::kNewDeviceAvailable, kAudioSessionRouteChangeReasonOldDeviceUnavailable,
+                        SimulatedAudioSession::kNewDeviceAvailable, 101, 100, 7));
+}
+
+TEST(SimulatedAudioSession, AnObserverThatWentAwayHearsNothing) {
+  SimulatedAudioSession session;
+  std::vector<int> gone, told;
+  auto going = observerInto(gone), goingInTheMiddle = observerInto(gone);
+  const auto ends =
+      std::make_shared<AudioSessionObserver>(AudioSessionObserver{[&](std::int32_t) { goingInTheMiddle.reset(); }, {}});
+  const auto stays = observerInto(told);
+  for (const auto& one : {going, std::shared_ptr(ends), goingInTheMiddle, stays}) session.addObserver(one);
+  going.reset();
+  session.unplug();
+  session.unplug();
+  EXPECT_THAT(gone, IsEmpty());
+  EXPECT_THAT(told, ElementsAre(2, 2));
+}
+
+TEST(SimulatedAudioSession, AnObserverMayAddObserversAndUnplugFromWithin) {
+  SimulatedAudioSession session;
+  std::vector<int> told;
+  std::vector<std::shared_ptr<AudioSessionObserver>> added;
+  bool first = true;
+  const auto adds = std::make_shared<AudioSessionObserver>(
+      AudioSessionObserver{[&](std::int32_t) {
+                             if (!std::exchange(first, false)) return;
+                             for (int i = 0; i < 3; ++i) session.addObserver(added.emplace_back(observerInto(told)));
+                             session.unplug();
+                           },
+                           {}});
+  session.addObserver(adds);
+  session.plugEarphones();
+  EXPECT_THAT(told, ElementsAre(2, 2, 2));  // not of the change during which they came
+  EXPECT_EQ(session.routeText(), "Speaker");
+}
+
+TEST(SimulatedURLSession, RepliesByScriptAfterItsDelay) {
+  const auto loop = std::make_shared<SimulatedRunLoop>();
+  SimulatedURLSession session(loop);
+  session.script("/app", {"general", {}});
+  session.script("/app/score", {"score", {}}, 250ms);
+  session.script("/app/late", {"late", {}}, 10001ms);
+  session.script("/app/edge", {"edge", {}}, 10000ms);
+  session.script("/app/broken", {{}, Error{"json", 5, "broken"}});
+  const struct {
+    const char* url;
+    std::chrono::milliseconds at;
+    const char* reply;
+  } table[] = {{"http://host/app/history", 10ms, "general"},   {"http://host/app/score", 250ms, "score"},
+               {"http://host/app/late", 10000ms, "transport"}, {"http://host/app/edge", 10000ms, "edge"},
+               {"http://host/app/broken", 10ms, "json"},       {"http://host/other", 0ms, "transport"}};
+  for (const auto& [url, at, reply] : table) {
+    std::vector<std::string> replies;
+    const auto asked = loop->now();
+    std::chrono::nanoseconds answered{};
+    session.dataTask({.url = url, .method = "Get", .headers = {}, .body = {}}, [&](const URLReply& got) {
+      EXPECT_NE(got.body.has_value(), got.error.has_value());
+      replies.push_back(got.error ? got.error->domain : *got.body);
+      answered = loop->now() - asked;
+    });
+    EXPECT_THAT(replies, IsEmpty()) << url;  // never from within the call
+    loop->runFor(1min);
+    EXPECT_THAT(replies, ElementsAre(reply)) << url;
+    EXPECT_EQ(answered, at) << url;
+  }
+  EXPECT_EQ(session.requests().size(), 6U);
+  EXPECT_EQ(session.requests().back().url, "http://host/other");
+}
+
+TEST(SimulatedUserDefaults, ValuesKeepTheirTypes) {
+  SimulatedUserDefaults defaults;
+  const DefaultsValue values[] = {true, std::int64_t{1}, 1.0, std::string("1"),
+                                  std::chrono::system_clock::time_point(1s)};
+  for (const DefaultsValue& value : values) {
+    defaults.setValue("key", value);
+    EXPECT_EQ(defaults.value("key"), value);
+    EXPECT_EQ(defaults.value("key")->index(), value.index());
+    EXPECT_EQ(defaults.value("Key"), std::nullopt);
+  }
+  defaults.removeValue("key");
+  defaults.removeValue("key");
+  EXPECT_EQ(defaults.value("key"), std::nullopt);
+}
+
+/// A folder of files that goes with the test.
+class SimulatedFiles : public testing::Test {
+ protected:
+  std::size_t entries() const {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
+  }
+
+  SimulatedFileManager files_;
+  const std::string folder_ = files_.documentsDirectory();
+  const std::string path_ = folder_ + "/record";
+  const Bytes old_{'o', 'l', 'd'};
+};
+
+TEST_F(SimulatedFiles, AreWrittenWholeReadAndRemoved) {
+  Bytes large(300'000);
+  for (std::size_t i = 0; i < large.size(); ++i) large[i] = static_cast<std::uint8_t>(i * 31 >> 3);
+  for (const Bytes& bytes : {old_, large, Bytes{}, Bytes{0, 255, 10, 13, 0}}) {
+    EXPECT_TRUE(files_.writeAtomically(path_, bytes));
+    EXPECT_EQ(files_.contents(path_), bytes);
+    EXPECT_EQ(entries(), 1U);
+  }
+  EXPECT_TRUE(files_.fileExists(path_));
+  EXPECT_TRUE(files_.removeFile(path_));
+  EXPECT_FALSE(files_.removeFile(path_));
+  EXPECT_FALSE(files_.fileExists(path_));
+  EXPECT_EQ(files_.contents(path_), std::nullopt);
+  EXPECT_EQ(files_.contents(folder_), std::nullopt);
+}
+
+TEST_F(SimulatedFiles, AWriteThatBreaksOffLeavesTheOldFileAndNoOther) {
+  files_.writeAtomically(path_, old_);
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit small{1000, before.rlim_max};
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &small);  // the disk is full after 1000 bytes
+  const bool written = files_.writeAtomically(path_, Bytes(5000, 'n'));
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_FALSE(written);
+  EXPECT_EQ(files_.contents(path_), old_);
+  EXPECT_EQ(entries(), 1U);
+}
+
+TEST_F(SimulatedFiles, AFolderInTheWayOrNoFolderIsNotWrittenTo) {
+  std::filesystem::create_directories(path_ + "/inner");
+  EXPECT_FALSE(files_.writeAtomically(path_, old_));
+  EXPECT_TRUE(std::filesystem::is_directory(path_ + "/inner"));
+  EXPECT_EQ(entries(), 1U);
+  EXPECT_FALSE(files_.removeFile(path_));
+  std::filesystem::remove_all(folder_);
+  EXPECT_FALSE(files_.writeAtomically(path_, old_));
+  EXPECT_FALSE(files_.writeAtomically("", old_));
+  EXPECT_FALSE(files_.fileExists(folder_));
+}
+
+TEST(SimulatedFileManager, ItsFolderIsItsOwnAndGoesWithIt) {
+  std::string folder;
+  {
+    SimulatedFileManager files, other;
+    folder = files.documentsDirectory();
+    EXPECT_EQ(files.documentsDirectory(), folder);
+    EXPECT_NE(other.documentsDirectory(), folder);
+    EXPECT_NE(folder.back(), '/');
+    std::filesystem::create_directories(folder + "/a/b");
+    ASSERT_TRUE(files.writeAtomically(folder + "/a/b/c", Bytes{1}));
+    EXPECT_EQ(files.resourceBundle("no such.bundle"), std::nullopt);
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder));
+}
+
+class InForce : public testing::Test {
+ protected:
+  ~InForce() override { Platform::clearCurrent(); }
+};
+
+TEST_F(InForce, EverySlotMustBeFilled) {
+  EXPECT_THROW(Platform::current(), std::logic_error);
+  const SimulatedPlatform machine;
+  Platform::setCurrent(machine.platform());
+  const std::vector<std::function<void(Platform&)>> emptied = {
+      [](Platform& one) { one.runLoop = nullptr; },      [](Platform& one) { one.audioOutput = nullptr; },
+      [](Platform& one) { one.audioSession = nullptr; }, [](Platform& one) { one.urlSession = nullptr; },
+      [](Platform& one) { one.userDefaults = nullptr; }, [](Platform& one) { one.fileManager = nullptr; },
+      [](Platform& one) { one.device = nullptr; }};
+  for (const auto& empty : emptied) {
+    Platform platform = SimulatedPlatform().platform();
+    empty(platform);
+    EXPECT_THROW(Platform::setCurrent(platform), std::invalid_argument);
+    EXPECT_EQ(Platform::current().runLoop, machine.runLoop);  // the old one stays in force
+  }
+}
+
+TEST_F(InForce, SingleInstancesAreMadeAnewForEachPlatform) {
+  static PerPlatform<std::shared_ptr<RunLoop>> single;
+  const auto loopOfSingle = [] {
+    return *single.get([] { return std::make_shared<std::shared_ptr<RunLoop>>(Platform::current().runLoop); });
+  };
+  std::weak_ptr<RunLoop> before;
+  for (int i = 0; i < 2; ++i) {
+    const SimulatedPlatform machine;
+    Platform::setCurrent(machine.platform());
+    EXPECT_TRUE(before.expired());  // and the platform before has gone with its instances
+    EXPECT_EQ(loopOfSingle(), machine.runLoop);
+    EXPECT_EQ(loopOfSingle(), machine.runLoop);
+    before = machine.runLoop;
+  }
+  Platform::clearCurrent();
+  EXPECT_TRUE(before.expired());
+  EXPECT_THROW(Platform::current(), std::logic_error);
+}
+
+}  // namespace
+}  // namespace orn

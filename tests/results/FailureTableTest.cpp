@@ -1,0 +1,167 @@
+#include <atomic>
+#include <thread>
+#include <utility>
+
+#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+
+#include "ServiceScript.h"
+
+namespace orn {
+namespace {
+
+using namespace std::string_literals;
+using testing::ElementsAre;
+
+/// What an operation's callback hears: "nothing", "ok", "within the call: ok" or, of two calls, "ok and ok".
+std::string heardBy(ServiceScript& script, const ServiceOperation& operation) {
+  std::string heard;
+  bool isWithin = true;
+  operation.start([&](const std::string& what) {
+    if (!heard.empty()) heard += " and ";
+    heard += (isWithin ? "within the call: " : "") + what;
+  });
+  isWithin = false;
+  script.run();
+  return heard.empty() ? "nothing" : heard;
+}
+
+std::string heardBy(const std::string& operation, const std::optional<std::string>& reply) {
+  ServiceScript script;
+  script.knowsUser();
+  reply ? script.answers(*reply) : script.fails();
+  const std::string heard = heardBy(script, serviceOperation(operation));
+  EXPECT_EQ(script.requestCount(), 1U);
+  return heard;
+}
+
+TEST(FailureTable, TellsEachCallbackWhatCameOfItsRequest) {
+  const struct {
+    const char* operation;
+    std::string noBody, notJson, noObject, refused, accepted;
+  } table[] = {
+      {"getListenTest", "transport 7 gone", "json", "json", "ok", "ok [{\"id\":2},{\"id\":1}]"},
+      {"listenTest", "transport 7 gone", "json", "json", "ok", "ok"},
+      {"postListenTest", "transport 7 gone", "json", "ok", "ok", "ok"},
+      {"setAppUserID", "transport 7 gone", "json", "ok", "ok", "ok"},
+      {"setKV50MAC", "transport 7 gone", "ok", "ok", "ok", "ok"},
+      {"getTestHistoryByMAC", "transport 7 gone", "ok", "ok", "ok", "ok"},
+      {"setEarPlugModel", "transport 7 gone", "ok", "ok", "ok", "ok"},
+  };
+  for (const auto& row : table) {
+    SCOPED_TRACE(row.operation);
+    EXPECT_EQ(heardBy(row.operation, std::nullopt), row.noBody);
+    for (const std::string& reply : {"<html>"s, ""s, "{\"rspCode\":0"s, "{\"rspCode\":0}}"s, "{\"a\":\"\xFF\"}"s, "\0"s,
+                                     "null"s, "5"s, "\"{}\""s, "{\"a\":1e999}"s, std::string(1'000'000, '[')}) {
+      EXPECT_EQ(heardBy(row.operation, reply), row.notJson) << reply.substr(0, 20);
+    }
+    for (const char* reply : {"[]", "[{\"rspCode\":1}]"}) {
+      EXPECT_EQ(heardBy(row.operation, reply), row.noObject) << reply;
+    }
+    for (const char* code : {"1", "-1", "\"1\"", "true", "4294967296"}) {
+      EXPECT_EQ(heardBy(row.operation, "{\"rspCode\":"s + code + ",\"listenTests\":[1]}"), row.refused) << code;
+    }
+    for (const char* code : {"0", "\"0\"", "null", "\"\"", "false"}) {
+      EXPECT_EQ(heardBy(row.operation, "{\"rspCode\":"s + code + ",\"listenTests\":[{\"id\":2},{\"id\":1}]}"),
+                row.accepted)
+          << code;
+    }
+  }
+}
+
+TEST(FailureTable, AnAcceptedHistoryWithoutAListGivesNeitherErrorNorList) {
+  EXPECT_EQ(heardBy("getListenTest", "{\"rspCode\":0}"), "ok");
+  EXPECT_EQ(heardBy("getListenTest", "{\"rspCode\":0,\"listenTests\":null}"), "ok");
+  EXPECT_EQ(heardBy("getListenTest", "{\"rspCode\":0,\"listenTests\":[]}"), "ok []");
+}
+
+TEST(FailureTable, WithoutAKeyNothingIsSentAndNothingHeard) {
+  for (const char* missing : {"APPKEY", "USERID"}) {
+    for (const char* operation : {"getListenTest", "listenTest", "postListenTest"}) {
+      ServiceScript script;
+      script.knowsUser();
+      script.machine.userDefaults->removeValue(missing);
+      EXPECT_EQ(heardBy(script, serviceOperation(operation)), "nothing") << operation << " without " << missing;
+      EXPECT_EQ(script.requestCount(), 0U);
+    }
+  }
+}
+
+TEST(FailureTable, AnOperationWithoutACallbackIsServedAllTheSame) {
+  ServiceScript script;
+  script.knowsUser();
+  const auto session = ORNManualHearingTest::init();
+  ORNHearingTest::getListenTestWithCompletion(nullptr);
+  ORNHearingTest::listenTestWithLeft({}, {}, "", nullptr);
+  ORNManualHearingTest::postListenTestWithLeft({}, {}, false, 0, 0, {}, {}, {}, {}, "", nullptr);
+  ORNHearingTest::setAppUserID("another", {}, false, std::chrono::system_clock::time_point(), "", nullptr);
+  for (int again = 0; again < 2; ++again) {
+    session->setKV50MAC("A", nullptr);
+    session->getTestHistoryByMAC("A", nullptr);
+    session->setEarPlugModel("1", nullptr);
+    script.run();
+  }
+  EXPECT_EQ(script.requestCount(), 7U) << "the second round comes from the cache";
+  EXPECT_EQ(script.machine.userDefaults->value("USERID"), DefaultsValue("another"s));
+}
+
+/// Answers on threads of its own, as a real session does.
+class OtherThreadSession final : public URLSession {
+ public:
+  explicit OtherThreadSession(URLReply reply) : reply_(std::move(reply)) {}
+  ~OtherThreadSession() override { join(); }
+
+  void dataTask(URLRequest, CompletionHandler completionHandler) override {
+    threads_.emplace_back([reply = reply_, done = std::move(completionHandler)] { done(reply); });
+  }
+
+  void join() {
+    for (std::thread& one : threads_) one.join();
+    threads_.clear();
+  }
+
+ private:
+  URLReply reply_;
+  std::vector<std::thread> threads_;
+};
+
+TEST(FailureTable, CallbacksComeOnTheMainThreadFromItsLoop) {
+  const URLReply replies[] = {{R"({"rspCode":0,"listenTests":[1],"deviceVolumeIOS":[{"ear":1}]})", {}},
+                              {"<html>", {}},
+                              {{}, Error{"transport", 7, "gone"}}};
+  for (const URLReply& reply : replies) {
+    for (const auto& operation : serviceOperations()) {
+      ServiceScript script;
+      script.knowsUser();
+      const auto session = std::make_shared<OtherThreadSession>(reply);
+      Platform platform = script.machine.platform();
+      platform.urlSession = session;
+      Platform::setCurrent(platform);
+      std::vector<std::thread::id> calledOn;
+      std::atomic<int> calls = 0;
+      operation.start([&](const std::string&) {
+        ++calls;
+        calledOn.push_back(std::this_thread::get_id());
+      });
+      session->join();
+      EXPECT_EQ(calls, 0) << operation.name << " called back outside the loop";
+      script.run();
+      EXPECT_THAT(calledOn, ElementsAre(std::this_thread::get_id())) << operation.name;
+    }
+  }
+}
+
+TEST(RegisterAppKey, ReplacesTheEarlierKeyOnTheDisk) {
+  ServiceScript script;
+  const auto defaults = std::make_shared<RecordingDefaults>();
+  Platform platform = script.machine.platform();
+  platform.userDefaults = defaults;
+  Platform::setCurrent(platform);
+  ORNHearingTest::registerAppKey("first");
+  defaults->changes.clear();
+  ORNHearingTest::registerAppKey("second");
+  EXPECT_THAT(defaults->changes, ElementsAre("remove APPKEY", "set APPKEY", "synchronize"));
+  EXPECT_EQ(defaults->value("APPKEY"), DefaultsValue("second"s));
+}
+
+}  // namespace
+}  // namespace orn

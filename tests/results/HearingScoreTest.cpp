@@ -1,0 +1,229 @@
+#include <chrono>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
+#include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
+
+namespace orn {
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::days;
+using std::chrono::seconds;
+using Date = std::chrono::system_clock::time_point;
+
+constexpr bool kMan = false, kWoman = true;
+const std::vector<std::string> kSeven{"125hz", "250hz", "500hz", "1000hz", "2000hz", "4000hz", "8000hz"};
+
+struct HearingScore : testing::Test {
+  HearingScore() { Platform::setCurrent(machine.platform()); }
+  ~HearingScore() override { Platform::clearCurrent(); }
+
+  void user(seconds age, bool isWoman) {
+    machine.userDefaults->setValue("BIRTHDAY", machine.runLoop->date() - age);
+    machine.userDefaults->setValue("USERSEX", isWoman);
+  }
+
+  static std::int64_t loss(const EarResult& ear) { return ORNHearingTest::computeEarTestResult(ear); }
+
+  static EarResult ear(const std::vector<std::string>& hzs, const std::string& threshold) {
+    EarResult result;
+    for (const auto& hz : hzs) result[hz] = threshold;
+    return result;
+  }
+
+  SimulatedPlatform machine;
+};
+
+TEST_F(HearingScore, WithoutAProfile) {
+  const std::pair<EarResult, int> table[] = {
+      {{}, 0},
+      {ear(kSeven, "-1"), 0},
+      {ear(kSeven, "0"), 0},
+      {{{"125hz", "10"}, {"250hz", "11"}, {"500hz", "11"}}, 10},
+      {ear(kSeven, "30"), 29},  // the last two read on into the next band
+      {{{"1000hz", "40"}, {"2000hz", "-1"}, {"4000hz", "30"}}, 35},
+      {{{"1000hz", "40db"}, {"2000hz", "none"}, {"4000hz", ""}}, 13},
+      {{{"1000hz", "-1.5"}, {"2000hz", "100"}}, 49},
+      {{{"1000hz", "-10"}, {"2000hz", "5"}}, 0},
+      {{{"1000hz", "-10"}, {"2000hz", "15"}}, 2},
+  };
+  for (const auto& [thresholds, expected] : table) EXPECT_EQ(loss(thresholds), expected) << expected;
+}
+
+TEST_F(HearingScore, WorkedExamples) {
+  user(days(45 * 365), kWoman);
+  EXPECT_EQ(loss(ear(kSeven, "40")), 35) << "allowances 2, 3, 4, 9, 7, 4 and 6";
+  for (const auto& hz : kSeven) EXPECT_EQ(loss({{hz, "50"}}), 48) << "one alone reads the first pair of its band";
+  user(days(45 * 365), kMan);
+  EXPECT_EQ(loss(ear({"125hz", "1000hz", "8000hz"}, "20")), 17) << "allowances 2, 2 and 3";
+  user(days(65 * 365), kMan);
+  EXPECT_EQ(loss(ear(kSeven, "0")), 0);
+}
+
+TEST_F(HearingScore, PastTheTableTheOldestBandGoesOn) {
+  user(days(70 * 365), kWoman);
+  EXPECT_EQ(loss(ear(kSeven, "100")), 76) << "allowances 9, 19, 20, 49, 41, then 11 and 16";
+  user(days(70 * 365), kMan);
+  EXPECT_EQ(loss(ear(kSeven, "100")), 76) << "allowances 9, 11, 31, 24, 60, then 9 and 19";
+}
+
+TEST_F(HearingScore, AgeBorders) {
+  const struct {
+    seconds age;
+    int man, woman;  // of two thresholds of 100 dB
+  } table[] = {
+      {days(-365), 0, 0},
+      {-days(365) + 1s, 100, 100},
+      {days(0), 100, 100},
+      {days(29 * 365 + 360), 100, 100},
+      {days(30 * 365) - 1s, 100, 100},
+      {days(30 * 365), 99, 99},
+      {days(40 * 365) - 1s, 99, 99},
+      {days(40 * 365), 98, 97},
+      {days(50 * 365) - 1s, 98, 97},
+      {days(50 * 365), 96, 94},
+      {days(60 * 365) - 1s, 96, 94},
+      {days(60 * 365), 93, 91},
+      {days(70 * 365) - 1s, 93, 91},
+      {days(70 * 365), 90, 86},
+      {days(120 * 365), 90, 86},
+  };
+  for (const auto& row : table) {
+    user(row.age, kMan);
+    EXPECT_EQ(loss(ear({"125hz", "250hz"}, "100")), row.man) << row.age.count();
+    user(row.age, kWoman);
+    EXPECT_EQ(loss(ear({"125hz", "250hz"}, "100")), row.woman) << row.age.count();
+  }
+}
+
+TEST_F(HearingScore, AgeIsTakenAtTheCall) {
+  user(days(40 * 365) - 1s, kMan);
+  const EarResult two = ear({"125hz", "250hz"}, "100");
+  EXPECT_EQ(loss(two), 99);
+  machine.virtualTime->runFor(1s);
+  EXPECT_EQ(loss(two), 98);
+}
+
+TEST_F(HearingScore, BirthdaysAtTheEndsOfTimeAndOfOtherTypes) {
+  const std::pair<DefaultsValue, int> table[] = {
+      {Date::min(), 90}, {Date::max(), 0}, {std::string("19800305"), 100}, {std::int64_t{0}, 100}};
+  for (const auto& [birthday, expected] : table) {
+    machine.userDefaults->setValue("BIRTHDAY", birthday);
+    EXPECT_EQ(loss(ear({"125hz", "250hz"}, "100")), expected) << birthday.index();
+  }
+}
+
+TEST_F(HearingScore, HostileEars) {
+  EarResult many;
+  for (int i = 1; i <= 1000; ++i) many[std::to_string(125 * i) + "hz"] = "100";
+  user(days(75 * 365), kWoman);
+  EXPECT_GT(loss(many), 0);
+  EXPECT_LT(loss(many), 100);
+  EXPECT_EQ(loss({{"hz", "50"}, {"-125hz", "50"}, {"2147483648hz", "50"}, {"124hz", "50"}}), 36)
+      << "allowances 9, 11, 16 and 20: such keys count as 125 Hz, and the largest one as 24 octaves above";
+  EXPECT_GT(loss(ear(kSeven, "99999999999")), 2'000'000'000);
+  EXPECT_EQ(loss(ear(kSeven, "-99999999999")), 0);
+}
+
+// The scoring rule once more, from its statement.
+
+struct Allowance {
+  int ofMan, ofWoman;
+};
+
+const Allowance kAllowances[6][7] = {
+    {{0, 0}, {0, 0}, {0, 0}, {0, 0}, {0, 0}, {0, 0}, {0, 0}},
+    {{1, 1}, {1, 1}, {1, 1}, {2, 1}, {2, 1}, {3, 2}, {3, 2}},
+    {{2, 2}, {2, 2}, {3, 3}, {6, 4}, {8, 4}, {9, 6}, {11, 7}},
+    {{4, 4}, {4, 4}, {7, 6}, {12, 8}, {16, 9}, {18, 12}, {23, 15}},
+    {{6, 6}, {7, 7}, {12, 11}, {20, 13}, {28, 16}, {32, 21}, {39, 27}},
+    {{9, 9}, {11, 11}, {19, 16}, {31, 20}, {43, 24}, {49, 32}, {60, 41}},
+};
+
+int flatAllowance(int position) {
+  while (position >= 84) position -= 14;
+  const Allowance& pair = kAllowances[position / 14][position % 14 / 2];
+  return position % 2 == 0 ? pair.ofMan : pair.ofWoman;
+}
+
+struct Measured {
+  int hz, threshold;
+};
+
+int statedLoss(const std::vector<Measured>& ascending, int ageInDays, bool isWoman) {
+  std::vector<Measured> kept;
+  for (const Measured& one : ascending) {
+    if (one.threshold != -1) kept.push_back(one);
+  }
+  if (ageInDays <= -365 || kept.empty()) return 0;
+  const int n = static_cast<int>(kept.size());
+  int row = 0;
+  for (const int border : {30, 40, 50, 60, 70}) row += ageInDays / 365 >= border ? 1 : 0;
+  int sum = 0;
+  for (int i = 0; i < n; ++i) {
+    const auto [hz, threshold] = kept[static_cast<std::size_t>(i)];
+    int k = 0;
+    for (int q = hz / 125; q > 1; q /= 2) ++k;
+    sum += threshold - flatAllowance(14 * row + (isWoman ? 1 : 0) + 2 * i + k % n);
+  }
+  return sum < 0 ? 0 : sum / n;
+}
+
+TEST_F(HearingScore, FollowsTheStatedRuleForManyEars) {
+  std::mt19937 random(20'260'101);
+  const auto upTo = [&](unsigned limit) { return static_cast<int>(random() % limit); };
+  for (int round = 0; round < 20'000; ++round) {
+    std::vector<Measured> measured;
+    EarResult thresholds;
+    for (const int hz : {125, 250, 500, 750, 1000, 1500, 2000, 3000, 4000, 6000, 8000}) {
+      const bool isAudiogram = (hz / 125 & (hz / 125 - 1)) == 0;
+      if (upTo(isAudiogram ? 4 : 10) == 0 || (!isAudiogram && upTo(4) != 0)) continue;
+      measured.push_back({hz, upTo(5) == 0 ? -1 : upTo(130) - 10});
+      thresholds[std::to_string(hz) + "hz"] = std::to_string(measured.back().threshold);
+    }
+    const int ageInDays = upTo(36'000) - 800;
+    const bool isWoman = upTo(2) == 1;
+    user(days(ageInDays), isWoman);
+    ASSERT_EQ(loss(thresholds), statedLoss(measured, ageInDays, isWoman)) << "round " << round;
+  }
+}
+
+TEST(ResultString, EachBandHasItsSentence) {
+  constexpr auto lowest = std::numeric_limits<std::int64_t>::min(), highest = std::numeric_limits<std::int64_t>::max();
+  const struct {
+    std::vector<std::int64_t> losses;
+    const char* sentence;
+  } table[] = {
+      {{lowest, -1, 0, 25}, "属于正常。希望您继续保持好听力，聆听到老!"},
+      {{26, 40},
+       "属于轻度听力损失。意味着您的听力不会影响您正常的生活与工作学习，建议您保持良好的生活和饮食习惯,"
+       "保护听力从现在做起。"},
+      {{41, 55},
+       "属于中度听力损失。这种程度的损失意味着您在平时交流时存在轻微障碍，如果您不注意听，可能无法听清对方的聊天内容,"
+       "需要您交流的时候时刻集中注意力。"},
+      {{56, 70},
+       "属于中重度听力损失。这种程度的损失意味着您在平时交流时存在比较大的问题，需要对方重复说话或者提高音量,"
+       "才能正常理解对方的聊天内容。"},
+      {{71, 90},
+       "属于重度听力损失。这种程度的损失意味着您在平时交流时存在很大的问题，不仅需要对方提高音量交谈，还需要借助于看对"
+       "方口型来帮助了解聊天内容。"},
+      {{91, 4294967296, highest},
+       "属于极重度听力损失。这种程度的损失意味着您的生活受到严重的听力困扰。如果您继续保持这种听力损失，将会出现口齿不"
+       "清的情况。"},
+  };
+  for (const auto& row : table) {
+    for (const auto loss : row.losses) EXPECT_EQ(ORNHearingTest::computeResultString(loss), row.sentence) << loss;
+  }
+}
+
+}  // namespace
+}  // namespace orn

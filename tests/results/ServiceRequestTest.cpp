@@ -1,0 +1,228 @@
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+
+#include "ServiceScript.h"
+
+namespace orn {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::UnorderedElementsAreArray;
+using Headers = std::vector<std::pair<std::string, std::string>>;
+
+const std::string kBase = "http://service.example:8080/vrdnx/user/";
+
+void ignore(const std::string&) {}
+
+/// The fields of a form body, each with the "&" that ends it, in alphabetical order.
+std::string sortedFields(const std::string& body) {
+  std::multiset<std::string> fields;
+  for (std::size_t begin = 0; begin < body.size();) {
+    const auto end = std::min(body.find('&', begin), body.size() - 1) + 1;
+    fields.insert(body.substr(begin, end - begin));
+    begin = end;
+  }
+  std::string all;
+  for (const auto& one : fields) all += one;
+  return all;
+}
+
+Headers headers(const char* contentType, bool isCommon) {
+  Headers all{{"Accept", "application/json"}, {"Content-Type", contentType}};
+  if (isCommon) {
+    all.insert(all.end(), {{"app-version", "42"},
+                           {"app-product", "SDK"},
+                           {"app-channel", "org.example.host"},
+                           {"system-version", "9.9"},
+                           {"device-model", "Phone1,1"},
+                           {"system-product", "iOS"}});
+  }
+  return all;
+}
+
+json submission(const json& changed) {
+  json body = {{"base", "0"}, {"headset", "model"}, {"correctName", "Phone1,1"}};
+  for (const std::string hz : {"125", "250", "500", "1000", "2000", "4000", "8000"}) {
+    body["left" + hz + "hz"] = body["right" + hz + "hz"] = "-1";
+  }
+  body.update(changed);
+  return body;
+}
+
+struct ServiceRequest : testing::Test, ServiceScript {
+  ServiceRequest() {
+    *machine.device = {};
+    machine.device->givenMachine = "Phone1,1";
+    machine.device->givenSystemVersion = "9.9";
+    machine.device->givenApplicationIdentifier = "org.example.host";
+    machine.device->givenApplicationVersion = "42";
+  }
+
+  URLRequest requestOf(const std::string& operation) {
+    const auto before = requestCount();
+    serviceOperation(operation).start(ignore);
+    if (requestCount() == before + 1) return machine.urlSession->requests().back();
+    ADD_FAILURE() << operation << " sent nothing";
+    return {};
+  }
+};
+
+TEST_F(ServiceRequest, GoesOutToTheLetter) {
+  knowsUser();
+  const json measured = {{"left1000hz", "40"}, {"right1000hz", "35"}, {"right2000hz", "30"}};
+  json posted = submission(measured);
+  posted["base"] = "1";
+  const json profile = {{"sdkUseId", "id"}, {"sdkCode", "Phone1,1"},  {"sdkKey", "key"},   {"gender", "1"},
+                        {"phone", "phone"}, {"birthday", "19700101"}, {"username", "name"}};
+  const struct {
+    const char* operation;
+    std::string path;
+    bool isCommon;
+    std::string form;
+    json object;
+  } table[] = {
+      {"getListenTest", "acquireListenTest", true, "sdkKey=key&sdkUseId=user&", {}},
+      {"listenTest", "sdkJonDiagnose2/user/key", true, "", submission(measured)},
+      {"postListenTest", "sdkJonDiagnose2/user/key", false, "", posted},
+      {"setAppUserID", "sdkRegister", true, "", profile},
+      {"setKV50MAC", "findSdkDeviceValue", false, "appkey=key&correct_name=Phone1,1&mac=AA:BB:CC:DD:EE:FF&", {}},
+      {"getTestHistoryByMAC",
+       "findSdkDeviceValue",
+       false,
+       "appkey=key&correct_name=Phone1,1&mac=AA:BB:CC:DD:EE:FF&",
+       {}},
+      {"setEarPlugModel", "findSdkDeviceValue", false, "appkey=key&correct_name=Phone1,1&earplug_model=1&", {}},
+  };
+  for (const auto& row : table) {
+    SCOPED_TRACE(row.operation);
+    const URLRequest request = requestOf(row.operation);
+    const bool isForm = !row.form.empty();
+    EXPECT_EQ(request.url, kBase + row.path);
+    EXPECT_EQ(request.method, "Post");
+    EXPECT_EQ(request.timeout, row.isCommon ? 180s : 10s);
+    EXPECT_THAT(request.headers, UnorderedElementsAreArray(headers(
+                                     isForm ? "application/x-www-form-urlencoded" : "application/json", row.isCommon)));
+    if (isForm) {
+      EXPECT_EQ(sortedFields(request.body), row.form);
+    } else {
+      EXPECT_EQ(json::parse(request.body), row.object);
+      EXPECT_NE(request.body.find('\n'), std::string::npos) << "is to be pretty-printed";
+    }
+  }
+}
+
+TEST_F(ServiceRequest, AnAbsentApplicationKeyGoesOutEmpty) {
+  for (const char* operation : {"setKV50MAC", "getTestHistoryByMAC", "setEarPlugModel"}) {
+    EXPECT_EQ(sortedFields(requestOf(operation).body).rfind("appkey=&", 0), 0U) << operation;
+  }
+  EXPECT_EQ(json::parse(requestOf("setAppUserID").body).at("sdkKey"), "");
+}
+
+TEST_F(ServiceRequest, AFormBodyIsEscapedAsAWhole) {
+  // "&", "=", ":" and "+" of a value go out unprotected.
+  const std::pair<std::string, std::string> table[] = {
+      {"a&b=c:d+e", "a&b=c:d+e"},
+      {" %#<>[]\\^`{|}\"", "%20%25%23%3C%3E%5B%5D%5C%5E%60%7B%7C%7D%22"},
+      {"$-_.!*'(),;/?@~", "$-_.!*'(),;/?@~"},
+      {"\u597d\u00fc", "%E5%A5%BD%C3%BC"},
+      {"\r\n\t\0\x7F"s, "%0D%0A%09%00%7F"},
+      {"", ""},
+  };
+  for (const auto& [key, escaped] : table) {
+    knowsUser(key, "u");
+    const std::string body = requestOf("getListenTest").body;
+    EXPECT_TRUE(body == "sdkKey=" + escaped + "&sdkUseId=u&" || body == "sdkUseId=u&sdkKey=" + escaped + "&") << body;
+  }
+}
+
+TEST_F(ServiceRequest, UserIdAndKeyStayOneSegmentEach) {
+  const std::pair<std::string, std::string> table[] = {
+      {"a/b", "a%2Fb"}, {"a?b", "a%3Fb"},        {"a#b", "a%23b"},       {"a b", "a%20b"}, {"100%", "100%25"},
+      {"\n", "%0A"},    {"\u597d", "%E5%A5%BD"}, {"A-z.0_~", "A-z.0_~"}, {"", ""},
+  };
+  for (const auto& [id, escaped] : table) {
+    for (const char* operation : {"listenTest", "postListenTest"}) {
+      knowsUser("k" + id, id + "u");
+      EXPECT_EQ(requestOf(operation).url, kBase + "sdkJonDiagnose2/" + escaped + "u/k" + escaped);
+    }
+  }
+}
+
+TEST_F(ServiceRequest, TakesAHostWithOrWithoutAPort) {
+  knowsUser();
+  for (const std::string host : {"service.example", "127.0.0.1:80", "[::1]:8080", "my-host"}) {
+    machine.userDefaults->setValue("SERVICEHOST", host);
+    EXPECT_EQ(requestOf("getListenTest").url, "http://" + host + "/vrdnx/user/acquireListenTest");
+  }
+}
+
+TEST_F(ServiceRequest, WithoutAUsableHostTheCallbackHearsOfIt) {
+  knowsUser();
+  const auto hears = [&](const std::optional<DefaultsValue>& host, const ServiceOperation& operation) {
+    machine.userDefaults->removeValue("SERVICEHOST");
+    if (host) machine.userDefaults->setValue("SERVICEHOST", *host);
+    std::vector<std::string> heard;
+    operation.start([&](const std::string& what) { heard.push_back(what); });
+    EXPECT_THAT(heard, ElementsAre()) << operation.name << " called back within the call";
+    run();
+    EXPECT_THAT(heard, ElementsAre("transport 0")) << operation.name;
+  };
+  for (const auto& operation : serviceOperations()) hears(std::nullopt, operation);
+  for (const std::string& host : {""s, "a/b"s, "user@a"s, "a?b"s, "a#b"s, "a b"s, " a"s, "a\r\nX: y"s, "a\0"s, "%61"s,
+                                  "http://a"s, "a\\b"s, "\u597d"s, "a&b"s}) {
+    SCOPED_TRACE(host);
+    hears(host, serviceOperation("listenTest"));
+  }
+  hears(std::int64_t{80}, serviceOperation("listenTest"));
+  EXPECT_EQ(requestCount(), 0U);
+}
+
+TEST_F(ServiceRequest, SubmissionCarriesWhatWasMeasured) {
+  knowsUser();
+  const auto body = [&](const EarResult& left, const EarResult& right, const std::optional<std::string>& model) {
+    ORNHearingTest::listenTestWithLeft(left, right, model, nullptr);
+    return json::parse(machine.urlSession->requests().back().body);
+  };
+  EXPECT_EQ(body({}, {{"1000hz", "15"}, {"2000hz", "20"}}, "model"),
+            submission({{"right1000hz", "15"}, {"right2000hz", "20"}}));
+  EXPECT_EQ(body({{"750hz", "10"}, {"0125hz", "10"}, {"125", "10"}}, {{"8000hz", ""}}, "AA:BB"),
+            submission({{"right8000hz", ""}, {"headset", "AA:BB"}}));
+
+  const auto posted = [&](bool base, const std::optional<std::string>& model) {
+    ORNManualHearingTest::postListenTestWithLeft({}, {}, base, 0, 0, {}, {}, {}, {}, model, nullptr);
+    return json::parse(machine.urlSession->requests().back().body);
+  };
+  EXPECT_EQ(posted(false, ""), submission({{"headset", ""}}));
+  EXPECT_EQ(posted(true, std::nullopt), submission({{"headset", ""}, {"base", "1"}}));
+}
+
+TEST_F(ServiceRequest, WhatCannotBeSerialisedGoesOutEmpty) {
+  std::vector<std::string> heard;
+  ORNHearingTest::setAppUserID("\xFF", {}, false, std::chrono::system_clock::time_point(), "1",
+                               [&](const std::optional<Error>& error) { heard.push_back(told(error)); });
+  EXPECT_EQ(request().body, "");
+  EXPECT_THAT(request().headers, UnorderedElementsAreArray(headers("application/json", true)));
+  run();
+  EXPECT_THAT(heard, ElementsAre("ok"));
+}
+
+TEST_F(ServiceRequest, CommonHeadersTakeThePlaceOfEarlierOnes) {
+  URLRequest request;
+  request.headers = {{"X-Own", "1"}, {"App-Version", "old"}};
+  ORNHearingTest::setHttpHeader(request);
+  ORNHearingTest::setHttpHeader(request);
+  Headers expected = headers("", true);
+  expected.erase(expected.begin(), expected.begin() + 2);
+  expected.emplace_back("X-Own", "1");
+  EXPECT_THAT(request.headers, UnorderedElementsAreArray(expected));
+  EXPECT_EQ(request.timeout, 180s);
+}
+
+}  // namespace
+}  // namespace orn

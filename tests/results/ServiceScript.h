@@ -1,0 +1,77 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
+
+namespace orn {
+
+/// A machine whose service answers by script.
+struct ServiceScript {
+  ServiceScript();
+  ~ServiceScript();
+  ServiceScript(const ServiceScript&) = delete;
+  ServiceScript& operator=(const ServiceScript&) = delete;
+
+  /// What the service answers from now on.
+  void answers(const std::string& body);
+  void fails();
+
+  /// Stores the application key and the user's id.
+  void knowsUser(const std::string& appKey = "key", const std::string& userID = "user");
+
+  /// A tenth of a second, ten times what the service needs.
+  void run();
+
+  /// The only request so far; a failure of the test if there is none or there are more.
+  URLRequest request() const;
+  std::size_t requestCount() const { return machine.urlSession->requests().size(); }
+
+  SimulatedPlatform machine;
+};
+
+/// Settings that keep a record of how they were changed.
+class RecordingDefaults final : public UserDefaults {
+ public:
+  std::optional<DefaultsValue> value(const std::string& key) const override { return values_.value(key); }
+  void setValue(const std::string& key, DefaultsValue value) override {
+    changes.push_back("set " + key);
+    values_.setValue(key, std::move(value));
+  }
+  void removeValue(const std::string& key) override {
+    changes.push_back("remove " + key);
+    values_.removeValue(key);
+  }
+  bool synchronize() override {
+    changes.emplace_back("synchronize");
+    return true;
+  }
+
+  std::vector<std::string> changes;
+
+ private:
+  SimulatedUserDefaults values_;
+};
+
+/// What a callback was told, such as "ok", "transport 7 gone", "json" and, with a list, "ok [1,2]".
+std::string told(const std::optional<Error>& error, const nlohmann::json& list = nullptr);
+
+/// An operation that asks the service; `done` is told what its callback was told.
+struct ServiceOperation {
+  std::string name;
+  std::function<void(std::function<void(const std::string&)> done)> start;
+};
+
+/// All seven of them, each with the same sample arguments.
+std::vector<ServiceOperation> serviceOperations();
+ServiceOperation serviceOperation(const std::string& name);
+
+}  // namespace orn

@@ -1,0 +1,144 @@
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+
+#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
+
+#include "ServiceScript.h"
+
+namespace orn {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Date = std::chrono::system_clock::time_point;
+
+constexpr Date date(int year, unsigned month, unsigned day, std::chrono::nanoseconds time = {}) {
+  return std::chrono::sys_days(std::chrono::year(year) / month / day) + time;
+}
+
+/// The time zone of the process for a while.
+struct Zone {
+  explicit Zone(const char* name) {
+    setenv("TZ", name, 1);
+    tzset();
+  }
+  ~Zone() {
+    unsetenv("TZ");
+    tzset();
+  }
+};
+
+struct SetAppUserID : testing::Test, ServiceScript {
+  std::vector<std::string> heard;
+
+  void call(const std::optional<std::string>& id, const std::optional<std::string>& name, bool isWomen,
+            std::optional<Date> birthday, const std::optional<std::string>& phone) {
+    ORNHearingTest::setAppUserID(id, name, isWomen, birthday, phone,
+                                 [this](const std::optional<Error>& error) { heard.push_back(told(error)); });
+  }
+
+  json sent() const { return json::parse(machine.urlSession->requests().back().body); }
+
+  std::vector<std::optional<DefaultsValue>> stored() const {
+    std::vector<std::optional<DefaultsValue>> all;
+    for (const char* key : {"USERID", "USERSEX", "BIRTHDAY", "PHONE", "USERNAME"}) {
+      all.push_back(machine.userDefaults->value(key));
+    }
+    return all;
+  }
+};
+
+TEST_F(SetAppUserID, StoresWhatItWasGivenWhateverTheServiceAnswersInJson) {
+  const Date birthday = date(1980, 3, 5, 13h + 45min + 7s + 250ms);
+  for (const char* reply : {"{\"rspCode\":0}", "{\"rspCode\":1,\"rspDesc\":\"no\"}", "{}", "[]"}) {
+    answers(reply);
+    call("other", "other", false, date(2000, 1, 1), "other");
+    run();
+    call("id", "\u5f20", true, birthday, "+1");
+    run();
+    EXPECT_THAT(stored(), ElementsAre(DefaultsValue("id"s), DefaultsValue(true), DefaultsValue(birthday),
+                                      DefaultsValue("+1"s), DefaultsValue("\u5f20"s)))
+        << reply;
+  }
+}
+
+TEST_F(SetAppUserID, WhatIsNoJsonKeepsTheEarlierProfile) {
+  call("id", "name", true, date(1980, 3, 5), "1");
+  run();
+  const auto before = stored();
+  const auto again = [&] {
+    heard.clear();
+    call("new", "new", false, date(1990, 1, 1), "2");
+    run();
+    EXPECT_EQ(stored(), before);
+    return heard;
+  };
+  answers("<html>");
+  EXPECT_THAT(again(), ElementsAre("json"));
+  fails();
+  EXPECT_THAT(again(), ElementsAre("transport 7 gone"));
+  machine.userDefaults->removeValue("SERVICEHOST");
+  EXPECT_THAT(again(), ElementsAre("transport 0"));
+}
+
+TEST_F(SetAppUserID, NeedsAnIdABirthdayAndAPhone) {
+  call({}, "name", true, date(1980, 3, 5), "1");
+  call("id", "name", true, {}, "1");
+  call("id", "name", true, date(1980, 3, 5), {});
+  run();
+  EXPECT_EQ(requestCount(), 0U);
+  EXPECT_THAT(heard, IsEmpty());
+  EXPECT_THAT(stored(), testing::Each(std::nullopt));
+}
+
+TEST_F(SetAppUserID, AUserNameMayBeMissing) {
+  for (const auto& name : {std::optional<std::string>(), std::optional(""s)}) {
+    machine.userDefaults->setValue("USERNAME", "earlier"s);
+    call("id", name, false, date(1980, 3, 5), "1");
+    run();
+    EXPECT_EQ(sent().at("username"), "");
+    EXPECT_EQ(sent().at("gender"), "0");
+    EXPECT_EQ(stored().back(), DefaultsValue(""s));
+  }
+}
+
+TEST_F(SetAppUserID, BirthdayGoesOutAsADayOfTheLocalZone) {
+  const struct {
+    const char* zone;
+    Date birthday;
+    const char* text;
+  } table[] = {
+      {"UTC0", date(1980, 3, 5), "19800305"},       {"UTC0", date(1980, 3, 5, -1ns), "19800304"},
+      {"CST-8", date(1980, 3, 4, 16h), "19800305"}, {"CST-8", date(1980, 3, 4, 16h - 1ns), "19800304"},
+      {"PST8", date(1980, 3, 5, 7h), "19800304"},   {"UTC0", date(1969, 12, 31, 24h - 1ns), "19691231"},
+      {"UTC0", date(1900, 2, 28), "19000228"},      {"UTC0", date(2024, 2, 29), "20240229"},
+  };
+  for (const auto& row : table) {
+    const Zone zone(row.zone);
+    call("id", {}, false, row.birthday, "1");
+    EXPECT_EQ(sent().at("birthday"), row.text) << row.zone;
+  }
+}
+
+TEST_F(SetAppUserID, StoresTheProfileInItsOrderOnceTheServiceHasAnswered) {
+  const auto defaults = std::make_shared<RecordingDefaults>();
+  defaults->setValue("SERVICEHOST", "a"s);
+  Platform platform = machine.platform();
+  platform.userDefaults = defaults;
+  Platform::setCurrent(platform);
+  defaults->changes.clear();
+  std::vector<std::string> changesAtCallback;
+  serviceOperation("setAppUserID").start([&](const std::string&) { changesAtCallback = defaults->changes; });
+  EXPECT_THAT(defaults->changes, IsEmpty());
+  run();
+  EXPECT_THAT(changesAtCallback, ElementsAre("remove USERID", "set USERID", "remove USERSEX", "set USERSEX",
+                                             "remove BIRTHDAY", "set BIRTHDAY", "remove PHONE", "set PHONE",
+                                             "remove USERNAME", "set USERNAME", "synchronize"));
+}
+
+}  // namespace
+}  // namespace orn

@@ -1,0 +1,138 @@
+#include <gmock/gmock.h>
+
+#include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
+
+#include "simulation/SampleCalibration.h"
+#include "tests/service/ClientAndService.h"
+
+namespace orn::service {
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAre;
+using namespace std::chrono_literals;
+
+struct Calibration : ServiceTest {
+  std::shared_ptr<ORNDeviceCorrect> asked(std::string_view body) {
+    return ORNDeviceCorrect::parse(ask(service_->port(), kCalibration, body).body);
+  }
+};
+
+void expectSameValues(const std::shared_ptr<ORNDeviceVolumeIOS>& got, const std::shared_ptr<ORNDeviceVolumeIOS>& want) {
+  ASSERT_TRUE(got && want);
+  for (const char* field : {"s125", "s250", "s500", "s1000", "s2000", "s4000", "s8000"}) {
+    EXPECT_TRUE(got->valueForKey(field).is_string()) << field;
+    EXPECT_EQ(got->valueForKey(field), want->valueForKey(field)) << field;
+  }
+}
+
+TEST_F(Calibration, OfAnyAddressHasTheValuesOfTheSampleAudiometer) {
+  const auto reply = asked("correct_name=Phone1,1&mac=01:02:03:04:05:06&appkey=&");
+  EXPECT_EQ(reply->rspCode(), 0);
+  const auto got = audiometerRecords(*reply);
+  const auto want = audiometerRecords(*ORNDeviceCorrect::parse(simulation::sampleAudiometerReply()));
+  expectSameValues(got.ab, want.ab);
+  expectSameValues(got.aabb, want.aabb);
+  expectSameValues(got.xxyy, want.xxyy);
+  EXPECT_EQ(got.ab->mac(), "01:02:03:04:05:06");
+  EXPECT_EQ(got.ab->correctName(), "Phone1,1");
+  EXPECT_EQ(got.ab->batch(), 2);
+}
+
+TEST_F(Calibration, OfOneAddressIsForADeviceOfSeries1) {
+  EXPECT_EQ(audiometerRecords(*asked("mac=11:11:11:11:11:11&appkey=k&correct_name=x")).ab->batch(), 1);
+}
+
+TEST_F(Calibration, OfAnyModelHasTheValuesOfTheSampleEarphones) {
+  const auto reply = asked("appkey=k&earplug_model=Model%20%E8%80%B3&correct_name=Phone1,1&");
+  const auto got = earphoneRecords(*reply);
+  const auto want = earphoneRecords(*ORNDeviceCorrect::parse(simulation::sampleEarphonesReply()));
+  expectSameValues(got.left, want.left);
+  expectSameValues(got.right, want.right);
+  EXPECT_EQ(got.left->earplugModel(), "Model \u8033");
+  EXPECT_EQ(got.right->correctName(), "Phone1,1");
+}
+
+TEST_F(Calibration, TakesValuesThatClientsSendUnescaped) {
+  for (const auto& [sent, meant] : {std::pair("A+B", "A+B"), std::pair("A=B==", "A=B=="), std::pair("A&B", "A&B"),
+                                    std::pair("A%20&%20B&", "A & B&"), std::pair("50%25", "50%"),
+                                    std::pair("%2525", "%25"), std::pair("%26x%3D1", "&x=1")}) {
+    const auto reply = asked(std::string("correct_name=c&appkey=k&earplug_model=") + sent + "&");
+    ASSERT_EQ(reply->rspCode(), 0) << sent;
+    EXPECT_EQ(earphoneRecords(*reply).left->earplugModel(), meant);
+  }
+}
+
+TEST_F(ServiceTest, RegistrationReplacesTheProfileOfTheSameUserAndKey) {
+  EXPECT_EQ(answer(kRegister, profile().dump(4)).at("rspCode"), 0);
+  EXPECT_EQ(answer(kRegister, profile({{"sdkKey", "other"}, {"username", ""}}).dump()).at("rspCode"), 0);
+  EXPECT_EQ(answer(kRegister, profile({{"username", "\u674e"}, {"gender", "0"}}).dump()).at("rspCode"), 0);
+  EXPECT_THAT(rows("SELECT appKey, userId, sdkCode, gender, phone, birthday, username FROM profiles ORDER BY 1"),
+              ElementsAre(ElementsAre("k", "u", "Phone1,1", "0", "555", "19800305", "\u674e"),
+                          ElementsAre("other", "u", "Phone1,1", "1", "555", "19800305", "")));
+}
+
+TEST_F(ServiceTest, HistoryGivesBackWhatWasSubmitted) {
+  start({.port = 0, .database = {}, .misbehaviour = {}, .now = [] {
+           return std::chrono::system_clock::time_point(1'700'000'000'123ms);
+         }});
+  const json sent = submission({{"left125hz", "-1"}, {"right8000hz", "-10"}, {"base", "1"}, {"headset", ""}});
+  EXPECT_EQ(answer(kSubmit, sent.dump(2)).at("rspCode"), 0);
+  const auto tests = history();
+  ASSERT_EQ(tests.size(), 1U);
+  json want = sent;
+  want.update({{"id", "1"}, {"createDate", 1'700'000'000'123.0}, {"base", 1}});
+  json rest = tests[0];
+  for (const auto& [key, value] : want.items()) {
+    EXPECT_EQ(rest[key], value) << key;
+    rest.erase(key);
+  }
+  for (const auto& [key, value] : rest.items()) EXPECT_TRUE(value.is_null() || value == 0.0 || value == false) << key;
+  EXPECT_EQ(tests[0].size(), 39U);
+}
+
+TEST_F(ServiceTest, HistoryIsInTheOrderOfSubmissionEvenIfTheClockGoesBack) {
+  for (const auto clock : {9000ms, 5000ms, 5000ms, 9001ms, 9500ms}) {
+    start({.port = 0, .database = {}, .misbehaviour = {}, .now = [clock] {
+             return std::chrono::system_clock::time_point(clock);
+           }});
+    answer(kSubmit, submission({{"headset", std::to_string(clock.count())}}).dump());
+  }
+  std::vector<std::pair<std::string, double>> order;
+  for (const json& test : history()) order.emplace_back(test["headset"], test["createDate"]);
+  EXPECT_THAT(order, ElementsAre(std::pair("9000", 9000), std::pair("5000", 9001), std::pair("5000", 9002),
+                                 std::pair("9001", 9003), std::pair("9500", 9500)));
+}
+
+TEST_F(ServiceTest, HistoryHoldsTheTestsOfThatUserAndKeyAlone) {
+  answer(kSubmit, submission().dump());
+  EXPECT_EQ(history("u", "k").size(), 1U);
+  EXPECT_EQ(history("k", "u").size(), 0U);
+  EXPECT_EQ(history("U", "k").size(), 0U);
+}
+
+TEST_F(ServiceTest, PathIsDecodedOnceAndItsTextMeansNothing) {
+  for (const auto& [escaped, meant] :
+       {std::pair("%2E%2E", ".."), std::pair("..", ".."), std::pair("a%2Fb", "a/b"), std::pair("%252F", "%2F"),
+        std::pair("a+b", "a+b"), std::pair("%E6%9D%8E", "\u674e"), std::pair("a%3Fb%23", "a?b#"),
+        std::pair("x'%20OR%20'1'='1", "x' OR '1'='1")}) {
+    const std::string target = std::string("/vrdnx/user/sdkJonDiagnose2/") + escaped + "/key%2F" + escaped;
+    EXPECT_EQ(answer(target, submission().dump()).at("rspCode"), 0) << escaped;
+    EXPECT_THAT(rows("SELECT userId, appKey FROM tests ORDER BY id DESC LIMIT 1"),
+                ElementsAre(ElementsAre(meant, std::string("key/") + meant)));
+  }
+}
+
+TEST_F(ServiceTest, SqlIsStoredAsTheTextItIs) {
+  const std::string sql = "'); DROP TABLE tests; DELETE FROM profiles; --\";\\";
+  answer(kSubmit, submission({{"headset", "before"}}).dump());
+  answer(kRegister, profile({{"sdkUseId", sql}, {"username", sql}, {"phone", sql}}).dump());
+  answer(kSubmit, submission({{"headset", sql}, {"correctName", sql}}).dump());
+  EXPECT_EQ(history("' OR 1=1 --").size(), 0U);
+  EXPECT_THAT(rows("SELECT headset, correctName FROM tests"),
+              ElementsAre(ElementsAre("before", "Phone1,1"), ElementsAre(sql, sql)));
+  EXPECT_THAT(rows("SELECT userId, username, phone FROM profiles"), ElementsAre(ElementsAre(sql, sql, sql)));
+}
+
+}  // namespace
+}  // namespace orn::service
