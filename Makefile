@@ -8,7 +8,7 @@ bootstrap:
 	@scripts/bootstrap.sh
 
 run: bootstrap
-	@scripts/build.sh release
+	@scripts/build.sh release hearing-test
 	build/release/bin/hearing-test simulate
 
 test: bootstrap

@@ -10,8 +10,9 @@ install(EXPORT ORNHearingTestSDKTargets NAMESPACE ORN:: DESTINATION ${ORN_PACKAG
 
 # Every header that exports something, or that such a header includes.
 set(ORN_PRIVATE_HEADERS
-    LibraryFolder PerPlatform PosixFiles StereoGain WaveFile SimulatedAudioPlayer SimulatedAudioQueue
-    SimulatedMixer JsonReading Utf8)
+    CalibrationFetch DefaultsPlist DefaultsReading FileLock JsonReading LibraryFolder MainQueue PercentEscapes PerPlatform
+    PosixFiles PropertyList RequestCheck SimulatedAudioPlayer SimulatedAudioQueue SimulatedMixer StereoGain Transfer
+    TransferQueue UserFolders Utf8 WaveFile XmlText)
 list(TRANSFORM ORN_PRIVATE_HEADERS APPEND "\\.h")
 list(JOIN ORN_PRIVATE_HEADERS "|" ORN_PRIVATE_HEADERS)
 install(
@@ -19,6 +20,7 @@ install(
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
   FILES_MATCHING
   PATTERN "*.h"
+  PATTERN "*.inc"
   REGEX "/(${ORN_PRIVATE_HEADERS})$" EXCLUDE)
 
 configure_package_config_file(cmake/ORNHearingTestSDKConfig.cmake.in ORNHearingTestSDKConfig.cmake

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Configures and builds one preset: dev, release, asan or tsan.
+# Configures and builds one preset, dev, release, asan or tsan: all of it, or the targets named.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-preset=${1:?usage: scripts/build.sh PRESET}
+preset=${1:?usage: scripts/build.sh PRESET [TARGET ...]}
+shift
 cmake --preset "$preset" --log-level=NOTICE > /dev/null
-cmake --build --preset "$preset"
+cmake --build --preset "$preset" ${1:+--target "$@"}

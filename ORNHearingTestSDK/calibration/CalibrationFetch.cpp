@@ -10,8 +10,8 @@
 #include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 #include <ORNHearingTestSDK/common/PropertyList.h>
 #include <ORNHearingTestSDK/platform/FileManager.h>
+#include <ORNHearingTestSDK/platform/MainQueue.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
-#include <ORNHearingTestSDK/platform/RunLoop.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 
 namespace orn {
@@ -51,7 +51,7 @@ void askService(const FormFields& fields, const std::optional<std::string>& path
   setFormBody(request, fields);
   const Platform& platform = Platform::current();
   sendRequest(std::move(request),
-              [path, keep, files = platform.fileManager, loop = platform.runLoop, assign = std::move(assign),
+              [path, keep, files = platform.fileManager, main = MainQueue::current(), assign = std::move(assign),
                completion = std::move(completion)](const ServiceReply& reply, const json& dictionary) {
                 Reply records;
                 if (reply.body) {
@@ -60,7 +60,7 @@ void askService(const FormFields& fields, const std::optional<std::string>& path
                   if (kept) files->writeAtomically(*path, bytesOf(*kept));
                 }
                 // The session's own error alone is handed on: what does not parse counts as no error.
-                loop->dispatchAsync([records, assign, completion, error = reply.sessionError] {
+                main.dispatchAsync([records, assign, completion, error = reply.sessionError] {
                   if (records) assign(*records);
                   if (completion) completion(error);
                 });

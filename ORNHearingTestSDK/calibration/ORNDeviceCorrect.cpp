@@ -25,6 +25,7 @@ std::shared_ptr<ORNDeviceCorrect> ORNDeviceCorrect::initWithDictionary(const jso
 }
 
 std::shared_ptr<ORNDeviceCorrect> ORNDeviceCorrect::parse(std::string_view jsonText) {
+  if (isNestedTooDeep(jsonText)) return initWithDictionary(json::object());
   return initWithDictionary(json::parse(jsonText, nullptr, /*allow_exceptions=*/false));
 }
 

@@ -6,8 +6,8 @@
 
 #include <ORNHearingTestSDK/common/DateText.h>
 #include <ORNHearingTestSDK/platform/Device.h>
+#include <ORNHearingTestSDK/platform/MainQueue.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
-#include <ORNHearingTestSDK/platform/RunLoop.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 
@@ -46,10 +46,10 @@ void UserProfile::setAppUserID(std::optional<std::string> appUserID, std::option
                                {"BIRTHDAY", *birthday},
                                {"PHONE", *phone},
                                {"USERNAME", name}}};
-  sendRequest(std::move(request), [profile, defaults = platform.userDefaults, loop = platform.runLoop,
+  sendRequest(std::move(request), [profile, defaults = platform.userDefaults, main = MainQueue::current(),
                                    done = std::move(completionHandler)](const ServiceReply& reply, const auto&) {
     if (!reply.error()) store(*defaults, profile);
-    loop->dispatchAsync([done, error = reply.error()] {
+    main.dispatchAsync([done, error = reply.error()] {
       if (done) done(error);
     });
   });

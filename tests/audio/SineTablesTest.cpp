@@ -46,20 +46,4 @@ TEST(SineTables, EveryEntryFollowsTheRule) {
   }
 }
 
-TEST(SineTables, HalvesGoAwayFromZero) {
-  for (const std::size_t n : {32U, 160U}) EXPECT_EQ(entry(WAV_b_125_DATA, n), 16384) << n;
-  for (const std::size_t n : {224U, 352U}) EXPECT_EQ(entry(WAV_b_125_DATA, n), -16384) << n;
-}
-
-TEST(SineTables, AreFoundByTheSevenFrequenciesOnly) {
-  for (std::size_t i = 0; i < std::size(kTables); ++i) {
-    EXPECT_EQ(orn::kToneFrequencies[i], kTables[i].hz);
-    const auto found = orn::sineTable(kTables[i].hz);
-    ASSERT_TRUE(found);
-    EXPECT_EQ(found->data, kTables[i].full.data());
-    EXPECT_EQ(static_cast<std::size_t>(found->size), kTables[i].full.size());
-  }
-  for (const int hz : {750, 0, -125, 16000}) EXPECT_FALSE(orn::sineTable(hz)) << hz;
-}
-
 }  // namespace

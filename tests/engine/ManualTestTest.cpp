@@ -153,6 +153,7 @@ TEST(ManualCompletion, NeedsAThresholdOfEveryFrequencyOfBothEars) {
               ElementsAre("0 L 500hz 15db", "0 L -> 500hz 15db",
                           "0 complete L 500hz=15 1000hz=15 2000hz=15 4000hz=15 R 500hz=90 1000hz=30 2000hz=20 "
                           "4000hz=25"));
+  test.run(1);  // the service answers
 }
 
 TEST(ManualCompletion, ComesAgainWithASecondPress) {
@@ -164,6 +165,7 @@ TEST(ManualCompletion, ComesAgainWithASecondPress) {
   test.session->listened();
   EXPECT_EQ(test.takeTrace(), Lines(once.end() - 2, once.end()));
   EXPECT_THAT(test.submissions(), ElementsAre("L 40 R 40 model", "L 40 R 40 model"));
+  test.run(1);  // the service answers
 }
 
 TEST(ManualStart, EmptiesTheListOfItsEarAlone) {

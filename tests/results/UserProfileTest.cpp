@@ -120,6 +120,7 @@ TEST_F(SetAppUserID, BirthdayGoesOutAsADayOfTheLocalZone) {
   for (const auto& row : table) {
     const Zone zone(row.zone);
     call("id", {}, false, row.birthday, "1");
+    run();
     EXPECT_EQ(sent().at("birthday"), row.text) << row.zone;
   }
 }

@@ -17,9 +17,10 @@ void SimulatedMixer::addSource(Source* source) { sources_.push_back(source); }
 void SimulatedMixer::removeSource(Source* source) { std::erase(sources_, source); }
 
 void SimulatedMixer::catchUp() {
-  if (rendering_) return;
+  const auto runLoop = runLoop_.lock();
+  if (rendering_ || !runLoop) return;
   rendering_ = true;
-  for (std::int64_t due; (due = framesBy(runLoop_->now()) - frame_) > 0;) {
+  for (std::int64_t due; (due = framesBy(runLoop->now()) - frame_) > 0;) {
     render(static_cast<std::size_t>(std::min<std::int64_t>(due, kMostFrames)));
   }
   rendering_ = false;

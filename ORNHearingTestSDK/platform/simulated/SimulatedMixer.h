@@ -33,7 +33,8 @@ class SimulatedMixer {
     virtual void mixInto(Sums sums) = 0;
   };
 
-  explicit SimulatedMixer(std::shared_ptr<RunLoop> runLoop) : runLoop_(std::move(runLoop)) {}
+  /// The loop is not kept alive: what it holds may itself hold players, and so this mixer.
+  explicit SimulatedMixer(std::weak_ptr<RunLoop> runLoop) : runLoop_(std::move(runLoop)) {}
 
   void addSource(Source* source);
   void removeSource(Source* source);
@@ -48,7 +49,7 @@ class SimulatedMixer {
  private:
   void render(std::size_t frames);
 
-  std::shared_ptr<RunLoop> runLoop_;
+  std::weak_ptr<RunLoop> runLoop_;
   std::vector<Source*> sources_;
   std::deque<SimulatedAudioOutput::Listener> listeners_;  // stay in place while a listener adds another
   std::int64_t frame_ = 0;
