@@ -102,7 +102,7 @@ void ORNAutoHearingTest::targetItem(const Item& item) {
   const auto session = self(this);
   const int ears = earsStarted();
   ORNManualHearingTest::targetItem(item);
-  if (const Item next = getNextColnTestItem(); next && ears == earsStarted()) {
+  if (const Item next = getNextColnTestItem()) {
     Platform::current().runLoop->performAfterDelay(PresentationClock::untilNextFrequency,
                                                    [session, next] { session->testItem(next); });
     return;

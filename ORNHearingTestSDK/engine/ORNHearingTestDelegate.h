@@ -30,7 +30,8 @@ struct ORNHearingTestDelegate {
       completeWithLeftResult;
 
   /// A tone could not be started on the earphone path, since the ear's calibration record or the value that it needs is
-  /// missing. No level was recorded; the test has been paused. continueTest() tries the same tone again.
+  /// missing. No level was recorded; the test has been paused. In a timed test continueTest() tries the same tone
+  /// again, in a manual one playAtHz() does.
   std::function<void(ORNHearingTest& hearingTest, bool isLeft)> calibrationMissing;
 };
 

@@ -172,8 +172,10 @@ void ORNStandardHearingTest::targetItemAndCheck(const Item& item) {
 }
 
 void ORNStandardHearingTest::presentAfterPause(const Item& item) {
-  Platform::current().runLoop->performAfterDelay(PresentationClock::untilNextFrequency,
-                                                 [session = self(this), item] { session->testItem(item); });
+  Platform::current().runLoop->performAfterDelay(PresentationClock::untilNextFrequency, [session = self(this), item] {
+    // A tone that could not start has paused the test, and is told once.
+    if (!session->isCurrentToneMissing()) session->testItem(item);
+  });
 }
 
 void ORNStandardHearingTest::endEar(int ears) {

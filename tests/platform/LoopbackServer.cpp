@@ -17,15 +17,15 @@ constexpr std::chrono::seconds kGiveUp{20};
 std::string readRequest(int connection) {
   std::string request;
   std::size_t wanted = std::string::npos;
-  char bytes[4096];
+  char bytes[65'536];
   while (request.size() < wanted) {
     const ssize_t got = recv(connection, bytes, sizeof(bytes), 0);
     if (got <= 0) break;
     request.append(bytes, static_cast<std::size_t>(got));
     const std::size_t head = request.find("\r\n\r\n");
-    if (head == std::string::npos) continue;
+    if (wanted != std::string::npos || head == std::string::npos) continue;
     const std::size_t length = request.find("Content-Length: ");
-    wanted = head + 4 + (length < head ? std::stoul(request.substr(length + 16)) : 0);
+    wanted = head + 4 + (length < head ? std::stoul(request.substr(length + 16, 20)) : 0);
   }
   return request;
 }

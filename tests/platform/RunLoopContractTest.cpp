@@ -204,23 +204,6 @@ TYPED_TEST(RunLoopContract, ALoopThatGoesReleasesWhatWaitsAndLeavesHandlesHarmle
   timer->invalidate();
 }
 
-TEST(LinuxRunLoop, StopEndsRunAfterTheCallThatIsGoingOn) {
-  LinuxRunLoop loop;
-  std::string said;
-  loop.dispatchAsync([&] {
-    said += "a";
-    loop.stop();
-  });
-  loop.dispatchAsync([&] {
-    said += "b";
-    loop.stop();
-  });
-  loop.run();
-  EXPECT_EQ(said, "a");
-  loop.run();
-  EXPECT_EQ(said, "ab");
-}
-
 TEST(SimulatedRunLoop, JumpsFromCallToCallAndStandsAtTheEndOfTheSpan) {
   SimulatedRunLoop loop;
   std::vector<nanoseconds> called;

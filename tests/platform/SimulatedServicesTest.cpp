@@ -50,36 +50,22 @@ TEST(SimulatedAudioSession, PluggingChangesTheRouteAndTellsWhy) {
                         SimulatedAudioSession::kNewDeviceAvailable, 101, 100, 7));
 }
 
-TEST(SimulatedAudioSession, AnObserverThatWentAwayHearsNothing) {
-  SimulatedAudioSession session;
-  std::vector<int> gone, told;
-  auto going = observerInto(gone), goingInTheMiddle = observerInto(gone);
-  const auto ends =
-      std::make_shared<AudioSessionObserver>(AudioSessionObserver{[&](std::int32_t) { goingInTheMiddle.reset(); }, {}});
-  const auto stays = observerInto(told);
-  for (const auto& one : {going, std::shared_ptr(ends), goingInTheMiddle, stays}) session.addObserver(one);
-  going.reset();
-  session.unplug();
-  session.unplug();
-  EXPECT_THAT(gone, IsEmpty());
-  EXPECT_THAT(told, ElementsAre(2, 2));
-}
-
 TEST(SimulatedURLSession, RepliesByScriptAfterItsDelay) {
   const auto loop = std::make_shared<SimulatedRunLoop>();
   SimulatedURLSession session(loop);
   session.script("/app", {"general", {}});
   session.script("/app/score", {"score", {}}, 250ms);
   session.script("/app/late", {"late", {}}, 10001ms);
-  session.script("/app/edge", {"edge", {}}, 10000ms);
   session.script("/app/broken", {{}, Error{"json", 5, "broken"}});
   const struct {
     const char* url;
     std::chrono::milliseconds at;
     const char* reply;
-  } table[] = {{"http://host/app/history", 10ms, "general"},   {"http://host/app/score", 250ms, "score"},
-               {"http://host/app/late", 10000ms, "transport"}, {"http://host/app/edge", 10000ms, "edge"},
-               {"http://host/app/broken", 10ms, "json"},       {"http://host/other", 0ms, "transport"}};
+  } table[] = {{"http://host/app/history", 10ms, "general"},
+               {"http://host/app/score", 250ms, "score"},
+               {"http://host/app/late", 10000ms, "transport"},
+               {"http://host/app/broken", 10ms, "json"},
+               {"http://host/other", 0ms, "transport"}};
   for (const auto& [url, at, reply] : table) {
     std::vector<std::string> replies;
     const auto asked = loop->now();
@@ -94,7 +80,7 @@ TEST(SimulatedURLSession, RepliesByScriptAfterItsDelay) {
     EXPECT_THAT(replies, ElementsAre(reply)) << url;
     EXPECT_EQ(answered, at) << url;
   }
-  EXPECT_EQ(session.requests().size(), 6U);
+  EXPECT_EQ(session.requests().size(), 5U);
   EXPECT_EQ(session.requests().back().url, "http://host/other");
 }
 

@@ -2,8 +2,6 @@
 #include <thread>
 #include <utility>
 
-#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
-
 #include "ServiceScript.h"
 
 namespace orn {
@@ -66,10 +64,6 @@ TEST(FailureTable, TellsEachCallbackWhatCameOfItsRequest) {
           << code;
     }
   }
-}
-
-TEST(FailureTable, AnAcceptedHistoryWithoutAListGivesNeitherErrorNorList) {
-  EXPECT_EQ(heardBy("getListenTest", "{\"rspCode\":0}"), "ok");
   EXPECT_EQ(heardBy("getListenTest", "{\"rspCode\":0,\"listenTests\":null}"), "ok");
   EXPECT_EQ(heardBy("getListenTest", "{\"rspCode\":0,\"listenTests\":[]}"), "ok []");
 }
@@ -84,24 +78,6 @@ TEST(FailureTable, WithoutAKeyNothingIsSentAndNothingHeard) {
       EXPECT_EQ(script.requestCount(), 0U);
     }
   }
-}
-
-TEST(FailureTable, AnOperationWithoutACallbackIsServedAllTheSame) {
-  ServiceScript script;
-  script.knowsUser();
-  const auto session = ORNManualHearingTest::init();
-  ORNHearingTest::getListenTestWithCompletion(nullptr);
-  ORNHearingTest::listenTestWithLeft({}, {}, "", nullptr);
-  ORNManualHearingTest::postListenTestWithLeft({}, {}, false, 0, 0, {}, {}, {}, {}, "", nullptr);
-  ORNHearingTest::setAppUserID("another", {}, false, std::chrono::system_clock::time_point(), "", nullptr);
-  for (int again = 0; again < 2; ++again) {
-    session->setKV50MAC("A", nullptr);
-    session->getTestHistoryByMAC("A", nullptr);
-    session->setEarPlugModel("1", nullptr);
-    script.run();
-  }
-  EXPECT_EQ(script.requestCount(), 7U) << "the second round comes from the cache";
-  EXPECT_EQ(script.machine.userDefaults->value("USERID"), DefaultsValue("another"s));
 }
 
 /// Answers on threads of its own, as a real session does.
@@ -148,19 +124,6 @@ TEST(FailureTable, CallbacksComeOnTheMainThreadFromItsLoop) {
       EXPECT_THAT(calledOn, ElementsAre(std::this_thread::get_id())) << operation.name;
     }
   }
-}
-
-TEST(RegisterAppKey, ReplacesTheEarlierKeyOnTheDisk) {
-  ServiceScript script;
-  const auto defaults = std::make_shared<RecordingDefaults>();
-  Platform platform = script.machine.platform();
-  platform.userDefaults = defaults;
-  Platform::setCurrent(platform);
-  ORNHearingTest::registerAppKey("first");
-  defaults->changes.clear();
-  ORNHearingTest::registerAppKey("second");
-  EXPECT_THAT(defaults->changes, ElementsAre("remove APPKEY", "set APPKEY", "synchronize"));
-  EXPECT_EQ(defaults->value("APPKEY"), DefaultsValue("second"s));
 }
 
 }  // namespace

@@ -31,11 +31,6 @@ void ServiceScript::knowsUser(const std::string& appKey, const std::string& user
 
 void ServiceScript::run() { machine.virtualTime->runFor(std::chrono::milliseconds(100)); }
 
-URLRequest ServiceScript::request() const {
-  EXPECT_EQ(requestCount(), 1U);
-  return requestCount() == 1 ? machine.urlSession->requests().front() : URLRequest();
-}
-
 std::string told(const std::optional<Error>& error, const json& list) {
   std::string text = "ok";
   if (error) text = error->domain == "json" ? "json" : error->domain + " " + std::to_string(error->code);

@@ -3,7 +3,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -31,34 +30,9 @@ struct ServiceScript {
   /// A tenth of a second, ten times what the service needs.
   void run();
 
-  /// The only request so far; a failure of the test if there is none or there are more.
-  URLRequest request() const;
   std::size_t requestCount() const { return machine.urlSession->requests().size(); }
 
   SimulatedPlatform machine;
-};
-
-/// Settings that keep a record of how they were changed.
-class RecordingDefaults final : public UserDefaults {
- public:
-  std::optional<DefaultsValue> value(const std::string& key) const override { return values_.value(key); }
-  void setValue(const std::string& key, DefaultsValue value) override {
-    changes.push_back("set " + key);
-    values_.setValue(key, std::move(value));
-  }
-  void removeValue(const std::string& key) override {
-    changes.push_back("remove " + key);
-    values_.removeValue(key);
-  }
-  bool synchronize() override {
-    changes.emplace_back("synchronize");
-    return true;
-  }
-
-  std::vector<std::string> changes;
-
- private:
-  SimulatedUserDefaults values_;
 };
 
 /// What a callback was told, such as "ok", "transport 7 gone", "json" and, with a list, "ok [1,2]".

@@ -15,8 +15,9 @@ class FileLock {
  public:
   explicit FileLock(const std::string& path) : file_(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
     if (file_ < 0) return;
-    do held_ = flock(file_, LOCK_EX) == 0;
-    while (!held_ && errno == EINTR);
+    do {
+      held_ = flock(file_, LOCK_EX) == 0;
+    } while (!held_ && errno == EINTR);
   }
   ~FileLock() {
     if (file_ >= 0) close(file_);
