@@ -55,7 +55,7 @@ ssize_t readReply(void* state, std::uint64_t position, char* buffer, std::size_t
 void freeReply(void* state) { delete static_cast<HttpReply*>(state); }
 
 MHD_Result send(MHD_Connection* connection, HttpReply reply) {
-  constexpr std::size_t blockSize = 64 * 1024;
+  constexpr std::size_t blockSize = 65'536;
   auto owned = std::make_unique<HttpReply>(std::move(reply));
   const unsigned status = owned->status;
   MHD_Response* const response = MHD_create_response_from_callback(owned->body.size() + owned->padding, blockSize,

@@ -1,5 +1,7 @@
 #include "hearing-service/TestStore.h"
 
+#include <utility>
+
 namespace orn::service {
 namespace {
 
@@ -85,9 +87,10 @@ std::vector<StoredTest> TestStore::tests(const Account& account) {
   query.bind(account.appKey).bind(account.userId);
   std::vector<StoredTest> found;
   while (query.step()) {
-    StoredTest& test = found.emplace_back(query.integer(0), std::chrono::milliseconds(query.integer(1)), Fields());
+    StoredTest test{.id = query.integer(0), .createDate = std::chrono::milliseconds(query.integer(1)), .fields = {}};
     int column = 2;
     for (const std::string_view name : kTestFields) test.fields.emplace(name, query.text(column++));
+    found.push_back(std::move(test));
   }
   return found;
 }

@@ -2,6 +2,8 @@
 #include <cstdio>
 #include <exception>
 #include <stdexcept>
+#include <string>
+#include <utility>
 #include <CLI/CLI.hpp>
 
 #include "hearing-service/HearingService.h"
@@ -39,9 +41,7 @@ void serveUntilSignalled(orn::service::ServiceOptions options, bool printsBarePo
   sigwait(&signals, &signal);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   CLI::App app("The reference cloud service, on 127.0.0.1, with sample calibration for any hardware.",
                "hearing-service");
   orn::service::ServiceOptions options;
@@ -58,11 +58,19 @@ int main(int argc, char** argv) {
       ->check(checkMisbehaviour);
   try {
     app.parse(argc, argv);
-    if (!misbehaviour.empty()) options.misbehaviour = *misbehaviourNamed(misbehaviour);
-    serveUntilSignalled(std::move(options), printsPort);
-    return 0;
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
+  }
+  if (!misbehaviour.empty()) options.misbehaviour = *misbehaviourNamed(misbehaviour);
+  serveUntilSignalled(std::move(options), printsPort);
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "hearing-service: %s\n", error.what());
     return 1;
