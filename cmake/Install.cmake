@@ -10,7 +10,7 @@ install(EXPORT ORNHearingTestSDKTargets NAMESPACE ORN:: DESTINATION ${ORN_PACKAG
 
 # Every header that exports something, or that such a header includes.
 set(ORN_PRIVATE_HEADERS
-    CalibrationFetch DefaultsPlist DefaultsReading FileLock JsonReading LibraryFolder MainQueue PercentEscapes PerPlatform
+    CalibrationFetch DefaultsPlist DefaultsReading FileLock JsonReading LibraryFolder MainQueue PercentEscapes PerPlatform PlistXml
     PosixFiles PropertyList RequestCheck SimulatedAudioPlayer SimulatedAudioQueue SimulatedMixer StereoGain Transfer
     TransferQueue UserFolders Utf8 WaveFile XmlText)
 list(TRANSFORM ORN_PRIVATE_HEADERS APPEND "\\.h")

@@ -4,7 +4,7 @@
 
 #include <ORNHearingTestSDK/common/AES256.h>
 #include <ORNHearingTestSDK/common/Base64.h>
-#include <ORNHearingTestSDK/common/Utf8.h>
+#include <ORNHearingTestSDK/platform/Utf8.h>
 
 namespace orn {
 namespace {

@@ -2,35 +2,21 @@
 
 #include <plist/plist.h>
 
-#include <cstdlib>
 #include <limits>
-#include <memory>
-#include <string_view>
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/common/JsonReading.h>
-#include <ORNHearingTestSDK/common/Utf8.h>
+#include <ORNHearingTestSDK/platform/PlistXml.h>
+#include <ORNHearingTestSDK/platform/Utf8.h>
+#include <ORNHearingTestSDK/platform/XmlText.h>
 
 namespace orn {
 namespace {
 
 using nlohmann::json;
 
-struct PlistFree {
-  void operator()(void* node) const { plist_free(node); }
-};
-struct MemoryFree {
-  void operator()(char* text) const { std::free(text); }
-};
-using Node = std::unique_ptr<void, PlistFree>;
-using Text = std::unique_ptr<char, MemoryFree>;
-
-bool isPlain(const std::string& text) {
-  for (const char c : text) {
-    if (static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r') return false;
-  }
-  return isUtf8(text);
-}
+using Node = PlistNode;
+using Text = PlistText;
 
 Node nodeOf(const json& value, int depth);
 
@@ -48,7 +34,7 @@ Node dictionaryOf(const json& object, int depth) {
   Node node(plist_new_dict());
   for (const auto& [key, value] : object.items()) {
     Node element = nodeOf(value, depth + 1);
-    if (!element || !isPlain(key)) return nullptr;
+    if (!element || !isXmlText(key)) return nullptr;
     plist_dict_set_item(node.get(), key.c_str(), element.release());
   }
   return node;
@@ -64,7 +50,7 @@ Node nodeOf(const json& value, int depth) {
       return listOf(value, depth);
     case json::value_t::string: {
       const auto& text = value.get_ref<const std::string&>();
-      return Node(isPlain(text) ? plist_new_string(text.c_str()) : nullptr);
+      return Node(isXmlText(text) ? plist_new_string(text.c_str()) : nullptr);
     }
     case json::value_t::boolean:
       return Node(plist_new_bool(value.get<bool>() ? 1 : 0));
@@ -80,16 +66,6 @@ Node nodeOf(const json& value, int depth) {
     default:
       return nullptr;
   }
-}
-
-/// libplist frees a list level by level on the stack. A count of all levels bounds their depth, too.
-bool isNestedTooOften(std::string_view xml) {
-  constexpr int most = 10'000;
-  int count = 0;
-  for (const std::string_view opening : {"<array", "<dict"}) {
-    for (auto at = xml.find(opening); at != xml.npos; at = xml.find(opening, at + 1)) ++count;
-  }
-  return count > most;
 }
 
 std::optional<json> jsonOf(plist_t node, int depth);
@@ -166,23 +142,11 @@ std::optional<json> jsonOf(plist_t node, int depth) {
 
 std::optional<std::string> propertyListOf(const json& value) {
   const Node root = nodeOf(value, 0);
-  if (!root) return std::nullopt;
-  char* xml = nullptr;
-  std::uint32_t length = 0;
-  plist_to_xml(root.get(), &xml, &length);
-  const Text held(xml);
-  if (!xml) return std::nullopt;
-  return std::string(xml, length);
+  return root ? xmlOfPlist(root.get()) : std::nullopt;
 }
 
 std::optional<json> dictionaryOfPropertyList(std::span<const std::uint8_t> bytes) {
-  const std::string_view xml(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  if (xml.size() > std::numeric_limits<std::uint32_t>::max() || isNestedTooOften(xml)) return std::nullopt;
-  // On a text with NUL, libplist aborts.
-  if (xml.find('\0') != xml.npos) return std::nullopt;
-  plist_t parsed = nullptr;
-  plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &parsed);
-  const Node root(parsed);
+  const Node root = plistOfXml(bytes);
   if (!root || plist_get_node_type(root.get()) != PLIST_DICT) return std::nullopt;
   return jsonOf(root.get(), 0);
 }

@@ -44,11 +44,7 @@ void ORNAutoHearingTest::continueTest() {
   clock_.tickNow(tick());
 }
 
-void ORNAutoHearingTest::listened() {
-  if (!currentItem() || isCurrentToneMissing()) return;
-  currentItem()->setHearStatus(1);
-  currentItem()->stop();
-}
+void ORNAutoHearingTest::listened() { markHeard(); }
 
 void ORNAutoHearingTest::timerUpdate() {
   if (isCurrentToneMissing()) {
@@ -63,10 +59,7 @@ void ORNAutoHearingTest::timerUpdate() {
 void ORNAutoHearingTest::notListened() {
   const Item current = currentItem();
   if (!current) {
-    const Item first = getNextColnTestItem();
-    prepareAmplitude(first);
-    setCurrentItem(first);
-    testItem(first);
+    presentAtOnce(getNextColnTestItem());
     return;
   }
   current->setHearStatus(-1);

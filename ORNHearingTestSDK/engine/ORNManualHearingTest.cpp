@@ -179,6 +179,18 @@ void ORNManualHearingTest::prepareAmplitude(const Item& item) {
   item->setZhenfu(static_cast<float>(getKV50CorrectXByEar(isLeft_, *KV50MAC_, level, item->hzValue())));
 }
 
+void ORNManualHearingTest::presentAtOnce(const Item& item) {
+  prepareAmplitude(item);
+  setCurrentItem(item);
+  testItem(item);
+}
+
+void ORNManualHearingTest::markHeard() {
+  if (!currentItem() || isCurrentToneMissing_) return;
+  currentItem()->setHearStatus(1);
+  currentItem()->stop();
+}
+
 std::optional<float> ORNManualHearingTest::startTone(const Item& item) {
   if (!usesAudiometer()) return startEarphoneTone(item);
   Player::shareInstance()->play();

@@ -139,6 +139,14 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   /// one. Nothing on the earphone path or for an absent item.
   void prepareAmplitude(const Item& item);
 
+  /// Makes an item current and presents it, or makes nothing current. Since it is then the last item too, the stream
+  /// starts it at full amplitude, and that is meant.
+  void presentAtOnce(const Item& item);
+
+  /// Marks the current item as heard and silences its player; the search waits for the clock. Nothing for a tone that
+  /// could not be started.
+  void markHeard();
+
   /// The tone of the current item could not be started: it must be tried again, never judged.
   bool isCurrentToneMissing() const { return isCurrentToneMissing_; }
 

@@ -69,11 +69,7 @@ void ORNStandardHearingTest::continueTest() {
   clock_.tickNow(tick());
 }
 
-void ORNStandardHearingTest::listened() {
-  if (!currentItem() || isCurrentToneMissing()) return;
-  currentItem()->setHearStatus(1);
-  currentItem()->stop();
-}
+void ORNStandardHearingTest::listened() { markHeard(); }
 
 void ORNStandardHearingTest::timerUpdate() {
   if (isCurrentToneMissing()) {
@@ -90,10 +86,7 @@ void ORNStandardHearingTest::notListened() {
   const Item current = currentItem();
   if (!current) {
     testIndex_ = 0;
-    const Item first = getNextColnTestItem();
-    prepareAmplitude(first);
-    setCurrentItem(first);
-    testItem(first);
+    presentAtOnce(getNextColnTestItem());
     return;
   }
   current->setHearStatus(-1);
@@ -114,10 +107,7 @@ void ORNStandardHearingTest::hasListened() {
   if (!addStatusForItem(current, true)) {
     // The next frequency starts at once; the call that targetItem() has delayed presents it a second time, and is
     // meant.
-    const Item next = getNextColnTestItem();
-    prepareAmplitude(next);
-    setCurrentItem(next);
-    testItem(next);
+    presentAtOnce(getNextColnTestItem());
     return;
   }
   const Item quieter = current->prevItem();

@@ -1,6 +1,6 @@
 #include "hearing-service/Fields.h"
 
-#include <ORNHearingTestSDK/common/Utf8.h>
+#include <ORNHearingTestSDK/platform/Utf8.h>
 
 #include "hearing-service/BadRequest.h"
 

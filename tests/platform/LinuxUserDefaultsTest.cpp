@@ -219,9 +219,24 @@ TEST_F(LinuxUserDefaultsTest, ValuesOfOtherTypesStayInTheFile) {
   }
 }
 
+std::string nestedLists(int depth) {
+  std::string xml = "<plist version=\"1.0\"><dict><key>a</key>";
+  for (const char* tag : {"<array>", "</array>"}) {
+    for (int i = 0; i < depth; ++i) xml += tag;
+  }
+  return xml + "</dict></plist>";
+}
+
 TEST_F(LinuxUserDefaultsTest, ACorruptFileIsSetAside) {
-  const std::vector<std::string> table = {"", "garbage", "<plist version=\"1.0\"><array/></plist>",
-                                          "<plist version=\"1.0\"><dict><key>a</key><true/>", std::string(5000, '\0')};
+  using namespace std::string_literals;
+  const std::vector<std::string> table = {
+      "",
+      "garbage",
+      "<plist version=\"1.0\"><array/></plist>",
+      "<plist version=\"1.0\"><dict><key>a</key><true/>",
+      std::string(5000, '\0'),
+      nestedLists(1'000'000),
+      "<plist version=\"1.0\"><dict><key>a</key><string>\0</string></dict></plist>"s};
   std::string aside = path_ + ".corrupt";
   for (std::size_t i = 0; i < table.size(); ++i) {
     write(table[i]);

@@ -220,5 +220,26 @@ TEST(SimulatedRunLoop, JumpsFromCallToCallAndStandsAtTheEndOfTheSpan) {
   EXPECT_EQ(std::vector(called.end() - 2, called.end()), (std::vector<nanoseconds>{15ms, 16ms}));
 }
 
+TEST(LinuxRunLoop, StopEndsRunAfterTheCallThatIsGoingOn) {
+  LinuxRunLoop loop;
+  std::string said;
+  loop.dispatchAsync([&] {
+    said += "a";
+    loop.stop();
+  });
+  loop.dispatchAsync([&] {
+    said += "b";
+    loop.stop();
+  });
+  loop.run();
+  EXPECT_EQ(said, "a");
+  loop.run();
+  EXPECT_EQ(said, "ab");
+  loop.stop();
+  loop.dispatchAsync([&] { said += "c"; });
+  loop.run();
+  EXPECT_EQ(said, "ab");
+}
+
 }  // namespace
 }  // namespace orn

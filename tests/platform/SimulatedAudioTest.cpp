@@ -280,5 +280,22 @@ TEST_F(SimulatedAudio, AWaveFileIsReadWholeOrNotAtAll) {
   }
 }
 
+TEST_F(SimulatedAudio, QueuesAndPlayersMayOutliveTheirOutputAndAreSilentThen) {
+  int framesHeard = 0;
+  output_->addListener([&](auto, auto) { ++framesHeard; });
+  const auto queue = newQueue();
+  const auto player = looping({1, 2, 3});
+  queue->start();
+  player->play();
+  play(10);
+  output_.reset();
+  framesHeard = 0;
+  enqueue(*queue, {1, 2, 3});
+  loop_->runFor(std::chrono::seconds(1));
+  player->stop();
+  queue->pause();
+  EXPECT_EQ(framesHeard, 0);
+}
+
 }  // namespace
 }  // namespace orn

@@ -122,5 +122,20 @@ TEST_F(SimulatedFiles, AWriteThatBreaksOffLeavesTheOldFileAndNoOther) {
   EXPECT_EQ(entries(), 1U);
 }
 
+TEST(SimulatedAudioSession, AnObserverThatWentAwayHearsNothing) {
+  SimulatedAudioSession session;
+  std::vector<int> gone, told;
+  auto going = observerInto(gone), goingInTheMiddle = observerInto(gone);
+  const auto ends =
+      std::make_shared<AudioSessionObserver>(AudioSessionObserver{[&](std::int32_t) { goingInTheMiddle.reset(); }, {}});
+  const auto stays = observerInto(told);
+  for (const auto& one : {going, std::shared_ptr(ends), goingInTheMiddle, stays}) session.addObserver(one);
+  going.reset();
+  session.unplug();
+  session.unplug();
+  EXPECT_THAT(gone, IsEmpty());
+  EXPECT_THAT(told, ElementsAre(2, 2));
+}
+
 }  // namespace
 }  // namespace orn

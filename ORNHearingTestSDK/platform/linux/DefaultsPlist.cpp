@@ -1,6 +1,5 @@
 #include <ORNHearingTestSDK/platform/linux/DefaultsPlist.h>
 
-#include <locale.h>
 #include <plist/plist.h>
 
 #include <algorithm>
@@ -8,7 +7,7 @@
 #include <limits>
 #include <utility>
 
-#include <ORNHearingTestSDK/platform/linux/XmlText.h>
+#include <ORNHearingTestSDK/platform/XmlText.h>
 
 namespace orn {
 namespace {
@@ -22,27 +21,6 @@ constexpr std::int64_t earliest =
     std::chrono::duration_cast<seconds>(system_clock::time_point::min().time_since_epoch()).count();
 constexpr std::int64_t latest =
     std::chrono::duration_cast<seconds>(system_clock::time_point::max().time_since_epoch()).count();
-
-/// The number parser of libplist follows the locale, and a comma for a point would cut every real short.
-class PointForDecimals {
- public:
-  PointForDecimals() : plain_(newlocale(LC_NUMERIC_MASK, "C", nullptr)), before_(uselocale(plain_)) {}
-  ~PointForDecimals() {
-    uselocale(before_);
-    if (plain_) freelocale(plain_);
-  }
-  PointForDecimals(const PointForDecimals&) = delete;
-  PointForDecimals& operator=(const PointForDecimals&) = delete;
-
- private:
-  locale_t plain_;
-  locale_t before_;
-};
-
-struct FreeText {
-  void operator()(char* text) const { std::free(text); }
-};
-using Text = std::unique_ptr<char, FreeText>;
 
 std::int64_t secondsOf(system_clock::time_point date) {
   return std::max(earliest, std::int64_t{std::chrono::floor<seconds>(date.time_since_epoch()).count()});
@@ -118,29 +96,15 @@ std::optional<DefaultsValue> valueIn(plist_t item) {
 
 }  // namespace
 
-void DefaultsPlist::Release::operator()(void* node) const { plist_free(node); }
-
 DefaultsPlist::DefaultsPlist() : root_(plist_new_dict()) {}
 
 std::optional<DefaultsPlist> DefaultsPlist::fromXml(std::span<const std::uint8_t> bytes) {
-  if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
-  const PointForDecimals point;
-  plist_t root = nullptr;
-  plist_from_xml(reinterpret_cast<const char*>(bytes.data()), static_cast<std::uint32_t>(bytes.size()), &root);
-  DefaultsPlist list(root);
-  if (!PLIST_IS_DICT(root)) return std::nullopt;
-  return list;
+  PlistNode root = plistOfXml(bytes);
+  if (!PLIST_IS_DICT(root.get())) return std::nullopt;
+  return DefaultsPlist(std::move(root));
 }
 
-std::optional<std::vector<std::uint8_t>> DefaultsPlist::xml() const {
-  const PointForDecimals point;
-  char* text = nullptr;
-  std::uint32_t length = 0;
-  plist_to_xml(root_.get(), &text, &length);
-  const Text owned(text);
-  if (!text) return std::nullopt;
-  return std::vector<std::uint8_t>(text, text + length);
-}
+std::optional<std::string> DefaultsPlist::xml() const { return xmlOfPlist(root_.get()); }
 
 std::optional<DefaultsValue> DefaultsPlist::kept(DefaultsValue value) {
   if (const auto* const text = std::get_if<std::string>(&value); text && !isXmlText(*text)) return std::nullopt;
@@ -158,7 +122,7 @@ std::map<std::string, DefaultsValue> DefaultsPlist::values() const {
     char* key = nullptr;
     plist_t item = nullptr;
     plist_dict_next_item(root_.get(), place, &key, &item);
-    const Text owned(key);
+    const PlistText owned(key);
     if (!key || !item) break;
     if (auto value = valueIn(item)) all.insert_or_assign(key, std::move(*value));
   }

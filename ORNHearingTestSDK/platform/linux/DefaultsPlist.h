@@ -2,12 +2,12 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
-#include <vector>
+#include <utility>
 
+#include <ORNHearingTestSDK/platform/PlistXml.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
 
 namespace orn {
@@ -25,7 +25,7 @@ class DefaultsPlist {
   static std::optional<DefaultsPlist> fromXml(std::span<const std::uint8_t> bytes);
 
   /// Nothing if it can't be put into words.
-  std::optional<std::vector<std::uint8_t>> xml() const;
+  std::optional<std::string> xml() const;
 
   /// What a value will be when it comes back: a date is rounded down to the second. Nothing for a text that XML can't
   /// hold: one that is not UTF-8, or has control characters other than tab, line feed and carriage return.
@@ -39,13 +39,9 @@ class DefaultsPlist {
   void remove(const std::string& key);
 
  private:
-  struct Release {
-    void operator()(void* node) const;
-  };
+  explicit DefaultsPlist(PlistNode root) : root_(std::move(root)) {}
 
-  explicit DefaultsPlist(void* root) : root_(root) {}
-
-  std::unique_ptr<void, Release> root_;
+  PlistNode root_;
 };
 
 }  // namespace orn

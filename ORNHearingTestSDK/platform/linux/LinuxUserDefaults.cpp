@@ -4,10 +4,10 @@
 #include <utility>
 
 #include <ORNHearingTestSDK/platform/PosixFiles.h>
+#include <ORNHearingTestSDK/platform/XmlText.h>
 #include <ORNHearingTestSDK/platform/linux/DefaultsPlist.h>
 #include <ORNHearingTestSDK/platform/linux/FileLock.h>
 #include <ORNHearingTestSDK/platform/linux/UserFolders.h>
-#include <ORNHearingTestSDK/platform/linux/XmlText.h>
 
 namespace orn {
 namespace {
@@ -88,7 +88,7 @@ bool LinuxUserDefaults::store(DefaultsPlist& list) const {
     }
   }
   const auto xml = list.xml();
-  return xml && replaceFile(path_, *xml);
+  return xml && replaceFile(path_, {reinterpret_cast<const std::uint8_t*>(xml->data()), xml->size()});
 }
 
 }  // namespace orn

@@ -3,9 +3,6 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include <ORNHearingTestSDK/platform/LibraryFolder.h>
-#include <ORNHearingTestSDK/platform/PosixFiles.h>
-
 namespace orn {
 
 SimulatedFileManager::~SimulatedFileManager() {
@@ -22,21 +19,5 @@ std::string SimulatedFileManager::documentsDirectory() const {
   }
   return folder_;
 }
-
-std::optional<std::string> SimulatedFileManager::resourceBundle(const std::string& name) const {
-  return bundleBesideLibrary(name);
-}
-
-std::optional<std::vector<std::uint8_t>> SimulatedFileManager::contents(const std::string& path) const {
-  return readFile(path);
-}
-
-bool SimulatedFileManager::writeAtomically(const std::string& path, std::span<const std::uint8_t> bytes) {
-  return replaceFile(path, bytes);
-}
-
-bool SimulatedFileManager::fileExists(const std::string& path) const { return orn::fileExists(path); }
-
-bool SimulatedFileManager::removeFile(const std::string& path) { return orn::removeFile(path); }
 
 }  // namespace orn

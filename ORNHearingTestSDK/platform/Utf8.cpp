@@ -1,4 +1,4 @@
-#include <ORNHearingTestSDK/common/Utf8.h>
+#include <ORNHearingTestSDK/platform/Utf8.h>
 
 #include <array>
 #include <bit>

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace orn {
+
+// libplist, held so that its memory is freed and no file can bring it down. Any thread.
+
+struct PlistFree {
+  void operator()(void* node) const;
+};
+using PlistNode = std::unique_ptr<void, PlistFree>;
+
+struct PlistTextFree {
+  void operator()(char* text) const { std::free(text); }
+};
+using PlistText = std::unique_ptr<char, PlistTextFree>;
+
+/// The root of an XML property list; null if the bytes are none, or hold what libplist would crash on: NUL, or more
+/// than 10,000 lists and dictionaries, which could stand within each other.
+PlistNode plistOfXml(std::span<const std::uint8_t> bytes);
+
+/// Nothing if there is no memory. The node stays the caller's.
+std::optional<std::string> xmlOfPlist(void* node);
+
+}  // namespace orn
