@@ -13,9 +13,13 @@ void configureFor(AudioSessionCategory category) {
   session.setCategory(category, kAudioSessionCategoryOptionAllowBluetooth);
 }
 
+[[gnu::constructor]] void whenLibraryIsLoaded() { AudioRoute::load(); }
+
 bool holds(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
 
 }  // namespace
+
+void AudioRoute::load() { Platform::whenInForce(&AudioRoute::config); }
 
 void AudioRoute::config() { configAudioSession(); }
 

@@ -12,6 +12,10 @@ class ORN_EXPORT AudioRoute {
  public:
   AudioRoute() = delete;
 
+  /// Runs config() on each platform that comes into force, so that sound is set up before the host's first call. The
+  /// library calls it when it is loaded: it costs nothing then and asks nothing of the machine.
+  static void load();
+
   /// Sets the audio session up for playback, Bluetooth allowed; what the platform answers is not passed on.
   static void config();
   static void configAudioSession();

@@ -57,6 +57,7 @@ void ORNHearingTest::listened() {}
 std::optional<EarResult> ORNHearingTest::getTestResult(bool /*isLeft*/) const { return std::nullopt; }
 void ORNHearingTest::playAtHz(const std::string& /*hz*/, const std::string& /*db*/) {}
 
+void ORNHearingTest::load() { AudioRoute::load(); }
 void ORNHearingTest::config() { AudioRoute::config(); }
 void ORNHearingTest::configAudioSession() { AudioRoute::configAudioSession(); }
 void ORNHearingTest::configAudioSessionToPlayAndRecord() { AudioRoute::configAudioSessionToPlayAndRecord(); }

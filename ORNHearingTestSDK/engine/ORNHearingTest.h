@@ -88,7 +88,8 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
 
   // Class operations that other units own.
 
-  /// AudioRoute::config.
+  /// AudioRoute::load, which has run by the time the host's code starts, and AudioRoute::config.
+  static void load();
   static void config();
   static void configAudioSession();
   static void configAudioSessionToPlayAndRecord();

@@ -20,6 +20,11 @@ std::vector<PlatformBound*>& bound() {
   return all;
 }
 
+std::vector<void (*)()>& callsWhenInForce() {
+  static std::vector<void (*)()> all;
+  return all;
+}
+
 }  // namespace
 
 PlatformBound::PlatformBound() { bound().push_back(this); }
@@ -36,11 +41,17 @@ void Platform::setCurrent(Platform platform) {
   }
   clearCurrent();
   slot() = std::move(platform);
+  for (const auto call : callsWhenInForce()) call();
 }
 
 void Platform::clearCurrent() {
   for (PlatformBound* one : bound()) one->release();
   slot().reset();
+}
+
+void Platform::whenInForce(void (*call)()) {
+  callsWhenInForce().push_back(call);
+  if (slot()) call();
 }
 
 }  // namespace orn

@@ -36,6 +36,10 @@ struct ORN_EXPORT Platform {
 
   /// Takes the platform in force away and lets go of its single instances. Main thread.
   static void clearCurrent();
+
+  /// Makes a call each time a platform has come into force, and at once if one is. Main thread; the library itself does
+  /// so while it is being loaded.
+  static void whenInForce(void (*call)());
 };
 
 }  // namespace orn

@@ -10,6 +10,7 @@
 #include <ORNHearingTestSDK/audio/AudioRoute.h>
 #include <ORNHearingTestSDK/audio/ORNPlayer.h>
 #include <ORNHearingTestSDK/audio/ORNPlayerByArray.h>
+#include <ORNHearingTestSDK/audio/ORNSystemVolumeManager.h>
 #include <ORNHearingTestSDK/audio/Player.h>
 #include <ORNHearingTestSDK/audio/SineTables.h>
 #include <ORNHearingTestSDK/audio/WaveChange.h>
@@ -316,6 +317,27 @@ TEST_F(Route, TheAudiometersAddressIsThatOfTheLastOutputThatMatches) {
     machine_.audioSession->setRoute(route, "HeadsetBT", 0);
     EXPECT_EQ(AudioRoute::getKV50Mac(), address) << &route - &table[0].route;
   }
+}
+
+TEST_F(Route, APlatformThatComesIntoForceIsSetUpForPlayback) {
+  EXPECT_EQ(machine_.audioSession->active(), true);
+  EXPECT_EQ(machine_.audioSession->category(), AudioSessionCategory::Playback);
+  EXPECT_EQ(machine_.audioSession->categoryOptions(), kAudioSessionCategoryOptionAllowBluetooth);
+  AudioRoute::configAudioSessionToPlayAndRecord();
+  EXPECT_EQ(machine_.audioSession->category(), AudioSessionCategory::PlayAndRecord);
+}
+
+TEST_F(Route, TheVolumeIsSavedDrivenToFullAndPutBack) {
+  machine_.audioSession->setOutputVolume(0.25F);
+  ORNSystemVolumeManager::saveSystemVolume();
+  ORNSystemVolumeManager::setSystemVolumeToMax();
+  EXPECT_EQ(ORNSystemVolumeManager::getSystemVolume(), 1);
+  ORNSystemVolumeManager::reStoreSystemVolume();
+  EXPECT_EQ(machine_.audioSession->outputVolume(), 0.25F);
+
+  Platform::setCurrent(machine_.platform());
+  ORNSystemVolumeManager::reStoreSystemVolume();
+  EXPECT_EQ(machine_.audioSession->outputVolume(), 0) << "nothing was saved on this platform";
 }
 
 }  // namespace
