@@ -6,11 +6,13 @@ packages=(
   # tools
   ccache clang-format clang-tidy cmake g++ git make ninja-build
   # what the library is made of
-  libcurl4-openssl-dev libplist-dev libssl-dev nlohmann-json3-dev pkg-config
+  libcurl4-openssl-dev libplist-dev libpulse-dev libssl-dev nlohmann-json3-dev pkg-config
   # the programs
   libcli11-dev libmicrohttpd-dev libsqlite3-dev
   # tests and benchmarks
   libbenchmark-dev libgmock-dev libgtest-dev
+  # sound servers for the tests
+  dbus pipewire-pulse pulseaudio pulseaudio-utils wireplumber
 )
 
 missing=()

@@ -9,6 +9,8 @@
 #include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
 #include <ORNHearingTestSDK/calibration/LevelMapping.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/platform/AudioOutput.h>
+#include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/results/ResultSubmission.h>
 
 namespace orn {
@@ -127,6 +129,7 @@ void ORNManualHearingTest::startTest(bool isLeft) {
   isLeft_ = isLeft;
   per_ = 0;
   resultArray(isLeft).clear();
+  Platform::current().audioOutput->useCurrentDevice();
   if (!usesAudiometer()) return;
   const auto player = Player::shareInstance();
   player->setDataSouce(self<PlayerGetDataSouce>(this));

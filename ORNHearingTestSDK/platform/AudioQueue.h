@@ -35,7 +35,8 @@ struct AudioQueueBuffer {
 /// Streaming output of one sound: buffers are enqueued, played in order, and handed back one by one.
 ///
 /// A queue that runs dry plays silence and goes on when a buffer is enqueued. It never moves to another output by
-/// itself: if its device goes, it falls silent. Operations may be called from the main thread and, enqueueBuffer() and
+/// itself: if its device goes, it falls silent, and what was queued comes after a start() with the device back.
+/// Operations may be called from the main thread and, enqueueBuffer() and
 /// setVolume() only, from within the callback. The destructor waits for a running callback and drops what is queued.
 class ORN_EXPORT AudioQueue {
  public:

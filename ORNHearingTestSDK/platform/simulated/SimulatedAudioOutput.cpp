@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include <ORNHearingTestSDK/platform/PlayableFormat.h>
 #include <ORNHearingTestSDK/platform/PosixFiles.h>
 #include <ORNHearingTestSDK/platform/WaveFile.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedAudioPlayer.h>
@@ -9,16 +10,6 @@
 #include <ORNHearingTestSDK/platform/simulated/SimulatedMixer.h>
 
 namespace orn {
-namespace {
-
-bool isPlayable(const AudioStreamBasicDescription& format) {
-  return format.mFormatID == kAudioFormatLinearPCM && format.mSampleRate == 48000 && format.mChannelsPerFrame == 1 &&
-         format.mBitsPerChannel == 16 &&
-         format.mFormatFlags == (kLinearPCMFormatFlagIsSignedInteger | kLinearPCMFormatFlagIsPacked);
-}
-
-}  // namespace
-
 SimulatedAudioOutput::SimulatedAudioOutput(std::shared_ptr<RunLoop> runLoop)
     : mixer_(std::make_shared<SimulatedMixer>(runLoop)) {
   const std::weak_ptr<SimulatedMixer> mixer = mixer_;

@@ -3,13 +3,18 @@
 #include <algorithm>
 #include <utility>
 
+#include <ORNHearingTestSDK/platform/AudioSessionObservers.h>
+
 namespace orn {
+
+SimulatedAudioSession::SimulatedAudioSession() : observers_(std::make_unique<AudioSessionObservers>()) {}
+SimulatedAudioSession::~SimulatedAudioSession() = default;
 
 void SimulatedAudioSession::setRoute(AudioRouteDescription route, std::optional<std::string> text,
                                      std::int32_t reason) {
   route_ = std::move(route);
   text_ = std::move(text);
-  tell(&AudioSessionObserver::routeChange, reason);
+  observers_->tell(&AudioSessionObserver::routeChange, reason);
 }
 
 void SimulatedAudioSession::plugAudiometer(const std::string& name, const std::string& address) {
@@ -24,7 +29,9 @@ void SimulatedAudioSession::unplug() {
   setRoute({{}, {{"Speaker", "Built-In Speaker"}}}, "Speaker", kAudioSessionRouteChangeReasonOldDeviceUnavailable);
 }
 
-void SimulatedAudioSession::interrupt(std::int32_t type) { tell(&AudioSessionObserver::interruption, type); }
+void SimulatedAudioSession::interrupt(std::int32_t type) {
+  observers_->tell(&AudioSessionObserver::interruption, type);
+}
 
 std::error_code SimulatedAudioSession::setActive(bool active) {
   active_ = active;
@@ -44,17 +51,7 @@ std::error_code SimulatedAudioSession::setOutputVolume(float volume) {
 }
 
 void SimulatedAudioSession::addObserver(std::weak_ptr<const AudioSessionObserver> observer) {
-  std::erase_if(observers_, [](const auto& one) { return one.expired(); });
-  observers_.push_back(std::move(observer));
-}
-
-template <class Notice>
-void SimulatedAudioSession::tell(Notice AudioSessionObserver::*notice, std::int32_t value) {
-  // A copy: an observer may add observers.
-  for (const auto& one : std::vector(observers_)) {
-    const auto observer = one.lock();
-    if (observer && (*observer).*notice) ((*observer).*notice)(value);
-  }
+  observers_->add(std::move(observer));
 }
 
 }  // namespace orn

@@ -1,17 +1,22 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include <ORNHearingTestSDK/platform/AudioSession.h>
 
 namespace orn {
 
+class AudioSessionObservers;
+
 /// A route, a volume and notices by script. Main thread; notices go out from within the scripting operations.
 class ORN_EXPORT SimulatedAudioSession final : public AudioSession {
  public:
   static constexpr std::int32_t kNewDeviceAvailable = 1;
+
+  SimulatedAudioSession();
+  ~SimulatedAudioSession() override;
 
   /// Puts a route in force and tells the observers why.
   void setRoute(AudioRouteDescription route, std::optional<std::string> text, std::int32_t reason);
@@ -41,9 +46,6 @@ class ORN_EXPORT SimulatedAudioSession final : public AudioSession {
   void addObserver(std::weak_ptr<const AudioSessionObserver> observer) override;
 
  private:
-  template <class Notice>
-  void tell(Notice AudioSessionObserver::*notice, std::int32_t value);
-
   AudioRouteDescription route_{{}, {{"Speaker", "Built-In Speaker"}}};
   std::optional<std::string> text_ = "Speaker";
   float volume_ = 0.5F;
@@ -51,7 +53,7 @@ class ORN_EXPORT SimulatedAudioSession final : public AudioSession {
   std::optional<AudioSessionCategory> category_;
   std::uint32_t options_ = 0;
   int timesConfigured_ = 0;
-  std::vector<std::weak_ptr<const AudioSessionObserver>> observers_;
+  std::unique_ptr<AudioSessionObservers> observers_;
 };
 
 }  // namespace orn

@@ -1,0 +1,42 @@
+#include <ORNHearingTestSDK/platform/linux/LinuxAudioOutput.h>
+
+#include <utility>
+
+#include <ORNHearingTestSDK/platform/PlayableFormat.h>
+#include <ORNHearingTestSDK/platform/PosixFiles.h>
+#include <ORNHearingTestSDK/platform/WaveFile.h>
+#include <ORNHearingTestSDK/platform/linux/LinuxAudioPlayer.h>
+#include <ORNHearingTestSDK/platform/linux/LinuxAudioQueue.h>
+
+namespace orn {
+
+LinuxAudioOutput::LinuxAudioOutput(std::shared_ptr<SoundServer> server)
+    : device_(std::make_shared<SoundDevice>(std::move(server))) {}
+
+LinuxAudioOutput::~LinuxAudioOutput() {
+  const PulseLock lock(device_->connection());
+  device_->close();
+}
+
+std::error_code LinuxAudioOutput::useCurrentDevice() {
+  return device_->chooseCurrent() ? std::error_code{} : std::make_error_code(std::errc::no_such_device);
+}
+
+std::unique_ptr<AudioQueue> LinuxAudioOutput::newOutputQueue(const AudioStreamBasicDescription& format,
+                                                             AudioQueue::OutputCallback callback) {
+  if (!isPlayable(format)) return nullptr;
+  return std::make_unique<LinuxAudioQueue>(device_, std::move(callback));
+}
+
+std::unique_ptr<AudioPlayer> LinuxAudioOutput::playerWithContentsOfFile(const std::string& path) {
+  const auto file = readFile(path);
+  return file ? playerWithData(*file) : nullptr;
+}
+
+std::unique_ptr<AudioPlayer> LinuxAudioOutput::playerWithData(std::span<const std::uint8_t> wavFile) {
+  auto samples = samplesOfWaveFile(wavFile);
+  if (!samples) return nullptr;
+  return std::make_unique<LinuxAudioPlayer>(device_, std::move(*samples));
+}
+
+}  // namespace orn

@@ -1,0 +1,150 @@
+#include <ORNHearingTestSDK/platform/linux/LinuxAudioQueue.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+#include <ORNHearingTestSDK/platform/StereoGain.h>
+
+namespace orn {
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "samples go to the server as they stand");
+
+constexpr std::uint32_t kBlockBytes = 7680;  // 80 ms
+constexpr PulseStreamFormat kFormat{.channels = 1, .bufferBytes = 3 * kBlockBytes, .requestBytes = kBlockBytes};
+
+}  // namespace
+
+LinuxAudioQueue::LinuxAudioQueue(std::shared_ptr<SoundDevice> device, OutputCallback callback)
+    : device_(std::move(device)),
+      stream_(device_, kFormat, *this),
+      callbacks_([this, callback = std::move(callback)](AudioQueueBuffer& buffer) { callback(*this, buffer); }) {}
+
+LinuxAudioQueue::~LinuxAudioQueue() {
+  const PulseLock lock(device_->connection());
+  isRunning_ = false;
+  stream_.close();
+}
+
+AudioQueueBuffer* LinuxAudioQueue::allocateBuffer(std::uint32_t byteSize) {
+  auto buffer = std::make_unique<Buffer>();
+  buffer->room.resize(byteSize);
+  buffer->samples.reserve(byteSize / 2);
+  buffer->mAudioData = buffer->room;
+  const PulseLock lock(device_->connection());
+  Buffer* made = buffers_.emplace_back(std::move(buffer)).get();
+  for (Line* line : {&waiting_, &written_, &returned_}) line->reserve(buffers_.size());
+  scaled_.reserve(std::max(scaled_.capacity(), made->samples.capacity()));
+  callbacks_.reserve(buffers_.size());
+  return made;
+}
+
+LinuxAudioQueue::Buffer* LinuxAudioQueue::own(const AudioQueueBuffer& buffer) {
+  const auto one =
+      std::find_if(buffers_.begin(), buffers_.end(), [&](const auto& candidate) { return candidate.get() == &buffer; });
+  return one == buffers_.end() ? nullptr : one->get();
+}
+
+std::error_code LinuxAudioQueue::enqueueBuffer(AudioQueueBuffer& buffer) {
+  const PulseLock lock(device_->connection());
+  const std::size_t size = std::min<std::size_t>(buffer.mAudioDataByteSize, buffer.mAudioData.size());
+  Buffer* enqueued = own(buffer);
+  if (!enqueued || size < 2) return std::make_error_code(std::errc::invalid_argument);
+  withdraw(*enqueued);
+  enqueued->samples.resize(size / 2);
+  std::memcpy(enqueued->samples.data(), buffer.mAudioData.data(), size / 2 * 2);
+  waiting_.push_back(enqueued);
+  write();
+  return {};
+}
+
+/// Gives up the place of a buffer, wherever it is on its way.
+void LinuxAudioQueue::withdraw(Buffer& buffer) {
+  if (std::find(written_.begin(), written_.end(), &buffer) != written_.end()) {
+    // The server gives back all or nothing.
+    stream_.drop();
+    takeBackFromServer();
+  }
+  std::erase(waiting_, &buffer);
+  std::erase(returned_, &buffer);
+  callbacks_.forget(buffer);
+}
+
+/// What the server held is to be written again, before anything else.
+void LinuxAudioQueue::takeBackFromServer() {
+  waiting_.insert(waiting_.begin(), written_.begin(), written_.end());
+  written_.clear();
+}
+
+std::error_code LinuxAudioQueue::setVolume(float volume) {
+  const PulseLock lock(device_->connection());
+  volume_ = std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F);
+  return {};
+}
+
+std::error_code LinuxAudioQueue::start() {
+  device_->chooseIfNone();
+  const PulseLock lock(device_->connection());
+  isRunning_ = true;
+  callbacks_.setHeldBack(false);
+  if (const std::error_code error = stream_.open()) return error;
+  write();
+  return stream_.play();
+}
+
+std::error_code LinuxAudioQueue::pause() {
+  const PulseLock lock(device_->connection());
+  isRunning_ = false;
+  callbacks_.setHeldBack(true);
+  return stream_.pause();
+}
+
+std::error_code LinuxAudioQueue::stop() {
+  const PulseLock lock(device_->connection());
+  isRunning_ = false;
+  callbacks_.setHeldBack(true);
+  callbacks_.forgetAll();
+  const std::error_code paused = stream_.pause(), dropped = stream_.drop();
+  for (Line* line : {&waiting_, &written_, &returned_}) line->clear();
+  return paused ? paused : dropped;
+}
+
+void LinuxAudioQueue::serverWantsSamples() {
+  write();
+  if (isRunning_) handBackWhatIsPlayed();
+}
+
+void LinuxAudioQueue::write() {
+  while (!waiting_.empty()) {
+    Buffer& next = *waiting_.front();
+    std::span<const std::int16_t> samples = next.samples;
+    if (stream_.room() < samples.size_bytes()) return;
+    if (volume_ != 1) {
+      scaled_.resize(samples.size());
+      std::transform(samples.begin(), samples.end(), scaled_.begin(),
+                     [this](std::int16_t one) { return static_cast<std::int16_t>(scaledSample(one, volume_)); });
+      samples = scaled_;
+    }
+    if (stream_.write(samples)) return;
+    waiting_.erase(waiting_.begin());
+    written_.push_back(&next);
+  }
+}
+
+/// Room beyond what the buffers that are away will fill again means that the oldest one was played.
+void LinuxAudioQueue::handBackWhatIsPlayed() {
+  std::size_t away = 0;
+  for (const Buffer* buffer : returned_) away += 2 * buffer->samples.size();
+  while (waiting_.empty() && !written_.empty() && stream_.room() >= away + 2 * written_.front()->samples.size()) {
+    Buffer& played = *written_.front();
+    written_.erase(written_.begin());
+    returned_.push_back(&played);
+    away += 2 * played.samples.size();
+    callbacks_.add(played);
+  }
+}
+
+}  // namespace orn

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/AudioQueue.h>
+#include <ORNHearingTestSDK/platform/linux/CallbackThread.h>
+#include <ORNHearingTestSDK/platform/linux/PulseStream.h>
+
+namespace orn {
+
+/// A queue whose buffers are written to the sound server as it asks for them. A buffer is handed back when the server
+/// has played as much as it holds, or has room for more than all that is enqueued.
+class LinuxAudioQueue final : public AudioQueue, private PulseStream::Writer {
+ public:
+  LinuxAudioQueue(std::shared_ptr<SoundDevice> device, OutputCallback callback);
+  ~LinuxAudioQueue() override;
+
+  AudioQueueBuffer* allocateBuffer(std::uint32_t byteSize) override;
+  std::error_code enqueueBuffer(AudioQueueBuffer& buffer) override;
+  std::error_code setVolume(float volume) override;
+  std::error_code start() override;
+  std::error_code pause() override;
+  std::error_code stop() override;
+
+ private:
+  struct Buffer : AudioQueueBuffer {
+    std::vector<std::uint8_t> room;
+    std::vector<std::int16_t> samples;
+  };
+  using Line = std::vector<Buffer*>;
+
+  Buffer* own(const AudioQueueBuffer& buffer);
+  void withdraw(Buffer& buffer);
+  void takeBackFromServer();
+  void write();
+  void handBackWhatIsPlayed();
+
+  void serverWantsSamples() override;
+  void deviceWasLost() override { takeBackFromServer(); }
+
+  std::shared_ptr<SoundDevice> device_;
+  // All of these are guarded by the connection's lock.
+  PulseStream stream_;
+  std::vector<std::unique_ptr<Buffer>> buffers_;
+  Line waiting_;   // enqueued, the next one first
+  Line written_;   // with the server, the oldest first
+  Line returned_;  // handed back and not enqueued again
+  std::vector<std::int16_t> scaled_;
+  float volume_ = 1;
+  bool isRunning_ = false;
+  CallbackThread callbacks_;  // last: it goes first, and its callback needs the rest
+};
+
+}  // namespace orn

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+
+#include <ORNHearingTestSDK/platform/AudioSession.h>
+#include <ORNHearingTestSDK/platform/AudioSessionObservers.h>
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+#include <ORNHearingTestSDK/platform/linux/OutputVolumes.h>
+#include <ORNHearingTestSDK/platform/linux/SoundServer.h>
+
+namespace orn {
+
+/// The sound of the user's session as its sound server tells of it: the route is the default output. The server is
+/// asked at the first question or observer, not before. Notices of interruptions come when the server asks the sound to
+/// make way, for a call say; the tone is the host's to silence.
+class LinuxAudioSession final : public AudioSession {
+ public:
+  LinuxAudioSession(std::shared_ptr<SoundServer> server, std::weak_ptr<RunLoop> runLoop);
+  ~LinuxAudioSession() override;
+
+  /// The server knows neither activation nor categories: whatever plays is active.
+  std::error_code setActive(bool) override { return {}; }
+  std::error_code setCategory(AudioSessionCategory, std::uint32_t) override { return {}; }
+
+  std::optional<std::string> routeText() const override;
+  AudioRouteDescription currentRoute() const override;
+  float outputVolume() const override;
+  std::error_code setOutputVolume(float volume) override { return volumes_.set(volume); }
+  void addObserver(std::weak_ptr<const AudioSessionObserver> observer) override;
+
+ private:
+  void tellOnMainThread(AudioSessionObservers::Notice notice, std::int32_t value);
+
+  std::shared_ptr<SoundServer> server_;
+  std::weak_ptr<RunLoop> runLoop_;
+  std::shared_ptr<AudioSessionObservers> observers_ = std::make_shared<AudioSessionObservers>();
+  OutputVolumes volumes_;
+  std::list<SoundServer::StateObserver>::iterator stateObserver_;
+};
+
+}  // namespace orn

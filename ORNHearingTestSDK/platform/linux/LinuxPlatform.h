@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <ORNHearingTestSDK/platform/Platform.h>
+
+namespace orn {
+
+class AudioOutput;
+class AudioSession;
+class RunLoop;
+
+/// Output and session of one sound server, which share one connection to it.
+struct LinuxSound {
+  std::shared_ptr<AudioOutput> output;
+  std::shared_ptr<AudioSession> session;
+};
+
+/// The sound of this machine through PulseAudio or PipeWire's server of the same protocol. Nothing is connected to
+/// before the first question, and a machine without a server is one without outputs. An empty server text is the user's
+/// own server; else it is one as PULSE_SERVER would name it. The name is what the user's mixer shows. Main thread.
+ORN_EXPORT LinuxSound linuxSound(const std::shared_ptr<RunLoop>& runLoop, const std::string& applicationName,
+                                 const std::string& server = {});
+
+/// This machine whole: its sound, network, files, settings and device, with the given run loop. The identifier names
+/// the application's folders, such as "org.example.app".
+ORN_EXPORT Platform linuxPlatform(std::shared_ptr<RunLoop> runLoop, const std::string& applicationIdentifier,
+                                  const std::string& applicationVersion);
+
+}  // namespace orn

@@ -1,0 +1,119 @@
+#include <ORNHearingTestSDK/platform/linux/PulseConnection.h>
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+#include <pulse/rtclock.h>
+
+namespace orn {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::chrono::milliseconds kFirstDelay = 100ms, kLongestDelay = 5s, kLongestWait = 1s;
+
+pa_usec_t after(std::chrono::microseconds delay) { return pa_rtclock_now() + static_cast<pa_usec_t>(delay.count()); }
+
+}  // namespace
+
+PulseConnection::PulseConnection(std::string applicationName, std::string server)
+    : applicationName_(std::move(applicationName)),
+      server_(std::move(server)),
+      loop_(pa_threaded_mainloop_new()),
+      delay_(kFirstDelay) {
+  if (!loop_) throw std::bad_alloc();
+}
+
+PulseConnection::~PulseConnection() {
+  {
+    const PulseLock lock(*this);
+    if (retry_) pa_threaded_mainloop_get_api(loop_)->time_free(retry_);
+    lose();
+  }
+  if (isRunning_) pa_threaded_mainloop_stop(loop_);
+  pa_threaded_mainloop_free(loop_);
+}
+
+void PulseConnection::connect() {
+  const PulseLock lock(*this);
+  if (isRunning_) return;
+  tryToConnect();
+  isRunning_ = pa_threaded_mainloop_start(loop_) == 0;
+}
+
+bool PulseConnection::waitUntilReady() {
+  connect();
+  const PulseLock lock(*this);
+  if (!isRunning_) return false;
+  waitUntil([this] { return hasAnswered_; });
+  hasAnswered_ = true;  // a server that says nothing is none, and is waited for once
+  return context() != nullptr;
+}
+
+pa_context* PulseConnection::context() const {
+  return context_ && pa_context_get_state(context_) == PA_CONTEXT_READY ? context_ : nullptr;
+}
+
+bool PulseConnection::waitUntil(const std::function<bool()>& holds) {
+  struct Wait {
+    PulseConnection& connection;
+    bool isOver = false;
+  } wait{*this};
+  const auto end = [](pa_mainloop_api*, pa_time_event*, const timeval*, void* waiting) {
+    static_cast<Wait*>(waiting)->isOver = true;
+    static_cast<Wait*>(waiting)->connection.signal();
+  };
+  pa_time_event* limit = context_ ? pa_context_rttime_new(context_, after(kLongestWait), end, &wait) : nullptr;
+  while (limit && !wait.isOver && !holds()) pa_threaded_mainloop_wait(loop_);
+  if (limit) pa_threaded_mainloop_get_api(loop_)->time_free(limit);
+  return holds();
+}
+
+void PulseConnection::tryToConnect() {
+  lose();
+  context_ = pa_context_new(pa_threaded_mainloop_get_api(loop_), applicationName_.c_str());
+  if (!context_) throw std::bad_alloc();
+  pa_context_set_state_callback(
+      context_, [](pa_context*, void* self) { static_cast<PulseConnection*>(self)->stateChanged(); }, this);
+  const char* server = server_.empty() ? nullptr : server_.c_str();
+  if (pa_context_connect(context_, server, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) tryLater();
+}
+
+void PulseConnection::stateChanged() {
+  const pa_context_state_t state = pa_context_get_state(context_);
+  if (state == PA_CONTEXT_READY) {
+    hasAnswered_ = wasReady_ = true;
+    delay_ = kFirstDelay;
+    if (onReady) onReady();
+  } else if (!PA_CONTEXT_IS_GOOD(state)) {
+    tryLater();
+  }
+  signal();
+}
+
+void PulseConnection::tryLater() {
+  hasAnswered_ = true;
+  if (std::exchange(wasReady_, false) && onLost) onLost();
+  if (retry_) return;
+  retry_ = pa_context_rttime_new(
+      context_, after(delay_),
+      [](pa_mainloop_api* api, pa_time_event* event, const timeval*, void* self) {
+        auto& connection = *static_cast<PulseConnection*>(self);
+        api->time_free(event);
+        connection.retry_ = nullptr;
+        connection.tryToConnect();
+      },
+      this);
+  delay_ = std::min(delay_ * 2, kLongestDelay);
+}
+
+void PulseConnection::lose() {
+  if (!context_) return;
+  pa_context_set_state_callback(context_, nullptr, nullptr);
+  pa_context_disconnect(context_);
+  pa_context_unref(context_);
+  context_ = nullptr;
+}
+
+}  // namespace orn

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+#include <pulse/context.h>
+#include <pulse/thread-mainloop.h>
+
+namespace orn {
+
+/// The one connection to the sound server that all sound of a platform shares, and its thread. It connects when it is
+/// first asked to; when the server goes away or is not there, it tries again, after 0.1 s at first and then more and
+/// more rarely, at the least every 5 s.
+///
+/// The thread holds the lock in every callback; anybody else takes it by PulseLock.
+class PulseConnection {
+ public:
+  PulseConnection(std::string applicationName, std::string server);
+  ~PulseConnection();
+  PulseConnection(const PulseConnection&) = delete;
+  PulseConnection& operator=(const PulseConnection&) = delete;
+
+  /// Called on the connection's thread when the server has come and when it has gone. Set before connect().
+  std::function<void()> onReady, onLost;
+
+  /// Begins to connect, if that was not done. Any thread but the connection's own, without the lock.
+  void connect();
+
+  /// Connects and waits for the server's first answer; false if there is no server. The same threads.
+  bool waitUntilReady();
+
+  /// With the lock held: the context, or null while there is no server.
+  pa_context* context() const;
+
+  /// With the lock held, on any thread but the connection's own: waits until a condition holds that callbacks bring
+  /// about, each of which has to signal(). False if it does not hold within a second.
+  bool waitUntil(const std::function<bool()>& holds);
+  void signal() { pa_threaded_mainloop_signal(loop_, 0); }
+
+ private:
+  friend class PulseLock;
+
+  void tryToConnect();
+  void stateChanged();
+  void tryLater();
+  void lose();
+
+  std::string applicationName_, server_;
+  pa_threaded_mainloop* loop_;
+  pa_context* context_ = nullptr;
+  pa_time_event* retry_ = nullptr;
+  std::chrono::milliseconds delay_;
+  bool isRunning_ = false;
+  bool wasReady_ = false;
+  bool hasAnswered_ = false;  // it came, refused, or let its time pass, at least once
+};
+
+/// Holds the lock of a connection. Not on the connection's own thread, which holds it anyway.
+class PulseLock {
+ public:
+  explicit PulseLock(const PulseConnection& connection) : loop_(connection.loop_) { pa_threaded_mainloop_lock(loop_); }
+  ~PulseLock() { pa_threaded_mainloop_unlock(loop_); }
+  PulseLock(const PulseLock&) = delete;
+  PulseLock& operator=(const PulseLock&) = delete;
+
+ private:
+  pa_threaded_mainloop* loop_;
+};
+
+}  // namespace orn

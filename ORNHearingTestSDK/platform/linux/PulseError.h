@@ -1,0 +1,10 @@
+#pragma once
+
+#include <system_error>
+
+namespace orn {
+
+/// An error number of the sound server's library as an error code.
+std::error_code pulseError(int number);
+
+}  // namespace orn

@@ -1,0 +1,168 @@
+#include <ORNHearingTestSDK/platform/linux/PulseStream.h>
+
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include <pulse/error.h>
+#include <pulse/operation.h>
+#include <pulse/proplist.h>
+
+#include <ORNHearingTestSDK/platform/linux/PulseError.h>
+
+namespace orn {
+namespace {
+
+constexpr auto kStreamName = "Hearing test";
+constexpr std::uint32_t kSampleRate = 48000;
+
+/// A role that makes the server ask the stream to make way for a call; and nothing of an earlier session is to be
+/// put on it, a volume least of all.
+pa_proplist* properties() {
+  pa_proplist* list = pa_proplist_new();
+  pa_proplist_sets(list, PA_PROP_MEDIA_ROLE, "music");
+  pa_proplist_sets(list, "state.restore-props", "false");
+  pa_proplist_sets(list, "state.restore-target", "false");
+  return list;
+}
+
+}  // namespace
+
+PulseStream::PulseStream(std::shared_ptr<SoundDevice> device, PulseStreamFormat format, Writer& writer)
+    : device_(std::move(device)), format_(format), writer_(writer) {}
+
+PulseStream::~PulseStream() { close(); }
+
+std::error_code PulseStream::open() {
+  const SoundOutput* output = device_->present();
+  if (isReady_ && output && output->key == deviceKey_) return {};
+  close();
+  if (!output) return std::make_error_code(std::errc::no_such_device);
+  if (const std::error_code error = connect(*output)) {
+    close();
+    return error;
+  }
+  return {};
+}
+
+std::error_code PulseStream::connect(const SoundOutput& output) {
+  PulseConnection& connection = device_->connection();
+  pa_context* context = connection.context();
+  if (!context) return std::make_error_code(std::errc::not_connected);
+  const pa_sample_spec samples{PA_SAMPLE_S16LE, kSampleRate, format_.channels};
+  const std::unique_ptr<pa_proplist, decltype(&pa_proplist_free)> list(properties(), pa_proplist_free);
+  stream_ = pa_stream_new_with_proplist(context, kStreamName, &samples, nullptr, list.get());
+  if (!stream_) return pulseError(pa_context_errno(context));
+  deviceKey_ = output.key;
+  device_->add(*this);
+
+  pa_stream_set_state_callback(
+      stream_, [](pa_stream*, void* self) { static_cast<PulseStream*>(self)->stateChanged(); }, this);
+  pa_stream_set_write_callback(
+      stream_,
+      [](pa_stream*, std::size_t, void* self) { static_cast<PulseStream*>(self)->writer_.serverWantsSamples(); }, this);
+  pa_stream_set_event_callback(
+      stream_,
+      [](pa_stream*, const char* name, pa_proplist*, void* self) { static_cast<PulseStream*>(self)->eventCame(name); },
+      this);
+
+  // A stream of the server's own choosing of latency would be moved about in time, and one that it may move to another
+  // device would go to a loudspeaker. The volume is told, so that the server puts none of its own on the stream.
+  const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_INTERPOLATE_TIMING |
+                                                    PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_DONT_MOVE);
+  const pa_buffer_attr buffer{.maxlength = ~0U,
+                              .tlength = format_.bufferBytes,
+                              .prebuf = std::uint32_t{format_.channels} * 2,  // whatever comes is played
+                              .minreq = format_.requestBytes,
+                              .fragsize = ~0U};
+  pa_cvolume full;
+  pa_cvolume_reset(&full, format_.channels);
+  if (pa_stream_connect_playback(stream_, output.key.sink.c_str(), &buffer, flags, &full, nullptr) < 0) {
+    return pulseError(pa_context_errno(context));
+  }
+  connection.waitUntil([this] { return !stream_ || pa_stream_get_state(stream_) != PA_STREAM_CREATING; });
+  if (isReady_) return {};
+  if (stream_ && pa_stream_get_state(stream_) == PA_STREAM_CREATING) return std::make_error_code(std::errc::timed_out);
+  return std::make_error_code(std::errc::no_such_device);
+}
+
+void PulseStream::stateChanged() {
+  const pa_stream_state_t state = pa_stream_get_state(stream_);
+  if (state == PA_STREAM_READY) {
+    isReady_ = true;
+    bufferBytes_ = pa_stream_get_buffer_attr(stream_)->tlength;
+  } else if (!PA_STREAM_IS_GOOD(state)) {
+    loseDevice();
+  }
+  device_->connection().signal();
+}
+
+void PulseStream::eventCame(const char* name) {
+  const auto& tell = device_->server().onInterruption;
+  if (!tell) return;
+  if (std::string_view(name) == PA_STREAM_EVENT_REQUEST_CORK) tell(true);
+  if (std::string_view(name) == PA_STREAM_EVENT_REQUEST_UNCORK) tell(false);
+}
+
+std::error_code PulseStream::check(pa_operation* operation) const {
+  if (!operation) return pulseError(pa_context_errno(pa_stream_get_context(stream_)));
+  pa_operation_unref(operation);
+  return {};
+}
+
+std::error_code PulseStream::play() {
+  if (!isReady_) return std::make_error_code(std::errc::not_connected);
+  if (pa_stream_is_corked(stream_) == 0) return {};
+  const auto tell = [](pa_stream*, int, void* connection) { static_cast<PulseConnection*>(connection)->signal(); };
+  PulseConnection& connection = device_->connection();
+  pa_operation* uncork = pa_stream_cork(stream_, 0, tell, &connection);
+  if (!uncork) return check(nullptr);
+  const auto isRunning = [uncork] { return pa_operation_get_state(uncork) == PA_OPERATION_RUNNING; };
+  // A server that does not answer must not pass for one that plays.
+  const bool hasAnswered = connection.waitUntil([&] { return !stream_ || !isRunning(); });
+  pa_operation_unref(uncork);
+  if (!hasAnswered) return std::make_error_code(std::errc::timed_out);
+  return isReady_ ? std::error_code{} : std::make_error_code(std::errc::no_such_device);
+}
+
+std::error_code PulseStream::pause() {
+  if (!isReady_ || pa_stream_is_corked(stream_) == 1) return {};
+  return check(pa_stream_cork(stream_, 1, nullptr, nullptr));
+}
+
+std::error_code PulseStream::drop() {
+  return isReady_ ? check(pa_stream_flush(stream_, nullptr, nullptr)) : std::error_code{};
+}
+
+std::size_t PulseStream::room() const {
+  const std::size_t bytes = isReady_ ? pa_stream_writable_size(stream_) : 0;
+  return bytes == static_cast<std::size_t>(-1) ? 0 : bytes;
+}
+
+std::error_code PulseStream::write(std::span<const std::int16_t> samples) {
+  if (!isReady_) return std::make_error_code(std::errc::not_connected);
+  if (pa_stream_write(stream_, samples.data(), samples.size_bytes(), nullptr, 0, PA_SEEK_RELATIVE) < 0) {
+    return pulseError(pa_context_errno(pa_stream_get_context(stream_)));
+  }
+  return {};
+}
+
+void PulseStream::close() {
+  isReady_ = false;
+  if (!stream_) return;
+  device_->remove(*this);
+  pa_stream_set_state_callback(stream_, nullptr, nullptr);
+  pa_stream_set_write_callback(stream_, nullptr, nullptr);
+  pa_stream_set_event_callback(stream_, nullptr, nullptr);
+  if (PA_STREAM_IS_GOOD(pa_stream_get_state(stream_))) pa_stream_disconnect(stream_);
+  pa_stream_unref(stream_);
+  stream_ = nullptr;
+}
+
+void PulseStream::loseDevice() {
+  close();
+  device_->connection().signal();
+  writer_.deviceWasLost();
+}
+
+}  // namespace orn

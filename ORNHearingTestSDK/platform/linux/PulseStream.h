@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <system_error>
+
+#include <pulse/stream.h>
+
+#include <ORNHearingTestSDK/platform/linux/SoundDevice.h>
+
+namespace orn {
+
+/// What a stream is made of: 16-bit samples at 48000 Hz.
+struct PulseStreamFormat {
+  std::uint8_t channels;
+  std::uint32_t bufferBytes;   ///< What the server holds of it.
+  std::uint32_t requestBytes;  ///< How much of that has to be free before the server asks for more.
+};
+
+/// Playback on the device of a test, at full volume and as it stands. Every call needs the lock; open() and play() wait
+/// for the server, and are not for the connection's thread. An error leaves the stream closed or as it was.
+class PulseStream {
+ public:
+  /// Who fills a stream: called on the connection's thread, with the lock.
+  class Writer {
+   public:
+    virtual ~Writer() = default;
+    /// There is room for samples.
+    virtual void serverWantsSamples() = 0;
+    /// The device or the server has gone, and what the server held with it; the stream is closed.
+    virtual void deviceWasLost() = 0;
+  };
+
+  PulseStream(std::shared_ptr<SoundDevice> device, PulseStreamFormat format, Writer& writer);
+  ~PulseStream();
+  PulseStream(const PulseStream&) = delete;
+  PulseStream& operator=(const PulseStream&) = delete;
+
+  /// Opens it, silent as yet, on the device of this moment, if it is not open. std::errc::no_such_device without one,
+  /// timed_out for a server that does not answer.
+  std::error_code open();
+  bool isOpen() const { return isReady_; }
+  const SoundOutputKey& device() const { return deviceKey_; }
+
+  /// Lets it sound, or silences it with all that the server holds kept.
+  std::error_code play();
+  std::error_code pause();
+
+  /// Drops what the server holds.
+  std::error_code drop();
+
+  /// Room for samples in bytes; 0 while it is closed.
+  std::size_t room() const;
+  std::uint32_t bufferBytes() const { return bufferBytes_; }
+  std::error_code write(std::span<const std::int16_t> samples);
+
+  void close();
+
+  /// Closes it and tells the writer.
+  void loseDevice();
+
+ private:
+  std::error_code connect(const SoundOutput& output);
+  void stateChanged();
+  void eventCame(const char* name);
+  std::error_code check(pa_operation* operation) const;
+
+  std::shared_ptr<SoundDevice> device_;
+  PulseStreamFormat format_;
+  Writer& writer_;
+  pa_stream* stream_ = nullptr;
+  SoundOutputKey deviceKey_;
+  std::uint32_t bufferBytes_ = 0;
+  bool isReady_ = false;
+};
+
+}  // namespace orn

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <list>
+#include <memory>
+#include <optional>
+
+#include <ORNHearingTestSDK/platform/linux/SoundServer.h>
+
+namespace orn {
+
+class PulseStream;
+
+/// The device that tones go to. It is chosen when a test starts and kept until it is chosen anew: when it goes away its
+/// streams fall silent, and they are never moved to another one.
+class SoundDevice {
+ public:
+  explicit SoundDevice(std::shared_ptr<SoundServer> server);
+  ~SoundDevice();
+  SoundDevice(const SoundDevice&) = delete;
+  SoundDevice& operator=(const SoundDevice&) = delete;
+
+  SoundServer& server() { return *server_; }
+  PulseConnection& connection() { return server_->connection(); }
+
+  /// Chooses the server's current output; without one, nothing is chosen and false comes back. Main thread.
+  bool chooseCurrent();
+
+  /// Chooses the current output if none was chosen yet. Main thread.
+  void chooseIfNone();
+
+  /// With the lock held: the device, if it is there.
+  const SoundOutput* present() const;
+
+  /// With the lock held: the output that made it has gone, and nothing sounds any more.
+  void close();
+
+  // With the lock held: the streams that are open on the device.
+  void add(PulseStream& stream) { streams_.push_back(&stream); }
+  void remove(PulseStream& stream) { streams_.remove(&stream); }
+
+ private:
+  void silenceIfGone();
+
+  std::shared_ptr<SoundServer> server_;
+  std::optional<SoundOutputKey> chosen_;
+  bool isClosed_ = false;
+  std::list<PulseStream*> streams_;
+  std::list<SoundServer::StateObserver>::iterator observer_;
+};
+
+}  // namespace orn

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <pulse/introspect.h>
+#include <pulse/volume.h>
+
+#include <ORNHearingTestSDK/platform/AudioSession.h>
+
+namespace orn {
+
+/// What makes an output the same one at another time: the sink and what is plugged into it.
+struct SoundOutputKey {
+  std::string sink;
+  std::string port;
+
+  bool operator==(const SoundOutputKey&) const = default;
+};
+
+/// One output of the sound server, as it was when the server was asked.
+struct SoundOutput {
+  SoundOutputKey key;
+  std::string description;  ///< As people know it.
+  std::string address;      ///< Of a Bluetooth device, such as "AA:BB:CC:DD:EE:FF"; empty for any other.
+  std::string kind;         ///< "Headphone", "Headset", "Speaker" and the like.
+  bool isPluggedIn = true;  ///< False where the server knows that nothing is in the port.
+  pa_cvolume volume{};
+  bool isMuted = false;
+  std::string monitor;  ///< The source that records this output.
+
+  static SoundOutput of(const pa_sink_info& sink);
+
+  /// The route as one text: the kind, with "BT" after it for Bluetooth.
+  std::string routeText() const { return address.empty() ? kind : kind + "BT"; }
+
+  /// The UID begins with the device's address where there is one.
+  AudioPort port() const { return {description, address.empty() ? key.sink : address + "-" + key.sink}; }
+
+  /// Mean of the channels, 0 when muted; above 1 where the server amplifies.
+  float loudness() const;
+};
+
+/// What the server told of its outputs; no outputs while there is no server.
+struct SoundServerState {
+  std::vector<SoundOutput> outputs;
+  std::string defaultSink;
+
+  /// The output that sound goes to; null if there is none, or nothing is plugged into it.
+  const SoundOutput* current() const;
+
+  /// The output by its key, if it is there and plugged in, else null.
+  const SoundOutput* find(const SoundOutputKey& key) const;
+};
+
+/// Why the current output changed: the old device is unavailable (2), a new one came (1), or it was chosen (0); nothing
+/// if it did not change.
+std::optional<std::int32_t> routeChangeReason(const SoundServerState& before, const SoundServerState& now);
+
+}  // namespace orn

@@ -1,0 +1,105 @@
+#include <ORNHearingTestSDK/platform/linux/SoundServer.h>
+
+#include <utility>
+
+#include <pulse/introspect.h>
+#include <pulse/operation.h>
+#include <pulse/subscribe.h>
+
+namespace orn {
+namespace {
+
+void letGo(pa_operation* operation) {
+  if (operation) pa_operation_unref(operation);
+}
+
+}  // namespace
+
+SoundServer::SoundServer(std::string applicationName, std::string server)
+    : connection_(std::move(applicationName), std::move(server)) {
+  connection_.onReady = [this] { serverIsReady(); };
+  connection_.onLost = [this] {
+    isAsking_ = isStale_ = false;
+    hasAnswered_ = true;
+    change({});
+  };
+}
+
+void SoundServer::serverIsReady() {
+  pa_context* context = connection_.context();
+  pa_context_set_subscribe_callback(
+      context,
+      [](pa_context*, pa_subscription_event_type_t, uint32_t, void* self) {
+        static_cast<SoundServer*>(self)->refresh();
+      },
+      this);
+  // A card tells of plugs that its sinks' active ports don't follow.
+  const auto interests = static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER |
+                                                             PA_SUBSCRIPTION_MASK_CARD);
+  letGo(pa_context_subscribe(context, interests, nullptr, nullptr));
+  refresh();
+}
+
+void SoundServer::refresh() {
+  pa_context* context = connection_.context();
+  if (!context) return;
+  isStale_ = isAsking_;
+  if (isAsking_) return;
+  isAsking_ = true;
+  answer_ = {};
+  letGo(pa_context_get_server_info(
+      context,
+      [](pa_context*, const pa_server_info* server, void* self) {
+        if (server && server->default_sink_name) {
+          static_cast<SoundServer*>(self)->answer_.defaultSink = server->default_sink_name;
+        }
+      },
+      this));
+  letGo(pa_context_get_sink_info_list(
+      context,
+      [](pa_context*, const pa_sink_info* sink, int end, void* self) {
+        static_cast<SoundServer*>(self)->addSink(sink, end);
+      },
+      this));
+}
+
+void SoundServer::addSink(const pa_sink_info* sink, int end) {
+  if (end != 0) {
+    answered();
+  } else if (sink) {
+    answer_.outputs.push_back(SoundOutput::of(*sink));
+  }
+}
+
+void SoundServer::answered() {
+  isAsking_ = false;
+  hasAnswered_ = true;
+  change(std::exchange(answer_, {}));
+  // What was told of while the answer was under way may not be in it.
+  if (std::exchange(isStale_, false)) refresh();
+}
+
+void SoundServer::change(SoundServerState now) {
+  const SoundServerState before = std::exchange(state_, std::move(now));
+  for (const StateObserver& observer : observers_) observer(before, state_);
+  connection_.signal();
+}
+
+SoundServerState SoundServer::state() {
+  const bool isReady = connection_.waitUntilReady();
+  const PulseLock lock(connection_);
+  if (isReady) connection_.waitUntil([this] { return hasAnswered_ || !connection_.context(); });
+  return state_;
+}
+
+void SoundServer::refreshAndWait() {
+  const PulseLock lock(connection_);
+  refresh();
+  connection_.waitUntil([this] { return !isAsking_ || !connection_.context(); });
+}
+
+std::list<SoundServer::StateObserver>::iterator SoundServer::addObserver(StateObserver observer) {
+  return observers_.insert(observers_.end(), std::move(observer));
+}
+
+}  // namespace orn

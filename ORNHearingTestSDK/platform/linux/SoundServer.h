@@ -1,0 +1,63 @@
+#pragma once
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <string>
+
+#include <ORNHearingTestSDK/platform/linux/PulseConnection.h>
+#include <ORNHearingTestSDK/platform/linux/SoundOutput.h>
+
+namespace orn {
+
+/// The sound server as this process knows it: the connection, and the outputs, which are asked for anew whenever the
+/// server says that something has changed.
+class SoundServer {
+ public:
+  /// Told on the connection's thread, with its lock, of each state that follows another.
+  using StateObserver = std::function<void(const SoundServerState& before, const SoundServerState& now)>;
+
+  /// An empty server text is the user's own one. Connects to nothing yet.
+  SoundServer(std::string applicationName, std::string server);
+
+  PulseConnection& connection() { return connection_; }
+
+  /// Begins to connect and returns at once.
+  void watch() { connection_.connect(); }
+
+  /// The state at present; connects and waits for the first one if need be. Not on the connection's thread and not with
+  /// the lock.
+  SoundServerState state();
+
+  /// The same with the lock held, and without waiting.
+  const SoundServerState& knownState() const { return state_; }
+
+  /// Asks again; with the lock held.
+  void refresh();
+
+  /// The same, and waits for the answer; not on the connection's thread.
+  void refreshAndWait();
+
+  /// Adds an observer; with the lock held. It is told until it is removed.
+  std::list<StateObserver>::iterator addObserver(StateObserver observer);
+  void removeObserver(std::list<StateObserver>::iterator observer) { observers_.erase(observer); }
+
+  /// A stream was asked by the server to make way for something more important (true), or may go on (false). Set while
+  /// nothing is played; called on the connection's thread.
+  std::function<void(bool begins)> onInterruption;
+
+ private:
+  void serverIsReady();
+  void addSink(const pa_sink_info* sink, int end);
+  void answered();
+  void change(SoundServerState now);
+
+  SoundServerState state_, answer_;
+  bool isAsking_ = false;
+  bool isStale_ = false;
+  bool hasAnswered_ = false;
+  std::list<StateObserver> observers_;
+  PulseConnection connection_;  // last: it goes first, and its callbacks need the rest
+};
+
+}  // namespace orn

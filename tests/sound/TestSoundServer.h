@@ -1,0 +1,51 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace orn {
+
+enum class ServerKind { PulseAudio, PipeWire };
+
+/// A sound server without a sound card, of this test's own. Its processes end with the test, whatever becomes of it.
+class TestSoundServer {
+ public:
+  explicit TestSoundServer(ServerKind kind);
+  ~TestSoundServer();
+  TestSoundServer(const TestSoundServer&) = delete;
+  TestSoundServer& operator=(const TestSoundServer&) = delete;
+
+  /// As PULSE_SERVER would name it.
+  std::string address() const;
+  const std::string& folder() const { return folder_; }
+
+  /// Starts the processes and waits until the server answers. Kills them.
+  void start();
+  void kill();
+
+  /// Adds an output; the properties as key=value texts. Gives the number by which it is removed.
+  std::string addSink(const std::string& name, const std::string& description,
+                      const std::vector<std::string>& properties = {});
+  void remove(const std::string& module);
+
+  /// The audiometer KV50-1234 at AA:BB:CC:DD:EE:FF, and plain loudspeakers.
+  std::string addAudiometer();
+  std::string addSpeaker() { return addSink("speaker", "Speakers"); }
+
+  /// Runs pactl with these arguments, and gives what it prints.
+  std::string control(const std::string& arguments) const;
+
+  /// Volumes of the channels of an output, and whether it is muted, as the server prints them.
+  std::string volumes(const std::string& sink) const;
+
+ private:
+  void launch(const std::vector<std::string>& command);
+
+  ServerKind kind_;
+  std::string folder_;
+  std::vector<pid_t> processes_;
+};
+
+}  // namespace orn
