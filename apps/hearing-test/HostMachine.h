@@ -6,8 +6,7 @@
 
 namespace orn {
 
-/// This machine as the program uses it: the network, the user's settings and files, and the device. The sound is
-/// simulated. The run loop is in real time.
+/// This machine as the program uses it, with a run loop in real time.
 Platform hostMachine();
 
 /// Keeps the service's host, as host or host:port, in the settings; an empty text leaves them as they are.

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "hearing-test/ListenerOptions.h"
 #include "simulation/SimulatedTest.h"
 
 namespace CLI {
@@ -22,14 +23,11 @@ class SimulateCommand {
 
  private:
   simulation::TestPlan plan() const;
-  std::string calibrationReply() const;
 
   std::string type_ = "auto";
   std::string path_ = "audiometer";
   std::vector<std::string> frequencies_{"1000", "2000", "4000", "500"};
-  std::vector<std::string> left_, right_;
-  double slope_ = 0, guess_ = 0, lapse_ = 0;
-  std::uint64_t seed_ = 1;
+  ListenerOptions listener_;
   std::string calibration_;
   std::string host_;
   std::string wav_;

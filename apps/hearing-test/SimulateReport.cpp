@@ -70,6 +70,17 @@ std::string jsonReport(const TestOutcome& outcome) {
   return json.dump(2);
 }
 
+void printResult(const TestOutcome& outcome) {
+  for (const bool isLeft : {false, true}) {
+    std::printf("\n%s ear\n", isLeft ? "Left" : "Right");
+    for (const auto& [hz, db] : isLeft ? outcome.left : outcome.right) {
+      std::printf("  %5d Hz   %4s dB\n", intValue(hz), db.c_str());
+    }
+    std::printf("  loss %lld dB: %s\n", static_cast<long long>(isLeft ? outcome.leftLoss : outcome.rightLoss),
+                (isLeft ? outcome.leftVerdict : outcome.rightVerdict).c_str());
+  }
+}
+
 void printReport(const TestPlan& plan, const TestOutcome& outcome) {
   printEar(plan, false, outcome.right, outcome.rightLoss, outcome.rightVerdict);
   printEar(plan, true, outcome.left, outcome.leftLoss, outcome.leftVerdict);

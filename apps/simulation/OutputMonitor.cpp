@@ -17,8 +17,8 @@ pa_simple* openMonitor(const std::string& server, const std::string& source) {
   pa_buffer_attr buffer{.maxlength = ~0U, .tlength = ~0U, .prebuf = ~0U, .minreq = ~0U, .fragsize = 4 * kFrames};
   int error = 0;
   pa_simple* stream = pa_simple_new(server.empty() ? nullptr : server.c_str(), "Virtual listener", PA_STREAM_RECORD,
-                                    source.empty() ? "@DEFAULT_MONITOR@" : source.c_str(), "Monitor", &samples,
-                                    nullptr, &buffer, &error);
+                                    source.empty() ? "@DEFAULT_MONITOR@" : source.c_str(), "Monitor", &samples, nullptr,
+                                    &buffer, &error);
   if (!stream) throw std::runtime_error(std::string("can't record the output: ") + pa_strerror(error));
   return stream;
 }

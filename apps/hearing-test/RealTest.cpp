@@ -1,0 +1,119 @@
+#include "hearing-test/RealTest.h"
+
+#include <chrono>
+#include <stdexcept>
+#include <utility>
+
+#include <ORNHearingTestSDK/audio/AudioRoute.h>
+#include <ORNHearingTestSDK/audio/ORNSystemVolumeManager.h>
+#include <ORNHearingTestSDK/platform/AudioSession.h>
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+
+#include "hearing-test/TerminalInput.h"
+#include "simulation/OutputMonitor.h"
+
+namespace orn {
+namespace {
+
+using simulation::OutputPath;
+using simulation::TestRun;
+
+constexpr std::chrono::seconds kRestBetweenEars{2};
+
+std::string earName(bool isLeft) { return isLeft ? "left" : "right"; }
+
+}  // namespace
+
+ConnectedDevice ConnectedDevice::find() {
+  if (const auto address = AudioRoute::getKV50Mac()) return {OutputPath::Audiometer, *address};
+  if (AudioRoute::hasHeadset()) return {OutputPath::Earphones, simulation::kSimulatedEarphoneModel};
+  throw std::runtime_error("sound goes neither to an audiometer nor to earphones: see 'hearing-test devices'");
+}
+
+RealTest::RealTest(RealTestPlan plan, TerminalInput& input)
+    : plan_(std::move(plan)),
+      input_(input),
+      audiogram_(plan_.out, plan_.frequencies),
+      observer_(std::make_shared<AudioSessionObserver>()) {
+  ORNSystemVolumeManager::saveSystemVolume();
+  ORNSystemVolumeManager::setSystemVolumeToMax();
+  run_ = std::make_shared<TestRun>(plan_.type, plan_.frequencies, watch());
+  observer_->routeChange = [this](std::int32_t reason) {
+    if (reason == kAudioSessionRouteChangeReasonOldDeviceUnavailable) run_->fail("the device was disconnected");
+  };
+  Platform::current().audioSession->addObserver(observer_);
+  input_.onInterrupt = [this] { run_->fail("interrupted; nothing of the test is kept"); };
+}
+
+RealTest::~RealTest() {
+  input_.onKey = input_.onInterrupt = nullptr;
+  monitor_.reset();
+  ORNSystemVolumeManager::reStoreSystemVolume();
+}
+
+simulation::TestWatch RealTest::watch() {
+  simulation::TestWatch watch;
+  watch.earStarts = [this](bool isLeft) { audiogram_.say("Testing the " + earName(isLeft) + " ear"); };
+  watch.tonePlays = [](const std::string&, const std::string&, bool) {
+    // Whoever turns the volume down in mid-test would make every level wrong.
+    if (ORNSystemVolumeManager::getSystemVolume() != 1) ORNSystemVolumeManager::setSystemVolumeToMax();
+  };
+  watch.thresholdFound = [this](bool isLeft, const std::string& hz, const std::string& db) {
+    audiogram_.setThreshold(isLeft, hz, db);
+  };
+  watch.earEnds = [this](TestRun&, bool nextIsLeft) { startEarWhenReady(nextIsLeft); };
+  watch.isOver = [this] {
+    if (finished_) finished_();
+  };
+  return watch;
+}
+
+void RealTest::begin(const ConnectedDevice& device, std::function<void()> finished) {
+  finished_ = std::move(finished);
+  const auto start = [this] {
+    if (run_->isOver()) return;
+    if (plan_.listener) letListenerHear();
+    startEarWhenReady(false);
+  };
+  if (plan_.calibrationReply.empty()) {
+    run_->fetchCalibration(device.path, device.name, start);
+  } else {
+    run_->calibrate(device.path, device.name, plan_.calibrationReply);
+    start();
+  }
+}
+
+void RealTest::letListenerHear() {
+  run_->invite(*plan_.listener);
+  const auto loop = Platform::current().runLoop;
+  const std::weak_ptr<TestRun> run = run_;
+  monitor_ = std::make_unique<simulation::OutputMonitor>("", "", [loop, run](std::span<const std::int16_t> samples) {
+    loop->dispatchAsync([run, heard = std::vector(samples.begin(), samples.end())] {
+      if (const auto alive = run.lock()) alive->hear(heard);
+    });
+  });
+}
+
+void RealTest::startEarWhenReady(bool isLeft) {
+  if (plan_.listener) {
+    const std::weak_ptr<TestRun> run = run_;
+    Platform::current().runLoop->performAfterDelay(kRestBetweenEars, [run, isLeft] {
+      if (const auto alive = run.lock()) alive->startEar(isLeft);
+    });
+    return;
+  }
+  nextEar_ = isLeft;
+  input_.onKey = [this] { keyCame(); };
+  audiogram_.say("Next is the " + earName(isLeft) +
+                 " ear. Press any key each time you hear a tone. Press one to start.");
+}
+
+void RealTest::keyCame() {
+  if (nextEar_) {
+    run_->startEar(*std::exchange(nextEar_, std::nullopt));
+  } else {
+    run_->press();
+  }
+}
+
+}  // namespace orn

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/Platform.h>
+
+#include "hearing-test/TerminalAudiogram.h"
+#include "simulation/TestRun.h"
+
+namespace orn {
+
+struct AudioSessionObserver;
+class TerminalInput;
+
+namespace simulation {
+class OutputMonitor;
+}
+
+/// A test to be taken on this machine's own sound.
+struct RealTestPlan {
+  simulation::TestType type = simulation::TestType::Automatic;
+  std::vector<std::string> frequencies;
+  std::optional<simulation::ListenerTraits> listener;  ///< Takes the test instead of whoever sits here.
+  std::string calibrationReply;                        ///< JSON text; empty to ask the service.
+  std::FILE* out = stdout;                             ///< Where progress is shown.
+};
+
+/// The device that a test is to be taken on, as it is connected at present.
+struct ConnectedDevice {
+  simulation::OutputPath path;
+  std::string name;  ///< Address of the audiometer or model of the earphones.
+
+  /// Throws std::runtime_error with one line if there is neither.
+  static ConnectedDevice find();
+};
+
+/// One test on the platform in force, in real time, with the volume held at full from its making to its end. Main
+/// thread.
+class RealTest {
+ public:
+  RealTest(RealTestPlan plan, TerminalInput& input);
+  ~RealTest();
+  RealTest(const RealTest&) = delete;
+  RealTest& operator=(const RealTest&) = delete;
+
+  /// Has the test going; finished is called once, when it is over.
+  void begin(const ConnectedDevice& device, std::function<void()> finished);
+  simulation::TestOutcome takeOutcome() { return run_->takeOutcome(); }
+
+ private:
+  simulation::TestWatch watch();
+  void letListenerHear();
+  void startEarWhenReady(bool isLeft);
+  void keyCame();
+
+  RealTestPlan plan_;
+  TerminalInput& input_;
+  TerminalAudiogram audiogram_;
+  std::function<void()> finished_;
+  std::optional<bool> nextEar_;  // waits for a key
+  std::shared_ptr<AudioSessionObserver> observer_;
+  std::shared_ptr<simulation::TestRun> run_;
+  std::unique_ptr<simulation::OutputMonitor> monitor_;
+};
+
+}  // namespace orn

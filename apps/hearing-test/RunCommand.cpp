@@ -1,0 +1,70 @@
+#include "hearing-test/RunCommand.h"
+
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <CLI/CLI.hpp>
+
+#include <ORNHearingTestSDK/platform/linux/LinuxRunLoop.h>
+
+#include "hearing-test/CalibrationReply.h"
+#include "hearing-test/HostMachine.h"
+#include "hearing-test/RealTest.h"
+#include "hearing-test/SimulateReport.h"
+#include "hearing-test/TerminalInput.h"
+#include "simulation/BlockingURLSession.h"
+
+namespace orn {
+
+RunCommand::RunCommand(CLI::App& app) {
+  CLI::App* command =
+      app.add_subcommand("run", "A real test of both ears on this machine's sound; any key says that a tone was heard");
+  command->add_option("--type", type_, "The test")->check(CLI::IsMember({"auto", "standard"}))->capture_default_str();
+  addFrequencies(*command, frequencies_);
+  command->add_flag("--listener", hasListener_, "A virtual listener takes the test, by what the output plays");
+  listener_.addTo(*command);
+  auto* calibration =
+      command->add_option("--calibration", calibration_, "Calibration reply of the service, as a JSON file")
+          ->option_text("REPLY.json");
+  command
+      ->add_option("--host", host_,
+                   "Gets the calibration from this service and sends it the result; the registered "
+                   "one if not given")
+      ->excludes(calibration);
+  command->add_flag("--json", json_, "Prints one JSON object on stdout and nothing else there");
+}
+
+int RunCommand::run() {
+  TerminalInput::holdSignals();
+  Platform machine = hostMachine();
+  // A request is awaited, so that the result is with the service before the program ends.
+  machine.urlSession = std::make_shared<simulation::BlockingURLSession>(machine.urlSession);
+  Platform::setCurrent(machine);
+  setServiceHost(machine, host_);
+  RealTestPlan plan;
+  plan.type = type_ == "standard" ? simulation::TestType::Standard : simulation::TestType::Automatic;
+  plan.frequencies = frequencyKeys(frequencies_);
+  if (hasListener_) plan.listener = listener_.traits();
+  plan.out = json_ ? stderr : stdout;
+
+  simulation::TestOutcome outcome;
+  {
+    TerminalInput input(machine.runLoop);
+    const ConnectedDevice device = ConnectedDevice::find();
+    if (!calibration_.empty()) plan.calibrationReply = calibrationReply(device.path, calibration_);
+    RealTest test(plan, input);
+    test.begin(device, [&machine] { stopLoopOf(machine); });
+    runLoopOf(machine);
+    outcome = test.takeOutcome();
+  }
+  Platform::clearCurrent();
+  if (!outcome.isComplete) throw std::runtime_error(outcome.failure);
+  if (json_) {
+    std::printf("%s\n", jsonReport(outcome).c_str());
+  } else {
+    printResult(outcome);
+  }
+  return 0;
+}
+
+}  // namespace orn

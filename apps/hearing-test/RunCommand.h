@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "hearing-test/ListenerOptions.h"
+
+namespace CLI {
+class App;
+}
+
+namespace orn {
+
+/// `hearing-test run`: a real test on this machine's audio, in the terminal.
+class RunCommand {
+ public:
+  explicit RunCommand(CLI::App& app);
+
+  /// The exit code: 0 on success. Throws std::runtime_error with one line on a failure.
+  int run();
+
+ private:
+  std::string type_ = "auto";
+  std::vector<std::string> frequencies_{"1000", "2000", "4000", "500"};
+  bool hasListener_ = false;
+  ListenerOptions listener_;
+  std::string calibration_;
+  std::string host_;
+  bool json_ = false;
+};
+
+}  // namespace orn
