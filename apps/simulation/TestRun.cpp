@@ -85,6 +85,9 @@ void TestRun::press() {
   session_->listened();
 }
 
+void TestRun::pauseTest() { session_->pauseTest(); }
+void TestRun::continueTest() { session_->continueTest(); }
+
 void TestRun::fail(const std::string& why) {
   if (isOver()) return;
   outcome_.failure = why;

@@ -60,6 +60,9 @@ class TestRun {
   /// The person or the listener presses.
   void press();
 
+  void pauseTest();
+  void continueTest();
+
   /// Ends the test without a result.
   void fail(const std::string& why);
 

@@ -12,9 +12,12 @@ constexpr std::int32_t kInterruptionBegins = 1;
 LinuxAudioSession::LinuxAudioSession(std::shared_ptr<SoundServer> server, std::weak_ptr<RunLoop> runLoop)
     : server_(std::move(server)), runLoop_(std::move(runLoop)), volumes_(*server_) {
   const PulseLock lock(server_->connection());
-  stateObserver_ = server_->addObserver([this](const SoundServerState& before, const SoundServerState& now) {
-    if (const auto reason = routeChangeReason(before, now))
-      tellOnMainThread(&AudioSessionObserver::routeChange, *reason);
+  stateObserver_ = server_->addObserver([this](const SoundServerState& now) {
+    // Since the last change: a server may tell of a new device first and of its becoming the default later.
+    const auto reason = routeChangeReason(atLastRouteChange_, now);
+    if (!reason) return;
+    atLastRouteChange_ = now;
+    tellOnMainThread(&AudioSessionObserver::routeChange, *reason);
   });
   server_->onInterruption = [this](bool begins) {
     tellOnMainThread(&AudioSessionObserver::interruption,

@@ -35,6 +35,7 @@ class LinuxAudioSession final : public AudioSession {
   std::weak_ptr<RunLoop> runLoop_;
   std::shared_ptr<AudioSessionObservers> observers_ = std::make_shared<AudioSessionObservers>();
   OutputVolumes volumes_;
+  SoundServerState atLastRouteChange_;  // guarded by the connection's lock
   std::list<SoundServer::StateObserver>::iterator stateObserver_;
 };
 

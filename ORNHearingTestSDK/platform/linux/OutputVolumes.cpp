@@ -10,11 +10,15 @@
 #include <pulse/error.h>
 #include <pulse/introspect.h>
 #include <pulse/operation.h>
+#include <pulse/rtclock.h>
 
 #include <ORNHearingTestSDK/platform/linux/PulseError.h>
 
 namespace orn {
 namespace {
+
+/// A server may put a volume of its own on an output that has come back, a moment after it came.
+constexpr pa_usec_t kHold = 2'000'000;
 
 /// What became of a change of volume and of muting, both of which the server answers.
 struct Answers {
@@ -60,8 +64,7 @@ std::error_code setAndWait(PulseConnection& connection, const std::string& sink,
 
 OutputVolumes::OutputVolumes(SoundServer& server) : server_(server) {
   const PulseLock lock(server_.connection());
-  observer_ =
-      server_.addObserver([this](const SoundServerState&, const SoundServerState& now) { putBackWhatAppeared(now); });
+  observer_ = server_.addObserver([this](const SoundServerState& now) { putBackWhatAppeared(now); });
 }
 
 OutputVolumes::~OutputVolumes() {
@@ -92,14 +95,14 @@ bool OutputVolumes::isOriginal(float volume) const {
   };
   return std::any_of(originals_.begin(), originals_.end(), [&](const auto& one) {
     const auto& [sink, original] = one;
-    return original.loudness == volume && !original.isDue && (volume != 1 || !isPresent(sink));
+    return *original.loudness == volume && !original.isDue && (volume != 1 || !isPresent(sink));
   });
 }
 
 std::error_code OutputVolumes::drive(const SoundOutput& output, float volume) {
-  const auto [original, isNew] =
-      originals_.try_emplace(output.key.sink, Original{output.loudness(), output.volume, output.isMuted});
-  original->second.isDue = false;
+  Original& original = originals_[output.key.sink];
+  if (!original.loudness) original = {output.loudness(), output.volume, output.isMuted, false, {}};
+  original.isDue = false;
   const float level = std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F);
   pa_cvolume all;
   pa_cvolume_set(&all, output.volume.channels, static_cast<pa_volume_t>(std::lround(level * PA_VOLUME_NORM)));
@@ -122,11 +125,17 @@ std::error_code OutputVolumes::putBack() {
 
 void OutputVolumes::putBackWhatAppeared(const SoundServerState& now) {
   pa_context* context = server_.connection().context();
+  if (!context) return;
   for (const SoundOutput& output : now.outputs) {
-    const auto original = originals_.find(output.key.sink);
-    if (!context || original == originals_.end() || !original->second.isDue) continue;
-    setWithoutWaiting(context, output.key.sink, original->second.volume, original->second.isMuted);
-    originals_.erase(original);
+    const auto found = originals_.find(output.key.sink);
+    if (found == originals_.end() || !found->second.isDue) continue;
+    Original& original = found->second;
+    if (!original.holdUntil) original.holdUntil = pa_rtclock_now() + kHold;
+    if (pa_rtclock_now() > *original.holdUntil) {
+      originals_.erase(found);
+    } else if (pa_cvolume_equal(&output.volume, &original.volume) == 0 || output.isMuted != original.isMuted) {
+      setWithoutWaiting(context, output.key.sink, original.volume, original.isMuted);
+    }
   }
 }
 

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
+#include <system_error>
 
 #include <ORNHearingTestSDK/platform/linux/SoundServer.h>
 
@@ -23,10 +26,11 @@ class OutputVolumes {
 
  private:
   struct Original {
-    float loudness;
-    pa_cvolume volume;
-    bool isMuted;
-    bool isDue = false;
+    std::optional<float> loudness;
+    pa_cvolume volume{};
+    bool isMuted = false;
+    bool isDue = false;                      // to be put back when the output appears
+    std::optional<std::uint64_t> holdUntil;  // while it may still be changed after it appeared
   };
 
   bool isOriginal(float volume) const;

@@ -8,7 +8,7 @@ namespace orn {
 
 SoundDevice::SoundDevice(std::shared_ptr<SoundServer> server) : server_(std::move(server)) {
   const PulseLock lock(connection());
-  observer_ = server_->addObserver([this](const SoundServerState&, const SoundServerState&) { silenceIfGone(); });
+  observer_ = server_->addObserver([this](const SoundServerState&) { silenceIfGone(); });
 }
 
 SoundDevice::~SoundDevice() {

@@ -54,8 +54,8 @@ struct SoundServerState {
   const SoundOutput* find(const SoundOutputKey& key) const;
 };
 
-/// Why the current output changed: the old device is unavailable (2), a new one came (1), or it was chosen (0); nothing
-/// if it did not change.
+/// Why the current output changed since an earlier state: the old device is unavailable (2), a new one came (1), or one
+/// that was there is chosen (0); nothing if it did not change.
 std::optional<std::int32_t> routeChangeReason(const SoundServerState& before, const SoundServerState& now);
 
 }  // namespace orn

@@ -80,8 +80,8 @@ void SoundServer::answered() {
 }
 
 void SoundServer::change(SoundServerState now) {
-  const SoundServerState before = std::exchange(state_, std::move(now));
-  for (const StateObserver& observer : observers_) observer(before, state_);
+  state_ = std::move(now);
+  for (const StateObserver& observer : observers_) observer(state_);
   connection_.signal();
 }
 

@@ -14,8 +14,8 @@ namespace orn {
 /// server says that something has changed.
 class SoundServer {
  public:
-  /// Told on the connection's thread, with its lock, of each state that follows another.
-  using StateObserver = std::function<void(const SoundServerState& before, const SoundServerState& now)>;
+  /// Told on the connection's thread, with its lock, of each new state.
+  using StateObserver = std::function<void(const SoundServerState& now)>;
 
   /// An empty server text is the user's own one. Connects to nothing yet.
   SoundServer(std::string applicationName, std::string server);

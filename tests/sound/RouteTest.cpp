@@ -1,0 +1,169 @@
+#include "SoundFixture.h"
+
+#include <ORNHearingTestSDK/audio/AudioRoute.h>
+#include <ORNHearingTestSDK/audio/ORNSystemVolumeManager.h>
+
+namespace orn {
+namespace {
+
+using namespace std::chrono_literals;
+using simulation::OutputPath;
+
+constexpr std::int32_t kNewDevice = 1, kDeviceGone = 2;
+
+using Route = SoundTest;
+
+TEST_P(Route, IsTheDefaultOutputAsItsPropertiesSay) {
+  const struct {
+    std::string name, description;
+    std::vector<std::string> properties;
+    std::string text;
+    bool hasHeadset;
+    std::optional<std::string> audiometer;
+  } table[] = {
+      {"speaker", "Speakers", {}, "Speaker", false, {}},
+      {"phones", "Phones", {"device.form_factor=headphone"}, "Headphone", true, {}},
+      {"usb", "USB headset", {"device.form_factor=headset"}, "Headset", true, {}},
+      {"kit", "KV50 car kit", {"device.form_factor=hands-free", "device.string=hw:0"}, "Speaker", false, {}},
+      {"kv60", "My KV60", {"device.string=11:22:33:44:55:66"}, "SpeakerBT", false, "11:22:33:44:55:66"},
+  };
+  usePlatform();
+  loop_->runFor(50ms);
+  for (const auto& one : table) {
+    server_.addSink(one.name, one.description, one.properties);
+    server_.control("set-default-sink " + one.name);
+    ASSERT_TRUE(loop_->runUntil([&] {
+      const auto outputs = session_->currentRoute().outputs;
+      return !outputs.empty() && outputs[0].portName == one.description;
+    })) << one.name;
+    EXPECT_EQ(session_->routeText(), one.text);
+    EXPECT_EQ(AudioRoute::hasHeadset(), one.hasHeadset) << one.name;
+    EXPECT_EQ(AudioRoute::getKV50Mac(), one.audiometer) << one.name;
+  }
+  EXPECT_TRUE(hasNotice(kNewDevice));
+  server_.control("set-default-sink phones");
+  EXPECT_TRUE(loop_->runUntil([&] { return reasons_.back() == 0; })) << "chosen by the user";
+}
+
+TEST_P(Route, ALostDeviceIsToldOfAndItsTonesNeverGoToAnother) {
+  for (const OutputPath path : {OutputPath::Audiometer, OutputPath::Earphones}) {
+    const std::string audiometer = server_.addAudiometer();
+    const std::string speaker = server_.addSpeaker();
+    server_.control("set-default-sink audiometer");
+    reasons_.clear();
+    usePlatform();
+    int tones = 0;
+    simulation::TestWatch watch;
+    watch.tonePlays = [&](const std::string&, const std::string&, bool) { ++tones; };
+    const auto run = newTest(path, watch);
+    {
+      const Recording elsewhere(server_, "speaker");
+      {
+        const Recording recording(server_, "audiometer");
+        run->startEar(false);
+        ASSERT_TRUE(loop_->runUntil([&] { return tones >= 2 && !recording.isSilentSince(0); }));
+      }
+      server_.remove(audiometer);
+      ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kDeviceGone); }));
+      const int before = tones;
+      EXPECT_TRUE(loop_->runUntil([&] { return tones >= before + 3; })) << "the session goes on";
+      run->pauseTest();
+      run->continueTest();
+      EXPECT_TRUE(loop_->runUntil([&] { return tones >= before + 5; }));
+      EXPECT_GT(elsewhere.frames(), 0U);
+      EXPECT_TRUE(elsewhere.isSilentSince(0)) << "the loudspeaker has played";
+      run->pauseTest();
+    }
+    // Plugged in again, a test that is started anew is heard.
+    const std::string again = server_.addAudiometer();
+    server_.control("set-default-sink audiometer");
+    ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "HeadsetBT"; }));
+    const Recording recording(server_, "audiometer");
+    run->startEar(false);
+    EXPECT_TRUE(loop_->runUntil([&] { return !recording.isSilentSince(0); }));
+    run->pauseTest();
+    Platform::clearCurrent();
+    server_.remove(again);
+    server_.remove(speaker);
+  }
+}
+
+TEST_P(Route, AServerThatIsKilledInMidTestIsSurvived) {
+  server_.addAudiometer();
+  usePlatform();
+  int tones = 0;
+  simulation::TestWatch watch;
+  watch.tonePlays = [&](const std::string&, const std::string&, bool) { ++tones; };
+  const auto run = newTest(OutputPath::Audiometer, watch);
+  run->startEar(false);
+  ASSERT_TRUE(loop_->runUntil([&] { return tones >= 2; }));
+  server_.kill();
+  ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kDeviceGone); }));
+  EXPECT_EQ(session_->routeText(), std::nullopt);
+  EXPECT_EQ(session_->setOutputVolume(1), std::errc::no_such_device);
+  EXPECT_EQ(output_->useCurrentDevice(), std::errc::no_such_device);
+  const int before = tones;
+  EXPECT_TRUE(loop_->runUntil([&] { return tones >= before + 2; })) << "the session goes on";
+  run->pauseTest();
+
+  reasons_.clear();
+  server_.start();
+  server_.addAudiometer();
+  ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kNewDevice) && session_->routeText() == "HeadsetBT"; }));
+  const Recording recording(server_, "audiometer");
+  run->startEar(false);
+  EXPECT_TRUE(loop_->runUntil([&] { return !recording.isSilentSince(0); }));
+}
+
+TEST_P(Route, TheVolumeIsPutBackToTheVeryValue) {
+  const std::pair<std::string, std::string> table[] = {{"30% 30%", "0"}, {"21% 64%", "1"},  {"130% 130%", "0"},
+                                                       {"0% 0%", "0"},   {"100% 40%", "0"}, {"100% 100%", "0"}};
+  for (const auto& [volume, muted] : table) {
+    for (const bool isLost : {false, true}) {
+      const std::string audiometer = server_.addAudiometer(), speaker = server_.addSpeaker();
+      server_.control("set-default-sink audiometer");
+      server_.control("set-sink-volume audiometer " + volume);
+      server_.control("set-sink-mute audiometer " + muted);
+      server_.control("set-sink-volume speaker 40%");
+      const std::string before = server_.volumes("audiometer"), elsewhere = server_.volumes("speaker");
+      usePlatform();
+      ORNSystemVolumeManager::saveSystemVolume();
+      ORNSystemVolumeManager::setSystemVolumeToMax();
+      ORNSystemVolumeManager::setSystemVolumeToMax();
+      EXPECT_EQ(ORNSystemVolumeManager::getSystemVolume(), 1);
+      EXPECT_THAT(server_.volumes("audiometer"), testing::AllOf(testing::HasSubstr("100%"), testing::HasSubstr("no"),
+                                                                testing::HasSubstr("balance 0.00")));
+      std::string again = audiometer;
+      if (isLost) {
+        server_.remove(audiometer);
+        ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "Speaker"; }));
+      }
+      ORNSystemVolumeManager::reStoreSystemVolume();
+      EXPECT_EQ(server_.volumes("speaker"), elsewhere);
+      if (isLost) again = server_.addAudiometer();
+      EXPECT_TRUE(loop_->runUntil([&] { return server_.volumes("audiometer") == before; }, 5s))
+          << before << (isLost ? " lost: " : ": ") << server_.volumes("audiometer");
+      Platform::clearCurrent();
+      server_.remove(again);
+      server_.remove(speaker);
+    }
+  }
+}
+
+TEST(NoSoundServer, IsAMachineWithoutOutputs) {
+  const auto loop = std::make_shared<HastyRunLoop>(1);
+  const LinuxSound sound = linuxSound(loop, "test", "unix:/nonexistent/server");
+  EXPECT_EQ(sound.session->routeText(), std::nullopt);
+  EXPECT_TRUE(sound.session->currentRoute().outputs.empty());
+  EXPECT_EQ(sound.session->outputVolume(), 0);
+  EXPECT_EQ(sound.session->setOutputVolume(1), std::errc::no_such_device);
+  const auto queue = sound.output->newOutputQueue({48000, kAudioFormatLinearPCM, 12, 2, 1, 2, 1, 16, 0},
+                                                  [](AudioQueue&, AudioQueueBuffer&) {});
+  ASSERT_TRUE(queue);
+  EXPECT_EQ(queue->start(), std::errc::no_such_device);
+}
+
+ORN_ON_BOTH_SERVERS(Route);
+
+}  // namespace
+}  // namespace orn
