@@ -1,0 +1,117 @@
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <thread>
+#include <nlohmann/json.hpp>
+
+#include "TestSoundServer.h"
+
+namespace orn {
+namespace {
+
+using namespace std::chrono_literals;
+using nlohmann::json;
+using testing::HasSubstr;
+
+/// The program as somebody would start it, with a sound server and settings of the test's own.
+class SoundProgram : public testing::Test {
+ protected:
+  SoundProgram() {
+    audiometer_ = server_.addAudiometer();
+    server_.addSpeaker();
+    server_.control("set-default-sink audiometer");
+    server_.control("set-sink-volume audiometer 21% 64%");
+    volumes_ = server_.volumes("audiometer");
+  }
+
+  pid_t start(const std::string& arguments) {
+    const std::string command = "exec env PULSE_SERVER=" + server_.address() + " HOME=" + server_.folder() + " " +
+                                ORN_HEARING_TEST + " " + arguments + " >" + server_.folder() + "/out 2>" +
+                                server_.folder() + "/err";
+    const pid_t child = fork();
+    if (child == 0) {
+      execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+      _exit(127);
+    }
+    return child;
+  }
+
+  static int exitCode(pid_t child) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  std::string printed(const std::string& file) const {
+    std::ifstream stream(server_.folder() + "/" + file);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+
+  /// Waits until the test's tones have begun, by what is printed then.
+  bool isUnderWay() const {
+    for (int i = 0; i < 1000; ++i) {
+      if (printed("out").find("Testing the right ear") != std::string::npos) return true;
+      std::this_thread::sleep_for(10ms);
+    }
+    return false;
+  }
+
+  TestSoundServer server_{ServerKind::PulseAudio};
+  std::string audiometer_, volumes_;
+};
+
+const std::string kRun = "run --listener --frequencies 1000 --calibration " ORN_CALIBRATION;
+
+TEST_F(SoundProgram, ShowsTheDevices) {
+  ASSERT_EQ(exitCode(start("devices --json")), 0) << printed("err");
+  const json found = json::parse(printed("out"));
+  EXPECT_EQ(found["route"], "HeadsetBT");
+  EXPECT_EQ(found["audiometer"], "AA:BB:CC:DD:EE:FF");
+  EXPECT_EQ(found["outputs"].at(0)["name"], "KV50-1234 Audiometer");
+  EXPECT_NEAR(found["volume"].get<double>(), 0.425, 0.001);
+  server_.kill();
+  ASSERT_EQ(exitCode(start("devices")), 0);
+  EXPECT_THAT(printed("out"), HasSubstr("No output"));
+  ASSERT_EQ(exitCode(start(kRun)), 1);
+  EXPECT_THAT(printed("err"), HasSubstr("neither to an audiometer nor to earphones"));
+}
+
+TEST_F(SoundProgram, AVirtualListenerTakesTheTestFromTheOutput) {
+  ASSERT_EQ(exitCode(start(kRun + " --json --right 1000=41 --left 1000=53")), 0) << printed("err");
+  const json report = json::parse(printed("out"));
+  EXPECT_EQ(report["right"], json::parse(R"({"1000hz":"45"})"));
+  EXPECT_EQ(report["left"], json::parse(R"({"1000hz":"55"})"));
+  for (const json& tone : report["presentations"]) {
+    const double level = std::stod(tone["db"].get<std::string>());
+    EXPECT_NEAR(tone["measured"].get<double>(), level, 1) << tone;
+  }
+  EXPECT_EQ(server_.volumes("audiometer"), volumes_);
+}
+
+TEST_F(SoundProgram, AnInterruptOrALostDevicePutsTheVolumeBack) {
+  for (const int signal : {SIGINT, SIGTERM}) {
+    const pid_t program = start(kRun);
+    ASSERT_TRUE(isUnderWay());
+    EXPECT_THAT(server_.volumes("audiometer"), HasSubstr("100%"));
+    kill(program, signal);
+    EXPECT_EQ(exitCode(program), 1);
+    EXPECT_EQ(printed("err"), "hearing-test: interrupted; nothing of the test is kept\n");
+    EXPECT_EQ(server_.volumes("audiometer"), volumes_);
+    std::ofstream(server_.folder() + "/out");
+  }
+  const std::string elsewhere = server_.volumes("speaker");
+  const pid_t program = start(kRun);
+  ASSERT_TRUE(isUnderWay());
+  server_.remove(audiometer_);
+  EXPECT_EQ(exitCode(program), 1);
+  EXPECT_EQ(printed("err"), "hearing-test: the device was disconnected\n");
+  EXPECT_EQ(server_.volumes("speaker"), elsewhere);
+}
+
+}  // namespace
+}  // namespace orn
