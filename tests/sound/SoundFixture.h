@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <memory>
 #include <mutex>
@@ -33,11 +35,12 @@ class Recording {
           samples_.insert(samples_.end(), samples.begin(), samples.end());
         }) {}
 
-  Samples channel(std::size_t which) const {
+  /// Left and right of what was recorded so far.
+  std::array<Samples, 2> channels() const {
     const std::lock_guard lock(mutex_);
-    Samples channel;
-    for (std::size_t i = which; i < samples_.size(); i += 2) channel.push_back(samples_[i]);
-    return channel;
+    std::array<Samples, 2> channels;
+    for (std::size_t i = 0; i < samples_.size(); ++i) channels[i % 2].push_back(samples_[i]);
+    return channels;
   }
 
   bool isSilentSince(std::size_t frame) const {

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::uint32_t kFrameBytes = 4;
 constexpr std::uint32_t kRequestBytes = kFrameBytes * 960;  // 20 ms
-constexpr PulseStreamFormat kFormat{.channels = 2, .bufferBytes = 8 * kRequestBytes, .requestBytes = kRequestBytes};
+constexpr PulseStreamFormat kFormat{.channels = 2, .bufferBytes = 12 * kRequestBytes, .requestBytes = kRequestBytes};
 
 }  // namespace
 
