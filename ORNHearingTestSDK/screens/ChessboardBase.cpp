@@ -19,6 +19,8 @@ constexpr std::int64_t kInset = 5;  // from the board's edge to its first row an
 constexpr float kOrigin = kMargin + kInset;
 constexpr float kOvershoot = 1;  // of the lines beyond the outermost rows and columns
 
+const BoardLabel kUnit{12, 20, 47, QStringLiteral("dBHL")};
+
 // Divisions by a zero are meant: a single row or column has no distance to the next.
 float step(std::int64_t length, std::int64_t lines) {
   return static_cast<float>(length - 2 * kInset) / static_cast<float>(lines - 1);
@@ -92,19 +94,21 @@ void ChessboardBase::drawFrequencyLabels(QPainter& painter, std::int64_t rows, d
   drawLabels(painter, labels, fontSize, Qt::AlignHCenter);
 }
 
-void ChessboardBase::drawLevelLabels(QPainter& painter, const LevelScale& scale, double lowered,
-                                     double fontSize) const {
-  const std::vector<BoardLabel> unit{{12, 20, 47, QStringLiteral("dBHL")}};
+double ChessboardBase::fittingFontSize(const QPainter& painter, double wanted) const {
+  return fittingSize(painter, {kUnit}, wanted);
+}
+
+void ChessboardBase::drawLevelLabels(QPainter& painter, const LevelScale& scale, double fontSize) const {
   // On a board much higher than a phone's, half a step would lift the labels into the unit and out of the view.
-  const double unitBottom = unit[0].y + lineHeight(painter, fittingSize(painter, unit, fontSize));
-  const double raised = std::min(xAxisStep_ / 2 - lowered, kOrigin - unitBottom);
+  const double raised = std::min(xAxisStep_ / 2 - scale.lowered, kOrigin - kUnit.y - lineHeight(painter, fontSize));
+  const double width = std::clamp(kOrigin - 1 - scale.halfMark, kUnit.width / 2, kUnit.width);
   std::vector<BoardLabel> levels;
   for (std::int64_t i = 0; i < scale.rows; i += scale.every) {
-    levels.push_back({0, at(xAxisStep_, i) - raised, 47, QString::number(scale.firstDB + kStepDB * i)});
+    levels.push_back({0, at(xAxisStep_, i) - raised, width, QString::number(scale.firstDB + kStepDB * i)});
   }
   painter.setPen(Qt::black);
   drawLabels(painter, levels, fontSize, Qt::AlignRight);
-  drawLabels(painter, unit, fontSize, Qt::AlignRight);
+  drawLabels(painter, {kUnit}, fontSize, Qt::AlignRight);
 }
 
 void ChessboardBase::paintEvent(QPaintEvent*) {

@@ -70,13 +70,18 @@ class ORN_SCREENS_EXPORT ChessboardBase : public QWidget {
   /// The names of the columns, centred beneath them, `distance` points below the last row.
   void drawFrequencyLabels(QPainter& painter, std::int64_t rows, double distance, double fontSize);
 
-  /// Which rows carry a level: every so many of them, from the first one with its level in dB on.
+  /// The size at which the widest text beside the rows fits there: that which is wanted, or a smaller one.
+  double fittingFontSize(const QPainter& painter, double wanted) const;
+
+  /// Which rows carry a level: every so many of them, from the first one with its level in dB on. The labels hang from
+  /// `lowered` points below half a step above their rows and keep clear of marks that reach `halfMark` to the left.
   struct LevelScale {
     std::int64_t rows, every, firstDB;
+    double lowered, halfMark;
   };
 
-  /// The levels at the left, each hanging from `lowered` points below half a step above its row, and the unit.
-  void drawLevelLabels(QPainter& painter, const LevelScale& scale, double lowered, double fontSize) const;
+  /// The levels at the left, and the unit above them.
+  void drawLevelLabels(QPainter& painter, const LevelScale& scale, double fontSize) const;
 
   void paintEvent(QPaintEvent* event) override;
 

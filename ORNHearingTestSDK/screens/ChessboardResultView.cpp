@@ -40,13 +40,13 @@ std::optional<std::vector<std::string>> ChessboardResultView::askForHzs() {
 void ChessboardResultView::drawRect(QPainter& painter) {
   layOut(kRows);
   const double width = static_cast<double>(viewWidth());
-  const double fontSize = static_cast<float>(width * 10 / 320);
+  const double fontSize = fittingFontSize(painter, static_cast<float>(width * 10 / 320));
   const Scale scale{static_cast<float>(width * 4 / 320), static_cast<float>(width / 320)};
   painter.save();
   drawGround(painter);
   drawGrid(painter, kRows, color(0, 0, 0, 0.6));
   drawFrequencyLabels(painter, kRows, 5, fontSize);
-  drawLevelLabels(painter, {kRows, 2, -10}, 0, fontSize);
+  drawLevelLabels(painter, {kRows, 2, -10, 0, scale.halfMark}, fontSize);
   const auto source = datasouce_.lock();
   const std::int32_t sections = source && source->countOfSection ? source->countOfSection(*this) : 0;
   for (std::int32_t s = 0; s < std::min(sections, kMostSections); ++s) {

@@ -174,7 +174,7 @@ void ChessboardView::drawRect(QPainter& painter) {
   drawGround(painter);
   drawGrid(painter, drawnRows, Qt::black);
   drawFrequencyLabels(painter, rows, 15, 12);
-  drawLevelLabels(painter, {drawnRows, 1, getMinDBWithDefault()}, 4, 10);
+  drawLevelLabels(painter, {drawnRows, 1, getMinDBWithDefault(), 4, kHalfMark}, 10);
   drawMarks(painter);
   painter.restore();
 }
