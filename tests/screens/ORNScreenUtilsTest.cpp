@@ -1,7 +1,5 @@
 #include <set>
 
-#include <QtGui/QFontMetricsF>
-
 #include "BoardPixels.h"
 
 namespace orn {
@@ -20,7 +18,7 @@ TEST_F(ORNScreenUtilsTest, ImagesSuitThePixelRatioAndKeepTheirSize) {
                                     {"shuiyin", 696},
                                     {"nothing", 0},
                                     {"../image.bundle/bg", 0}}) {
-    for (const auto& [ratio, pixels] : {std::pair(0.5, 1), {1.0, 1}, {1.25, 2}, {3.0, 3}, {1e9, 3}}) {
+    for (const auto& [ratio, pixels] : {std::pair(0.5, 1), {1.25, 2}, {1e9, 3}}) {
       const QImage image = ORNScreenUtils::imageResource(name, ratio);
       EXPECT_EQ(image.size().width(), width * pixels) << name << " at " << ratio;
       EXPECT_EQ(image.deviceIndependentSize().width(), width) << name << " at " << ratio;
@@ -55,7 +53,6 @@ TEST_F(ORNScreenUtilsTest, TextsHaveGlyphsAndTheSpaceThatTheyAreMeasuredAt) {
   };
   const double line = size("听力").height();
   EXPECT_EQ(size(""), QSizeF(0, 0));
-  EXPECT_NEAR(line, QFontMetricsF(font).lineSpacing(), 2);
   EXPECT_NEAR(size("听力\n检测").height(), 2 * line + 15, 0.1);
   EXPECT_NEAR(size("听力检测听力检测").height(), 2 * line + 15, 0.1) << "wraps";
   EXPECT_NEAR(size("听力", 3).width(), size("听力").width() + 6, 0.1);
