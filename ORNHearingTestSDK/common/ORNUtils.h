@@ -24,7 +24,8 @@ struct ChatApplication {
 };
 
 /// Texts, dates and files for screens and host applications. What needs fonts, images or colours is ORNScreenUtils.
-/// Nothing throws; any thread unless told otherwise.
+/// Failures show in the results alone; files, images and ages need a platform in force. Any thread unless told
+/// otherwise.
 class ORN_EXPORT ORNUtils {
  public:
   ORNUtils() = delete;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <utility>
 
 #include <QtCore/QPointer>
 #include <QtGui/QMouseEvent>
@@ -25,6 +26,10 @@ std::int64_t difference(std::int64_t a, std::int64_t b) {
   std::int64_t result = 0;
   if (!__builtin_sub_overflow(a, b, &result)) return result;
   return a < b ? std::numeric_limits<std::int64_t>::min() : std::numeric_limits<std::int64_t>::max();
+}
+
+bool hasPlaces(QPointF steps) {
+  return steps.x() > 0 && steps.y() > 0 && std::isfinite(steps.x()) && std::isfinite(steps.y());
 }
 
 struct Snapped {
@@ -87,6 +92,7 @@ void ChessboardView::drawTestAtHz(const std::string& hz, const std::string& db) 
 }
 
 void ChessboardView::drawTestAtPoint(QPointF point) {
+  layOutBoard();
   currentTestPoint_ = getDrawPoint(point);
   currentTestPointBack_ = point;
   update();
@@ -99,6 +105,7 @@ void ChessboardView::drawSelectAtHz(const std::string& hz, const std::string& db
 void ChessboardView::drawSelectAtPoint(QPointF point) {
   const double column = std::trunc(point.x());
   if (!(column >= 0 && column < static_cast<double>(pointsArray().size()))) return;
+  layOutBoard();
   (*pointsArray_)[static_cast<std::size_t>(column)] = getDrawPoint(point);
   currentTestPoint_ = {kNoPoint, kNoPoint};
   update();
@@ -167,13 +174,30 @@ void ChessboardView::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) touchEnded(event->position());
 }
 
+void ChessboardView::layOutBoard() {
+  const bool isResized = viewWidth() != width() || viewHeight() != height();
+  layOut(kXAxisNumber());
+  const QPointF steps(yAxisStep(), xAxisStep());
+  // A board too small for a grid has no place for the marks; they wait for the next size.
+  if (!hasPlaces(steps)) return;
+  const QPointF before = std::exchange(markSteps_, steps);
+  if (!isResized || !hasPlaces(before)) return;
+  const auto move = [&](QPointF& point) {
+    if (point == QPointF(kNoPoint, kNoPoint)) return;
+    const QPointF fromOrigin = point - getDrawPoint({0, 0});
+    point = getDrawPoint({fromOrigin.x() / before.x(), fromOrigin.y() / before.y()});
+  };
+  move(currentTestPoint_);
+  if (pointsArray_) std::for_each(pointsArray_->begin(), pointsArray_->end(), move);
+}
+
 void ChessboardView::drawRect(QPainter& painter) {
-  const std::int64_t rows = kXAxisNumber(), drawnRows = std::min(rows, kMostRows);
-  layOut(rows);
+  const std::int64_t drawnRows = std::min(kXAxisNumber(), kMostRows);
+  layOutBoard();
   painter.save();
   drawGround(painter);
   drawGrid(painter, drawnRows, Qt::black);
-  drawFrequencyLabels(painter, rows, 15, 12);
+  drawFrequencyLabels(painter, kXAxisNumber(), 15, 12);
   drawLevelLabels(painter, {drawnRows, 1, getMinDBWithDefault(), 4, kHalfMark}, 10);
   drawMarks(painter);
   painter.restore();

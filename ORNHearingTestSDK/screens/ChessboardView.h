@@ -114,6 +114,9 @@ class ORN_SCREENS_EXPORT ChessboardView final : public ChessboardBase {
   /// A touch that began on this view has ended there.
   void touchEnded(QPointF point);
   void touch(QTouchEvent& event);
+
+  /// Takes the layout; the marks, which are points of the view, follow a change of its size.
+  void layOutBoard();
   void drawMarks(QPainter& painter);
   void addMark(BoardMarks& marks, QPointF point) const;
 
@@ -125,6 +128,7 @@ class ORN_SCREENS_EXPORT ChessboardView final : public ChessboardBase {
   std::optional<std::vector<QPointF>> pointsArray_;
   QPointF currentTestPoint_{kNoPoint, kNoPoint};
   QPointF currentTestPointBack_;
+  QPointF markSteps_;  // the distances of columns and rows by which the marks stand
   int touchId_ = -1;
 };
 

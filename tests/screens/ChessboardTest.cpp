@@ -69,6 +69,23 @@ TEST_F(ChessboardTest, TheLineComesWithTheNextRedrawAfterTheEndAndTheMovingMarkG
   EXPECT_NE(at(before, 58, 77), at(after, 58, 77)) << "the rim of the moving mark";
 }
 
+TEST_F(ChessboardTest, MarksKeepTheirLevelsWhateverTheSizeAndWhenNothingIsDrawnYet) {
+  ChessboardView fresh;
+  fresh.setHzs(kFour);
+  fresh.resize(320, 504);
+  fresh.drawSelectAtHz("2000hz", "60db");
+  fresh.drawTestAtHz("1000hz", "40db");
+  const QImage image = draw(fresh);
+  fresh.resize(375, 667);
+  EXPECT_NE(draw(fresh), image);
+  EXPECT_NEAR(fresh.currentTestPoint().y(), 55 + 557 / 3.0, 1e-3);
+  for (const QSize size : {QSize(110, 110), QSize(320, 504)}) {
+    fresh.resize(size);
+    draw(fresh);
+  }
+  EXPECT_EQ(draw(fresh), image);
+}
+
 TEST_F(ChessboardTest, TouchesSnapToTheNearestCell) {
   const double tie = 81 + kStep / 2;
   const std::tuple<QPointF, int, int, QPointF> touches[] = {
