@@ -30,7 +30,7 @@ class SimulateCommand {
   ListenerOptions listener_;
   std::string calibration_;
   std::string host_;
-  std::string wav_;
+  std::string wav_, png_;
   bool json_ = false;
 };
 
