@@ -9,6 +9,8 @@ packages=(
   libcurl4-openssl-dev libplist-dev libssl-dev nlohmann-json3-dev pkg-config
   # the programs
   libcli11-dev libmicrohttpd-dev libsqlite3-dev
+  # the screens and their images
+  fonts-wqy-microhei librsvg2-bin qt6-base-dev
   # tests and benchmarks
   libbenchmark-dev libgmock-dev libgtest-dev
 )

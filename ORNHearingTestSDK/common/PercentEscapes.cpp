@@ -1,5 +1,9 @@
 #include <ORNHearingTestSDK/common/PercentEscapes.h>
 
+#include <charconv>
+
+#include <ORNHearingTestSDK/platform/Utf8.h>
+
 namespace orn {
 namespace {
 
@@ -19,6 +23,25 @@ std::string percentEscaped(std::string_view text, std::string_view leftAlone) {
     }
   }
   return escaped;
+}
+
+std::optional<std::string> percentUnescaped(std::string_view text) {
+  std::string plain;
+  while (!text.empty()) {
+    if (text.front() != '%') {
+      plain += text.front();
+      text.remove_prefix(1);
+      continue;
+    }
+    const std::string_view digits = text.substr(1, 2);
+    unsigned char byte = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
+    if (error != std::errc{} || digits.size() != 2 || end != digits.data() + 2) return std::nullopt;
+    plain += static_cast<char>(byte);
+    text.remove_prefix(3);
+  }
+  if (!isUtf8(plain)) return std::nullopt;
+  return plain;
 }
 
 }  // namespace orn

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -8,6 +9,10 @@ namespace orn {
 /// Escapes every byte that is neither a letter, a digit nor one of the others that are left alone, as "%" and two
 /// hexadecimal digits (RFC 3986, section 2.1). Any thread.
 std::string percentEscaped(std::string_view text, std::string_view leftAlone);
+
+/// The text with every escape replaced by its byte; nothing if a "%" is followed by anything else than two hexadecimal
+/// digits, or if the bytes are no UTF-8. Any thread.
+std::optional<std::string> percentUnescaped(std::string_view text);
 
 /// What a URL may hold outside its escapes: the unreserved and reserved characters of RFC 3986, but "#", "[" and "]".
 inline constexpr std::string_view kLegalInURL = "-._~!$&'()*+,;=:@/?";

@@ -20,14 +20,18 @@ Time between(Time from, Time to) { return from < to - RunLoop::distantFuture ? R
 struct TimerQueue::Calls {
   using Key = std::pair<Time, std::uint64_t>;
 
+  explicit Calls(std::function<void()> whenChanged) : changed(std::move(whenChanged)) {}
+
   Key add(Time due, std::shared_ptr<QueuedTimer> timer) {
     const Key key{due, nextAge++};
     waiting.emplace(key, std::move(timer));
+    if (changed) changed();
     return key;
   }
 
   std::map<Key, std::shared_ptr<QueuedTimer>> waiting;
   std::uint64_t nextAge = 1;  // age 0 is that of a key that never waited
+  std::function<void()> changed;
 };
 
 /// A repeating timer, or a delayed call, which is a timer without an interval.
@@ -68,9 +72,10 @@ class TimerQueue::QueuedTimer final : public Timer, public std::enable_shared_fr
   Calls::Key key_{};
 };
 
-TimerQueue::TimerQueue() : calls_(std::make_shared<Calls>()) {}
+TimerQueue::TimerQueue(std::function<void()> changed) : calls_(std::make_shared<Calls>(std::move(changed))) {}
 
 TimerQueue::~TimerQueue() {
+  calls_->changed = nullptr;
   // An action that goes may itself add or end timers.
   while (!calls_->waiting.empty()) {
     const auto timer = calls_->waiting.begin()->second;

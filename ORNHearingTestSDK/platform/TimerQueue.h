@@ -13,11 +13,12 @@
 namespace orn {
 
 /// Timers and delayed calls in the order in which a run loop makes them. One thread only; knows no clock.
-class TimerQueue {
+class ORN_EXPORT TimerQueue {
  public:
   using Time = std::chrono::nanoseconds;
 
-  TimerQueue();
+  /// `changed` is called whenever a call has been added or has been given another time; never once the queue goes.
+  explicit TimerQueue(std::function<void()> changed = {});
   ~TimerQueue();
   TimerQueue(const TimerQueue&) = delete;
   TimerQueue& operator=(const TimerQueue&) = delete;

@@ -9,6 +9,7 @@
 
 #include <ORNHearingTestSDK/common/DefaultsReading.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/common/ORNUtils.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
@@ -34,10 +35,7 @@ std::int64_t ageInYears() {
   const auto stored = platform.userDefaults->value("BIRTHDAY");
   const auto* birthday = stored ? std::get_if<std::chrono::system_clock::time_point>(&*stored) : nullptr;
   if (!birthday) return 0;
-  // Subtracted as seconds, since centuries in nanoseconds overflow.
-  const auto secondsOf = [](auto date) { return std::chrono::duration<double>(date.time_since_epoch()).count(); };
-  const double seconds = secondsOf(platform.runLoop->date()) - secondsOf(*birthday);
-  return static_cast<std::int64_t>(std::trunc(std::trunc(seconds / 86400.0) / 365.0));
+  return ORNUtils::getUserAgeByBday(*birthday);
 }
 
 std::int64_t rowFor(std::int64_t age) { return age < 30 ? 0 : std::min<std::int64_t>(age / 10 - 2, 5); }

@@ -1,0 +1,64 @@
+#include <ORNHearingTestSDK/screens/AttributedText.h>
+
+#include <algorithm>
+#include <utility>
+
+#include <QtGui/QPainter>
+#include <QtGui/QTextLayout>
+
+namespace orn {
+namespace {
+
+/// Breaks the text into lines and gives what they take.
+QSizeF layOut(QTextLayout& layout, double width, double lineSpace) {
+  QSizeF size(0, 0);
+  layout.beginLayout();
+  for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+    line.setLeadingIncluded(true);
+    line.setLineWidth(width);
+    const double top = line.lineNumber() == 0 ? 0 : size.height() + lineSpace;
+    line.setPosition({0, top});
+    size = {std::max(size.width(), line.naturalTextWidth()), top + line.height()};
+  }
+  layout.endLayout();
+  return size;
+}
+
+}  // namespace
+
+AttributedText::AttributedText(QString text, double lineSpace, double kern, const QFont& font)
+    : text_(std::move(text)), lineSpace_(lineSpace), font_(font) {
+  text_.replace(QLatin1Char('\n'), QChar::LineSeparator);
+  if (kern != 0) font_.setLetterSpacing(QFont::AbsoluteSpacing, kern);
+}
+
+void AttributedText::addColor(const QColor& color, qsizetype from, qsizetype length) {
+  parts_.push_back({color, from, length});
+}
+
+QSizeF AttributedText::boundingSize(double width) const {
+  if (text_.isEmpty()) return {0, 0};
+  QTextLayout layout(text_, font_);
+  return layOut(layout, width, lineSpace_);
+}
+
+void AttributedText::draw(QPainter& painter, const QRectF& rect, Qt::Alignment alignment) const {
+  QTextLayout layout(text_, font_, painter.device());
+  QTextOption option(alignment);
+  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  layout.setTextOption(option);
+  QList<QTextLayout::FormatRange> ranges;
+  for (const ColoredPart& part : parts_) {
+    QTextCharFormat format;
+    format.setForeground(part.color);
+    ranges.append({static_cast<int>(part.from), static_cast<int>(part.length), format});
+  }
+  layout.setFormats(ranges);
+  layOut(layout, rect.width(), lineSpace_);
+  painter.save();
+  painter.setPen(Qt::black);
+  layout.draw(&painter, rect.topLeft());
+  painter.restore();
+}
+
+}  // namespace orn

@@ -1,0 +1,13 @@
+#include <cstdlib>
+
+#include <QtWidgets/QApplication>
+#include <gmock/gmock.h>
+
+int main(int argc, char** argv) {
+  // Without a display, at one pixel a point, whatever the machine is set to.
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  setenv("QT_SCALE_FACTOR", "1", 1);
+  testing::InitGoogleMock(&argc, argv);
+  QApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}
