@@ -11,6 +11,7 @@
 
 #include <ORNHearingTestSDK/screens/ScreensExport.h>
 
+class QColor;
 class QPainter;
 
 namespace orn {
@@ -23,6 +24,9 @@ namespace orn {
 class ORN_SCREENS_EXPORT ChessboardBase : public QWidget {
  public:
   ~ChessboardBase() override;
+
+  /// Distance between two level rows in dB.
+  static constexpr std::int64_t kStepDB = 5;
 
   /// Size of the widget, and of the board within its margins, at the last draw.
   std::int64_t viewWidth() const { return viewWidth_; }
@@ -53,8 +57,31 @@ class ORN_SCREENS_EXPORT ChessboardBase : public QWidget {
   /// The data source's frequencies; nothing if it does not answer.
   virtual std::optional<std::vector<std::string>> askForHzs() = 0;
 
+  // The steps of a draw that both views share, in their order. The layout comes first; the rest follow it.
+
   /// Takes the layout from the widget's size for a grid of that many rows.
   void layOut(std::int64_t rows);
+
+  /// The white ground, and the watermark on it.
+  void drawGround(QPainter& painter) const;
+
+  void drawGrid(QPainter& painter, std::int64_t rows, const QColor& color);
+
+  /// The names of the columns, centred beneath them, `distance` points below the last row.
+  void drawFrequencyLabels(QPainter& painter, std::int64_t rows, double distance, double fontSize);
+
+  /// The size at which the widest text beside the rows fits there: that which is wanted, or a smaller one.
+  double fittingFontSize(const QPainter& painter, double wanted) const;
+
+  /// Which rows carry a level: every so many of them, from the first one with its level in dB on. The labels hang from
+  /// `lowered` points below half a step above their rows and keep clear of marks that reach `halfMark` to the left.
+  struct LevelScale {
+    std::int64_t rows, every, firstDB;
+    double lowered, halfMark;
+  };
+
+  /// The levels at the left, and the unit above them.
+  void drawLevelLabels(QPainter& painter, const LevelScale& scale, double fontSize) const;
 
   void paintEvent(QPaintEvent* event) override;
 

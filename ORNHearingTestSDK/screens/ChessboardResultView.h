@@ -48,6 +48,15 @@ class ORN_SCREENS_EXPORT ChessboardResultView final : public ChessboardBase {
   std::optional<std::vector<std::string>> askForHzs() override;
 
  private:
+  struct Scale;
+
+  void drawLeftEar(QPainter& painter, const Scale& scale, const std::vector<QPointF>& points, double shade) const;
+  void drawRightEar(QPainter& painter, const Scale& scale, const std::vector<QPointF>& points, double shade) const;
+  void drawLegend(QPainter& painter, double fontSize) const;
+
+  /// What the data source gives for one ear, in the widget's coordinates.
+  std::vector<QPointF> earPoints(bool isLeft, std::int32_t section);
+
   std::weak_ptr<ChessboardResultViewDataSouce> datasouce_;
 };
 

@@ -5,18 +5,20 @@
 #include <limits>
 #include <optional>
 
+#include <QtCore/QPointer>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QTouchEvent>
 
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/screens/BoardMarks.h>
 
 namespace orn {
 namespace {
 
 constexpr std::int64_t kUnset = -1;
-constexpr std::int64_t kStepDB = 5;
 constexpr std::int64_t kMostRows = 1000;
+constexpr double kHalfMark = 5;
 constexpr std::int64_t kNotFound = std::numeric_limits<std::int64_t>::max();
 
 std::int64_t difference(std::int64_t a, std::int64_t b) {
@@ -125,21 +127,82 @@ void ChessboardView::touchEnded(QPointF point) {
   if (const auto receiver = delegate_.lock(); isCell && receiver && receiver->chessboardViewTouchedAtHz) {
     const std::string db = std::to_string(row * kStepDB + getMinDBWithDefault()) + "db";
     const std::string hz = hzs()[static_cast<std::size_t>(column)];
+    const QPointer<ChessboardView> stillThere(this);
     receiver->chessboardViewTouchedAtHz(hz, db);
+    if (!stillThere) return;
   }
   currentTestPoint_ = snapped;
   update();
 }
 
-bool ChessboardView::event(QEvent* event) { return ChessboardBase::event(event); }
+bool ChessboardView::event(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+      if (!isEnabled()) break;
+      touch(static_cast<QTouchEvent&>(*event));
+      return true;
+    default:
+      break;
+  }
+  return ChessboardBase::event(event);
+}
+
+void ChessboardView::touch(QTouchEvent& event) {
+  event.accept();
+  if (event.type() == QEvent::TouchBegin) touchId_ = event.points().first().id();
+  if (event.type() == QEvent::TouchCancel) touchId_ = -1;
+  for (const QEventPoint& point : event.points()) {
+    if (point.id() != touchId_ || point.state() != QEventPoint::Released) continue;
+    touchId_ = -1;
+    return touchEnded(point.position());
+  }
+}
+
 void ChessboardView::mousePressEvent(QMouseEvent* event) { event->setAccepted(event->button() == Qt::LeftButton); }
+
 void ChessboardView::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) touchEnded(event->position());
 }
 
 void ChessboardView::drawRect(QPainter& painter) {
-  layOut(kXAxisNumber());
-  painter.fillRect(rect(), Qt::white);
+  const std::int64_t rows = kXAxisNumber(), drawnRows = std::min(rows, kMostRows);
+  layOut(rows);
+  painter.save();
+  drawGround(painter);
+  drawGrid(painter, drawnRows, Qt::black);
+  drawFrequencyLabels(painter, rows, 15, 12);
+  drawLevelLabels(painter, {drawnRows, 1, getMinDBWithDefault(), 4, kHalfMark}, 10);
+  drawMarks(painter);
+  painter.restore();
+}
+
+void ChessboardView::drawMarks(QPainter& painter) {
+  const bool isMoving = currentTestPoint_.x() != kNoPoint && currentTestPoint_.y() != kNoPoint;
+  if (!isTestEnd_ && isMoving) {
+    BoardMarks moving(rect());
+    addMark(moving, currentTestPoint_);
+    // Nobody sets a colour for the circle, so it has the one that every drawing begins with.
+    moving.strokeSmooth(painter, isTestLeft_ ? Qt::green : Qt::black);
+  }
+  const QColor color = isTestLeft_ ? Qt::blue : Qt::red;
+  BoardMarks fixed(rect()), joining(rect());
+  for (std::size_t i = 0; i < pointsArray().size(); ++i) {
+    addMark(fixed, pointsArray()[i]);
+    if (i > 0) joining.addLine(pointsArray()[i - 1], pointsArray()[i]);
+  }
+  fixed.strokeSmooth(painter, color);
+  if (isTestEnd_) joining.strokeUnsmoothed(painter, color);
+}
+
+void ChessboardView::addMark(BoardMarks& marks, QPointF point) const {
+  if (isTestLeft_) {
+    marks.addCross(point, kHalfMark);
+  } else {
+    marks.addCircle(point, kHalfMark);
+  }
 }
 
 }  // namespace orn

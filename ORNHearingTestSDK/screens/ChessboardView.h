@@ -12,7 +12,11 @@
 
 #include <ORNHearingTestSDK/screens/ChessboardBase.h>
 
+class QTouchEvent;
+
 namespace orn {
+
+class BoardMarks;
 
 /// Told of the cells that are touched. An empty member is not called.
 struct ChessboardViewDelegate {
@@ -109,7 +113,9 @@ class ORN_SCREENS_EXPORT ChessboardView final : public ChessboardBase {
  private:
   /// A touch that began on this view has ended there.
   void touchEnded(QPointF point);
-  void drawMark(QPainter& painter, QPointF point) const;
+  void touch(QTouchEvent& event);
+  void drawMarks(QPainter& painter);
+  void addMark(BoardMarks& marks, QPointF point) const;
 
   std::weak_ptr<ChessboardViewDelegate> delegate_;
   std::weak_ptr<ChessboardViewDataSource> datasource_;
