@@ -21,6 +21,7 @@ namespace {
 
 constexpr int kCardWidth = 270;
 constexpr int kButtonHeight = 46;
+constexpr int kCornerRadius = 14;
 constexpr double kDim = 0.45;
 constexpr std::chrono::milliseconds kFade{150};
 
@@ -33,14 +34,20 @@ QLabel* makeText(const QString& text, const QFont& font) {
   return label;
 }
 
-QString buttonStyle(bool isBeside) {
+/// The outer corners at the bottom are the card's.
+QString buttonStyle(bool isFirst, bool isLast, bool areBeside) {
+  const auto radius = [&](bool isOuter) { return isLast || areBeside ? (isOuter ? kCornerRadius : 0) : 0; };
   return QStringLiteral(
-             "QPushButton { border: none; border-top: 1px solid %1; %2 color: %3; background: transparent; }"
-             "QPushButton:pressed { background: %4; }"
-             "QPushButton:focus { background: %4; text-decoration: underline; }")
-      .arg(kSeparatorColour.name(),
-           isBeside ? QStringLiteral("border-left: 1px solid %1;").arg(kSeparatorColour.name()) : QString(),
-           kAccentColour.name(), kPressedColour.name());
+             "QPushButton { border: 0 solid %1; border-top-width: 1px; border-left-width: %2px; color: %3;"
+             " background: transparent; border-bottom-left-radius: %4px; border-bottom-right-radius: %5px; }"
+             "QPushButton:pressed { background: %6; }"
+             "QPushButton:focus { background: %6; text-decoration: underline; }")
+      .arg(kSeparatorColour.name())
+      .arg(areBeside && !isFirst ? 1 : 0)
+      .arg(kAccentColour.name())
+      .arg(radius(isFirst || !areBeside))
+      .arg(radius(isLast))
+      .arg(kPressedColour.name());
 }
 
 }  // namespace
@@ -50,7 +57,7 @@ AlertView::AlertView(const Alert& alert, QWidget* parent)
   setAccessibleName(alert.title);
   setAccessibleDescription(alert.message);
   card_->setObjectName(QStringLiteral("card"));
-  card_->setStyleSheet(QStringLiteral("#card { background: white; border-radius: 14px; }"));
+  card_->setStyleSheet(QStringLiteral("#card { background: white; border-radius: %1px; }").arg(kCornerRadius));
   card_->setFixedWidth(kCardWidth);
   auto* column = new QVBoxLayout(card_);
   column->setContentsMargins(0, 20, 0, 0);
@@ -79,7 +86,7 @@ void AlertView::addButtons(const Alert& alert, QBoxLayout* column) {
     button->setFixedHeight(kButtonHeight);
     button->setAutoDefault(true);
     button->setFont(systemFont(16, index == cancelButton_ ? QFont::Normal : QFont::DemiBold));
-    button->setStyleSheet(buttonStyle(areBeside && index > 0));
+    button->setStyleSheet(buttonStyle(index == 0, index + 1 == alert.buttons.size(), areBeside));
     button->setAccessibleName(alert.buttons[index]);
     connect(button, &QPushButton::clicked, this, [this, index] { answer(index); });
     buttons_.push_back(button);
@@ -102,8 +109,10 @@ void AlertView::appear() {
   });
 }
 
+/// The harmless button, where there is one: the key may have been meant for what the alert has covered.
 void AlertView::takeFocus() {
-  if (!buttons_.empty()) buttons_.back()->setFocus();
+  if (buttons_.empty()) return;
+  (cancelButton_ >= 0 ? buttons_[static_cast<std::size_t>(cancelButton_)] : buttons_.back())->setFocus();
 }
 
 void AlertView::paintEvent(QPaintEvent* /*event*/) {

@@ -3,7 +3,10 @@
 #include <QtCore/QString>
 #include <QtGui/QPainter>
 #include <QtGui/QPen>
+#include <QtWidgets/QAbstractScrollArea>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QScroller>
 
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
 
@@ -34,6 +37,16 @@ void makeTextButton(QPushButton* button) {
                      "QPushButton:pressed { background: %2; }"
                      "QPushButton:focus { border: 2px solid %3; border-radius: 6px; }")
           .arg(kAccentColour.name(), kPressedColour.name(), kFocusColour.name(QColor::HexArgb)));
+}
+
+void makePhoneScrolling(QAbstractScrollArea* area) {
+  area->setFrameShape(QFrame::NoFrame);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->verticalScrollBar()->setStyleSheet(
+      QStringLiteral("QScrollBar { background: white; width: 8px; }"
+                     "QScrollBar::handle { background: #c2c8c5; border-radius: 3px; margin: 1px; min-height: 32px; }"
+                     "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"));
+  QScroller::grabGesture(area->viewport(), QScroller::TouchGesture);
 }
 
 void drawFocusFrame(QPainter& painter, const QRectF& rect, double radius) {

@@ -9,8 +9,8 @@ namespace orn {
 namespace {
 
 constexpr int kImageSize = 60;
-constexpr int kMargin = 15;
-constexpr int kDisclosureWidth = 34;
+constexpr int kMargin = 12;
+constexpr int kTextLeft = 82;
 constexpr int kTitleHeight = 26;
 constexpr int kGap = 4;
 constexpr int kCornerRadius = 30;
@@ -41,13 +41,12 @@ void DeviceCell::setContents(const std::string& imageName, const AttributedText&
 }
 
 void DeviceCell::layOut() {
-  const int left = kMargin + kImageSize + kMargin;
-  const int textWidth = qMax(width() - left - kDisclosureWidth, 0);
+  const int textWidth = qMax(width() - kBesideText, 0);
   const double detailHeight = detailText_.boundingSize(textWidth).height();
   const double top = (height() - kTitleHeight - kGap - detailHeight) / 2;
   image_->setGeometry(kMargin, (height() - kImageSize) / 2, kImageSize, kImageSize);
-  title_->setFrame(QRectF(left, top, textWidth, kTitleHeight));
-  detail_->setFrame(QRectF(left, top + kTitleHeight + kGap, textWidth, detailHeight));
+  title_->setFrame(QRectF(kTextLeft, top, textWidth, kTitleHeight));
+  detail_->setFrame(QRectF(kTextLeft, top + kTitleHeight + kGap, textWidth, detailHeight));
 }
 
 void DeviceCell::resizeEvent(QResizeEvent* /*event*/) { layOut(); }

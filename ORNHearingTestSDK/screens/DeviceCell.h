@@ -16,6 +16,9 @@ class TextLabel;
 /// One way of testing: its picture, its name and, beneath that, whether its device is there.
 class DeviceCell : public TableCell {
  public:
+  /// What of the width the texts don't have.
+  static constexpr int kBesideText = 100;
+
   static QString identifier() { return QStringLiteral("TTT"); }
 
   DeviceCell();

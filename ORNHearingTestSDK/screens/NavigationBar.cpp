@@ -26,6 +26,7 @@ NavigationBar::NavigationBar(QWidget* parent)
   title_->setAlignment(Qt::AlignCenter);
   title_->setTextFormat(Qt::PlainText);
   title_->setFont(systemFont(17, QFont::DemiBold));
+  title_->setObjectName(QStringLiteral("title"));
   connect(left_, &QPushButton::clicked, this, [this] { perform(leftItem_); });
   connect(right_, &QPushButton::clicked, this, [this] { perform(rightItem_); });
 }

@@ -21,6 +21,7 @@ namespace {
 
 constexpr int kAudiometerRow = 0;
 constexpr int kRowMargin = 60;
+constexpr int kSectionSpacing = 18;
 constexpr double kLineSpace = 4;
 constexpr int kTitleSize = 18;
 constexpr int kDetailSize = 12;
@@ -62,6 +63,7 @@ void ORNSelectTypeViewController::showSelectTypeViewControllerByNavigation(
 void ORNSelectTypeViewController::viewDidLoad() {
   setTitle(QStringLiteral("选择设备"));
   tableView()->setSource(this);
+  tableView()->setSectionSpacing(kSectionSpacing);
   routeObserver_ = std::make_shared<AudioSessionObserver>();
   routeObserver_->routeChange = [self = weakSelf(this)](std::int32_t reason) {
     if (const auto screen = self.lock()) screen->handleRouteChangeNotification(reason);
@@ -108,7 +110,8 @@ int ORNSelectTypeViewController::heightForRowAtIndexPath(TableView& /*tableView*
 AttributedText ORNSelectTypeViewController::detailOfRow(int row, QSizeF& size) const {
   const QString text = row == kAudiometerRow ? audiometerDetail() : earphoneDetail();
   const QFont font = systemFont(kDetailSize);
-  size = ORNScreenUtils::getAttributionHeightWithString(text, kLineSpace, 0, font, mainScreen().width() - 100);
+  size = ORNScreenUtils::getAttributionHeightWithString(text, kLineSpace, 0, font,
+                                                        mainScreen().width() - DeviceCell::kBesideText);
   AttributedText detail = ORNScreenUtils::getAttributedWithString(text, kLineSpace, 0, font);
   detail.addColor(kDarkGrayColour, 0, text.size());
   return detail;

@@ -96,8 +96,7 @@ QPointF ORNTestResultViewController::pointAtHz(ChessboardResultView& /*view*/, c
 
 QWidget* ORNTestResultViewController::loadView(QWidget* parent) {
   auto* scroll = new QScrollArea(parent);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  makePhoneScrolling(scroll);
   content_ = new QWidget;
   content_->setAutoFillBackground(true);
   scroll->setWidget(content_);

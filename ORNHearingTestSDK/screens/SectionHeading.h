@@ -16,6 +16,8 @@ class SectionHeading : public QLabel {
     colours.setColor(QPalette::Window, ground);
     colours.setColor(QPalette::WindowText, Qt::white);
     setPalette(colours);
+    setBackgroundRole(QPalette::Window);  // a table's children take after its viewport otherwise
+    setForegroundRole(QPalette::WindowText);
     setAutoFillBackground(true);
     setTextFormat(Qt::PlainText);
     setAlignment(Qt::AlignCenter);

@@ -34,10 +34,10 @@ void TableCell::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void TableCell::paintDisclosureMark(QPainter& painter) const {
-  const QPointF tip(width() - 16, height() / 2.0);
+  const QPointF tip(width() - 8, height() / 2.0);
   painter.setPen(QPen(QColor(0xb5, 0xbb, 0xb8), 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(Qt::NoBrush);
-  painter.drawPolyline(QPolygonF{tip + QPointF(-6, -6), tip, tip + QPointF(-6, 6)});
+  painter.drawPolyline(QPolygonF{tip + QPointF(-5, -6), tip, tip + QPointF(-5, 6)});
 }
 
 void TableCell::keyPressEvent(QKeyEvent* event) {

@@ -7,7 +7,8 @@
 #include <QtGui/QKeyEvent>
 #include <QtGui/QResizeEvent>
 #include <QtWidgets/QScrollBar>
-#include <QtWidgets/QScroller>
+
+#include <ORNHearingTestSDK/screens/Appearance.h>
 
 namespace orn {
 namespace {
@@ -21,11 +22,9 @@ QWidget* TableViewSource::viewForHeaderInSection(TableView& /*tableView*/, int /
 void TableViewSource::didSelectRowAtIndexPath(TableView& /*tableView*/, IndexPath /*indexPath*/) {}
 
 TableView::TableView(QWidget* parent) : QAbstractScrollArea(parent) {
-  setFrameShape(NoFrame);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  makePhoneScrolling(this);
   setFocusPolicy(Qt::StrongFocus);
   viewport()->setAutoFillBackground(true);
-  QScroller::grabGesture(viewport(), QScroller::TouchGesture);
 }
 
 TableView::~TableView() = default;
@@ -62,6 +61,7 @@ void TableView::measure() {
       y += rows_.back().height;
     }
     sections_.back().bottom = y;
+    y += sectionSpacing_;
   }
   contentHeight_ = y + (footer_ ? footer_->height() : 0);
   verticalScrollBar()->setPageStep(viewport()->height());

@@ -61,6 +61,9 @@ class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
   /// Room that stays free at the top, such as for a bar.
   void setTopInset(int inset);
 
+  /// Room beneath each section.
+  void setSectionSpacing(int spacing) { sectionSpacing_ = spacing; }
+
   /// Asks the source for everything anew. A cell in view goes back to its own row first.
   void reloadData();
 
@@ -114,6 +117,7 @@ class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
   std::vector<PooledCell> pool_;
   std::optional<IndexPath> selected_;
   int contentHeight_ = 0;
+  int sectionSpacing_ = 0;
   bool isArranging_ = false;
 };
 
