@@ -35,8 +35,8 @@ void DeviceCell::setContents(const std::string& imageName, const AttributedText&
   title_->setAttributedText(title);
   detail_->setAttributedText(detail);
   detailText_ = detail;
-  setAccessibleName(title.text());
-  setAccessibleDescription(detail.text());
+  setAccessibleName(title_->text());
+  setAccessibleDescription(detail_->text());
   layOut();
 }
 

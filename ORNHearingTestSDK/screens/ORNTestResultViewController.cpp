@@ -72,7 +72,7 @@ const EarResult& ORNTestResultViewController::converLeft() {
 const EarResult& ORNTestResultViewController::converRight() {
   if (!converRight_) {
     converRight_.emplace();
-    for (const auto& [hz, ignored] : left_) {  // the keys of the left ear, which is meant
+    for (const auto& [hz, ignored] : converLeft()) {  // not the right ear's own keys, which is meant
       const auto found = right_.find(hz);
       if (found != right_.end() && intValue(found->second) != -1) converRight_->insert(*found);
     }

@@ -32,8 +32,8 @@ class ORN_SCREENS_EXPORT ORNTestResultViewController final : public Screen {
   const EarResult& right() const { return right_; }
   void setRight(EarResult right) { right_ = std::move(right); }
 
-  /// The results without their "-1" entries, made at first use. What only the right ear has is left out, which is
-  /// meant.
+  /// The results without their "-1" entries, made at first use. Where the left ear has no result, the right one's is
+  /// left out too, which is meant.
   const EarResult& converLeft();
   const EarResult& converRight();
 

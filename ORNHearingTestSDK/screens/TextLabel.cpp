@@ -11,7 +11,8 @@ TextLabel::TextLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::Plain
 void TextLabel::setAttributedText(const AttributedText& text, Qt::Alignment alignment) {
   text_ = text;
   alignment_ = alignment;
-  setText(text.text());  // what a screen reader says
+  // What a screen reader says, with the line breaks that it knows.
+  setText(QString(text.text()).replace(QChar(QChar::LineSeparator), QLatin1Char('\n')));
   spread();
   update();
 }

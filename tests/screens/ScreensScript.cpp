@@ -7,10 +7,6 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFrame>
 #include <QtWidgets/QLabel>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-
-#include <ORNHearingTestSDK/screens/NavigationController.h>
 
 #include "simulation/SampleCalibration.h"
 
@@ -23,20 +19,30 @@ void settle() {
   QCoreApplication::processEvents();
 }
 
+template <class Widget>
+QStringList textsOf(const QWidget& within, const QString& name = {}) {
+  QStringList all;
+  for (const Widget* one : name.isEmpty() ? within.findChildren<Widget*>() : within.findChildren<Widget*>(name)) {
+    if (one->isVisible() && !one->text().isEmpty()) all << one->text();
+  }
+  return all;
+}
+
 }  // namespace
 
-ScreensScript::ScreensScript(QSize size) {
+std::string calibration(int row) {
+  return std::string(row == 0 ? simulation::sampleAudiometerReply() : simulation::sampleEarphonesReply());
+}
+
+ScreensScript::ScreensScript() {
   Platform::setCurrent(machine.platform());
   machine.audioSession->setOutputVolume(kUsersVolume);
-  const std::pair<const char*, const char*> settings[] = {
-      {"SERVICEHOST", "service.example"}, {"APPKEY", "key"}, {"USERID", "user"}, {"USERNAME", "小明"}};
-  for (const auto& [key, value] : settings) machine.userDefaults->setValue(key, std::string(value));
-  answers("", R"({"rspCode":0})");
+  for (const char* key : {"SERVICEHOST", "APPKEY", "USERID"}) machine.userDefaults->setValue(key, std::string("given"));
+  machine.userDefaults->setValue("USERNAME", std::string("小明"));
   window = std::make_unique<NavigationWindow>();
-  window->resize(size);
   window->show();
   select = ORNSelectTypeViewController::init();
-  select->showSelectTypeViewControllerByNavigation(window->navigation(), std::nullopt, nullptr, std::nullopt, nullptr);
+  select->showSelectTypeViewControllerByNavigation(window->navigation(), std::nullopt, {}, std::nullopt, {});
   run();
 }
 
@@ -47,9 +53,15 @@ ScreensScript::~ScreensScript() {
   Platform::clearCurrent();
 }
 
-void ScreensScript::answers(const std::string& addressPart, const std::optional<std::string>& body, int milliseconds) {
+void ScreensScript::answers(const std::optional<std::string>& body, int milliseconds) {
   const std::optional<Error> error = body ? std::nullopt : std::optional(Error{"transport", 7, "gone"});
-  machine.urlSession->script(addressPart, {body, error}, std::chrono::milliseconds(milliseconds));
+  machine.urlSession->script("", {body, error}, std::chrono::milliseconds(milliseconds));
+}
+
+void ScreensScript::plug(int row) {
+  auto& session = *machine.audioSession;
+  row == 0 ? session.plugAudiometer("KV50-1234", "AA:BB:CC:DD:EE:FF") : session.plugEarphones();
+  run();
 }
 
 void ScreensScript::run(double seconds) {
@@ -57,38 +69,22 @@ void ScreensScript::run(double seconds) {
   settle();
 }
 
-QString ScreensScript::title() const {
-  QString shown;
-  for (const QLabel* one : window->findChildren<QLabel*>("title")) {
-    if (one->isVisible()) shown = one->text();
-  }
-  return shown;
-}
+QString ScreensScript::title() const { return textsOf<QLabel>(*window, "title").join('|'); }
 
 QString ScreensScript::alert() const {
   QStringList parts;
   for (const QFrame* card : window->findChildren<QFrame*>("card")) {
-    if (!card->isVisible()) continue;
-    for (const QLabel* one : card->findChildren<QLabel*>()) parts << one->text();
-    for (const QAbstractButton* one : card->findChildren<QAbstractButton*>()) parts << one->text();
+    parts << textsOf<QLabel>(*card) << textsOf<QAbstractButton>(*card);
   }
   return parts.join('|');
 }
 
-QStringList ScreensScript::texts(const QWidget* within) const {
-  QStringList all;
-  for (const QLabel* one : (within ? within : window.get())->findChildren<QLabel*>()) {
-    if (one->isVisible() && !one->text().isEmpty()) all << one->text();
-  }
-  return all;
-}
-
-bool ScreensScript::sees(const QString& part) const { return texts().join('\n').contains(part); }
+QStringList ScreensScript::texts() const { return textsOf<QLabel>(*window); }
 
 QAbstractButton* ScreensScript::button(const QString& name) const {
   QAbstractButton* newest = nullptr;  // an alert's goes before one that it covers
   for (QAbstractButton* one : window->findChildren<QAbstractButton*>()) {
-    if (one->isVisible() && (one->text() == name || one->accessibleName() == name)) newest = one;
+    if (one->isVisible() && one->accessibleName() == name) newest = one;
   }
   return newest;
 }
@@ -125,45 +121,21 @@ void ScreensScript::touch(const QWidget* widget) {
   settle();
 }
 
-void ScreensScript::key(int key) {
-  QTest::keyClick(window->windowHandle(), static_cast<Qt::Key>(key));
+void ScreensScript::key(Qt::Key key) {
+  QTest::keyClick(window->windowHandle(), key);
   settle();
 }
 
-void ScreensScript::clickRow(int row) { click(row == 0 ? QStringLiteral("听力检测仪") : QStringLiteral("推荐耳机")); }
-
 void ScreensScript::openTest(int row) {
-  if (row == 0) {
-    machine.audioSession->plugAudiometer("KV50-1234", kAddress);
-    answers("findSdkDeviceValue", std::string(simulation::sampleAudiometerReply()));
-  } else {
-    machine.audioSession->plugEarphones();
-    answers("findSdkDeviceValue", std::string(simulation::sampleEarphonesReply()));
-  }
-  run();
+  plug(row);
+  answers(calibration(row));
   clickRow(row);
   run();
 }
 
 void ScreensScript::startTest(int row) {
   openTest(row);
-  click(QStringLiteral("准备好了，开始测试"));
-}
-
-std::string historyReply(int count) {
-  nlohmann::json tests = nlohmann::json::array();
-  for (int number = 0; number < count; ++number) {
-    nlohmann::json test{{"createDate", 1767225600000.0 + 1000.0 * number}};
-    for (const char* hz : {"125hz", "250hz", "8000hz"}) {
-      test[std::string("left") + hz] = test[std::string("right") + hz] = "-1";
-    }
-    for (const char* hz : {"500hz", "1000hz", "2000hz", "4000hz"}) {
-      test[std::string("right") + hz] = std::to_string(25 + 5 * (number % 10));
-      test[std::string("left") + hz] = std::to_string(30 + 5 * (number % 10));
-    }
-    tests.push_back(std::move(test));
-  }
-  return nlohmann::json{{"rspCode", 0}, {"listenTests", tests}}.dump();
+  click(QString("准备好了，开始测试"));
 }
 
 }  // namespace orn
