@@ -31,6 +31,7 @@ QLabel* makeText(const QString& text, const QFont& font) {
   label->setAlignment(Qt::AlignCenter);
   label->setWordWrap(true);
   label->setFont(font);
+  label->setObjectName(QStringLiteral("alert"));
   return label;
 }
 
@@ -88,6 +89,7 @@ void AlertView::addButtons(const Alert& alert, QBoxLayout* column) {
     button->setFont(systemFont(16, index == cancelButton_ ? QFont::Normal : QFont::DemiBold));
     button->setStyleSheet(buttonStyle(index == 0, index + 1 == alert.buttons.size(), areBeside));
     button->setAccessibleName(alert.buttons[index]);
+    button->setObjectName(QStringLiteral("alert"));
     connect(button, &QPushButton::clicked, this, [this, index] { answer(index); });
     buttons_.push_back(button);
     row->addWidget(button, 1);
