@@ -1,4 +1,5 @@
-# The CMake package: find_package(ORNHearingTestSDK) gives the target ORN::HearingTestSDK.
+# The CMake package: find_package(ORNHearingTestSDK) gives the target ORN::HearingTestSDK, and with COMPONENTS Screens
+# also ORN::HearingTestScreens, which needs Qt.
 
 include(CMakePackageConfigHelpers)
 
@@ -10,9 +11,9 @@ install(EXPORT ORNHearingTestSDKTargets NAMESPACE ORN:: DESTINATION ${ORN_PACKAG
 
 # Every header that exports something, or that such a header includes.
 set(ORN_PRIVATE_HEADERS
-    CalibrationFetch DefaultsPlist DefaultsReading FileLock JsonReading LibraryFolder MainQueue PercentEscapes PerPlatform PlistXml
+    BoardGrid BoardLabels BoardMarks CalibrationFetch DefaultsPlist DefaultsReading FileLock JsonReading LibraryFolder MainQueue PercentEscapes PerPlatform PlistXml
     PosixFiles PropertyList RequestCheck SimulatedAudioPlayer SimulatedAudioQueue SimulatedMixer StereoGain Transfer
-    TransferQueue UserFolders Utf8 WaveFile XmlText)
+    TransferQueue UserFolders Utf8 Watermark WaveFile XmlText)
 list(TRANSFORM ORN_PRIVATE_HEADERS APPEND "\\.h")
 list(JOIN ORN_PRIVATE_HEADERS "|" ORN_PRIVATE_HEADERS)
 install(
@@ -21,7 +22,22 @@ install(
   FILES_MATCHING
   PATTERN "*.h"
   PATTERN "*.inc"
-  REGEX "/(${ORN_PRIVATE_HEADERS})$" EXCLUDE)
+  REGEX "/(${ORN_PRIVATE_HEADERS})$" EXCLUDE
+  REGEX "/(screens|platform/qt)$" EXCLUDE)
+
+if(ORN_BUILD_SCREENS)
+  set_target_properties(ORNHearingTestScreens PROPERTIES EXPORT_NAME HearingTestScreens)
+  install(TARGETS ORNHearingTestScreens EXPORT ORNHearingTestScreensTargets)
+  install(EXPORT ORNHearingTestScreensTargets NAMESPACE ORN:: DESTINATION ${ORN_PACKAGE_FOLDER})
+  foreach(folder screens platform/qt)
+    install(
+      DIRECTORY ${PROJECT_SOURCE_DIR}/ORNHearingTestSDK/${folder}/
+      DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ORNHearingTestSDK/${folder}
+      FILES_MATCHING
+      PATTERN "*.h"
+      REGEX "/(${ORN_PRIVATE_HEADERS})$" EXCLUDE)
+  endforeach()
+endif()
 
 configure_package_config_file(cmake/ORNHearingTestSDKConfig.cmake.in ORNHearingTestSDKConfig.cmake
                               INSTALL_DESTINATION ${ORN_PACKAGE_FOLDER})

@@ -34,6 +34,8 @@ const Platform& Platform::current() {
   return *slot();
 }
 
+bool Platform::isInForce() { return slot().has_value(); }
+
 void Platform::setCurrent(Platform platform) {
   if (!platform.runLoop || !platform.audioOutput || !platform.audioSession || !platform.urlSession ||
       !platform.userDefaults || !platform.fileManager || !platform.device) {

@@ -29,6 +29,9 @@ struct ORN_EXPORT Platform {
   /// The platform in force. Throws std::logic_error if there is none yet. Any thread once one has been set.
   static const Platform& current();
 
+  /// Whether a platform is in force. Any thread once one has been set.
+  static bool isInForce();
+
   /// Puts a platform in force; throws std::invalid_argument if a slot is empty. The library's single instances belong
   /// to a platform and are made anew after this, so call it before the first session, or between two tests of a test
   /// program, while no session runs. Main thread.

@@ -7,6 +7,7 @@
 #include <QtGui/QPainter>
 
 #include <ORNHearingTestSDK/common/ORNUtils.h>
+#include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
 
 namespace orn {
@@ -32,8 +33,10 @@ const QImage& stretched(const std::string& path, QSize pixels, double pixelRatio
 }  // namespace
 
 void drawWatermark(QPainter& painter, const QRect& rect) {
+  // A window may still be drawn when its program has put the platform away.
+  if (rect.isEmpty() || !Platform::isInForce()) return;
   const auto path = ORNUtils::pathForImageResource("shuiyin", "png");
-  if (!path || rect.isEmpty()) return;
+  if (!path) return;
   const double ratio = painter.deviceTransform().m11();
   const QImage& image = stretched(*path, (QSizeF(rect.size()) * ratio).toSize(), ratio);
   if (!image.isNull()) painter.drawImage(QRectF(rect), image);

@@ -13,6 +13,7 @@
 #include <ORNHearingTestSDK/audio/WaveChange.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 
+#include "hearing-test/AudiogramPicture.h"
 #include "hearing-test/HostMachine.h"
 #include "hearing-test/SimulateReport.h"
 #include "simulation/SampleCalibration.h"
@@ -124,6 +125,9 @@ SimulateCommand::SimulateCommand(CLI::App& app) {
   command->add_option("--host", host_, "Gets the calibration from this service and sends it the result")
       ->excludes(calibration);
   command->add_option("--wav", wav_, "Writes what the output played, left and right")->option_text("FILE");
+#ifdef ORN_HAS_SCREENS
+  command->add_option("--png", png_, "Draws the finished audiogram")->option_text("FILE");
+#endif
   command->add_flag("--json", json_, "Prints one JSON object and nothing else");
 }
 
@@ -167,6 +171,9 @@ int SimulateCommand::run() {
   const TestOutcome outcome = simulation::runSimulatedTest(test, json_ ? simulation::TestWatch{} : progressForPeople());
   if (!outcome.isComplete) throw std::runtime_error(outcome.failure);
   if (!wav_.empty()) writeWave(wav_, outcome.samples);
+#ifdef ORN_HAS_SCREENS
+  if (!png_.empty()) writeAudiogramPicture(png_, outcome.left, outcome.right);
+#endif
   if (json_) {
     std::printf("%s\n", jsonReport(outcome).c_str());
   } else {

@@ -32,7 +32,7 @@ class SimulateCommand {
   std::uint64_t seed_ = 1;
   std::string calibration_;
   std::string host_;
-  std::string wav_;
+  std::string wav_, png_;
   bool json_ = false;
 };
 

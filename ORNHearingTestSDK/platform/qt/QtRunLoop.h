@@ -6,7 +6,6 @@
 #include <ORNHearingTestSDK/platform/DispatchQueue.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
 #include <ORNHearingTestSDK/platform/TimerQueue.h>
-#include <ORNHearingTestSDK/screens/ScreensExport.h>
 
 class QSocketNotifier;
 class QTimer;
@@ -16,7 +15,7 @@ namespace orn {
 /// A run loop in real time on the event loop of Qt, which the program runs. Made after the QCoreApplication, on its
 /// thread, and gone before it. It makes one call at each turn of that loop, so that the screen stays alive between
 /// calls; nested loops, such as a dialog's, make calls as well.
-class ORN_SCREENS_EXPORT QtRunLoop final : public RunLoop {
+class ORN_EXPORT QtRunLoop final : public RunLoop {
  public:
   /// Throws std::system_error if the system has no descriptor left.
   QtRunLoop();
