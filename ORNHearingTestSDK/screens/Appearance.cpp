@@ -6,8 +6,8 @@
 #include <QtWidgets/QAbstractScrollArea>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollBar>
-#include <QtWidgets/QScroller>
 
+#include <ORNHearingTestSDK/screens/FingerScroller.h>
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
 
 namespace orn {
@@ -46,7 +46,7 @@ void makePhoneScrolling(QAbstractScrollArea* area) {
       QStringLiteral("QScrollBar { background: white; width: 8px; }"
                      "QScrollBar::handle { background: #c2c8c5; border-radius: 3px; margin: 1px; min-height: 32px; }"
                      "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"));
-  QScroller::grabGesture(area->viewport(), QScroller::TouchGesture);
+  new FingerScroller(area);
 }
 
 void drawFocusFrame(QPainter& painter, const QRectF& rect, double radius) {

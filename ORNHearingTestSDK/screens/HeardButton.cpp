@@ -1,7 +1,9 @@
 #include <ORNHearingTestSDK/screens/HeardButton.h>
 
+#include <QtGui/QImage>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
+#include <QtGui/QPointingDevice>
 
 #include <ORNHearingTestSDK/screens/Appearance.h>
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
@@ -13,6 +15,7 @@ HeardButton::HeardButton(QWidget* parent) : QAbstractButton(parent) {
   setAccessibleName(QStringLiteral("听到了"));
   setFocusPolicy(Qt::StrongFocus);
   setCursor(Qt::PointingHandCursor);
+  setAttribute(Qt::WA_AcceptTouchEvents);
   resize(kSize, kSize);
 }
 
@@ -34,8 +37,34 @@ void HeardButton::paintEvent(QPaintEvent* /*event*/) {
   if (hasFocus()) drawFocusFrame(painter, rect(), kSize / 2.0);
 }
 
+bool HeardButton::event(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+      touched(*static_cast<QTouchEvent*>(event));
+      return true;
+    default:
+      return QAbstractButton::event(event);
+  }
+}
+
+void HeardButton::touched(const QTouchEvent& event) {
+  const QPointF position = event.points().isEmpty() ? QPointF(-1, -1) : event.points().first().position();
+  if (event.type() == QEvent::TouchUpdate) follow(position);
+  const bool isClick = event.type() == QEvent::TouchEnd && isDown() && hitButton(position.toPoint());
+  const bool goesOn = event.type() == QEvent::TouchBegin || event.type() == QEvent::TouchUpdate;
+  setDown(goesOn && hitButton(position.toPoint()));
+  if (isClick) click();
+}
+
+void HeardButton::follow(QPointF position) {
+  if (isDown() && hitButton(position.toPoint()) && onDrag) onDrag(mapToParent(position.toPoint()));
+}
+
 void HeardButton::mouseMoveEvent(QMouseEvent* event) {
-  if (isDown() && hitButton(event->position().toPoint()) && onDrag) onDrag(mapToParent(event->position().toPoint()));
+  follow(event->position());
   QAbstractButton::mouseMoveEvent(event);
 }
 

@@ -30,8 +30,6 @@ constexpr std::chrono::milliseconds kChangeOfEar{1000};
 
 QString testTitle(bool isLeft) { return QStringLiteral("%1测试").arg(earName(isLeft)); }
 
-QString noticeTitle() { return QStringLiteral("温馨提示"); }
-
 /// Exactly the manual test, not one of the timed ones that are built on it.
 bool isManual(const std::shared_ptr<ORNHearingTest>& session) {
   const ORNHearingTest* test = session.get();
@@ -278,13 +276,6 @@ void ORNHearingTestViewController::completeWithLeftResult(ORNHearingTest& /*hear
   });
 }
 
-void ORNHearingTestViewController::calibrationMissing(ORNHearingTest& /*hearingTest*/, bool /*isLeft*/) {
-  showAlert({kCalibrationMissingAlert,
-             noticeTitle(),
-             QStringLiteral("没有测试设备的校准数据，无法进行测试"),
-             {QStringLiteral("我知道了")}});
-}
-
 std::vector<std::string> ORNHearingTestViewController::hzsOfChessboardView(ChessboardView& /*view*/) {
   std::vector<std::string> sorted = testHzs();
   std::stable_sort(sorted.begin(), sorted.end(), [](const std::string& first, const std::string& second) {
@@ -297,66 +288,11 @@ void ORNHearingTestViewController::chessboardViewTouchedAtHz(const std::string& 
   withTest([&](ORNHearingTest& session) { session.playAtHz(hz, db); });
 }
 
-void ORNHearingTestViewController::showTishi() {
-  showAlert({kInstructionAlert,
-             QStringLiteral("操作提示"),
-             QStringLiteral("系统将在左耳/右耳播放不同的声音。您每次听到声音的时候请立即按\"听到了\"按钮。"),
-             {QStringLiteral("准备好了，开始测试")}});
-}
-
-void ORNHearingTestViewController::showEndAlert() {
-  withTest([](ORNHearingTest& session) { session.pauseTest(); });
-  showAlert({kEndAlert,
-             noticeTitle(),
-             QStringLiteral("请确认结束测试？\n测试数据将不保存"),
-             {QStringLiteral("取消"), QStringLiteral("结束测试")},
-             0});
-}
-
-void ORNHearingTestViewController::showOneEarEndToast() {
-  // The blank at the end is part of the text.
-  const QString message = QStringLiteral("%1测试结束\n开始%2测试 ").arg(earName(isTestLeft()), earName(!isTestLeft()));
-  showAlert({kChangeEarAlert, noticeTitle(), message, {QStringLiteral("准备好了，继续测试")}});
-}
-
-void ORNHearingTestViewController::showDuankaiTishi() {
-  withTest([](ORNHearingTest& session) { session.pauseTest(); });
-  showAlert({kDisconnectedAlert,
-             noticeTitle(),
-             QStringLiteral("您的测试设备已断开，请连接后重新测试"),
-             {QStringLiteral("我知道了")}});
-}
-
 void ORNHearingTestViewController::handleRouteChangeNotification(std::int32_t reason) {
   if (reason != kAudioSessionRouteChangeReasonOldDeviceUnavailable) return;
   MainQueue::current().dispatchAsync([self = weakSelf(this)] {
     if (const auto screen = self.lock()) screen->showDuankaiTishi();
   });
-}
-
-void ORNHearingTestViewController::alertView(int tag, int buttonIndex) {
-  switch (tag) {
-    case kInstructionAlert:
-      withTest([&](ORNHearingTest& session) { session.startTest(!isFirstRight_); });
-      break;
-    case kChangeEarAlert:
-      changeToAnother();
-      break;
-    case kEndAlert:
-      if (buttonIndex == 1) {
-        cancelButtonClicked();
-      } else {
-        withTest([](ORNHearingTest& session) { session.continueTest(); });
-      }
-      break;
-    case kDisconnectedAlert:
-    case kCalibrationMissingAlert:
-      cancelButtonClicked();
-      break;
-    case kReservedAlert:
-    default:
-      break;
-  }
 }
 
 void ORNHearingTestViewController::cancelButtonClicked() { dismiss(); }

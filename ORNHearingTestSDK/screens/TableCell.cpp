@@ -6,9 +6,9 @@
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
-#include <QtWidgets/QApplication>
 
 #include <ORNHearingTestSDK/screens/Appearance.h>
+#include <ORNHearingTestSDK/screens/FingerScroller.h>
 
 namespace orn {
 
@@ -61,8 +61,9 @@ void TableCell::mousePressEvent(QMouseEvent* event) {
 
 /// A finger that moves is scrolling: its cell goes with it, so the button alone would take the end for a click.
 void TableCell::mouseMoveEvent(QMouseEvent* event) {
-  if ((event->globalPosition() - pressedAt_).manhattanLength() > QApplication::startDragDistance()) {
+  if (FingerScroller::isDrag(pressedAt_, event->globalPosition())) {
     setDown(false);
+    event->ignore();
     return;
   }
   QAbstractButton::mouseMoveEvent(event);

@@ -6,6 +6,8 @@
 #include <QtGui/QMouseEvent>
 #include <QtWidgets/QWidget>
 
+#include <ORNHearingTestSDK/screens/FingerScroller.h>
+
 namespace orn {
 
 TapRecognizer::TapRecognizer(QWidget* widget, std::function<void()> action)
@@ -14,16 +16,21 @@ TapRecognizer::TapRecognizer(QWidget* widget, std::function<void()> action)
   widget->installEventFilter(this);
 }
 
-bool TapRecognizer::eventFilter(QObject* watched, QEvent* event) {
+bool TapRecognizer::eventFilter(QObject* /*watched*/, QEvent* event) {
   const auto action = action_;  // a copy, since it may take the widget away
   switch (event->type()) {
     case QEvent::MouseButtonPress:
       isPressed_ = static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
+      pressedAt_ = static_cast<QMouseEvent*>(event)->globalPosition();
       return true;
     case QEvent::MouseButtonRelease: {
-      const QPoint place = static_cast<QMouseEvent*>(event)->position().toPoint();
-      if (std::exchange(isPressed_, false) && static_cast<QWidget*>(watched)->rect().contains(place)) action();
-      return true;
+      const QPointF place = static_cast<QMouseEvent*>(event)->globalPosition();
+      if (std::exchange(isPressed_, false) && !FingerScroller::isDrag(pressedAt_, place)) {
+        action();
+        return true;
+      }
+      event->ignore();  // the end of a drag is for what scrolls
+      return false;
     }
     case QEvent::KeyPress: {
       const auto* key = static_cast<QKeyEvent*>(event);

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include <QtCore/QObject>
+#include <QtCore/QPointF>
 
 class QWidget;
 
@@ -18,6 +19,7 @@ class TapRecognizer : public QObject {
  private:
   std::function<void()> action_;
   bool isPressed_ = false;
+  QPointF pressedAt_;
 };
 
 }  // namespace orn

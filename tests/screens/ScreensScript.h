@@ -127,10 +127,17 @@ struct ScreensScript {
   void clickRow(int row) { click(QString(row == 0 ? "听力检测仪" : "推荐耳机")); }
 
   void touch(const QWidget* widget) {
-    static QPointingDevice* screen = QTest::createTouchDevice();
     const QPoint place = widget->mapTo(window.get(), widget->rect().center());
-    QTest::touchEvent(window.get(), screen).press(0, place, window.get());
-    QTest::touchEvent(window.get(), screen).release(0, place, window.get());
+    drag(place, place);
+  }
+  /// One finger, in steps.
+  void drag(QPoint from, QPoint to) {
+    static QPointingDevice* screen = QTest::createTouchDevice();
+    QTest::touchEvent(window.get(), screen).press(0, from, window.get());
+    for (int step = 1; step <= 10 && from != to; ++step) {
+      QTest::touchEvent(window.get(), screen).move(0, from + (to - from) * step / 10, window.get());
+    }
+    QTest::touchEvent(window.get(), screen).release(0, to, window.get());
     settle();
   }
 
