@@ -11,9 +11,10 @@ install(EXPORT ORNHearingTestSDKTargets NAMESPACE ORN:: DESTINATION ${ORN_PACKAG
 
 # Every header that exports something, or that such a header includes.
 set(ORN_PRIVATE_HEADERS
-    BoardGrid BoardLabels BoardMarks CalibrationFetch DefaultsPlist DefaultsReading FileLock JsonReading LibraryFolder MainQueue PercentEscapes PerPlatform PlistXml
-    PosixFiles PropertyList RequestCheck SimulatedAudioPlayer SimulatedAudioQueue SimulatedMixer StereoGain Transfer
-    TransferQueue UserFolders Utf8 Watermark WaveFile XmlText)
+    AlertView Animation Appearance AttributedButton AudiogramSummary BoardGrid BoardLabels BoardMarks CalibrationFetch
+    DefaultsPlist DefaultsReading DeviceCell FileLock FingerScroller HeardButton HistoryCell JsonReading LibraryFolder MainQueue NavigationBar
+    PercentEscapes PerPlatform PhotoAlbum PlistXml PosixFiles PropertyList RequestCheck ReturnKey SectionHeading ShopFooterView SimulatedAudioPlayer SimulatedAudioQueue SimulatedMixer StereoGain TapRecognizer TextLabel Transfer
+    TransferQueue UserFolders UserHeaderView Utf8 Watermark WaveFile XmlText)
 list(TRANSFORM ORN_PRIVATE_HEADERS APPEND "\\.h")
 list(JOIN ORN_PRIVATE_HEADERS "|" ORN_PRIVATE_HEADERS)
 install(

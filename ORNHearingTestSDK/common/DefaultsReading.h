@@ -13,9 +13,9 @@ namespace orn {
 std::int64_t integerValue(const std::optional<DefaultsValue>& value);
 
 /// A stored value read as a truth value; false for a date and for none.
-bool boolValue(const std::optional<DefaultsValue>& value);
+ORN_EXPORT bool boolValue(const std::optional<DefaultsValue>& value);
 
 /// A stored text; nothing for another type and for none.
-std::optional<std::string> textValue(const std::optional<DefaultsValue>& value);
+ORN_EXPORT std::optional<std::string> textValue(const std::optional<DefaultsValue>& value);
 
 }  // namespace orn

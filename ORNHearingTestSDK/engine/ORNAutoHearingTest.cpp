@@ -28,6 +28,7 @@ RunLoop::Action ORNAutoHearingTest::tick() {
 std::shared_ptr<Timer> ORNAutoHearingTest::autoPlayTimer() { return clock_.autoPlayTimer(tick()); }
 
 void ORNAutoHearingTest::startTest(bool isLeft) {
+  if (isEnded()) return;
   ORNManualHearingTest::startTest(isLeft);
   setIsLeft(isLeft);
   isAutomatic_ = true;
@@ -36,12 +37,20 @@ void ORNAutoHearingTest::startTest(bool isLeft) {
 
 void ORNAutoHearingTest::pauseTest() {
   ORNManualHearingTest::pauseTest();
-  clock_.park(tick());
+  // The end of an ear pauses too, and may come within the call that has ended the test.
+  if (!isEnded()) clock_.park(tick());
 }
 
 void ORNAutoHearingTest::continueTest() {
+  if (isEnded()) return;
   ORNManualHearingTest::continueTest();
   clock_.tickNow(tick());
+}
+
+void ORNAutoHearingTest::endTest() {
+  const auto alive = shared_from_this();
+  ORNManualHearingTest::endTest();
+  clock_.end();
 }
 
 void ORNAutoHearingTest::listened() { markHeard(); }

@@ -26,6 +26,7 @@ class ORN_EXPORT ORNAutoHearingTest final : public ORNManualHearingTest {
   void pauseTest() override;
   /// Judges the current tone at once, whatever time it had.
   void continueTest() override;
+  void endTest() override;
 
   /// Time of a presentation in seconds, 4 or more; the user default "BOFANGSHICHANG".
   std::int32_t getPlayTime() const { return PresentationClock::getPlayTime(); }

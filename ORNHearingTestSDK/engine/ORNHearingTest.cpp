@@ -52,6 +52,7 @@ void ORNHearingTest::setTestHzs(std::vector<std::string> /*hzs*/) {}
 void ORNHearingTest::startTest(bool /*isLeft*/) {}
 void ORNHearingTest::pauseTest() {}
 void ORNHearingTest::continueTest() {}
+void ORNHearingTest::endTest() {}
 bool ORNHearingTest::isTestLeft() const { return true; }
 void ORNHearingTest::listened() {}
 std::optional<EarResult> ORNHearingTest::getTestResult(bool /*isLeft*/) const { return std::nullopt; }

@@ -67,6 +67,10 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
   virtual void pauseTest();
   virtual void continueTest();
 
+  /// Ends the test for good: it falls silent, its clock stops, no tone that was due still comes, and nothing starts it
+  /// again. For a host that leaves in mid-test. Thresholds found so far stay readable.
+  virtual void endTest();
+
   /// The ear under test.
   virtual bool isTestLeft() const;
 

@@ -124,6 +124,7 @@ void ORNManualHearingTest::postListenTestWithLeft(const EarResult& left, const E
 }
 
 void ORNManualHearingTest::startTest(bool isLeft) {
+  if (isEnded_) return;
   ORNHearingTest::startTest(isLeft);
   ++earsStarted_;
   isLeft_ = isLeft;
@@ -146,8 +147,15 @@ void ORNManualHearingTest::pauseTest() {
 }
 
 void ORNManualHearingTest::continueTest() {
+  if (isEnded_) return;
   if (usesAudiometer()) Player::shareInstance()->play();
   ORNHearingTest::continueTest();
+}
+
+void ORNManualHearingTest::endTest() {
+  if (isEnded_) return;
+  pauseTest();
+  isEnded_ = true;
 }
 
 void ORNManualHearingTest::playAtHz(const std::string& hz, const std::string& db) {
@@ -159,7 +167,7 @@ void ORNManualHearingTest::playAtHz(const std::string& hz, const std::string& db
 }
 
 void ORNManualHearingTest::testItem(const Item& item) {
-  if (!item) return;
+  if (!item || isEnded_) return;
   const auto alive = shared_from_this();
   if (currentItem()) currentItem()->stop();
   prepareAmplitude(item);

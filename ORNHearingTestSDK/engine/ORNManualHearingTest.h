@@ -34,6 +34,7 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   void startTest(bool isLeft) override;
   void pauseTest() override;
   void continueTest() override;
+  void endTest() override;
   bool isTestLeft() const override { return isLeft_; }
   void listened() override;
   std::optional<EarResult> getTestResult(bool isLeft) const override;
@@ -132,6 +133,8 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   HearingTestGrid& currentGrid() { return isLeft_ ? manageLeftDictory() : manageRightDictory(); }
   void setIsLeft(bool isLeft) { isLeft_ = isLeft; }
 
+  bool isEnded() const { return isEnded_; }
+
   /// How often startTest() has been called.
   int earsStarted() const { return earsStarted_; }
 
@@ -168,6 +171,7 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   ToneStream stream_;
   bool isLeft_ = false;
   int earsStarted_ = 0;
+  bool isEnded_ = false;
   bool isCurrentToneMissing_ = false;
   float per_ = 0;
   const std::int32_t startY_ = 0;

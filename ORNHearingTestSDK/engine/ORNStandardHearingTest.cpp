@@ -53,6 +53,7 @@ RunLoop::Action ORNStandardHearingTest::tick() {
 std::shared_ptr<Timer> ORNStandardHearingTest::autoPlayTimer() { return clock_.autoPlayTimer(tick()); }
 
 void ORNStandardHearingTest::startTest(bool isLeft) {
+  if (isEnded()) return;
   ORNManualHearingTest::startTest(isLeft);
   setIsLeft(isLeft);
   isAutomatic_ = true;
@@ -61,12 +62,20 @@ void ORNStandardHearingTest::startTest(bool isLeft) {
 
 void ORNStandardHearingTest::pauseTest() {
   ORNManualHearingTest::pauseTest();
-  clock_.park(tick());
+  // The end of an ear pauses too, and may come within the call that has ended the test.
+  if (!isEnded()) clock_.park(tick());
 }
 
 void ORNStandardHearingTest::continueTest() {
+  if (isEnded()) return;
   ORNManualHearingTest::continueTest();
   clock_.tickNow(tick());
+}
+
+void ORNStandardHearingTest::endTest() {
+  const auto alive = shared_from_this();
+  ORNManualHearingTest::endTest();
+  clock_.end();
 }
 
 void ORNStandardHearingTest::listened() { markHeard(); }

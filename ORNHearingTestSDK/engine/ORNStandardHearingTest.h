@@ -27,6 +27,7 @@ class ORN_EXPORT ORNStandardHearingTest final : public ORNManualHearingTest {
   void listened() override;
   void pauseTest() override;
   void continueTest() override;
+  void endTest() override;
   std::int32_t getPlayTime() const { return PresentationClock::getPlayTime(); }
   std::shared_ptr<Timer> autoPlayTimer();
   void timerUpdate();

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+namespace orn {
+
+/// A question or a notice, for as long as it takes the user to answer it. Its handler is told its tag and the index of
+/// the button, counted from 0 in the order given here.
+struct Alert {
+  int tag = 0;
+  QString title;
+  QString message;
+  QStringList buttons;
+  int cancelButton = -1;  ///< What the escape key stands for; none where negative.
+};
+
+}  // namespace orn

@@ -1,0 +1,140 @@
+#include <ORNHearingTestSDK/screens/AlertView.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include <QtGui/QAccessible>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <QtWidgets/QFrame>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QVBoxLayout>
+
+#include <ORNHearingTestSDK/screens/Animation.h>
+#include <ORNHearingTestSDK/screens/Appearance.h>
+
+namespace orn {
+namespace {
+
+constexpr int kCardWidth = 270;
+constexpr int kButtonHeight = 46;
+constexpr int kCornerRadius = 14;
+constexpr double kDim = 0.45;
+constexpr std::chrono::milliseconds kFade{150};
+
+QLabel* makeText(const QString& text, const QFont& font) {
+  auto* label = new QLabel(text);
+  label->setTextFormat(Qt::PlainText);
+  label->setAlignment(Qt::AlignCenter);
+  label->setWordWrap(true);
+  label->setFont(font);
+  label->setObjectName(QStringLiteral("alert"));
+  return label;
+}
+
+/// The outer corners at the bottom are the card's.
+QString buttonStyle(bool isFirst, bool isLast, bool areBeside) {
+  const auto radius = [&](bool isOuter) { return isLast || areBeside ? (isOuter ? kCornerRadius : 0) : 0; };
+  return QStringLiteral(
+             "QPushButton { border: 0 solid %1; border-top-width: 1px; border-left-width: %2px; color: %3;"
+             " background: transparent; border-bottom-left-radius: %4px; border-bottom-right-radius: %5px; }"
+             "QPushButton:pressed { background: %6; }"
+             "QPushButton:focus { background: %6; text-decoration: underline; }")
+      .arg(kSeparatorColour.name())
+      .arg(areBeside && !isFirst ? 1 : 0)
+      .arg(kAccentColour.name())
+      .arg(radius(isFirst || !areBeside))
+      .arg(radius(isLast))
+      .arg(kPressedColour.name());
+}
+
+}  // namespace
+
+AlertView::AlertView(const Alert& alert, QWidget* parent)
+    : QWidget(parent), card_(new QFrame(this)), cancelButton_(alert.cancelButton) {
+  setAccessibleName(alert.title);
+  setAccessibleDescription(alert.message);
+  card_->setObjectName(QStringLiteral("card"));
+  card_->setStyleSheet(QStringLiteral("#card { background: white; border-radius: %1px; }").arg(kCornerRadius));
+  card_->setFixedWidth(kCardWidth);
+  auto* column = new QVBoxLayout(card_);
+  column->setContentsMargins(0, 20, 0, 0);
+  column->setSpacing(0);
+  addTexts(alert, column);
+  addButtons(alert, column);
+  auto* middle = new QVBoxLayout(this);
+  middle->addWidget(card_, 0, Qt::AlignCenter);
+}
+
+void AlertView::addTexts(const Alert& alert, QBoxLayout* column) {
+  auto* texts = new QVBoxLayout;
+  texts->setContentsMargins(18, 0, 18, 20);
+  texts->setSpacing(8);
+  texts->addWidget(makeText(alert.title, systemFont(17, QFont::DemiBold)));
+  texts->addWidget(makeText(alert.message, systemFont(14)));
+  column->addLayout(texts);
+}
+
+void AlertView::addButtons(const Alert& alert, QBoxLayout* column) {
+  const bool areBeside = alert.buttons.size() == 2;
+  auto* row = new QBoxLayout(areBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+  row->setSpacing(0);
+  for (int index = 0; index < alert.buttons.size(); ++index) {
+    auto* button = new QPushButton(alert.buttons[index]);
+    button->setFixedHeight(kButtonHeight);
+    button->setAutoDefault(true);
+    button->setFont(systemFont(16, index == cancelButton_ ? QFont::Normal : QFont::DemiBold));
+    button->setStyleSheet(buttonStyle(index == 0, index + 1 == alert.buttons.size(), areBeside));
+    button->setAccessibleName(alert.buttons[index]);
+    button->setObjectName(QStringLiteral("alert"));
+    connect(button, &QPushButton::clicked, this, [this, index] { answer(index); });
+    buttons_.push_back(button);
+    row->addWidget(button, 1);
+  }
+  column->addLayout(row);
+}
+
+void AlertView::answer(int buttonIndex) {
+  if (const auto told = std::exchange(onAnswer, nullptr)) told(buttonIndex);
+}
+
+void AlertView::appear() {
+  takeFocus();
+  QAccessibleEvent spoken(this, QAccessible::Alert);
+  QAccessible::updateAccessibility(&spoken);
+  animate(this, kFade, [this](double progress) {
+    opacity_ = progress;
+    update();
+  });
+}
+
+/// The harmless button, where there is one: the key may have been meant for what the alert has covered.
+void AlertView::takeFocus() {
+  if (buttons_.empty()) return;
+  (cancelButton_ >= 0 ? buttons_[static_cast<std::size_t>(cancelButton_)] : buttons_.back())->setFocus();
+}
+
+void AlertView::paintEvent(QPaintEvent* /*event*/) {
+  QPainter(this).fillRect(rect(), QColor::fromRgbF(0, 0, 0, static_cast<float>(kDim * opacity_)));
+}
+
+void AlertView::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && cancelButton_ >= 0) answer(cancelButton_);
+}
+
+void AlertView::mousePressEvent(QMouseEvent* event) { event->accept(); }
+
+/// The tabulator key stays within the card.
+bool AlertView::focusNextPrevChild(bool next) {
+  const auto focused = std::find(buttons_.begin(), buttons_.end(), focusWidget());
+  if (buttons_.empty()) return true;
+  const auto count = static_cast<std::ptrdiff_t>(buttons_.size());
+  const auto at = focused == buttons_.end() ? 0 : focused - buttons_.begin();
+  buttons_[static_cast<std::size_t>((at + (next ? 1 : count - 1)) % count)]->setFocus(Qt::TabFocusReason);
+  return true;
+}
+
+}  // namespace orn

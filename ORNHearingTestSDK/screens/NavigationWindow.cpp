@@ -1,0 +1,142 @@
+#include <ORNHearingTestSDK/screens/NavigationWindow.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include <QtGui/QHideEvent>
+#include <QtGui/QResizeEvent>
+#include <QtGui/QShowEvent>
+
+#include <ORNHearingTestSDK/screens/AlertView.h>
+#include <ORNHearingTestSDK/screens/Animation.h>
+#include <ORNHearingTestSDK/screens/Appearance.h>
+#include <ORNHearingTestSDK/screens/NavigationController.h>
+#include <ORNHearingTestSDK/screens/Screen.h>
+
+namespace orn {
+namespace {
+
+constexpr std::chrono::milliseconds kSlide{300};
+constexpr QSize kPhone{375, 667};
+constexpr QSize kSmallest{280, 420};
+
+}  // namespace
+
+NavigationWindow::NavigationWindow(QWidget* parent) : QWidget(parent) {
+  setPalette(lightPalette());
+  setAutoFillBackground(true);
+  setMinimumSize(kSmallest);
+  resize(kPhone);
+  stacks_.push_back(NavigationController::init());
+  stacks_.front()->enter(this);
+}
+
+NavigationWindow::~NavigationWindow() {
+  for (auto stack = stacks_.rbegin(); stack != stacks_.rend(); ++stack) (*stack)->leave();
+}
+
+QSize NavigationWindow::sizeHint() const { return kPhone; }
+
+void NavigationWindow::setStatusBarHeight(int height) {
+  statusBarHeight_ = height;
+  for (const auto& one : stacks_) one->layOut();
+}
+
+bool NavigationWindow::present(const std::shared_ptr<NavigationController>& navigation,
+                               const std::shared_ptr<NavigationController>& presenter) {
+  if (!navigation || navigation->screens().empty() || navigation->container() || presenter != front()) return false;
+  QWidget* covered = makePicture(presenter->container());
+  stacks_.push_back(navigation);
+  navigation->enter(this);
+  presenter->container()->hide();
+  presenter->setOnScreen(false);
+  navigation->setOnScreen(isVisible());
+  QWidget* coming = navigation->container();
+  animate(
+      covered, kSlide,
+      [this, coming = QPointer(coming)](double progress) {
+        if (coming) coming->move(0, qRound(height() * (1 - progress)));
+      },
+      [covered] { covered->deleteLater(); });
+  arrangeAlerts();
+  focusFront();
+  return true;
+}
+
+bool NavigationWindow::dismiss(const std::shared_ptr<NavigationController>& navigation) {
+  const auto first = std::find(stacks_.begin(), stacks_.end(), navigation);
+  if (first == stacks_.begin() || first == stacks_.end()) return false;
+  std::vector gone(first, stacks_.end());
+  QWidget* picture = makePicture(gone.back()->container());
+  stacks_.erase(first, stacks_.end());
+  for (auto stack = gone.rbegin(); stack != gone.rend(); ++stack) (*stack)->leave();
+  front()->container()->show();
+  front()->setOnScreen(isVisible());
+  animate(
+      picture, kSlide, [this, picture](double progress) { picture->move(0, qRound(height() * progress)); },
+      [picture] { picture->deleteLater(); });
+  arrangeAlerts();
+  focusFront();
+  return true;
+}
+
+void NavigationWindow::showAlert(const Alert& alert, std::function<void(int tag, int buttonIndex)> handler) {
+  auto* shown = new AlertView(alert, this);
+  shown->onAnswer = [this, shown, tag = alert.tag, handler = std::move(handler)](int buttonIndex) {
+    const auto told = handler;  // a copy, since the alert goes first
+    answered(shown);
+    if (told) told(tag, buttonIndex);
+  };
+  alerts_.push_back(shown);
+  arrangeAlerts();
+  shown->appear();
+}
+
+void NavigationWindow::answered(AlertView* alert) {
+  std::erase(alerts_, alert);
+  alert->hide();
+  alert->deleteLater();  // its button's event is under way
+  arrangeAlerts();
+  focusFront();
+}
+
+void NavigationWindow::arrangeAlerts() {
+  if (overEverything_) overEverything_->raise();
+  for (AlertView* one : alerts_) {
+    one->setGeometry(rect());
+    one->raise();
+    one->setVisible(one == alerts_.back());
+  }
+}
+
+void NavigationWindow::showOverEverything(QWidget* view) {
+  view->setParent(this);
+  overEverything_ = view;
+  view->show();
+  arrangeAlerts();
+  focusFront();
+}
+
+void NavigationWindow::focusFront() {
+  if (!alerts_.empty()) {
+    alerts_.back()->takeFocus();
+  } else if (overEverything_ && !overEverything_->isHidden()) {
+    overEverything_->setFocus();
+  } else if (const auto top = front()->topScreen(); top && top->firstFocus()) {
+    top->firstFocus()->setFocus();
+  }
+}
+
+void NavigationWindow::resizeEvent(QResizeEvent* /*event*/) {
+  for (const auto& one : stacks_) one->layOut();
+  arrangeAlerts();
+}
+
+void NavigationWindow::showEvent(QShowEvent* /*event*/) { front()->setOnScreen(true); }
+
+void NavigationWindow::hideEvent(QHideEvent* event) {
+  if (!event->spontaneous()) front()->setOnScreen(false);
+}
+
+}  // namespace orn

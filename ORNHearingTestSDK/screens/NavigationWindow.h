@@ -1,0 +1,70 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+#include <ORNHearingTestSDK/screens/Alert.h>
+#include <ORNHearingTestSDK/screens/ScreensExport.h>
+
+namespace orn {
+
+class AlertView;
+class NavigationController;
+
+/// The window that all screens live in: a stack of screens, the stacks that are presented over it, views over
+/// everything, and alerts on top of all. As large as a phone's screen at first; any size is fine. The screens call its
+/// size "the main screen". A screen counts as on screen while the window is shown. It goes before the platform does.
+/// Main thread.
+class ORN_SCREENS_EXPORT NavigationWindow : public QWidget {
+ public:
+  explicit NavigationWindow(QWidget* parent = nullptr);
+  ~NavigationWindow() override;
+
+  /// The stack at the bottom. A host pushes its first screen here.
+  std::shared_ptr<NavigationController> navigation() const { return stacks_.front(); }
+
+  /// The stack that the user sees.
+  std::shared_ptr<NavigationController> front() const { return stacks_.back(); }
+
+  /// Room at the top that belongs to the device, in points; 0 on a desktop.
+  int statusBarHeight() const { return statusBarHeight_; }
+  void setStatusBarHeight(int height);
+
+  /// Shows a stack over the presenter's. False, and nothing happens, unless the presenter is in front.
+  bool present(const std::shared_ptr<NavigationController>& navigation,
+               const std::shared_ptr<NavigationController>& presenter);
+
+  /// Takes a presented stack and all above it away. False, and nothing happens, for any other.
+  bool dismiss(const std::shared_ptr<NavigationController>& navigation);
+
+  /// Alerts pile up: the newest shows, and its answer uncovers the one before. The handler is told tag and index.
+  void showAlert(const Alert& alert, std::function<void(int tag, int buttonIndex)> handler = {});
+
+  /// Puts a view over all screens and bars, beneath the alerts. Hiding it takes it away.
+  void showOverEverything(QWidget* view);
+
+  /// Gives the keyboard to what the user sees.
+  void focusFront();
+
+  QSize sizeHint() const override;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void answered(AlertView* alert);
+  void arrangeAlerts();
+
+  std::vector<std::shared_ptr<NavigationController>> stacks_;
+  std::vector<AlertView*> alerts_;
+  QPointer<QWidget> overEverything_;
+  int statusBarHeight_ = 0;
+};
+
+}  // namespace orn

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QLabel>
+
+#include <ORNHearingTestSDK/screens/TableCell.h>
+
+namespace orn {
+
+/// A plain cell with room for an image, a title and a detail, for host applications. The cell takes over what is set.
+class ORN_SCREENS_EXPORT ORNErJiTableViewCell final : public TableCell {
+ public:
+  using TableCell::TableCell;
+
+  QLabel* erjiImage() const { return erjiImage_; }
+  void setErjiImage(QLabel* erjiImage) { keep(erjiImage_, erjiImage); }
+  QLabel* title() const { return title_; }
+  void setTitle(QLabel* title) { keep(title_, title); }
+  QLabel* detail() const { return detail_; }
+  void setDetail(QLabel* detail) { keep(detail_, detail); }
+
+ private:
+  void keep(QPointer<QLabel>& slot, QLabel* label) {
+    if (slot != label) delete slot;
+    slot = label;
+    if (label) label->setParent(this);
+  }
+
+  QPointer<QLabel> erjiImage_, title_, detail_;
+};
+
+}  // namespace orn

@@ -1,0 +1,74 @@
+// The alerts of the test screen, and what their answers do.
+#include <ORNHearingTestSDK/screens/AudiogramSummary.h>
+#include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
+
+namespace orn {
+namespace {
+
+QString noticeTitle() { return QStringLiteral("温馨提示"); }
+
+}  // namespace
+
+void ORNHearingTestViewController::calibrationMissing(ORNHearingTest& /*hearingTest*/, bool /*isLeft*/) {
+  showAlert({kCalibrationMissingAlert,
+             noticeTitle(),
+             QStringLiteral("没有测试设备的校准数据，无法进行测试"),
+             {QStringLiteral("我知道了")}});
+}
+
+void ORNHearingTestViewController::showTishi() {
+  showAlert({kInstructionAlert,
+             QStringLiteral("操作提示"),
+             QStringLiteral("系统将在左耳/右耳播放不同的声音。您每次听到声音的时候请立即按\"听到了\"按钮。"),
+             {QStringLiteral("准备好了，开始测试")}});
+}
+
+void ORNHearingTestViewController::showEndAlert() {
+  withTest([](ORNHearingTest& session) { session.pauseTest(); });
+  showAlert({kEndAlert,
+             noticeTitle(),
+             QStringLiteral("请确认结束测试？\n测试数据将不保存"),
+             {QStringLiteral("取消"), QStringLiteral("结束测试")},
+             0});
+}
+
+void ORNHearingTestViewController::showOneEarEndToast() {
+  // The blank at the end is part of the text.
+  const QString message = QStringLiteral("%1测试结束\n开始%2测试 ").arg(earName(isTestLeft()), earName(!isTestLeft()));
+  showAlert({kChangeEarAlert, noticeTitle(), message, {QStringLiteral("准备好了，继续测试")}});
+}
+
+void ORNHearingTestViewController::showDuankaiTishi() {
+  withTest([](ORNHearingTest& session) { session.pauseTest(); });
+  showAlert({kDisconnectedAlert,
+             noticeTitle(),
+             QStringLiteral("您的测试设备已断开，请连接后重新测试"),
+             {QStringLiteral("我知道了")}});
+}
+
+void ORNHearingTestViewController::alertView(int tag, int buttonIndex) {
+  switch (tag) {
+    case kInstructionAlert:
+      withTest([&](ORNHearingTest& session) { session.startTest(!isFirstRight_); });
+      break;
+    case kChangeEarAlert:
+      changeToAnother();
+      break;
+    case kEndAlert:
+      if (buttonIndex == 1) {
+        cancelButtonClicked();
+      } else {
+        withTest([](ORNHearingTest& session) { session.continueTest(); });
+      }
+      break;
+    case kDisconnectedAlert:
+    case kCalibrationMissingAlert:
+      cancelButtonClicked();
+      break;
+    case kReservedAlert:
+    default:
+      break;
+  }
+}
+
+}  // namespace orn

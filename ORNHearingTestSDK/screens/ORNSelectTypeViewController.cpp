@@ -1,0 +1,207 @@
+#include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
+
+#include <utility>
+
+#include <ORNHearingTestSDK/common/DefaultsReading.h>
+#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
+#include <ORNHearingTestSDK/platform/AudioSession.h>
+#include <ORNHearingTestSDK/platform/MainQueue.h>
+#include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/screens/Appearance.h>
+#include <ORNHearingTestSDK/screens/DeviceCell.h>
+#include <ORNHearingTestSDK/screens/NavigationController.h>
+#include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
+#include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
+#include <ORNHearingTestSDK/screens/ORNTestHistoryViewController.h>
+#include <ORNHearingTestSDK/screens/ShopFooterView.h>
+#include <ORNHearingTestSDK/screens/UserHeaderView.h>
+
+namespace orn {
+namespace {
+
+constexpr int kAudiometerRow = 0;
+constexpr int kRowMargin = 60;
+constexpr int kSectionSpacing = 18;
+constexpr double kLineSpace = 4;
+constexpr int kTitleSize = 18;
+constexpr int kDetailSize = 12;
+
+/// Earphones count only where no audiometer is.
+bool areEarphonesConnected() { return !ORNHearingTest::getKV50Mac() && ORNHearingTest::hasHeadset(); }
+
+QString audiometerDetail() {
+  const QString description =
+      QStringLiteral("听力检测仪是一款专业的听力检测设备，经过严格的医学校准，采用最新的技术手段制作，测试结果准确。");
+  const auto address = ORNHearingTest::getKV50Mac();
+  if (!address) return description + QStringLiteral("\n连接方法：打开手机设置－蓝牙－连接KV60S");
+  return QStringLiteral("已连接，蓝牙地址%1\n").arg(QString::fromStdString(*address)) + description;
+}
+
+QString earphoneDetail() {
+  return (areEarphonesConnected() ? QStringLiteral("已连接，") : QString()) +
+         QStringLiteral("推荐耳机是指经过奥伦声校准的耳机，使用奥伦声推荐耳机测听，测听结果误差很小。");
+}
+
+/// What the platform's formatter makes of an absent name.
+constexpr auto kAbsentName = "(null)";
+
+}  // namespace
+
+ORNSelectTypeViewController::ORNSelectTypeViewController() = default;
+ORNSelectTypeViewController::~ORNSelectTypeViewController() = default;
+
+std::shared_ptr<ORNSelectTypeViewController> ORNSelectTypeViewController::init() {
+  return std::shared_ptr<ORNSelectTypeViewController>(new ORNSelectTypeViewController);
+}
+
+void ORNSelectTypeViewController::showSelectTypeViewControllerByNavigation(
+    const std::shared_ptr<NavigationController>& navigation, const std::optional<QString>& leftBarTitle,
+    Action leftBarAction, const std::optional<QString>& rightBarTitle, Action rightBarAction) {
+  showByNavigation(navigation, leftBarTitle, std::move(leftBarAction), rightBarTitle, std::move(rightBarAction));
+}
+
+void ORNSelectTypeViewController::viewDidLoad() {
+  setTitle(QStringLiteral("选择设备"));
+  tableView()->setSource(this);
+  tableView()->setSectionSpacing(kSectionSpacing);
+  routeObserver_ = std::make_shared<AudioSessionObserver>();
+  routeObserver_->routeChange = [self = weakSelf(this)](std::int32_t reason) {
+    if (const auto screen = self.lock()) screen->handleRouteChangeNotification(reason);
+  };
+  Platform::current().audioSession->addObserver(routeObserver_);
+  addHeaderAndFooter();
+  tableView()->reloadData();
+}
+
+void ORNSelectTypeViewController::addHeaderAndFooter() {
+  const auto& defaults = *Platform::current().userDefaults;
+  const std::string name = textValue(defaults.value("USERNAME")).value_or(kAbsentName);
+  header_ = new UserHeaderView(boolValue(defaults.value("USERSEX")), QString::fromStdString(name));
+  footer_ = new ShopFooterView([self = weakSelf(this)](QWidget* sender) {
+    if (const auto screen = self.lock()) screen->goToShop(sender);
+  });
+  header_->setWidth(mainScreen().width());
+  footer_->setWidth(mainScreen().width());
+  tableView()->setTableHeaderView(header_);
+  tableView()->setTableFooterView(footer_);
+}
+
+/// The rows' heights are known only once their cells have been shown.
+void ORNSelectTypeViewController::viewDidAppear() { reloadDataOnMainThread(); }
+
+void ORNSelectTypeViewController::layOut() {
+  if (!header_ || !footer_) return;
+  header_->setWidth(mainScreen().width());
+  footer_->setWidth(mainScreen().width());
+  TableScreen::layOut();
+  reloadDataOnMainThread();
+}
+
+void ORNSelectTypeViewController::handleRouteChangeNotification(std::int32_t /*reason*/) { reloadDataOnMainThread(); }
+
+int ORNSelectTypeViewController::numberOfSectionsInTableView(TableView& /*tableView*/) { return 1; }
+
+int ORNSelectTypeViewController::numberOfRowsInSection(TableView& /*tableView*/, int /*section*/) { return 2; }
+
+int ORNSelectTypeViewController::heightForRowAtIndexPath(TableView& /*tableView*/, IndexPath indexPath) {
+  return qRound((indexPath.row == kAudiometerRow ? jianceyiSize_ : erjiSize_).height()) + kRowMargin;
+}
+
+AttributedText ORNSelectTypeViewController::detailOfRow(int row, QSizeF& size) const {
+  const QString text = row == kAudiometerRow ? audiometerDetail() : earphoneDetail();
+  const QFont font = systemFont(kDetailSize);
+  size = ORNScreenUtils::getAttributionHeightWithString(text, kLineSpace, 0, font,
+                                                        mainScreen().width() - DeviceCell::kBesideText);
+  AttributedText detail = ORNScreenUtils::getAttributedWithString(text, kLineSpace, 0, font);
+  detail.addColor(kDarkGrayColour, 0, text.size());
+  return detail;
+}
+
+TableCell* ORNSelectTypeViewController::cellForRowAtIndexPath(TableView& tableView, IndexPath indexPath) {
+  auto* cell = dynamic_cast<DeviceCell*>(tableView.dequeueReusableCell(DeviceCell::identifier(), indexPath));
+  if (!cell) cell = new DeviceCell;
+  if (indexPath.row == kAudiometerRow) {
+    const AttributedText title(QStringLiteral("听力检测仪"), 0, 0, systemFont(kTitleSize));
+    cell->setContents("111", title, detailOfRow(indexPath.row, jianceyiSize_));
+  } else {
+    const AttributedText title =
+        ORNScreenUtils::getAttributedWithString(QStringLiteral("推荐耳机"), kLineSpace, 0, systemFont(kTitleSize));
+    cell->setContents("222", title, detailOfRow(indexPath.row, erjiSize_));
+  }
+  return cell;
+}
+
+void ORNSelectTypeViewController::didSelectRowAtIndexPath(TableView& tableView, IndexPath indexPath) {
+  TableCell* cell = tableView.cellForRow(indexPath);
+  // A second tap must not start a second test while the calibration is fetched.
+  if (cell) cell->setEnabled(false);
+  if (indexPath.row == kAudiometerRow) {
+    startAudiometerRow(cell);
+  } else {
+    startEarphoneRow(cell);
+  }
+  tableView.deselectRow(indexPath);
+}
+
+void ORNSelectTypeViewController::startAudiometerRow(TableCell* cell) {
+  if (!ORNHearingTest::getKV50Mac()) {
+    refuse(QStringLiteral("请先连接听力检测仪，连接方法：打开手机设置－蓝牙－连接KV60S"));
+    if (cell) cell->setEnabled(true);
+    return;
+  }
+  testVC_ = ORNHearingTestViewController::initKV50TestByCompletionHandler(
+      [self = weakSelf(this), cell = QPointer(cell)](const std::optional<Error>& error) {
+        // Later, since a cached calibration calls this before the test screen has been kept.
+        if (!error) {
+          MainQueue::current().dispatchAsync([self] {
+            if (const auto screen = self.lock()) screen->gotoTest();
+          });
+        }
+        if (cell) cell->setEnabled(true);
+      });
+}
+
+void ORNSelectTypeViewController::startEarphoneRow(TableCell* cell) {
+  if (!areEarphonesConnected()) {
+    refuse(QStringLiteral("请先连接测试耳机，并正确佩戴左右耳"));
+    if (cell) cell->setEnabled(true);
+    return;
+  }
+  // A cached calibration does not call back: the cell then stays as it is, which is meant.
+  testVC_ = ORNHearingTestViewController::initEarphoneTestByCompletionHandler(
+      [self = weakSelf(this), cell = QPointer(cell)](const std::optional<Error>& error) {
+        const auto screen = self.lock();
+        if (screen && !error) screen->gotoTest();
+        if (cell) cell->setEnabled(true);
+      });
+}
+
+void ORNSelectTypeViewController::refuse(const QString& message) {
+  showAlert({0, QStringLiteral("温馨提示"), message, {QStringLiteral("好的")}});
+}
+
+void ORNSelectTypeViewController::startErjiTest() {
+  testVC_ = ORNHearingTestViewController::initEarphoneTestByCompletionHandler(
+      [self = weakSelf(this)](const std::optional<Error>& error) {
+        const auto screen = self.lock();
+        if (screen && !error) screen->gotoTest();
+      });
+}
+
+void ORNSelectTypeViewController::gotoTest() {
+  if (!testVC_ || testVC_->navigationController()) return;
+  const auto navigation = NavigationController::initWithRootViewController(testVC_);
+  navigation->setTranslucent(true);
+  present(navigation);
+}
+
+void ORNSelectTypeViewController::goToShop(QWidget* sender) {
+  const auto told = delegate();
+  if (told && told->buyButtonClick) told->buyButtonClick(sender);
+}
+
+void ORNSelectTypeViewController::gotolishi() {
+  if (const auto navigation = navigationController()) navigation->push(ORNTestHistoryViewController::init());
+}
+
+}  // namespace orn

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include <QtCore/QPointer>
+#include <QtCore/QSizeF>
+
+#include <ORNHearingTestSDK/screens/TableScreen.h>
+
+namespace orn {
+
+class AttributedText;
+class ORNHearingTestViewController;
+class ShopFooterView;
+class UserHeaderView;
+struct AudioSessionObserver;
+
+/// What the host is told of the device selection. An empty member is not called.
+struct ORNSelectTypeDelegate {
+  std::function<void(QWidget* sender)> buyButtonClick;
+};
+
+/// Where a user begins: the two ways of testing, each with whether its device is connected at this moment. A tap on one
+/// whose device is there fetches its calibration and then presents the test. Main thread.
+class ORN_SCREENS_EXPORT ORNSelectTypeViewController final : public TableScreen {
+ public:
+  static std::shared_ptr<ORNSelectTypeViewController> init();
+  ~ORNSelectTypeViewController() override;
+
+  /// Not owned.
+  std::shared_ptr<ORNSelectTypeDelegate> delegate() const { return delegate_.lock(); }
+  void setDelegate(std::weak_ptr<ORNSelectTypeDelegate> delegate) { delegate_ = std::move(delegate); }
+
+  /// The test screen that is being prepared or shown, kept until the next one takes its place.
+  const std::shared_ptr<ORNHearingTestViewController>& testVC() const { return testVC_; }
+  void setTestVC(std::shared_ptr<ORNHearingTestViewController> testVC) { testVC_ = std::move(testVC); }
+
+  /// Sizes of the rows' detail texts as last shown, in points.
+  QSizeF jianceyiSize() const { return jianceyiSize_; }
+  QSizeF erjiSize() const { return erjiSize_; }
+
+  void showSelectTypeViewControllerByNavigation(const std::shared_ptr<NavigationController>& navigation,
+                                                const std::optional<QString>& leftBarTitle, Action leftBarAction,
+                                                const std::optional<QString>& rightBarTitle, Action rightBarAction);
+
+  /// For hosts that turn their window with the device: portrait only.
+  bool shouldAutorotate() const { return false; }
+  std::uint32_t supportedInterfaceOrientations() const { return 2; }
+
+  int numberOfSectionsInTableView(TableView& tableView) override;
+  int numberOfRowsInSection(TableView& tableView, int section) override;
+  int heightForRowAtIndexPath(TableView& tableView, IndexPath indexPath) override;
+  TableCell* cellForRowAtIndexPath(TableView& tableView, IndexPath indexPath) override;
+  void didSelectRowAtIndexPath(TableView& tableView, IndexPath indexPath) override;
+
+  void goToShop(QWidget* sender);
+
+  // For a host's own controls.
+  void gotolishi();
+  /// Fetches the calibration of the earphones and presents the test, whatever is connected.
+  void startErjiTest();
+
+  void handleRouteChangeNotification(std::int32_t reason);
+
+ protected:
+  void viewDidLoad() override;
+  void viewDidAppear() override;
+  void layOut() override;
+
+ private:
+  ORNSelectTypeViewController();
+
+  void addHeaderAndFooter();
+  AttributedText detailOfRow(int row, QSizeF& size) const;
+  void startAudiometerRow(TableCell* cell);
+  void startEarphoneRow(TableCell* cell);
+  void refuse(const QString& message);
+  void gotoTest();
+
+  std::weak_ptr<ORNSelectTypeDelegate> delegate_;
+  std::shared_ptr<ORNHearingTestViewController> testVC_;
+  QSizeF jianceyiSize_{0, 0}, erjiSize_{0, 0};
+  QPointer<UserHeaderView> header_;
+  QPointer<ShopFooterView> footer_;
+  std::shared_ptr<AudioSessionObserver> routeObserver_;
+};
+
+}  // namespace orn

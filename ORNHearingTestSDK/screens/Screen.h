@@ -1,0 +1,113 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include <QtCore/QPointer>
+#include <QtCore/QSize>
+#include <QtCore/QString>
+#include <QtWidgets/QWidget>
+
+#include <ORNHearingTestSDK/screens/Alert.h>
+#include <ORNHearingTestSDK/screens/BarItem.h>
+#include <ORNHearingTestSDK/screens/ScreensExport.h>
+
+namespace orn {
+
+class NavigationController;
+class NavigationWindow;
+
+/// One screen of the application: a title, the items of the navigation bar, and a view that is made when the screen
+/// first comes into a window. It belongs to the navigation controller that it was pushed on, to whoever else holds it,
+/// and to nobody else; it may be let go of at any moment, also from within its own operations. Main thread.
+class ORN_SCREENS_EXPORT Screen : public std::enable_shared_from_this<Screen> {
+ public:
+  using Action = std::function<void()>;
+
+  virtual ~Screen();
+  Screen(const Screen&) = delete;
+  Screen& operator=(const Screen&) = delete;
+
+  const QString& title() const { return title_; }
+  void setTitle(const QString& title);
+
+  /// Without a left item the bar leads back to the screen before, where there is one.
+  const std::optional<BarItem>& leftBarItem() const { return leftBarItem_; }
+  void setLeftBarItem(BarItem item);
+  const std::optional<BarItem>& rightBarItem() const { return rightBarItem_; }
+  void setRightBarItem(BarItem item);
+
+  /// The view, which the window owns; null before the first time on screen and after the window has gone.
+  QWidget* view() const { return view_; }
+
+  /// Where the screen stands; null before it is pushed and after it is popped.
+  std::shared_ptr<NavigationController> navigationController() const { return navigationController_.lock(); }
+
+  /// The controller that the screen was last shown by, whether it still stands there or not.
+  std::shared_ptr<NavigationController> navi() const { return navi_.lock(); }
+
+  /// Makes the bar item of each title that is given and pushes this screen, animated.
+  void showByNavigation(const std::shared_ptr<NavigationController>& navigation,
+                        const std::optional<QString>& leftBarTitle, Action leftBarAction,
+                        const std::optional<QString>& rightBarTitle, Action rightBarAction);
+  void leftButtonClick() const;
+  void rightButtonClick() const;
+
+  /// Shows another stack over this screen's own. Nothing happens if something is shown over it already, or if this
+  /// screen is in no window.
+  void present(const std::shared_ptr<NavigationController>& navigation);
+
+  /// Takes away the presented stack that this screen stands in. Where its stack was not presented, the screen itself is
+  /// popped; a screen that stands nowhere stays as it is.
+  void dismiss();
+
+  /// What gets the keyboard when the screen appears.
+  virtual QWidget* firstFocus() const { return view_; }
+
+ protected:
+  Screen() = default;
+
+  /// This screen as its own class, not held.
+  template <class Class>
+  std::weak_ptr<Class> weakSelf(Class* self) {
+    return std::shared_ptr<Class>(shared_from_this(), self);
+  }
+
+  /// The window's size in points.
+  QSize mainScreen() const;
+  int barHeight() const;
+  int statusBarHeight() const;
+  int topBars() const { return barHeight() + statusBarHeight(); }
+  NavigationWindow* window() const;
+
+  /// Shows an alert over everything; alertView() is told the answer, if the screen still lives then.
+  void showAlert(const Alert& alert);
+  virtual void alertView(int tag, int buttonIndex);
+
+  virtual QWidget* loadView(QWidget* parent);
+  virtual void viewDidLoad() {}
+  virtual void viewDidAppear() {}
+  virtual void viewDidDisappear() {}
+
+  /// The window has another size.
+  virtual void layOut() {}
+
+ private:
+  friend class NavigationController;
+  void attach(const std::shared_ptr<NavigationController>& navigation) { navigationController_ = navigation; }
+  void load(NavigationWindow* window, QWidget* parent);
+  void detach();
+  void setOnScreen(bool isOnScreen);
+  void barChanged() const;
+
+  QString title_;
+  std::optional<BarItem> leftBarItem_, rightBarItem_;
+  Action leftBarAction_, rightBarAction_;
+  std::weak_ptr<NavigationController> navigationController_, navi_;
+  QPointer<NavigationWindow> window_;
+  QPointer<QWidget> view_;
+  bool isOnScreen_ = false;
+};
+
+}  // namespace orn

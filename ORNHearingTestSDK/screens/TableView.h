@@ -1,0 +1,124 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <vector>
+
+#include <QtCore/QPointer>
+#include <QtCore/QString>
+#include <QtWidgets/QAbstractScrollArea>
+
+#include <ORNHearingTestSDK/screens/ScreensExport.h>
+#include <ORNHearingTestSDK/screens/TableCell.h>
+
+namespace orn {
+
+class TableView;
+
+struct IndexPath {
+  int section = 0;
+  int row = 0;
+  auto operator<=>(const IndexPath&) const = default;
+};
+
+/// What a table shows and what its rows do.
+class ORN_SCREENS_EXPORT TableViewSource {
+ public:
+  virtual ~TableViewSource() = default;
+
+  virtual int numberOfSectionsInTableView(TableView& tableView) = 0;
+  virtual int numberOfRowsInSection(TableView& tableView, int section) = 0;
+
+  /// Heights in points. A heading of height 0 is none.
+  virtual int heightForRowAtIndexPath(TableView& tableView, IndexPath indexPath) = 0;
+  virtual int heightForHeaderInSection(TableView& tableView, int section);
+
+  /// A new view, which the table takes over.
+  virtual QWidget* viewForHeaderInSection(TableView& tableView, int section);
+
+  /// A cell that is filled for the row: one that dequeueReusableCell() has given, or a new one, which the table takes
+  /// over.
+  virtual TableCell* cellForRowAtIndexPath(TableView& tableView, IndexPath indexPath) = 0;
+
+  virtual void didSelectRowAtIndexPath(TableView& tableView, IndexPath indexPath);
+};
+
+/// A list of sections with rows, whose cells are made only for what is in view and used again. The heading of the
+/// section at the top stays in view. Goes by wheel, finger and keyboard. Main thread.
+class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
+ public:
+  explicit TableView(QWidget* parent);
+  ~TableView() override;
+
+  /// Not owned; null leaves the table empty at its next reload.
+  void setSource(TableViewSource* source) { source_ = source; }
+
+  /// Views above the first section and below the last one, at their own heights; the table takes them over.
+  void setTableHeaderView(QWidget* view) { setEdgeView(header_, view); }
+  void setTableFooterView(QWidget* view) { setEdgeView(footer_, view); }
+
+  /// Room that stays free at the top, such as for a bar.
+  void setTopInset(int inset);
+
+  /// Room beneath each section.
+  void setSectionSpacing(int spacing) { sectionSpacing_ = spacing; }
+
+  /// Asks the source for everything anew. A cell in view goes back to its own row first.
+  void reloadData();
+
+  /// A cell that is out of use, the row's own one at best; null if there is none.
+  TableCell* dequeueReusableCell(const QString& identifier, IndexPath indexPath);
+
+  /// The cell of a row that is in view; null otherwise.
+  TableCell* cellForRow(IndexPath indexPath) const;
+
+  void deselectRow(IndexPath indexPath);
+
+  /// How many cells there are in all.
+  std::size_t cellCount() const { return cells_.size() + pool_.size(); }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  struct Row {
+    IndexPath indexPath;
+    int top, height;
+  };
+  struct Section {
+    int top, headerHeight, bottom;
+  };
+  struct PooledCell {
+    IndexPath lastRow;
+    TableCell* cell;
+  };
+
+  void setEdgeView(QPointer<QWidget>& slot, QWidget* view);
+  void measure();
+  void arrange();
+  void arrangeRows(int top, int bottom);
+  void arrangeHeaders(int top, int bottom);
+  void arrangeEdges(int top);
+  void recycle(std::map<IndexPath, TableCell*>::iterator cell);
+  TableCell* makeCell(IndexPath indexPath);
+  void select(IndexPath indexPath);
+  bool moveFocus(int key);
+  void scrollIntoView(const Row& row);
+
+  TableViewSource* source_ = nullptr;
+  QPointer<QWidget> header_, footer_;
+  std::vector<Section> sections_;
+  std::vector<Row> rows_;
+  std::map<IndexPath, TableCell*> cells_;
+  std::map<int, QWidget*> headings_;
+  std::vector<PooledCell> pool_;
+  std::optional<IndexPath> selected_;
+  int contentHeight_ = 0;
+  int sectionSpacing_ = 0;
+  bool isArranging_ = false;
+};
+
+}  // namespace orn

@@ -1,0 +1,182 @@
+#include <cstdlib>
+
+#include <QtCore/QDirIterator>
+#include <QtCore/QTemporaryDir>
+#include <QtWidgets/QScrollBar>
+#include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/screens/ChessboardResultView.h>
+#include <ORNHearingTestSDK/screens/ORNTestHistoryViewController.h>
+#include <ORNHearingTestSDK/screens/ORNTestResultViewController.h>
+
+#include "ScreensScript.h"
+
+namespace orn {
+namespace {
+
+std::shared_ptr<ORNTestResultViewController> showResult(ScreensScript& script, EarResult left, EarResult right) {
+  const auto screen = ORNTestResultViewController::init();
+  screen->setLeft(std::move(left));
+  screen->setRight(std::move(right));
+  screen->showTestResultViewControllerByNavigation(script.window->navigation(), std::nullopt, {}, std::nullopt, {});
+  script.run();
+  return screen;
+}
+
+TEST(ResultScreen, LeavesGapsOutByTheLeftEar) {
+  using Columns = std::vector<std::string>;
+  const std::tuple<EarResult, EarResult, int, int, Columns, double> table[] = {
+      // left, right, their losses, the columns, and the row of the right ear's mark at 500 Hz
+      {{{"500hz", "30"}, {"1000hz", "20"}}, {{"500hz", "40"}, {"1000hz", "41"}}, 25, 40, {"500hz", "1000hz"}, 10},
+      {{{"500hz", "-1"}}, {{"500hz", "30"}}, 0, 0, {}, 8},
+      {{{"500hz", "30"}}, {{"500hz", "-1"}}, 30, 0, {"500hz"}, 1},
+      {{{"500hz", "30"}}, {{"1000hz", "80"}}, 30, 0, {"500hz"}, 2},
+      {{{"500hz", "12"}}, {{"500hz", "-10"}}, 12, 0, {"500hz"}, 0},
+      {{{"500hz", "91"}}, {{"500hz", "120"}}, 91, 120, {"500hz"}, 26},
+      {{}, {}, 0, 0, {}, 2},
+  };
+  for (const auto& [left, right, leftLoss, rightLoss, columns, row] : table) {
+    ScreensScript script;
+    const auto screen = showResult(script, left, right);
+    EXPECT_EQ(script.title(), "测试结果");
+    EXPECT_TRUE(script.sees(QString("您的右耳的平均听力损失为%1分贝，属于").arg(rightLoss))) << rightLoss;
+    EXPECT_TRUE(script.sees(QString("您的左耳的平均听力损失为%1分贝，属于").arg(leftLoss))) << leftLoss;
+    EXPECT_TRUE(script.sees("\n\n对上述结果如有疑问，请添加奥伦声客服QQ：6180339887 进行咨询。\n\n\n"));
+    EXPECT_EQ(screen->chessView()->hzs(), columns.empty() ? Columns() : columns);
+    EXPECT_EQ(screen->pointAtHz(*screen->chessView(), "500hz", 3, false, 0), QPointF(3, row));
+  }
+}
+
+TEST(ResultScreen, TapOpensTheAudiogramOverEverythingAndClosesItAfterAMoment) {
+  ScreensScript script;
+  const auto screen = showResult(script, {{"500hz", "30"}, {"1000hz", "20"}}, {{"500hz", "40"}, {"1000hz", "45"}});
+  const QPointer<QWidget> full = screen->chessView();
+  const auto isOpen = [&] { return script.window->childAt(9, 9) == full && script.window->childAt(187, 600) == full; };
+  EXPECT_TRUE(full->accessibleName().contains("右耳听力图：500赫兹40分贝，1000赫兹45分贝"));
+  for (const bool byKey : {false, true}) {
+    EXPECT_FALSE(isOpen());
+    byKey ? script.key(Qt::Key_Space) : script.clickAt({187, 200});
+    script.run();
+    EXPECT_TRUE(isOpen());
+    byKey ? script.key(Qt::Key_Return) : script.clickAt({187, 20});
+    script.run(0.1);
+    EXPECT_TRUE(isOpen());
+    script.run(0.2);
+  }
+  const QTemporaryDir home;
+  for (const char* name : {"HOME", "XDG_CONFIG_HOME"}) setenv(name, home.path().toUtf8(), 1);
+  screen->takePhoto(nullptr);
+  QDirIterator photos(home.path(), {"*.png"}, QDir::Files, QDirIterator::Subdirectories);
+  EXPECT_EQ(QImage(photos.next()).size(), QSize(375, 667));
+
+  script.clickAt({187, 200});
+  script.run();
+  screen->backClicked();  // closed while it is open
+  script.run();
+  EXPECT_FALSE(isOpen());
+  EXPECT_EQ(script.title(), "选择设备");
+}
+
+/// Tests of a loss of 25, 30, ... dB on the right and 5 dB more on the left, ten of them in turn.
+std::string historyReply(int count) {
+  nlohmann::json tests = nlohmann::json::array();
+  for (int number = 0; number < count; ++number) {
+    nlohmann::json test{{"createDate", 1767225600000.0 + 1000.0 * number}};
+    for (const std::string hz : {"125hz", "250hz", "8000hz"}) test["left" + hz] = test["right" + hz] = "-1";
+    for (const std::string hz : {"500hz", "1000hz", "2000hz", "4000hz"}) {
+      test["right" + hz] = std::to_string(25 + 5 * (number % 10));
+      test["left" + hz] = std::to_string(30 + 5 * (number % 10));
+    }
+    tests.push_back(std::move(test));
+  }
+  return nlohmann::json{{"rspCode", 0}, {"listenTests", tests}}.dump();
+}
+
+TEST(HistoryScreen, ShowsTheTestsOrExplainsWhyNot) {
+  const QString none = "温馨提示|您还没有测试记录|好的", failed = "温馨提示|未获取到测试记录|好的";
+  const std::tuple<std::optional<std::string>, QString, int> table[] = {
+      {historyReply(3), "", 3},
+      {historyReply(1), "", 1},
+      {historyReply(0), none, 0},
+      {R"({"rspCode":1})", none, 0},
+      {R"({"rspCode":0,"listenTests":7})", none, 0},
+      {"<html>", failed, 0},
+      {std::nullopt, failed, 0},
+      {R"({"rspCode":0,"listenTests":[7,null,{"createDate":1e99}]})", "", 3},
+  };
+  for (const auto& [reply, alert, count] : table) {
+    ScreensScript script;
+    script.answers(reply, 2000);
+    script.select->gotolishi();
+    script.run(3);
+    EXPECT_EQ(script.title(), "测试记录");
+    EXPECT_EQ(script.alert(), alert);
+    EXPECT_EQ(script.texts().filter("测试记录：").size(), count);
+    if (count == 0) script.click("好的");
+    script.click("‹ 选择设备");
+
+    script.select->gotolishi();  // closed before the reply
+    script.run();
+    const std::weak_ptr<Screen> history = script.window->front()->topScreen();
+    script.click("‹ 选择设备");
+    script.run(3);
+    EXPECT_TRUE(history.expired());
+    EXPECT_EQ(script.alert(), "");
+
+    script.machine.userDefaults->removeValue("USERID");
+    script.select->gotolishi();
+    script.run(3);
+    EXPECT_EQ(script.alert(), "") << "nothing is said without a user";
+  }
+}
+
+TEST(HistoryScreen, RowsTellScoresAndTimeAndOpenTheirTest) {
+  setenv("TZ", "UTC", 1);
+  tzset();
+  ScreensScript script;
+  auto reply = nlohmann::json::parse(historyReply(2));
+  for (const char* key : {"right500hz", "right1000hz", "right2000hz", "right4000hz"}) {
+    reply["listenTests"][1][key] = "137";
+  }
+  reply["listenTests"][1]["createDate"] = 0;
+  script.answers(reply.dump());
+  script.select->gotolishi();
+  script.run();
+  for (const char* text : {"测试记录：1", "右耳得分：75分", "左耳得分：70分", "您的听力总得分：", "73",
+                           "测试时间：2026-01-01 00:00:00", "右耳得分：-37分", "测试时间：1970-01-01 00:00:00"}) {
+    EXPECT_TRUE(script.texts().contains(text)) << text;
+  }
+  script.clickAt({150, 130});
+  script.run();
+  EXPECT_TRUE(script.sees("您的右耳的平均听力损失为25分贝，"));
+  script.click("‹ 测试记录");
+  script.run();
+  EXPECT_EQ(script.title(), "测试记录");
+}
+
+TEST(HistoryScreen, TenThousandTestsMakeOnlyTheRowsInView) {
+  ScreensScript script;
+  script.answers(historyReply(10'000));
+  script.select->gotolishi();
+  script.run();
+  const auto history = std::dynamic_pointer_cast<ORNTestHistoryViewController>(script.window->front()->topScreen());
+  TableView* table = history->tableView();
+  QScrollBar* bar = table->verticalScrollBar();
+  EXPECT_EQ(bar->maximum() + table->viewport()->height(), 10'000 * (44 + 160));
+  for (int step = 0; step <= 100; ++step) bar->setValue(bar->maximum() / 100 * step);
+  EXPECT_LE(table->cellCount(), 8U);
+  bar->setValue(204 * 5000);
+  script.drag({150, 400}, {150, 340});
+  script.run();
+  EXPECT_GE(bar->value(), 204 * 5000 + 50) << "follows the finger and opens nothing";
+  bar->setValue(204 * 5000 + 60);
+  EXPECT_TRUE(script.sees("测试记录：5001")) << "the heading stays while its row is in view";
+  script.key(Qt::Key_End);
+  EXPECT_TRUE(script.sees("测试记录：10000"));
+  script.key(Qt::Key_Return);
+  script.run();
+  EXPECT_TRUE(script.sees("您的右耳的平均听力损失为70分贝，"));
+}
+
+}  // namespace
+}  // namespace orn

@@ -1,0 +1,167 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <QtGui/QWindow>
+#include <QtTest/QTest>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QFrame>
+#include <QtWidgets/QLabel>
+#include <gmock/gmock.h>
+
+#include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
+#include <ORNHearingTestSDK/screens/NavigationController.h>
+#include <ORNHearingTestSDK/screens/NavigationWindow.h>
+#include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
+#include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
+
+#include "simulation/SampleCalibration.h"
+
+namespace orn {
+
+inline constexpr float kUsersVolume = 0.25F;
+
+/// The service's calibration for a device.
+inline std::string calibration(int row) {
+  return std::string(row == 0 ? simulation::sampleAudiometerReply() : simulation::sampleEarphonesReply());
+}
+
+/// The application's window on a simulated machine, with the device selection open, as a user sees and touches it. A
+/// device is known by its row there: 0 the audiometer, 1 the earphones.
+struct ScreensScript {
+  ScreensScript() {
+    Platform::setCurrent(machine.platform());
+    machine.audioSession->setOutputVolume(kUsersVolume);
+    auto& settings = *machine.userDefaults;
+    for (const char* key : {"SERVICEHOST", "APPKEY", "USERID"}) settings.setValue(key, std::string("given"));
+    settings.setValue("USERNAME", std::string("小明"));
+    window = std::make_unique<NavigationWindow>();
+    window->show();
+    select = ORNSelectTypeViewController::init();
+    select->showSelectTypeViewControllerByNavigation(window->navigation(), std::nullopt, {}, std::nullopt, {});
+    run();
+  }
+
+  ~ScreensScript() {
+    select.reset();
+    window.reset();
+    settle();
+    Platform::clearCurrent();
+  }
+
+  /// What the service answers to every request from now on; nothing is a dead line.
+  void answers(const std::optional<std::string>& body, int milliseconds = 10) {
+    const std::optional<Error> error = body ? std::nullopt : std::optional(Error{"transport", 7, "gone"});
+    machine.urlSession->script("", {body, error}, std::chrono::milliseconds(milliseconds));
+  }
+
+  void plug(int row) {
+    auto& session = *machine.audioSession;
+    row == 0 ? session.plugAudiometer("KV50-1234", "AA:BB:CC:DD:EE:FF") : session.plugEarphones();
+    run();
+  }
+
+  void run(double seconds = 1) {
+    machine.virtualTime->runFor(std::chrono::round<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds)));
+    settle();
+  }
+
+  /// No time but the simulated one passes meanwhile.
+  static void settle() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+  }
+
+  template <class Widget>
+  QStringList textsOf(const QString& objectName = {}) const {
+    QStringList all;
+    for (const QWidget* one : window->findChildren<QWidget*>(objectName)) {
+      const auto* shown = dynamic_cast<const Widget*>(one);
+      if (shown && one->isVisible() && !shown->text().isEmpty()) all << shown->text();
+    }
+    return all;
+  }
+  QString title() const { return textsOf<QLabel>("title").join('|'); }
+  /// "title|message|button|..." of the alert on top; empty if there is none.
+  QString alert() const { return (textsOf<QLabel>("alert") + textsOf<QAbstractButton>("alert")).join('|'); }
+  QStringList texts() const { return textsOf<QLabel>(QString()); }
+  bool sees(const QString& part) const { return texts().join('\n').contains(part); }
+
+  QAbstractButton* button(const QString& name) const {
+    QAbstractButton* newest = nullptr;  // an alert's goes before one that it covers
+    for (QAbstractButton* one : window->findChildren<QAbstractButton*>()) {
+      if (one->isVisible() && one->accessibleName() == name) newest = one;
+    }
+    return newest;
+  }
+  QAbstractButton* heardButton() const { return button("听到了"); }
+  float volume() const { return machine.audioSession->outputVolume(); }
+  std::size_t requests() const { return machine.urlSession->requests().size(); }
+
+  /// Whether sound comes out of the machine within the next span.
+  bool sounds(double seconds) {
+    const auto heard = std::make_shared<bool>(false);
+    machine.audioOutput->addListener([heard](std::int64_t, std::span<const std::int16_t> samples) {
+      for (const std::int16_t one : samples) *heard = *heard || one != 0;
+    });
+    run(seconds);
+    return *heard;
+  }
+
+  /// Clicks go to whatever is on top at that place.
+  void clickAt(QPoint place) {
+    QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, place);
+    settle();
+  }
+  void click(const QWidget* widget) {
+    ASSERT_TRUE(widget && widget->isVisible());
+    clickAt(widget->mapTo(window.get(), widget->rect().center()));
+  }
+  void click(const QString& buttonName) {
+    SCOPED_TRACE(buttonName.toStdString());
+    click(button(buttonName));
+  }
+  void clickRow(int row) { click(QString(row == 0 ? "听力检测仪" : "推荐耳机")); }
+
+  void touch(const QWidget* widget) {
+    const QPoint place = widget->mapTo(window.get(), widget->rect().center());
+    drag(place, place);
+  }
+  /// One finger, in steps.
+  void drag(QPoint from, QPoint to) {
+    static QPointingDevice* screen = QTest::createTouchDevice();
+    QTest::touchEvent(window.get(), screen).press(0, from, window.get());
+    for (int step = 1; step <= 10 && from != to; ++step) {
+      QTest::touchEvent(window.get(), screen).move(0, from + (to - from) * step / 10, window.get());
+    }
+    QTest::touchEvent(window.get(), screen).release(0, to, window.get());
+    settle();
+  }
+
+  void key(Qt::Key key) {
+    QTest::keyClick(window->windowHandle(), key);
+    settle();
+  }
+
+  /// Connects a device and opens its test, up to the instruction.
+  void openTest(int row) {
+    plug(row);
+    answers(calibration(row));
+    clickRow(row);
+    run();
+  }
+  void startTest(int row) {
+    openTest(row);
+    click(QString("准备好了，开始测试"));
+  }
+  std::shared_ptr<ORNHearingTestViewController> test() const { return select->testVC(); }
+
+  SimulatedPlatform machine;
+  std::unique_ptr<NavigationWindow> window;
+  std::shared_ptr<ORNSelectTypeViewController> select;
+};
+
+}  // namespace orn

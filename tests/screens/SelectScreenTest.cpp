@@ -1,0 +1,128 @@
+#include <ORNHearingTestSDK/platform/AudioSession.h>
+
+#include "ScreensScript.h"
+
+namespace orn {
+namespace {
+
+const QString kAudiometer =
+    "听力检测仪是一款专业的听力检测设备，经过严格的医学校准，采用最新的技术手段制作，测试结果准确。";
+const QString kEarphones = "推荐耳机是指经过奥伦声校准的耳机，使用奥伦声推荐耳机测听，测听结果误差很小。";
+const QString kRefusals[] = {"温馨提示|请先连接听力检测仪，连接方法：打开手机设置－蓝牙－连接KV60S|好的",
+                             "温馨提示|请先连接测试耳机，并正确佩戴左右耳|好的"};
+
+TEST(SelectScreen, RouteDecidesWhatTheRowsSayAndDo) {
+  const AudioPort audiometer{"KV60S", "AA:BB:CC:DD:EE:FF-tsco"}, earphones{"Headphones", "Wired"};
+  const std::tuple<std::vector<AudioPort>, const char*, bool, bool> table[] = {
+      {{}, "Speaker", false, false},
+      {{audiometer}, "HeadsetBT", true, false},
+      {{earphones}, "Headphone", false, true},
+      {{audiometer, earphones}, "Headphone", true, false},
+  };
+  for (const auto& [outputs, text, isAudiometerThere, areEarphonesThere] : table) {
+    ScreensScript script;
+    script.machine.audioSession->setRoute({{}, outputs}, text, 1);
+    script.run();
+    EXPECT_TRUE(script.texts().contains(isAudiometerThere ? "已连接，蓝牙地址AA:BB:CC:DD:EE:FF\n" + kAudiometer
+                                                          : kAudiometer + "\n连接方法：打开手机设置－蓝牙－连接KV60S"));
+    EXPECT_TRUE(script.texts().contains(areEarphonesThere ? "已连接，" + kEarphones : kEarphones));
+    for (const int row : {0, 1}) {
+      const bool isThere = row == 0 ? isAudiometerThere : areEarphonesThere;
+      script.answers(calibration(row));
+      script.clickRow(row);
+      script.run();
+      EXPECT_EQ(script.title(), isThere ? "右耳测试" : "选择设备");
+      EXPECT_TRUE(isThere || script.alert() == kRefusals[row]);
+      if (isThere) script.test()->dismiss();
+      script.click(QString(isThere ? "准备好了，开始测试" : "好的"));
+      script.run();
+    }
+    script.machine.audioSession->unplug();
+    script.run(0.1);
+    EXPECT_FALSE(script.sees("已连接"));
+  }
+}
+
+TEST(SelectScreen, RowIsClosedWhileItsCalibrationIsFetched) {
+  for (const bool isAnswered : {true, false}) {
+    for (const int row : {0, 1}) {
+      ScreensScript script;
+      script.plug(row);
+      script.answers(isAnswered ? std::optional(calibration(row)) : std::nullopt, 5000);
+      for (int tap = 0; tap < 3; ++tap) script.clickRow(row);
+      script.run(3);
+      script.clickRow(row);
+      EXPECT_EQ(script.requests(), 1U);
+      EXPECT_EQ(script.title(), "选择设备");
+      script.run(3);
+      EXPECT_EQ(script.title(), isAnswered ? "右耳测试" : "选择设备");
+      if (isAnswered) continue;
+      EXPECT_EQ(script.alert(), "") << "a failure is not told";
+      script.clickRow(row);
+      EXPECT_EQ(script.requests(), 2U) << "the row can be tapped again";
+      const std::weak_ptr<Screen> select = script.select;
+      script.select.reset();
+      script.window = std::make_unique<NavigationWindow>();
+      script.run(6);
+      EXPECT_TRUE(select.expired()) << "closed while the calibration is fetched";
+    }
+  }
+}
+
+TEST(SelectScreen, CachedCalibrationOpensTheAudiometersTestAndNotTheEarphones) {
+  for (const int row : {0, 1}) {
+    ScreensScript script;
+    script.startTest(row);
+    script.test()->dismiss();
+    script.run();
+    script.clickRow(row);
+    script.plug(row);
+    EXPECT_EQ(script.requests(), 1U);
+    EXPECT_EQ(script.title(), row == 0 ? "右耳测试" : "选择设备");
+    EXPECT_TRUE(row == 0 || !script.button("推荐耳机")->isEnabled()) << "a reload does not open it";
+  }
+}
+
+TEST(SelectScreen, HeadAndFoot) {
+  ScreensScript script;
+  const QString buy = "还没有听力检测仪？ 点此立即购买听力检测仪，即刻关爱您的听力健康。";
+  script.click(buy);  // without a delegate
+  QWidget* sender = nullptr;
+  const auto delegate = std::make_shared<ORNSelectTypeDelegate>();
+  delegate->buyButtonClick = [&](QWidget* one) { sender = one; };
+  script.select->setDelegate(delegate);
+  script.click(buy);
+  EXPECT_EQ(sender, script.button(buy));
+
+  EXPECT_TRUE(script.sees("小明"));
+  QImage heads[2];
+  script.machine.userDefaults->removeValue("USERNAME");
+  for (const bool isWoman : {false, true}) {
+    script.machine.userDefaults->setValue("USERSEX", isWoman);
+    script.window->navigation()->push(ORNSelectTypeViewController::init());
+    script.run();
+    EXPECT_TRUE(script.sees("(null)"));
+    heads[isWoman] = script.window->grab(QRect(140, 90, 95, 95)).toImage();
+  }
+  EXPECT_NE(heads[0], heads[1]);
+}
+
+TEST(SelectScreen, KeyboardAloneTakesATestAndEveryControlHasAName) {
+  ScreensScript script;
+  script.plug(1);
+  script.answers(calibration(1));
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}) script.key(key);
+  script.run();
+  EXPECT_EQ(script.title(), "右耳测试");
+  script.key(Qt::Key_Tab);  // to nothing but the alert's button
+  script.key(Qt::Key_Return);
+  EXPECT_EQ(script.alert(), "");
+  EXPECT_TRUE(script.heardButton()->hasFocus());
+  EXPECT_TRUE(script.sounds(6));
+  for (const QAbstractButton* one : script.window->findChildren<QAbstractButton*>()) {
+    EXPECT_FALSE(!one->isHidden() && one->accessibleName().isEmpty()) << one->text().toStdString();
+  }
+}
+
+}  // namespace
+}  // namespace orn

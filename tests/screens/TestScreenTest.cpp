@@ -1,0 +1,221 @@
+#include <map>
+
+#include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
+#include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
+#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/platform/AudioSession.h>
+#include <ORNHearingTestSDK/screens/ChessboardView.h>
+
+#include "ScreensScript.h"
+
+namespace orn {
+namespace {
+
+const QString kReady = "准备好了，开始测试", kReadyForTheOther = "准备好了，继续测试", kIsee = "我知道了";
+const QString kInstruction =
+    "操作提示|系统将在左耳/右耳播放不同的声音。您每次听到声音的时候请立即按\"听到了\"按钮。|准备好了，开始测试";
+const QString kEndQuestion = "温馨提示|请确认结束测试？\n测试数据将不保存|取消|结束测试";
+const QString kChangeOver = "温馨提示|右耳测试结束\n开始左耳测试 |准备好了，继续测试";
+const QString kDisconnected = "温馨提示|您的测试设备已断开，请连接后重新测试|我知道了";
+
+/// A user with these thresholds presses the button at each tone heard, as the board shows it, until the ear is done.
+void takeEar(ScreensScript& script, ChessboardView& board, const std::map<std::string, int>& thresholds) {
+  for (int second = 0; second < 1000 && !board.isTestEnd(); ++second) {
+    script.run(1);
+    const QPointF mark = board.currentTestPointBack();
+    if (board.currentTestPoint().x() < 0 || board.isTestEnd()) continue;
+    const std::string& hz = board.hzs()[static_cast<std::size_t>(mark.x())];
+    if (15 + 5 * mark.y() >= thresholds.at(hz)) script.click(script.heardButton());
+  }
+  script.run(1);
+}
+
+class BothPaths : public testing::TestWithParam<int> {
+ protected:
+  void expectClosedInSilence() {
+    EXPECT_FALSE(script.sounds(30));
+    EXPECT_EQ(script.title(), "选择设备");
+    EXPECT_EQ(script.volume(), kUsersVolume);
+    EXPECT_EQ(script.requests(), 1U) << "nothing of the test is kept";
+  }
+  ScreensScript script;
+};
+INSTANTIATE_TEST_SUITE_P(Rows, BothPaths, testing::Values(0, 1));
+
+TEST_P(BothPaths, WholeTestFromTheDeviceToTheResult) {
+  script.openTest(GetParam());
+  EXPECT_EQ(script.alert(), kInstruction);
+  EXPECT_EQ(script.title(), "右耳测试");
+  EXPECT_EQ(script.volume(), 1.0F);
+  EXPECT_FALSE(script.sounds(10)) << "before the user is ready";
+  script.click(kReady);
+  ChessboardView &right = *script.test()->rightChessView(), &left = *script.test()->chessView();
+  EXPECT_EQ(script.window->childAt(30, 100), &right);
+  takeEar(script, right, {{"500hz", 30}, {"1000hz", 35}, {"2000hz", 45}, {"4000hz", 65}});
+  EXPECT_EQ(script.alert(), kChangeOver);
+  EXPECT_FALSE(script.sounds(10));
+  script.click(kReadyForTheOther);
+  EXPECT_EQ(script.title(), "左耳测试");
+  script.run(1.1);
+  EXPECT_EQ(script.window->childAt(30, 100), &left);
+  takeEar(script, left, {{"500hz", 20}, {"1000hz", 20}, {"2000hz", 20}, {"4000hz", 20}});
+  EXPECT_EQ(script.title(), "测试结果");
+  EXPECT_TRUE(script.sees("您的右耳的平均听力损失为43分贝，属于中度听力损失。"));
+  EXPECT_TRUE(script.sees("您的左耳的平均听力损失为20分贝，属于正常。"));
+  EXPECT_EQ(script.volume(), kUsersVolume);
+  const auto sent = nlohmann::json::parse(script.machine.urlSession->requests().back().body);
+  EXPECT_EQ(sent["right4000hz"], "65");
+  EXPECT_EQ(sent["left125hz"], "-1");
+  script.click("完成");
+  script.run();
+  EXPECT_EQ(script.title(), "选择设备");
+}
+
+TEST_P(BothPaths, EndIsAskedForAndTheTestWaitsMeanwhile) {
+  script.startTest(GetParam());
+  ASSERT_TRUE(script.sounds(5));
+  script.click("取消");
+  EXPECT_EQ(script.alert(), kEndQuestion);
+  EXPECT_FALSE(script.sounds(30));
+  script.clickAt({20, 20});  // the bar is out of reach
+  script.key(Qt::Key_Escape);
+  EXPECT_EQ(script.alert(), "");
+  EXPECT_TRUE(script.sounds(1));
+  script.click("取消");
+  script.click("结束测试");
+  expectClosedInSilence();
+}
+
+TEST_P(BothPaths, LostDeviceLeadsOnlyToTheEnd) {
+  script.openTest(GetParam());
+  script.machine.audioSession->setRoute(script.machine.audioSession->currentRoute(), "HeadsetBT", 1);
+  script.run(0.1);
+  EXPECT_EQ(script.alert(), kInstruction) << "another reason";
+  script.click(kReady);
+  ASSERT_TRUE(script.sounds(5));
+  script.test()->showTishi();
+  script.machine.audioSession->unplug();
+  script.run(0.1);
+  EXPECT_EQ(script.alert(), kDisconnected) << "over the one that is there";
+  EXPECT_FALSE(script.sounds(30));
+  script.click(kIsee);
+  EXPECT_EQ(script.alert(), kInstruction);
+  script.click(kReady);  // starts no test that has ended
+  expectClosedInSilence();
+}
+
+/// A drag in steps that stay within the button, since it follows.
+void dragHeardButton(ScreensScript& script, QPoint by, int steps) {
+  QWindow* handle = script.window->windowHandle();
+  const QPoint at = script.heardButton()->geometry().center();
+  QTest::mousePress(handle, Qt::LeftButton, {}, at);
+  for (int step = 1; step <= steps; ++step) QTest::mouseMove(handle, at + by * step / steps);
+  QTest::mouseRelease(handle, Qt::LeftButton, {}, at + by);
+  EXPECT_EQ(script.heardButton()->geometry().center(), steps > 0 ? at + by - QPoint(1, 1) : at);
+}
+
+TEST(TestScreen, PressesDecideTheNextTone) {
+  const std::tuple<const char*, std::function<void(ScreensScript&)>, int> table[] = {
+      {"mouse", [](ScreensScript& s) { s.click(s.heardButton()); }, 3},
+      {"finger", [](ScreensScript& s) { s.touch(s.heardButton()); }, 3},
+      {"space", [](ScreensScript& s) { s.key(Qt::Key_Space); }, 3},
+      {"return", [](ScreensScript& s) { s.key(Qt::Key_Return); }, 3},
+      {"nothing", [](ScreensScript&) {}, 7},
+      {"drag",
+       [](ScreensScript& s) {
+         dragHeardButton(s, {-150, -300}, 10);
+       },
+       3},
+      {"drag off the screen",
+       [](ScreensScript& s) {
+         dragHeardButton(s, {0, 140}, 10);
+       },
+       3},
+      {"release outside",
+       [](ScreensScript& s) {
+         dragHeardButton(s, {0, -200}, 0);
+       },
+       7},
+  };
+  for (const auto& [name, press, nextRow] : table) {
+    ScreensScript script;
+    script.startTest(0);
+    script.run(4.1);
+    const ChessboardView* board = script.test()->rightChessView();
+    ASSERT_EQ(board->currentTestPointBack(), QPointF(1, 5)) << "1000 Hz at 40 dB";
+    press(script);
+    script.run(4);
+    EXPECT_EQ(board->currentTestPointBack(), QPointF(1, nextRow)) << name;
+  }
+}
+
+TEST(TestScreen, ClosesAtAnyMomentInSilenceAndLeavesNothing) {
+  const std::function<void(ScreensScript&)> waysToClose[] = {
+      [](ScreensScript& script) { script.test()->dismiss(); },
+      [](ScreensScript& script) { script.window.reset(); },
+      [](ScreensScript& script) { script.test()->cancelButtonClicked(), script.select.reset(), script.window.reset(); },
+  };
+  for (const auto& close : waysToClose) {
+    // In tones, within the second after a threshold (the ear hears nothing, so one comes at 28 s), and at the end.
+    for (const double moment : {0.0, 4.1, 28.0, 28.5, 29.5, 60.0, 118.0, 121.5}) {
+      for (const int row : {0, 1}) {
+        ScreensScript script;
+        script.startTest(row);
+        script.run(moment);
+        const std::weak_ptr<ORNHearingTest> session = script.test()->test();
+        close(script);
+        EXPECT_FALSE(script.sounds(10)) << moment;
+        EXPECT_EQ(script.volume(), kUsersVolume);
+        script.select.reset();
+        script.window.reset();
+        script.run(10);
+        EXPECT_TRUE(session.expired()) << moment;
+      }
+    }
+  }
+}
+
+TEST(TestScreen, WithoutCalibrationSaysSoAndCloses) {
+  for (const char* reply : {R"({"rspCode":1})", R"({"rspCode":0,"deviceVolumeIOS":[{"ear":2}]})"}) {
+    ScreensScript script;
+    script.plug(1);
+    script.answers(reply);
+    script.clickRow(1);
+    script.run();
+    script.click(kReady);
+    EXPECT_FALSE(script.sounds(6));
+    EXPECT_EQ(script.alert(), "温馨提示|没有测试设备的校准数据，无法进行测试|我知道了");
+    script.click(kIsee);
+    script.run();
+    EXPECT_EQ(script.title(), "选择设备");
+    EXPECT_EQ(script.volume(), kUsersVolume);
+  }
+}
+
+TEST(TestScreen, BoardsTakeTouchesInAManualTestOnly) {
+  for (const int type : {0, 1, 2}) {
+    ScreensScript script;
+    const auto screen = ORNHearingTestViewController::initEarphoneTestByCompletionHandler({});
+    const auto session = std::dynamic_pointer_cast<ORNManualHearingTest>(ORNHearingTest::initWithTestType(type));
+    session->setRightVolue(earphoneRecords(*ORNDeviceCorrect::parse(calibration(1))).right);
+    session->setTestHzs(screen->testHzs());
+    session->setDelegate(screen->hearingTestDelegate());
+    screen->setTest(session);
+    screen->showHearingTestViewControllerByNavigation(script.window->navigation(), std::nullopt, {}, std::nullopt, {});
+    script.run();
+    script.click(kReady);
+    ChessboardView* board = screen->rightChessView();
+    script.clickAt(board->mapTo(script.window.get(), board->getDrawPoint({1, 5}).toPoint() + QPoint(3, -3)));
+    EXPECT_EQ(script.sounds(0.5), type == 1) << type;
+    EXPECT_EQ(board->currentTestPointBack() == QPointF(1, 5), type == 1) << type;
+    script.click("取消");  // pushed, not presented: it goes back to the screen before
+    script.click("结束测试");
+    script.run();
+    EXPECT_EQ(script.title(), "选择设备");
+  }
+}
+
+}  // namespace
+}  // namespace orn
