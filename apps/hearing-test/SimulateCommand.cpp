@@ -3,7 +3,6 @@
 #include <charconv>
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <stdexcept>
 #include <CLI/CLI.hpp>
@@ -11,11 +10,10 @@
 #include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/audio/SineTables.h>
 #include <ORNHearingTestSDK/audio/WaveChange.h>
-#include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 
+#include "hearing-test/CalibrationReply.h"
 #include "hearing-test/HostMachine.h"
 #include "hearing-test/SimulateReport.h"
-#include "simulation/SampleCalibration.h"
 
 namespace orn {
 namespace {
@@ -63,13 +61,6 @@ std::map<std::int32_t, double> thresholds(const std::vector<std::string>& texts)
     levels[std::stoi(text.substr(0, equals))] = std::stod(text.substr(equals + 1));
   }
   return levels;
-}
-
-std::string contents(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), {}};
-  if (!file) throw std::runtime_error("can't read " + path);
-  return text;
 }
 
 void writeWave(const std::string& path, const std::vector<std::int16_t>& samples) {
@@ -127,18 +118,6 @@ SimulateCommand::SimulateCommand(CLI::App& app) {
   command->add_flag("--json", json_, "Prints one JSON object and nothing else");
 }
 
-std::string SimulateCommand::calibrationReply() const {
-  if (calibration_.empty()) {
-    return std::string(path_ == "audiometer" ? simulation::sampleAudiometerReply()
-                                             : simulation::sampleEarphonesReply());
-  }
-  std::string reply = contents(calibration_);
-  const auto parsed = ORNDeviceCorrect::parse(reply);
-  if (!parsed->deviceVolumeIOS()) throw std::runtime_error(calibration_ + " is no calibration reply with records");
-  if (parsed->rspCode() != 0) throw std::runtime_error(calibration_ + " is a refusal of the service");
-  return reply;
-}
-
 TestPlan SimulateCommand::plan() const {
   TestPlan plan;
   plan.type = type_ == "standard" ? TestType::Standard : TestType::Automatic;
@@ -153,7 +132,7 @@ TestPlan SimulateCommand::plan() const {
   plan.listener.lapse = lapse_;
   plan.listener.seed = seed_;
   if (host_.empty()) {
-    plan.calibrationReply = calibrationReply();
+    plan.calibrationReply = calibrationReply(plan.path, calibration_);
   } else {
     plan.service = hostMachine();
     setServiceHost(*plan.service, host_);

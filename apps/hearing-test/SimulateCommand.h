@@ -22,7 +22,6 @@ class SimulateCommand {
 
  private:
   simulation::TestPlan plan() const;
-  std::string calibrationReply() const;
 
   std::string type_ = "auto";
   std::string path_ = "audiometer";

@@ -5,17 +5,20 @@
 #include "hearing-test/HistoryCommand.h"
 #include "hearing-test/RegisterCommand.h"
 #include "hearing-test/SimulateCommand.h"
+#include "hearing-test/StudyCommand.h"
 
 int main(int argc, char** argv) {
   CLI::App app("Measures hearing: runs whole tests, simulated ones in milliseconds.", "hearing-test");
   app.require_subcommand(1);
   orn::SimulateCommand simulate(app);
+  orn::StudyCommand study(app);
   orn::RegisterCommand registration(app);
   orn::HistoryCommand history(app);
   try {
     app.parse(argc, argv);
     if (app.got_subcommand("register")) return registration.run();
     if (app.got_subcommand("history")) return history.run();
+    if (app.got_subcommand("study")) return study.run();
     return simulate.run();
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;

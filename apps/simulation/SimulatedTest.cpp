@@ -4,9 +4,6 @@
 #include <memory>
 #include <utility>
 
-#include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
-#include <ORNHearingTestSDK/calibration/LevelMapping.h>
-#include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
 #include <ORNHearingTestSDK/engine/PresentationClock.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxRunLoop.h>
@@ -21,8 +18,6 @@ using std::chrono::seconds;
 
 constexpr seconds kLongestTest = std::chrono::hours(24);
 constexpr seconds kRestBetweenEars{2};
-constexpr auto kAddress = "AA:BB:CC:DD:EE:FF";
-constexpr auto kEarphoneModel = "1";
 
 double inSeconds(std::chrono::nanoseconds time) { return std::chrono::duration<double>(time).count(); }
 
@@ -36,7 +31,6 @@ class Run {
 
  private:
   Platform platform() const;
-  void calibrate();
   void fetchCalibration();
   void startEar(bool isLeft);
   void watchDelegate();
@@ -44,7 +38,6 @@ class Run {
   void press(std::chrono::milliseconds reaction);
   void presented(const std::string& hz, const std::string& db, float volume, bool isLeft);
   void closePresentation();
-  std::optional<double> levelOf(std::int32_t hz, double amplitude) const;
 
   const TestPlan& plan_;
   const TestWatch& watch_;
@@ -62,7 +55,11 @@ Run::Run(const TestPlan& plan, const TestWatch& watch) : plan_(plan), watch_(wat
       ORNHearingTest::initWithTestType(static_cast<std::int32_t>(plan.type)));
   session_->setDelegate(delegate_);
   session_->setTestHzs(plan.frequencies);
-  calibrate();
+  if (plan_.service) {
+    fetchCalibration();
+  } else {
+    calibrate(*session_, plan_.path, plan_.calibrationReply);
+  }
   watchDelegate();
   listenToOutput();
 }
@@ -83,46 +80,19 @@ void Run::fetchCalibration() {
     if (error) outcome_.failure = "no calibration: " + error->message;
   };
   if (plan_.path == OutputPath::Audiometer) {
-    session_->setKV50MAC(kAddress, fetched);
+    session_->setKV50MAC(kSimulatedAddress, fetched);
   } else {
-    session_->setEarPlugModel(kEarphoneModel, fetched);
+    session_->setEarPlugModel(kSimulatedEarphoneModel, fetched);
   }
   machine_.virtualTime->runFor(seconds(0));  // what the reply has handed to the main thread
-  const bool hasRecords = plan_.path == OutputPath::Audiometer ? session_->ab() && session_->aabb() && session_->xxyy()
-                                                               : session_->leftVolume() && session_->rightVolue();
-  if (!hasRecords && outcome_.failure.empty()) outcome_.failure = "the service has no calibration for this device";
-}
-
-void Run::calibrate() {
-  if (plan_.service) return fetchCalibration();
-  const auto reply = ORNDeviceCorrect::parse(plan_.calibrationReply);
-  if (plan_.path == OutputPath::Audiometer) {
-    const auto records = audiometerRecords(*reply);
-    session_->setKV50MAC(kAddress);
-    session_->setAb(records.ab);
-    session_->setAabb(records.aabb);
-    session_->setXxyy(records.xxyy);
-  } else {
-    const auto records = earphoneRecords(*reply);
-    session_->setEarPlugModel(kEarphoneModel);
-    session_->setLeftVolume(records.left);
-    session_->setRightVolue(records.right);
-  }
-}
-
-std::optional<double> Run::levelOf(std::int32_t hz, double amplitude) const {
-  if (plan_.path == OutputPath::Audiometer) {
-    const std::string key = std::to_string(hz) + "hz";
-    return audiometerLevel(session_->ab().get(), session_->aabb().get(), session_->xxyy().get(), amplitude, key);
-  }
-  const auto& record = session_->isTestLeft() ? session_->leftVolume() : session_->rightVolue();
-  return earphoneLevel(record.get(), hz, amplitude);
+  if (!hasRecords(*session_, plan_.path) && outcome_.failure.empty())
+    outcome_.failure = "the service has no calibration for this device";
 }
 
 void Run::listenToOutput() {
   listener_ = std::make_unique<VirtualListener>(
       plan_.listener, seconds(PresentationClock::getPlayTime()),
-      [this](std::int32_t hz, double amplitude) { return levelOf(hz, amplitude); },
+      [this](std::int32_t hz, double amplitude) { return levelOf(*session_, plan_.path, hz, amplitude); },
       [this](std::chrono::milliseconds reaction) { press(reaction); });
   listener_->onJudgement = [this](const HeardTone& tone) {
     if (outcome_.presentations.empty()) return;

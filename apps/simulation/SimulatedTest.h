@@ -9,12 +9,12 @@
 #include <ORNHearingTestSDK/common/EarResult.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 
+#include "simulation/SessionCalibration.h"
 #include "simulation/VirtualListener.h"
 
 namespace orn::simulation {
 
 enum class TestType : std::int32_t { Automatic = 0, Standard = 2 };
-enum class OutputPath { Audiometer, Earphones };
 
 /// A test to be simulated.
 struct TestPlan {
