@@ -2,6 +2,7 @@
 #include <exception>
 #include <CLI/CLI.hpp>
 
+#include "hearing-test/ConformanceCommand.h"
 #include "hearing-test/HistoryCommand.h"
 #include "hearing-test/RegisterCommand.h"
 #include "hearing-test/SimulateCommand.h"
@@ -12,6 +13,7 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   orn::SimulateCommand simulate(app);
   orn::StudyCommand study(app);
+  orn::ConformanceCommand conformance(app);
   orn::RegisterCommand registration(app);
   orn::HistoryCommand history(app);
   try {
@@ -19,6 +21,7 @@ int main(int argc, char** argv) {
     if (app.got_subcommand("register")) return registration.run();
     if (app.got_subcommand("history")) return history.run();
     if (app.got_subcommand("study")) return study.run();
+    if (app.got_subcommand("conformance")) return conformance.run();
     return simulate.run();
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
