@@ -6,7 +6,6 @@
 #include <string>
 
 #include "simulation/SampleCalibration.h"
-#include "simulation/StandardAudiograms.h"
 #include "simulation/StudyStatistics.h"
 #include "simulation/WorkerProcesses.h"
 
@@ -14,6 +13,7 @@ namespace orn::simulation {
 namespace {
 
 using testing::ElementsAre;
+using testing::Pair;
 using testing::StrEq;
 using testing::ThrowsMessage;
 
@@ -76,13 +76,10 @@ TEST(Study, StatisticsFollowTheirDefinitions) {
   EXPECT_DOUBLE_EQ(all[0].onScale.bias, 2.5) << "a threshold below the scale counts as 15 dB";
   EXPECT_DOUBLE_EQ(all[0].plain.bias, 17.5);
   EXPECT_DOUBLE_EQ(all[0].presentations.mean, 5);
-  EXPECT_DOUBLE_EQ(all[0].minutes.p95, 0.5);
-  EXPECT_DOUBLE_EQ(all[1].onScale.bias, 2.5);
   EXPECT_DOUBLE_EQ(all[1].onScale.meanAbsolute, 12.5);
   EXPECT_DOUBLE_EQ(all[1].onScale.deviation, 12.5);
   EXPECT_DOUBLE_EQ(all[2].onScale.within5, 0.5);
   EXPECT_DOUBLE_EQ(all[2].onScale.within10, 0.75);
-  EXPECT_DOUBLE_EQ(all[2].retestBias, 15);
   EXPECT_DOUBLE_EQ(all[2].retestDeviation, 10);
   EXPECT_DOUBLE_EQ(all[2].presentations.p95, 9);
 }
@@ -106,31 +103,22 @@ TEST(Population, IsUniformAndCorrelatedAsAsked) {
 }
 
 TEST(Population, OfStandardAudiogramsTakesThemInTurn) {
-  const Population ten{.thresholds = Population::Thresholds::StandardAudiograms};
-  const auto s2 = listenerOf(ten, 1, 18);
-  EXPECT_EQ(s2.left, thresholdsOf(kStandardAudiograms[8]));
+  const auto s2 = listenerOf({.thresholds = Population::Thresholds::StandardAudiograms}, 1, 18);
+  EXPECT_THAT(s2.left, ElementsAre(Pair(125, 20), Pair(250, 20), Pair(500, 20), Pair(1000, 25), Pair(2000, 55),
+                                   Pair(4000, 95), Pair(8000, 95)));
   EXPECT_EQ(s2.right, s2.left);
-  EXPECT_EQ(s2.left.at(125), 20);
-  EXPECT_EQ(s2.left.at(2000), 55);
-  EXPECT_EQ(s2.left.at(8000), 95);
 }
 
-TEST(WorkerProcesses, GiveEveryResultInItsPlace) {
-  const auto job = [](std::size_t index) { return std::string(index * 1000, static_cast<char>('a' + index % 26)); };
+TEST(WorkerProcesses, GiveEveryResultInItsPlaceOrTellWhatFailed) {
+  const auto job = [](std::size_t index) { return std::string(index * 5000, static_cast<char>('a' + index % 26)); };
   for (const std::size_t workers : {0U, 1U, 3U, 100U}) {
     const auto results = inWorkerProcesses(40, workers, job);
     ASSERT_EQ(results.size(), 40U);
     for (std::size_t i = 0; i < results.size(); ++i) EXPECT_EQ(results[i], job(i));
   }
-  EXPECT_TRUE(inWorkerProcesses(0, 2, job).empty());
-}
-
-TEST(WorkerProcesses, TellOfAJobThatThrowsAndOfAWorkerThatDies) {
-  const auto throwing = [](std::size_t index) {
-    return index == 5 ? throw std::runtime_error("number five") : std::string(100'000, 'x');
-  };
-  EXPECT_THAT([&] { inWorkerProcesses(40, 3, throwing); }, ThrowsMessage<std::runtime_error>(StrEq("number five")));
-  const auto dying = [](std::size_t index) { return index == 5 && raise(SIGKILL) == 0 ? "" : "x"; };
+  const auto throwing = [&](std::size_t index) { return index == 5 ? throw std::runtime_error("five") : job(index); };
+  EXPECT_THAT([&] { inWorkerProcesses(40, 3, throwing); }, ThrowsMessage<std::runtime_error>(StrEq("five")));
+  const auto dying = [&](std::size_t index) { return index == 5 && raise(SIGKILL) == 0 ? "" : job(index); };
   EXPECT_THAT([&] { inWorkerProcesses(40, 3, dying); },
               ThrowsMessage<std::runtime_error>(StrEq("a worker process ended early")));
 }
