@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what the project needs on Debian 12: tools, libraries, and what its tests run against.
+# Installs what the project needs on Debian 12: tools, libraries, and what its tests run against; with "fuzz", also the
+# compiler of the fuzzers.
 set -euo pipefail
 
 packages=(
@@ -12,6 +13,7 @@ packages=(
   # tests and benchmarks
   libbenchmark-dev libgmock-dev libgtest-dev
 )
+[ "${1-}" != fuzz ] || packages+=(clang-14 libclang-rt-14-dev)
 
 missing=()
 for package in "${packages[@]}"; do
