@@ -62,20 +62,21 @@ void printCell(const ConformanceCell& cell) {
               joined(cell.misses).c_str());
 }
 
-/// The cells of which something is true, by frequency: "1000 Hz: 15, 20 dB".
+/// The cells of which something is true, a line for each frequency and ear: "1000 Hz right: 15 20 dB".
 void printCells(const ConformanceResult& result, const char* what,
                 const std::function<bool(const ConformanceCell&)>& isTrue) {
-  std::map<std::pair<std::int32_t, bool>, std::string> levels;
+  constexpr std::size_t kRows = 16;
+  std::map<std::pair<std::int32_t, bool>, std::vector<std::string>> levels;
   std::size_t count = 0;
   for (const ConformanceCell& cell : result.cells) {
     if (!isTrue(cell)) continue;
     ++count;
-    std::string& text = levels[{cell.hz, cell.isLeft}];
-    text += (text.empty() ? "" : ",") + std::to_string(cell.db);
+    levels[{cell.hz, cell.isLeft}].push_back(std::to_string(cell.db));
   }
-  std::printf("%-22s %3zu of %zu cells\n", what, count, result.cells.size());
-  for (const auto& [column, text] : levels) {
-    std::printf("    %5d Hz %-5s %s dB\n", column.first, column.second ? "left" : "right", text.c_str());
+  std::printf("%-18s %3zu of %zu cells\n", what, count, result.cells.size());
+  for (const auto& [column, rows] : levels) {
+    std::printf("    %5d Hz %-5s: %s\n", column.first, column.second ? "left" : "right",
+                rows.size() == kRows ? "every level" : (joined(rows) + " dB").c_str());
   }
 }
 

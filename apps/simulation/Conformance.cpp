@@ -17,9 +17,9 @@ using std::chrono::milliseconds;
 constexpr std::int32_t kLowestRow = 15, kHighestRow = 90, kRowStep = 5;
 constexpr double kFullScale = 32767;
 
-// The slowest fade, at 125 Hz, takes 1.36 s and begins 0.24 s after the start.
-constexpr milliseconds kToneOn{3000}, kToneOff{2200};
-constexpr SteadyPart kSteady{std::size_t{kSampleRate} * 9 / 5, std::size_t{kSampleRate}};
+// The slowest fade, at 125 Hz, takes 1.36 s and begins 0.24 s after the tone is asked for.
+constexpr milliseconds kSilence{200}, kToneOn{3000}, kToneOff{2200};
+constexpr SteadyPart kSteady{std::size_t{kSampleRate} * 2, std::size_t{kSampleRate}};
 
 /// One session on one machine, for one tone.
 class Bench {
@@ -61,6 +61,7 @@ Bench::Bench(OutputPath path, const std::string& reply, bool isLeft, std::int32_
 
 void Bench::render(std::int32_t db) {
   session_->startTest(isLeft_);
+  machine_.virtualTime->runFor(kSilence);
   session_->playAtHz(std::to_string(hz_) + "hz", std::to_string(db));
   machine_.virtualTime->runFor(kToneOn);
   session_->listened();  // ends the tone

@@ -101,7 +101,7 @@ void noteTimes(ToneFigures& figures, std::span<const Complex> windows, double am
   figures.fallSeconds = inSeconds(std::find_if(lastTwentyDown, windows.rend(), reaches(kOneDown)) - lastTwentyDown);
   double loudest = 0;
   for (const Complex& window : windows) loudest = std::max(loudest, std::abs(window));
-  figures.overshoot = 20 * std::log10(loudest / amplitude);
+  figures.overshoot = std::max(0.0, 20 * std::log10(loudest / amplitude));
 }
 
 }  // namespace
