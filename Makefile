@@ -1,8 +1,10 @@
 # Two commands do everything: `make run` and `make test`. Both install what they need first.
 # PRESET picks one of dev, release, asan, tsan for `make test`.
 PRESET ?= dev
+# How long `make fuzz` runs each fuzzer.
+FUZZ_SECONDS ?= 60
 
-.PHONY: run test bench format clean bootstrap
+.PHONY: run test bench fuzz format clean bootstrap
 
 bootstrap:
 	@scripts/bootstrap.sh
@@ -18,6 +20,10 @@ test: bootstrap
 bench: bootstrap
 	@scripts/build.sh release
 	@for program in build/release/benchmarks/*_benchmark; do $$program || exit 1; done
+
+fuzz:
+	@scripts/bootstrap.sh fuzz
+	@scripts/fuzz.sh $(FUZZ_SECONDS)
 
 format:
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what the project needs on Debian 12: tools, libraries, and what its tests run against.
+# Installs what the project needs on Debian 12: tools, libraries, and what its tests run against; with "fuzz", also the
+# compiler of the fuzzers.
 set -euo pipefail
 
 packages=(
@@ -16,6 +17,7 @@ packages=(
   # sound servers for the tests
   dbus pipewire-pulse pulseaudio pulseaudio-utils wireplumber
 )
+[ "${1-}" != fuzz ] || packages+=(clang-14 libclang-rt-14-dev)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -11,7 +11,7 @@ namespace orn {
 class ORN_EXPORT PlatformBound {
  public:
   PlatformBound();
-  virtual ~PlatformBound() = default;
+  virtual ~PlatformBound();
   PlatformBound(const PlatformBound&) = delete;
   PlatformBound& operator=(const PlatformBound&) = delete;
 

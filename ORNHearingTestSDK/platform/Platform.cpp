@@ -29,6 +29,9 @@ std::vector<void (*)()>& callsWhenInForce() {
 
 PlatformBound::PlatformBound() { bound().push_back(this); }
 
+// The single instances go at the end of the program, maybe before an object that clears the platform at its own end.
+PlatformBound::~PlatformBound() { std::erase(bound(), this); }
+
 const Platform& Platform::current() {
   if (!slot()) throw std::logic_error("no platform is in force: call orn::Platform::setCurrent first");
   return *slot();

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include <ORNHearingTestSDK/engine/PresentationClock.h>
+
 namespace orn::simulation {
 namespace {
 
@@ -14,6 +16,10 @@ constexpr double kSameLevel = 0.5;
 // tone a whole dB below the threshold is not heard on one path and missed on the other.
 constexpr double kAllowance = 1.0 - 0.01;
 
+// The audiometer's tone sounds on for a second after its threshold is settled. What outlasts that must be the same tone
+// presented again; any sooner, a listener would press twice for one tone.
+constexpr auto kLongestRest = PresentationClock::untilNextFrequency;
+
 bool isSame(double a, double b) { return std::abs(a - b) <= kSameLevel; }
 
 }  // namespace
@@ -21,7 +27,7 @@ bool isSame(double a, double b) { return std::abs(a - b) <= kSameLevel; }
 VirtualListener::VirtualListener(ListenerTraits traits, std::chrono::seconds presentation, LevelScale levelScale,
                                  Press press)
     : traits_(std::move(traits)),
-      windowsPerPresentation_(static_cast<int>(presentation / std::chrono::milliseconds(80))),
+      windowsOfATone_(static_cast<int>((presentation + kLongestRest) / std::chrono::milliseconds(80))),
       levelScale_(std::move(levelScale)),
       press_(std::move(press)),
       chance_(traits_.seed) {}
@@ -62,14 +68,14 @@ std::optional<VirtualListener::Level> VirtualListener::levelOf(const std::array<
 
 bool VirtualListener::isNewTone(const Level& level) const {
   return !tone_ || tone_->hz != level.hz || !isSame(tone_->level, level.db) ||
-         windowsSinceJudgement_ >= windowsPerPresentation_;
+         windowsSinceJudgement_ >= windowsOfATone_;
 }
 
 void VirtualListener::judge(const Level& level) {
   tone_ = HeardTone{level.hz, level.db, level.channel, hears(level)};
   windowsSinceJudgement_ = 0;
   if (onJudgement) onJudgement(*tone_);
-  if (tone_->heard) press_(traits_.reaction);
+  if (tone_->heard) press_(reactionTime());
 }
 
 bool VirtualListener::hears(const Level& level) {
@@ -79,8 +85,13 @@ bool VirtualListener::hears(const Level& level) {
   const double above = level.db - threshold;
   const double audible = traits_.slope > 0 ? 1 / (1 + std::exp(-traits_.slope * above)) : above >= -kAllowance ? 1 : 0;
   const double probability = traits_.guess + (1 - traits_.guess - traits_.lapse) * audible;
-  // 53 random bits, so that a seed gives the same listener everywhere.
-  return static_cast<double>(chance_() >> 11) * 0x1p-53 < probability;
+  return chance_.uniform() < probability;
+}
+
+std::chrono::milliseconds VirtualListener::reactionTime() {
+  if (traits_.reactionSpread <= 0) return traits_.reaction;
+  const double factor = std::exp(traits_.reactionSpread * chance_.normal());
+  return std::chrono::milliseconds(std::llround(static_cast<double>(traits_.reaction.count()) * factor));
 }
 
 }  // namespace orn::simulation

@@ -6,10 +6,10 @@
 #include <functional>
 #include <map>
 #include <optional>
-#include <random>
 #include <span>
 #include <vector>
 
+#include "simulation/Chance.h"
 #include "simulation/ToneMeter.h"
 
 namespace orn::simulation {
@@ -37,13 +37,14 @@ struct ListenerTraits {
   double lapse = 0;  ///< Probability of no press for a tone that is heard.
   std::uint64_t seed = 1;
 
-  /// From having judged a tone to the press.
+  /// From having judged a tone to the press; the middle one where single presses spread about it.
   std::chrono::milliseconds reaction{300};
+  double reactionSpread = 0;  ///< Log-normal: deviation of the natural logarithm.
 };
 
 /// A listener who knows nothing but the samples that leave an output: measures the tone in them, turns it into a
-/// hearing level, judges it once it stands still, and presses. A tone that goes on unchanged for a whole presentation
-/// is judged again, as the next one. The ear under test hears both channels. One thread.
+/// hearing level, judges it once it stands still, and presses. A tone that goes on unchanged for longer than any
+/// single one is judged again, as the next one. The ear under test hears both channels. One thread.
 class VirtualListener {
  public:
   /// Hearing level in dB HL of a tone of that frequency and amplitude at the ear under test; nothing if unknown.
@@ -76,9 +77,10 @@ class VirtualListener {
   bool isNewTone(const Level& level) const;
   void judge(const Level& level);
   bool hears(const Level& level);
+  std::chrono::milliseconds reactionTime();
 
   ListenerTraits traits_;
-  int windowsPerPresentation_;
+  int windowsOfATone_;
   LevelScale levelScale_;
   Press press_;
   bool isLeft_ = false;
@@ -88,7 +90,7 @@ class VirtualListener {
   std::optional<Level> lastLevel_;
   std::optional<HeardTone> tone_;
   int windowsSinceJudgement_ = 0;
-  std::mt19937_64 chance_;
+  Chance chance_;
 };
 
 }  // namespace orn::simulation

@@ -77,10 +77,33 @@ TEST_F(HearingTestProgram, WritesTheSoundAsAWaveFile) {
   EXPECT_EQ(file.substr(22, 2), std::string("\x02\x00", 2));  // stereo
 }
 
+TEST_F(HearingTestProgram, StudiesTheSameListenersWithAnyNumberOfWorkers) {
+  const auto study = [this](const std::string& more) { return run("study --listeners 5 --json " + more).out; };
+  const std::string alone = study("--workers 1");
+  const json report = json::parse(alone)["studies"].at(0);
+  EXPECT_EQ(report["overall"]["thresholds"], 5 * 2 * 4);
+  EXPECT_EQ(report["frequencies"].size(), 4U);
+  EXPECT_EQ(study("--workers 3"), alone);
+  EXPECT_EQ(study(""), alone);
+  EXPECT_NE(study("--seed 2"), alone);
+}
+
+TEST_F(HearingTestProgram, MeasuresEveryCellOfBothEars) {
+  const ProgramRun ran = run("conformance --path earphones --json");
+  ASSERT_EQ(ran.code, 0) << ran.err;
+  const json path = json::parse(ran.out)["paths"].at(0);
+  EXPECT_EQ(path["cells"].size(), 2 * 7 * 16U);
+  for (const json& cell : path["cells"]) {
+    EXPECT_NEAR(cell["levelError"].get<double>(), 0, 1) << cell;
+    EXPECT_TRUE(cell["otherEar"].is_null()) << cell;
+  }
+}
+
 TEST_F(HearingTestProgram, WrongUsageIsExitTwoAndFailuresAreOneLine) {
-  for (const char* wrong : {"", "nonsense", "simulate --type manual", "simulate --left 1000", "simulate --left 750=20",
-                            "simulate --left 1000=loud", "simulate --left 1000=nan", "simulate --frequencies 1001",
-                            "simulate --guess 2", "simulate --slope -1"}) {
+  for (const char* wrong :
+       {"", "nonsense", "simulate --type manual", "simulate --left 1000", "simulate --left 750=20",
+        "simulate --left 1000=loud", "simulate --left 1000=nan", "simulate --frequencies 1001", "simulate --guess 2",
+        "simulate --slope -1", "study --listeners 0", "study --correlation 2", "conformance --path nowhere"}) {
     EXPECT_EQ(run(wrong).code, 2) << wrong;
   }
   std::ofstream(folder_ / "refused.json") << R"({"rspCode":1,"deviceVolumeIOS":[]})";
@@ -93,6 +116,9 @@ TEST_F(HearingTestProgram, WrongUsageIsExitTwoAndFailuresAreOneLine) {
     EXPECT_EQ(ran.code, 1) << failing;
     EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
     EXPECT_THAT(ran.out, IsEmpty()) << failing;
+  }
+  for (const char* command : {"study", "conformance"}) {
+    EXPECT_EQ(run(std::string(command) + " --calibration " + folder + "/refused.json").code, 1) << command;
   }
   EXPECT_EQ(run("--help").code, 0);
   EXPECT_EQ(run("simulate --help").code, 0);

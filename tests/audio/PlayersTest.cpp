@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -159,6 +160,21 @@ class StreamPlayer : public Players {
   }
   const std::shared_ptr<Player> player_ = Player::shareInstance();
 };
+
+TEST(PlayersDeathTest, APlatformMayBeClearedByAStaticObjectThatOutlivesThem) {
+  struct HostApplication {
+    HostApplication() { Platform::setCurrent(machine.platform()); }
+    ~HostApplication() { Platform::clearCurrent(); }
+    SimulatedPlatform machine;
+  };
+  const auto wholeProgram = [] {
+    static HostApplication host;
+    Player::shareInstance();
+    ORNPlayer::shareInstance();
+    std::exit(0);
+  };
+  EXPECT_EXIT(wholeProgram(), testing::ExitedWithCode(0), "");
+}
 
 TEST_F(StreamPlayer, PlaysTheSourcesBlocksInOrderAndPullsOnePer80Milliseconds) {
   const auto source = counted(20);

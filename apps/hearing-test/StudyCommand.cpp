@@ -1,0 +1,89 @@
+#include "hearing-test/StudyCommand.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <CLI/CLI.hpp>
+
+#include "hearing-test/CalibrationReply.h"
+#include "hearing-test/StudyReport.h"
+#include "simulation/StudyStatistics.h"
+#include "simulation/WorkerProcesses.h"
+
+namespace orn {
+
+using simulation::OutputPath;
+using simulation::Population;
+using simulation::StudyPlan;
+using simulation::TestType;
+
+StudyCommand::StudyCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand(
+      "study", "Many virtual listeners take a test of both ears twice: how far what is found is from what is true");
+  command->add_option("--listeners", listeners_, "How many")
+      ->check(CLI::Range(std::size_t{1}, std::size_t{10'000'000}))
+      ->capture_default_str();
+  command->add_option("--type", type_, "The test")
+      ->check(CLI::IsMember({"auto", "standard", "both"}))
+      ->capture_default_str();
+  command->add_option("--path", path_, "Where the sound goes")
+      ->check(CLI::IsMember({"audiometer", "earphones", "both"}))
+      ->capture_default_str();
+  command->add_option("--seed", seed_, "Seed of all chances; each listener has its own from it")->capture_default_str();
+  command->add_option("--thresholds", thresholds_, "uniform: from -5 to 85 dB HL; audiograms: N1-N7 and S1-S3 in turn")
+      ->check(CLI::IsMember({"uniform", "audiograms"}))
+      ->capture_default_str();
+  command->add_option("--correlation", population_.correlation, "Of uniform thresholds at neighbouring frequencies")
+      ->check(CLI::Range(0.0, 1.0))
+      ->capture_default_str();
+  command->add_option("--slope", population_.slope, "Steepness of the psychometric function per dB; 0 is perfect")
+      ->check(CLI::Range(0.0, 1e6))
+      ->capture_default_str();
+  command->add_option("--guess", population_.guess, "Probability of a press for a tone not heard")
+      ->check(CLI::Range(0.0, 1.0))
+      ->capture_default_str();
+  command->add_option("--lapse", population_.lapse, "Probability of no press for a tone heard")
+      ->check(CLI::Range(0.0, 1.0))
+      ->capture_default_str();
+  command->add_option("--quickest", quickest_, "Shortest of the listeners' middle reaction times, in ms")
+      ->check(CLI::Range(0, 60'000))
+      ->capture_default_str();
+  command->add_option("--slowest", slowest_, "Longest of them")->check(CLI::Range(0, 60'000))->capture_default_str();
+  command->add_option("--reaction-spread", population_.reactionSpread, "Of a listener's presses, log-normal")
+      ->check(CLI::Range(0.0, 10.0))
+      ->capture_default_str();
+  command->add_option("--calibration", calibration_, "Calibration reply of the service, as a JSON file")
+      ->option_text("REPLY.json");
+  command->add_option("--workers", workers_, "Processes that share the work; as many as cores if not given")
+      ->check(CLI::Range(std::size_t{1}, std::size_t{1024}));
+  command->add_flag("--json", json_, "Prints one JSON object and nothing else");
+}
+
+std::vector<StudyPlan> StudyCommand::plans() const {
+  std::vector<StudyPlan> plans;
+  for (const TestType type : {TestType::Automatic, TestType::Standard}) {
+    for (const OutputPath path : {OutputPath::Audiometer, OutputPath::Earphones}) {
+      if (type_ == (type == TestType::Automatic ? "standard" : "auto")) continue;
+      if (path_ == (path == OutputPath::Audiometer ? "earphones" : "audiometer")) continue;
+      StudyPlan plan{type, path, calibrationReply(path, calibration_), population_, listeners_, seed_};
+      plan.population.quickest = std::chrono::milliseconds(std::min(quickest_, slowest_));
+      plan.population.slowest = std::chrono::milliseconds(std::max(quickest_, slowest_));
+      if (thresholds_ == "audiograms") plan.population.thresholds = Population::Thresholds::StandardAudiograms;
+      plans.push_back(plan);
+    }
+  }
+  return plans;
+}
+
+int StudyCommand::run() {
+  std::vector<StudyResult> results;
+  for (const StudyPlan& plan : plans()) {
+    const auto listeners = simulation::runStudy(plan, workers_ > 0 ? workers_ : simulation::availableCores());
+    results.push_back({plan, simulation::statisticsOf(plan, listeners)});
+    if (!json_) printReport(results.back());
+  }
+  if (json_) std::printf("%s\n", jsonReport(results).c_str());
+  return 0;
+}
+
+}  // namespace orn

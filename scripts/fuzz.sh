@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Runs every fuzzer for so many seconds, 60 if not said, as many at once as there are cores, and prints how often each
+# was executed. New inputs are kept under build/fuzz and are where the next run goes on; one that finds a fault is
+# written beside them, and its path printed.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+seconds=${1:-60}
+
+scripts/build.sh fuzz fuzzers
+fuzz_one() {
+  local name=$1 seconds=$2 work=build/fuzz/runs/$1
+  mkdir -p "$work/corpus"
+  if ! "build/fuzz/fuzzers/$name" -max_total_time="$seconds" -timeout=60 -rss_limit_mb=2048 -max_len=4096 \
+    -print_final_stats=1 -dict=fuzz/json.dict -artifact_prefix="$work/" "$work/corpus" "fuzz/corpus/$name" \
+    > "$work/log" 2>&1; then
+    echo "$name: a fault; see $work/log"
+    grep -aE "ERROR|does not hold|Test unit written|runtime error" "$work/log" || tail -n 20 "$work/log"
+    return 1
+  fi
+  awk -v name="$name" '/number_of_executed_units/ {n = $2} /average_exec_per_sec/ {rate = $2} /cov:/ {
+    for (i = 1; i < NF; ++i) if ($i == "cov:") covered = $(i + 1) }
+    END {printf "%-20s %9d executions, %6d a second, %5d places reached\n", name, n, rate, covered}' "$work/log"
+}
+export -f fuzz_one
+ls fuzz/corpus | xargs -P "$(nproc)" -I{} bash -c 'fuzz_one "$@"' _ {} "$seconds"

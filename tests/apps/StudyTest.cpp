@@ -1,0 +1,127 @@
+#include <gmock/gmock.h>
+#include <signal.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "simulation/SampleCalibration.h"
+#include "simulation/StudyStatistics.h"
+#include "simulation/WorkerProcesses.h"
+
+namespace orn::simulation {
+namespace {
+
+using testing::ElementsAre;
+using testing::Pair;
+using testing::StrEq;
+using testing::ThrowsMessage;
+
+constexpr TestType kTypes[] = {TestType::Automatic, TestType::Standard};
+constexpr OutputPath kPaths[] = {OutputPath::Audiometer, OutputPath::Earphones};
+
+StudyPlan planFor(TestType type, OutputPath path, std::size_t listeners) {
+  StudyPlan plan;
+  plan.type = type;
+  plan.path = path;
+  plan.calibrationReply =
+      std::string(path == OutputPath::Audiometer ? sampleAudiometerReply() : sampleEarphonesReply());
+  plan.listeners = listeners;
+  return plan;
+}
+
+/// What a listener who hears everything from a threshold on is found to have. The audiometer's retest sounds 20 dB
+/// above its label.
+double lowestHeard(const StudyPlan& plan, const StudiedThreshold& one) {
+  const bool isRetest = plan.type == TestType::Standard && one.hz == 1000;
+  if (!isRetest) return std::clamp(one.threshold, 15.0, 90.0);
+  return std::clamp(one.threshold - (plan.path == OutputPath::Audiometer ? 20 : 0), -5.0, 90.0);
+}
+
+TEST(Study, PerfectListenersOnTheGridGetTheLowestLevelTheyHear) {
+  for (const TestType type : kTypes) {
+    for (const OutputPath path : kPaths) {
+      StudyPlan plan = planFor(type, path, 4);
+      plan.population = {.isOnGrid = true, .slope = 0, .guess = 0, .lapse = 0, .slowest = plan.population.quickest};
+      plan.population.reactionSpread = 0;
+      for (std::size_t index = 0; index < plan.listeners; ++index) {
+        const StudiedListener studied = studyListener(plan, index);
+        EXPECT_EQ(studied.thresholds.size(), type == TestType::Standard ? 14U : 8U);
+        for (const StudiedThreshold& one : studied.thresholds) {
+          const double expected = lowestHeard(plan, one);
+          EXPECT_THAT(one.found, ElementsAre(expected, expected)) << one.hz << " Hz at " << one.threshold;
+        }
+      }
+    }
+  }
+}
+
+TEST(Study, RealListenersAreFoundWithinTheGrid) {
+  for (const TestType type : kTypes) {
+    const StudyPlan plan = planFor(type, OutputPath::Earphones, 6);
+    const StudyStatistics overall = statisticsOf(plan, runStudy(plan, 2)).back();
+    EXPECT_LE(overall.onScale.meanAbsolute, 4);
+    // A level that counts by a single press is as good as that press; one that needs most of three is better.
+    EXPECT_GE(overall.onScale.within10, type == TestType::Standard ? 0.97 : 0.90);
+    EXPECT_GT(overall.retestDeviation, 0) << "chance plays no part";
+  }
+}
+
+TEST(Study, StatisticsFollowTheirDefinitions) {
+  const StudiedListener one{
+      {{500, 0, {15, 20}, {4, 6}, {0.25, 0.5}}, {1000, 50, {40, 65}, {3, 3}, {1, 2}}}, {8, 9}, {2, 3}};
+  const auto all = statisticsOf(planFor(TestType::Automatic, OutputPath::Earphones, 1), {one});
+  ASSERT_THAT(all, ElementsAre(testing::Field(&StudyStatistics::hz, 500), testing::Field(&StudyStatistics::hz, 1000),
+                               testing::Field(&StudyStatistics::hz, 0)));
+  EXPECT_DOUBLE_EQ(all[0].onScale.bias, 2.5) << "a threshold below the scale counts as 15 dB";
+  EXPECT_DOUBLE_EQ(all[0].plain.bias, 17.5);
+  EXPECT_DOUBLE_EQ(all[0].presentations.mean, 5);
+  EXPECT_DOUBLE_EQ(all[1].onScale.meanAbsolute, 12.5);
+  EXPECT_DOUBLE_EQ(all[1].onScale.deviation, 12.5);
+  EXPECT_DOUBLE_EQ(all[2].onScale.within5, 0.5);
+  EXPECT_DOUBLE_EQ(all[2].onScale.within10, 0.75);
+  EXPECT_DOUBLE_EQ(all[2].retestDeviation, 10);
+  EXPECT_DOUBLE_EQ(all[2].presentations.p95, 9);
+}
+
+TEST(Population, IsUniformAndCorrelatedAsAsked) {
+  for (const double correlation : {0.0, 0.8}) {
+    double sum = 0, squares = 0, products = 0;
+    constexpr int count = 4000;
+    for (std::uint64_t index = 0; index < count; ++index) {
+      const auto left = listenerOf({.correlation = correlation}, 1, index).left;
+      EXPECT_TRUE(left.at(1000) >= -5 && left.at(1000) <= 85);
+      const double a = left.at(1000) - 40, b = left.at(2000) - 40;
+      sum += a;
+      squares += a * a;
+      products += a * b;
+    }
+    EXPECT_NEAR(sum / count, 0, 1.5);
+    EXPECT_NEAR(std::sqrt(squares / count), 90 / std::sqrt(12), 0.6) << "of a uniform distribution";
+    EXPECT_NEAR(products / squares, correlation, 0.05);
+  }
+}
+
+TEST(Population, OfStandardAudiogramsTakesThemInTurn) {
+  const auto s2 = listenerOf({.thresholds = Population::Thresholds::StandardAudiograms}, 1, 18);
+  EXPECT_THAT(s2.left, ElementsAre(Pair(125, 20), Pair(250, 20), Pair(500, 20), Pair(1000, 25), Pair(2000, 55),
+                                   Pair(4000, 95), Pair(8000, 95)));
+  EXPECT_EQ(s2.right, s2.left);
+}
+
+TEST(WorkerProcesses, GiveEveryResultInItsPlaceOrTellWhatFailed) {
+  const auto job = [](std::size_t index) { return std::string(index * 5000, static_cast<char>('a' + index % 26)); };
+  for (const std::size_t workers : {0U, 1U, 3U, 100U}) {
+    const auto results = inWorkerProcesses(40, workers, job);
+    ASSERT_EQ(results.size(), 40U);
+    for (std::size_t i = 0; i < results.size(); ++i) EXPECT_EQ(results[i], job(i));
+  }
+  const auto throwing = [&](std::size_t index) { return index == 5 ? throw std::runtime_error("five") : job(index); };
+  EXPECT_THAT([&] { inWorkerProcesses(40, 3, throwing); }, ThrowsMessage<std::runtime_error>(StrEq("five")));
+  const auto dying = [&](std::size_t index) { return index == 5 && raise(SIGKILL) == 0 ? "" : job(index); };
+  EXPECT_THAT([&] { inWorkerProcesses(40, 3, dying); },
+              ThrowsMessage<std::runtime_error>(StrEq("a worker process ended early")));
+}
+
+}  // namespace
+}  // namespace orn::simulation

@@ -1,0 +1,124 @@
+// Whole tests while something around them goes wrong: what the user hears and is told stays as it is without the fault.
+
+#include <sys/resource.h>
+
+#include <csignal>
+#include <gmock/gmock.h>
+
+#include "SessionScript.h"
+
+namespace orn {
+namespace {
+
+using std::chrono::hours;
+using std::chrono::seconds;
+using testing::ElementsAre;
+
+/// Both ears, with a threshold of 35 dB; the trace of what the delegate was told.
+std::vector<std::string> wholeTest(SessionScript& test, double secondsOfAnEar = 50) {
+  test.session->setTestHzs({"1000hz", "4000hz"});
+  test.hearsFrom(35);
+  for (const bool isLeft : {false, true}) {
+    test.session->startTest(isLeft);
+    test.run(secondsOfAnEar);
+  }
+  return test.takeTrace();
+}
+
+void answer(SessionScript& test, const std::string& body, seconds delay = seconds(0)) {
+  test.machine.urlSession->script("", {body, {}}, delay);
+}
+
+void stepTheClock(SessionScript& test, hours by) {
+  for (const double when : {6.5, 17.0, 60.5}) {
+    test.at(when, [&test, by] { test.machine.virtualTime->setDate(test.machine.runLoop->date() + by); });
+  }
+}
+
+TEST(FaultRuns, AServiceThatIsDeadSlowOrLyingAndAClockThatIsSteppedChangeNothing) {
+  const std::function<void(SessionScript&)> faults[] = {
+      [](SessionScript&) {},  // nobody answers
+      [](SessionScript& test) { answer(test, "{}", seconds(170)); },
+      [](SessionScript& test) { answer(test, "{}", seconds(190)); },
+      [](SessionScript& test) { answer(test, "<html>"); },
+      [](SessionScript& test) { stepTheClock(test, hours(24)); },
+      [](SessionScript& test) { stepTheClock(test, -hours(24)); },
+  };
+  const auto runs = [&](SessionScript::Type type, SessionScript::Path path, double secondsOfAnEar) {
+    SessionScript well(type, path);
+    answer(well, R"({"rspCode":0})");
+    const auto wanted = wholeTest(well, secondsOfAnEar);
+    ASSERT_THAT(wanted.back(), testing::HasSubstr("complete L"));
+    for (const auto& fault : faults) {
+      SessionScript test(type, path);
+      fault(test);
+      EXPECT_EQ(wholeTest(test, secondsOfAnEar), wanted);
+      EXPECT_EQ(test.submissions(), well.submissions());
+    }
+  };
+  runs(SessionScript::Auto, SessionScript::Audiometer, 50);
+  runs(SessionScript::Standard, SessionScript::Earphones, 400);
+}
+
+TEST(FaultRuns, OnAFullDiskTheCalibrationIsUsedAndAskedForAgain) {
+  SessionScript test(SessionScript::Manual);
+  answer(test, R"({"rspCode":0,"deviceVolumeIOS":[{"ear":1},{"ear":2}]})" + std::string(2000, ' '));
+  rlimit room{};
+  getrlimit(RLIMIT_FSIZE, &room);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const auto fetchedWith = [&](rlim_t bytes) {
+    const rlimit limit{bytes, room.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::string heard;
+    test.session->setAb(nullptr);
+    test.session->setKV50MAC("AA", [&](const std::optional<Error>& error) { heard += error ? error->domain : "ok"; });
+    test.run(1);
+    setrlimit(RLIMIT_FSIZE, &room);
+    EXPECT_TRUE(test.session->ab());
+    return heard + " " + std::to_string(test.machine.urlSession->requests().size());
+  };
+  EXPECT_EQ(fetchedWith(100), "ok 1");
+  EXPECT_EQ(fetchedWith(100), "ok 2");
+  EXPECT_EQ(fetchedWith(room.rlim_cur), "ok 3");
+  EXPECT_EQ(fetchedWith(100), "ok 3") << "from the cache";
+  std::signal(SIGXFSZ, handler);
+}
+
+TEST(FaultRuns, ASessionMayGoInTheCallbackOfItsCalibration) {
+  for (const bool isCached : {false, true}) {
+    SessionScript test(SessionScript::Auto, SessionScript::Audiometer);
+    answer(test, R"({"rspCode":0})");
+    if (isCached) test.session->setKV50MAC("AA", [](auto&&) {});
+    test.run(1);
+    const std::weak_ptr<ORNManualHearingTest> life = test.session;
+    test.session->setKV50MAC("AA", [&](const std::optional<Error>&) { test.session.reset(); });
+    test.run(1);
+    EXPECT_TRUE(life.expired()) << isCached;
+  }
+}
+
+TEST(FaultRuns, TwoSessionsInTurnOnTheOnePlayerDoNotHearEachOther) {
+  SessionScript alone(SessionScript::Auto, SessionScript::Audiometer);
+  wholeTest(alone);
+  // A timed session that is left paused lives on; a manual one goes.
+  for (const auto type : {SessionScript::Auto, SessionScript::Manual}) {
+    SessionScript test(SessionScript::Auto, SessionScript::Audiometer);
+    auto first = std::dynamic_pointer_cast<ORNManualHearingTest>(ORNHearingTest::initWithTestType(type));
+    first->setKV50MAC("BB");
+    first->setAb(SessionScript::record("-50"));
+    first->startTest(true);
+    first->playAtHz("2000hz", "60");
+    test.run(10);
+    first->pauseTest();
+    const std::weak_ptr<ORNManualHearingTest> life = std::exchange(first, nullptr);
+    EXPECT_EQ(life.expired(), type == SessionScript::Manual);
+    test.run(2);
+    EXPECT_GT(test.loudest(0, 10), 0);
+    wholeTest(test);
+    const auto &all = test.machine.audioOutput->keptSamples(), &wanted = alone.machine.audioOutput->keptSamples();
+    EXPECT_TRUE(std::equal(all.begin() + 12 * 2 * 48000, all.end(), wanted.begin(), wanted.end()));
+  }
+}
+
+}  // namespace
+}  // namespace orn
