@@ -1,5 +1,6 @@
 // What a minute of the tone stream costs through a real sound server beside the server's own player of the same
-// samples, whether it has a gap while all processors are busy, and how soon a change of tone is heard.
+// samples, whether it has a gap while all processors are busy, and how soon a change of tone is heard and a lost device
+// is told of.
 
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include <ORNHearingTestSDK/platform/AudioOutput.h>
+#include <ORNHearingTestSDK/platform/AudioSession.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxPlatform.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxRunLoop.h>
 
@@ -164,6 +166,24 @@ void BM_ChangeOfToneUntilItIsHeard(benchmark::State& state) {
   state.counters["longest_s"] = longest;
 }
 BENCHMARK(BM_ChangeOfToneUntilItIsHeard)->Iterations(40)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void BM_UnpluggingUntilItIsTold(benchmark::State& state) {
+  TestSoundServer server(ServerKind::PulseAudio);
+  const auto loop = std::make_shared<LinuxRunLoop>();
+  const LinuxSound sound = linuxSound(loop, "benchmark", server.address());
+  const auto observer = std::make_shared<AudioSessionObserver>();
+  observer->routeChange = [&](std::int32_t) { loop->stop(); };
+  sound.session->addObserver(observer);
+  for (auto _ : state) {
+    const std::string module = server.addAudiometer();
+    loop->run();  // until it is told of
+    const auto begin = Clock::now();
+    server.remove(module);  // by a process of its own, whose start counts here
+    loop->run();
+    state.SetIterationTime(std::chrono::duration<double>(Clock::now() - begin).count());
+  }
+}
+BENCHMARK(BM_UnpluggingUntilItIsTold)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace orn

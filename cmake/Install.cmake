@@ -11,10 +11,14 @@ install(EXPORT ORNHearingTestSDKTargets NAMESPACE ORN:: DESTINATION ${ORN_PACKAG
 
 # Every header that exports something, or that such a header includes.
 set(ORN_PRIVATE_HEADERS
-    AlertView Animation Appearance AttributedButton AudiogramSummary BoardGrid BoardLabels BoardMarks CalibrationFetch
-    DefaultsPlist DefaultsReading DeviceCell FileLock FingerScroller HeardButton HistoryCell JsonReading LibraryFolder MainQueue NavigationBar
-    PercentEscapes PerPlatform PhotoAlbum PlistXml PosixFiles PropertyList RequestCheck ReturnKey SectionHeading ShopFooterView SimulatedAudioPlayer SimulatedAudioQueue SimulatedMixer StereoGain TapRecognizer TextLabel Transfer
-    TransferQueue UserFolders UserHeaderView Utf8 Watermark WaveFile XmlText)
+    AlertView Animation Appearance AttributedButton AudioSessionObservers AudiogramSummary BoardGrid BoardLabels
+    BoardMarks CalibrationFetch CallbackThread DefaultsPlist DefaultsReading DeviceCell FileLock FingerScroller
+    HeardButton HistoryCell JsonReading LibraryFolder LinuxAudioOutput LinuxAudioPlayer LinuxAudioQueue
+    LinuxAudioSession MainQueue NavigationBar OutputVolumes PerPlatform PercentEscapes PhotoAlbum PlayableFormat
+    PlistXml PosixFiles PropertyList PulseConnection PulseError PulseStream RequestCheck ReturnKey
+    SectionHeading ShopFooterView SimulatedAudioPlayer SimulatedAudioQueue SimulatedMixer SoundDevice
+    SoundOutput SoundServer StereoGain TapRecognizer TextLabel Transfer TransferQueue UserFolders UserHeaderView
+    Utf8 Watermark WaveFile XmlText)
 list(TRANSFORM ORN_PRIVATE_HEADERS APPEND "\\.h")
 list(JOIN ORN_PRIVATE_HEADERS "|" ORN_PRIVATE_HEADERS)
 install(

@@ -91,7 +91,7 @@ void TestRun::continueTest() { session_->continueTest(); }
 void TestRun::fail(const std::string& why) {
   if (isOver()) return;
   outcome_.failure = why;
-  session_->pauseTest();
+  session_->endTest();
   if (watch_.isOver) watch_.isOver();
 }
 

@@ -61,6 +61,14 @@ class SoundProgram : public testing::Test {
     return false;
   }
 
+  bool isFull() const {
+    for (int i = 0; i < 1000; ++i) {
+      if (server_.volumes("audiometer").find("100%") != std::string::npos) return true;
+      std::this_thread::sleep_for(10ms);
+    }
+    return false;
+  }
+
   TestSoundServer server_{ServerKind::PulseAudio};
   std::string audiometer_, volumes_;
 };
@@ -98,6 +106,10 @@ TEST_F(SoundProgram, AnInterruptOrALostDevicePutsTheVolumeBack) {
     const pid_t program = start(kRun);
     ASSERT_TRUE(isUnderWay());
     EXPECT_THAT(server_.volumes("audiometer"), HasSubstr("100%"));
+    if (signal == SIGINT) {
+      server_.control("set-sink-volume audiometer 50%");
+      EXPECT_TRUE(isFull()) << "the volume is held, at the next tone at the latest";
+    }
     kill(program, signal);
     EXPECT_EQ(exitCode(program), 1);
     EXPECT_EQ(printed("err"), "hearing-test: interrupted; nothing of the test is kept\n");

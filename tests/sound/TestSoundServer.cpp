@@ -39,7 +39,7 @@ std::string TestSoundServer::address() const {
   return "unix:" + folder_ + (kind_ == ServerKind::PulseAudio ? "/native" : "/pulse/native");
 }
 
-void TestSoundServer::launch(const std::vector<std::string>& command) {
+pid_t TestSoundServer::launch(const std::vector<std::string>& command) {
   std::vector<char*> arguments;
   for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
   arguments.push_back(nullptr);
@@ -59,6 +59,13 @@ void TestSoundServer::launch(const std::vector<std::string>& command) {
     _exit(127);
   }
   processes_.push_back(child);
+  return child;
+}
+
+void TestSoundServer::kill(pid_t process) {
+  ::kill(process, SIGKILL);
+  waitpid(process, nullptr, 0);
+  std::erase(processes_, process);
 }
 
 void TestSoundServer::start() {

@@ -34,6 +34,10 @@ class TestSoundServer {
   std::string addAudiometer();
   std::string addSpeaker() { return addSink("speaker", "Speakers"); }
 
+  /// Starts a program beside the server, and kills one.
+  pid_t launch(const std::vector<std::string>& command);
+  void kill(pid_t process);
+
   /// Runs pactl with these arguments, and gives what it prints.
   std::string control(const std::string& arguments) const;
 
@@ -41,8 +45,6 @@ class TestSoundServer {
   std::string volumes(const std::string& sink) const;
 
  private:
-  void launch(const std::vector<std::string>& command);
-
   ServerKind kind_;
   std::string folder_;
   std::vector<pid_t> processes_;
