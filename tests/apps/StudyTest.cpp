@@ -13,7 +13,6 @@ namespace orn::simulation {
 namespace {
 
 using testing::ElementsAre;
-using testing::Pair;
 using testing::StrEq;
 using testing::ThrowsMessage;
 
@@ -71,8 +70,7 @@ TEST(Study, StatisticsFollowTheirDefinitions) {
   const StudiedListener one{
       {{500, 0, {15, 20}, {4, 6}, {0.25, 0.5}}, {1000, 50, {40, 65}, {3, 3}, {1, 2}}}, {8, 9}, {2, 3}};
   const auto all = statisticsOf(planFor(TestType::Automatic, OutputPath::Earphones, 1), {one});
-  ASSERT_THAT(all, ElementsAre(testing::Field(&StudyStatistics::hz, 500), testing::Field(&StudyStatistics::hz, 1000),
-                               testing::Field(&StudyStatistics::hz, 0)));
+  ASSERT_EQ(all.size(), 3U);
   EXPECT_DOUBLE_EQ(all[0].onScale.bias, 2.5) << "a threshold below the scale counts as 15 dB";
   EXPECT_DOUBLE_EQ(all[0].plain.bias, 17.5);
   EXPECT_DOUBLE_EQ(all[0].presentations.mean, 5);
@@ -87,26 +85,18 @@ TEST(Study, StatisticsFollowTheirDefinitions) {
 TEST(Population, IsUniformAndCorrelatedAsAsked) {
   for (const double correlation : {0.0, 0.8}) {
     double sum = 0, squares = 0, products = 0;
-    constexpr int count = 4000;
-    for (std::uint64_t index = 0; index < count; ++index) {
+    for (std::uint64_t index = 0; index < 4000; ++index) {
       const auto left = listenerOf({.correlation = correlation}, 1, index).left;
-      EXPECT_TRUE(left.at(1000) >= -5 && left.at(1000) <= 85);
       const double a = left.at(1000) - 40, b = left.at(2000) - 40;
+      EXPECT_LE(std::abs(a), 45);
       sum += a;
       squares += a * a;
       products += a * b;
     }
-    EXPECT_NEAR(sum / count, 0, 1.5);
-    EXPECT_NEAR(std::sqrt(squares / count), 90 / std::sqrt(12), 0.6) << "of a uniform distribution";
+    EXPECT_NEAR(sum / 4000, 0, 1.5);
+    EXPECT_NEAR(std::sqrt(squares / 4000), 90 / std::sqrt(12), 0.6) << "of a uniform distribution";
     EXPECT_NEAR(products / squares, correlation, 0.05);
   }
-}
-
-TEST(Population, OfStandardAudiogramsTakesThemInTurn) {
-  const auto s2 = listenerOf({.thresholds = Population::Thresholds::StandardAudiograms}, 1, 18);
-  EXPECT_THAT(s2.left, ElementsAre(Pair(125, 20), Pair(250, 20), Pair(500, 20), Pair(1000, 25), Pair(2000, 55),
-                                   Pair(4000, 95), Pair(8000, 95)));
-  EXPECT_EQ(s2.right, s2.left);
 }
 
 TEST(WorkerProcesses, GiveEveryResultInItsPlaceOrTellWhatFailed) {
