@@ -41,6 +41,9 @@ RealTest::RealTest(RealTestPlan plan, TerminalInput& input)
   observer_->routeChange = [this](std::int32_t reason) {
     if (reason == kAudioSessionRouteChangeReasonOldDeviceUnavailable) run_->fail("the device was disconnected");
   };
+  observer_->interruption = [this](std::int32_t type) {
+    if (type != kAudioSessionInterruptionTypeEnded) run_->fail("another sound, a call say, has interrupted the test");
+  };
   Platform::current().audioSession->addObserver(observer_);
   input_.onInterrupt = [this] { run_->fail("interrupted; nothing of the test is kept"); };
 }

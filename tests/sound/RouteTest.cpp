@@ -31,7 +31,7 @@ TEST_P(Route, IsTheDefaultOutputAsItsPropertiesSay) {
   loop_->runFor(50ms);
   for (const auto& one : table) {
     server_.addSink(one.name, one.description, one.properties);
-    server_.control("set-default-sink " + one.name);
+    server_.setDefault(one.name);
     ASSERT_TRUE(loop_->runUntil([&] {
       const auto outputs = session_->currentRoute().outputs;
       return !outputs.empty() && outputs[0].portName == one.description;
@@ -41,7 +41,7 @@ TEST_P(Route, IsTheDefaultOutputAsItsPropertiesSay) {
     EXPECT_EQ(AudioRoute::getKV50Mac(), one.audiometer) << one.name;
   }
   EXPECT_TRUE(hasNotice(kNewDevice));
-  server_.control("set-default-sink phones");
+  server_.setDefault("phones");
   EXPECT_TRUE(loop_->runUntil([&] { return reasons_.back() == 0; })) << "chosen by the user";
 }
 
@@ -49,7 +49,7 @@ TEST_P(Route, ALostDeviceIsToldOfAndItsTonesNeverGoToAnother) {
   for (const OutputPath path : {OutputPath::Audiometer, OutputPath::Earphones}) {
     const std::string audiometer = server_.addAudiometer();
     const std::string speaker = server_.addSpeaker();
-    server_.control("set-default-sink audiometer");
+    server_.setDefault("audiometer");
     reasons_.clear();
     usePlatform();
     int tones = 0;
@@ -76,7 +76,7 @@ TEST_P(Route, ALostDeviceIsToldOfAndItsTonesNeverGoToAnother) {
     }
     // Plugged in again, a test that is started anew is heard.
     const std::string again = server_.addAudiometer();
-    server_.control("set-default-sink audiometer");
+    server_.setDefault("audiometer");
     ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "HeadsetBT"; }));
     const Recording recording(server_, "audiometer");
     run->startEar(false);
@@ -121,7 +121,7 @@ TEST_P(Route, TheVolumeIsPutBackToTheVeryValue) {
   for (const auto& [volume, muted] : table) {
     for (const bool isLost : {false, true}) {
       const std::string audiometer = server_.addAudiometer(), speaker = server_.addSpeaker();
-      server_.control("set-default-sink audiometer");
+      server_.setDefault("audiometer");
       server_.control("set-sink-volume audiometer " + volume);
       server_.control("set-sink-mute audiometer " + muted);
       server_.control("set-sink-volume speaker 40%");

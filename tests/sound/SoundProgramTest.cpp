@@ -24,7 +24,7 @@ class SoundProgram : public testing::Test {
   SoundProgram() {
     audiometer_ = server_.addAudiometer();
     server_.addSpeaker();
-    server_.control("set-default-sink audiometer");
+    server_.setDefault("audiometer");
     server_.control("set-sink-volume audiometer 21% 64%");
     volumes_ = server_.volumes("audiometer");
   }

@@ -34,6 +34,9 @@ class TestSoundServer {
   std::string addAudiometer();
   std::string addSpeaker() { return addSink("speaker", "Speakers"); }
 
+  /// Makes an output the default one, and waits until it is.
+  void setDefault(const std::string& sink) const;
+
   /// Starts a program beside the server, and kills one.
   pid_t launch(const std::vector<std::string>& command);
   void kill(pid_t process);
@@ -45,6 +48,8 @@ class TestSoundServer {
   std::string volumes(const std::string& sink) const;
 
  private:
+  void giveTime();
+
   ServerKind kind_;
   std::string folder_;
   std::vector<pid_t> processes_;

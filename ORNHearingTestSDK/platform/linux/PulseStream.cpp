@@ -97,11 +97,13 @@ void PulseStream::stateChanged() {
   device_->connection().signal();
 }
 
-void PulseStream::eventCame(const char* name) {
-  const auto& tell = device_->server().onInterruption;
-  if (!tell) return;
-  if (std::string_view(name) == PA_STREAM_EVENT_REQUEST_CORK) tell(true);
-  if (std::string_view(name) == PA_STREAM_EVENT_REQUEST_UNCORK) tell(false);
+void PulseStream::eventCame(std::string_view name) {
+  const bool begins = name == PA_STREAM_EVENT_REQUEST_CORK;
+  if (!begins && name != PA_STREAM_EVENT_REQUEST_UNCORK) return;
+  isInterrupted_ = begins;
+  // The server has muted the stream by now; corked, it goes on later with the very next sample.
+  check(pa_stream_cork(stream_, begins || !isMeantToPlay_, nullptr, nullptr));
+  if (const auto& tell = device_->server().onInterruption) tell(begins);
 }
 
 std::error_code PulseStream::check(pa_operation* operation) const {
@@ -112,6 +114,8 @@ std::error_code PulseStream::check(pa_operation* operation) const {
 
 std::error_code PulseStream::play() {
   if (!isReady_) return std::make_error_code(std::errc::not_connected);
+  isMeantToPlay_ = true;
+  if (isInterrupted_) return std::make_error_code(std::errc::device_or_resource_busy);
   if (pa_stream_is_corked(stream_) == 0) return {};
   const auto tell = [](pa_stream*, int, void* connection) { static_cast<PulseConnection*>(connection)->signal(); };
   PulseConnection& connection = device_->connection();
@@ -126,6 +130,7 @@ std::error_code PulseStream::play() {
 }
 
 std::error_code PulseStream::pause() {
+  isMeantToPlay_ = false;
   if (!isReady_ || pa_stream_is_corked(stream_) == 1) return {};
   return check(pa_stream_cork(stream_, 1, nullptr, nullptr));
 }
@@ -148,7 +153,7 @@ std::error_code PulseStream::write(std::span<const std::int16_t> samples) {
 }
 
 void PulseStream::close() {
-  isReady_ = false;
+  isReady_ = isMeantToPlay_ = isInterrupted_ = false;
   if (!stream_) return;
   device_->remove(*this);
   pa_stream_set_state_callback(stream_, nullptr, nullptr);

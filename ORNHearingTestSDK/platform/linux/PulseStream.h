@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <system_error>
 
 #include <pulse/stream.h>
@@ -43,7 +44,9 @@ class PulseStream {
   bool isOpen() const { return isReady_; }
   const SoundOutputKey& device() const { return deviceKey_; }
 
-  /// Lets it sound, or silences it with all that the server holds kept.
+  /// Lets it sound, or silences it with all that the server holds kept. While the server wants the stream to make way
+  /// it is silent all the same, and play() gives std::errc::device_or_resource_busy; it sounds when the server allows
+  /// it.
   std::error_code play();
   std::error_code pause();
 
@@ -63,7 +66,7 @@ class PulseStream {
  private:
   std::error_code connect(const SoundOutput& output);
   void stateChanged();
-  void eventCame(const char* name);
+  void eventCame(std::string_view name);
   std::error_code check(pa_operation* operation) const;
 
   std::shared_ptr<SoundDevice> device_;
@@ -73,6 +76,8 @@ class PulseStream {
   SoundOutputKey deviceKey_;
   std::uint32_t bufferBytes_ = 0;
   bool isReady_ = false;
+  bool isMeantToPlay_ = false;
+  bool isInterrupted_ = false;
 };
 
 }  // namespace orn
