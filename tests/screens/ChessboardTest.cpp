@@ -138,13 +138,9 @@ TEST_F(ChessboardTest, BadInputIsLeftOutAndHarmless) {
   EXPECT_EQ(draw(board), plain);
   board.setHzs({"1000hz"});
   EXPECT_EQ(placesOf(draw(board), Qt::black, false, 80).size(), 16U) << "the rows are there";
-  const std::tuple<std::int64_t, std::int64_t, std::int64_t, double> ranges[] = {{-1, -1, 16, 5},
-                                                                                 {90, 20, 0, -10},
-                                                                                 {-1, 20, 19, 8},
-                                                                                 {45, -1, 6, 5},
-                                                                                 {20, -1, 1, 5},
-                                                                                 {INT64_MIN, 0, 0, 0x1p63 / 5},
-                                                                                 {INT64_MAX, -1, INT64_MAX / 5 - 3, 5}};
+  using Range = std::tuple<std::int64_t, std::int64_t, std::int64_t, double>;
+  const Range most{INT64_MAX, -1, INT64_MAX / 5 - 3, 5}, least{INT64_MIN, 0, 0, 0x1p63 / 5}, both{90, 20, 0, -10};
+  const Range ranges[] = {most, least, both, {-1, 20, 19, 8}, {45, -1, 6, 5}, {20, -1, 1, 5}, {-1, -1, 16, 5}};
   for (const auto& [maxDB, minDB, rows, rowOf40] : ranges) {
     board.setMaxDB(maxDB, minDB);
     EXPECT_EQ(board.kXAxisNumber(), rows);
