@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <QtCore/QString>
+
+#include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/platform/URLSession.h>
+
+#include "hearing-app/Profile.h"
+
+class QAbstractButton;
+
+namespace orn {
+
+class NavigationWindow;
+class ORNHearingTest;
+class ORNSelectTypeViewController;
+struct ORNSelectTypeDelegate;
+
+/// The settings that this application adds to the library's.
+inline constexpr auto kShopURLDefault = "SHOPURL";  ///< http or https
+
+/// The application: its window with the device selection, the way to the history and to the shop, and what the user is
+/// told of the service. Main thread, after the QApplication.
+///
+/// A host developer minds one thing besides: the earphones' cached calibration, see clearEarphoneCache(), which this
+/// host calls at its start and after each fetch, so that the earphone row works every time.
+class HostApplication {
+ public:
+  /// Puts the platform in force for its life. A given profile is registered without asking for one.
+  explicit HostApplication(Platform platform, const std::optional<Profile>& profile = {});
+  ~HostApplication();
+  HostApplication(const HostApplication&) = delete;
+  HostApplication& operator=(const HostApplication&) = delete;
+
+  /// Shows the window: the device selection, or first the question for a profile where there is none.
+  void open();
+
+  NavigationWindow& window() const { return *window_; }
+
+  /// Null while the profile is asked for.
+  const std::shared_ptr<ORNSelectTypeViewController>& selection() const { return selection_; }
+
+  /// The session of the test that is shown or was shown last; null if there was none.
+  std::shared_ptr<ORNHearingTest> session() const;
+
+  /// The visible button for "heard"; null if there is none.
+  QAbstractButton* heardButton() const;
+
+ private:
+  struct Life {};  // what calls that come later look for
+
+  void askForProfile();
+  void openSelection();
+  void registerProfile();
+  void openShop();
+  void replied(const std::string& url, const URLReply& reply);
+  void say(const QString& message);
+
+  std::shared_ptr<Life> life_ = std::make_shared<Life>();
+  std::unique_ptr<NavigationWindow> window_;
+  std::shared_ptr<ORNSelectTypeViewController> selection_;
+  std::shared_ptr<ORNSelectTypeDelegate> delegate_;
+};
+
+}  // namespace orn

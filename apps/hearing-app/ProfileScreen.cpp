@@ -1,0 +1,146 @@
+#include "hearing-app/ProfileScreen.h"
+
+#include <utility>
+
+#include <QtCore/QRegularExpression>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QRadioButton>
+#include <QtWidgets/QVBoxLayout>
+
+#include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
+
+namespace orn {
+namespace {
+
+constexpr int kMargin = 24;
+constexpr int kWidest = 480;
+const QDate kEarliest(1900, 1, 1);
+
+// The colours of the screens.
+constexpr auto kStyle =
+    "QLabel, QRadioButton { color: #555555; }"
+    "QLineEdit { border: 1px solid #d8dcda; border-radius: 8px; padding: 9px 10px; background: white; color: black;"
+    " selection-background-color: #178a69; }"
+    "QLineEdit:focus { border: 2px solid #178a69; padding: 8px 9px; }"
+    "QRadioButton::indicator { width: 16px; height: 16px; border-radius: 9px; border: 1px solid #8f9a96; }"
+    "QRadioButton::indicator:checked { border: 5px solid #178a69; width: 8px; height: 8px; }"
+    "QRadioButton:focus { color: #178a69; text-decoration: underline; }"
+    "QPushButton { border: none; border-radius: 10px; padding: 12px; background: #178a69; color: white; }"
+    "QPushButton:pressed, QPushButton:focus { background: #0f6b51; }"
+    "#complaint { color: #b3261e; }";
+
+/// Eight digits, with or without marks between year, month and day.
+QDate dateOf(const QString& text) {
+  const QString plain = text.trimmed();
+  for (const char* format : {"yyyy-M-d", "yyyy/M/d", "yyyy.M.d", "yyyyMMdd"}) {
+    const QDate date = QDate::fromString(plain, QString::fromLatin1(format));
+    if (date.isValid() && date >= kEarliest && date <= QDate::currentDate()) return date;
+  }
+  return {};
+}
+
+bool isPhone(const QString& text) {
+  static const QRegularExpression form(QStringLiteral("^\\+?[0-9][0-9 -]{4,18}$"));
+  return form.match(text.trimmed()).hasMatch();
+}
+
+void addText(QVBoxLayout* column, const QString& text, int size) {
+  auto* label = new QLabel(text);
+  label->setFont(ORNScreenUtils::systemFontOfSize(size));
+  label->setWordWrap(true);
+  column->addWidget(label);
+}
+
+QLineEdit* addField(QVBoxLayout* column, const QString& title, const QString& hint) {
+  addText(column, title, 14);
+  auto* field = new QLineEdit;
+  field->setFont(ORNScreenUtils::systemFontOfSize(16));
+  field->setPlaceholderText(hint);
+  field->setAccessibleName(title);
+  field->setMaxLength(60);
+  column->addWidget(field);
+  column->addSpacing(6);
+  return field;
+}
+
+}  // namespace
+
+ProfileScreen::ProfileScreen() = default;
+ProfileScreen::~ProfileScreen() = default;
+
+std::shared_ptr<ProfileScreen> ProfileScreen::init() { return std::shared_ptr<ProfileScreen>(new ProfileScreen); }
+
+QWidget* ProfileScreen::firstFocus() const { return name_; }
+
+void ProfileScreen::viewDidLoad() {
+  setTitle(QStringLiteral("个人资料"));
+  view()->setStyleSheet(QString::fromLatin1(kStyle));
+  auto* form = new QWidget;
+  form->setMaximumWidth(kWidest);
+  auto* middle = new QHBoxLayout(view());
+  middle->setContentsMargins(kMargin, topBars() + kMargin, kMargin, kMargin);
+  middle->addWidget(form);
+  auto* column = new QVBoxLayout(form);
+  column->setContentsMargins(0, 0, 0, 0);
+  addText(column, QStringLiteral("结果的评分与年龄和性别有关，测试记录按用户保存。只需填写一次。"), 14);
+  column->addSpacing(10);
+  addFields(column);
+  column->addStretch(1);
+}
+
+void ProfileScreen::addFields(QVBoxLayout* column) {
+  name_ = addField(column, QStringLiteral("姓名"), QStringLiteral("可不填"));
+  addSexes(column);
+  birthday_ = addField(column, QStringLiteral("出生日期"), QStringLiteral("例如 1980-03-05"));
+  phone_ = addField(column, QStringLiteral("手机号码"), QStringLiteral("例如 13800000000"));
+  complaint_ = new QLabel;
+  complaint_->setObjectName(QStringLiteral("complaint"));
+  complaint_->setFont(ORNScreenUtils::systemFontOfSize(14));
+  column->addWidget(complaint_);
+  auto* button = new QPushButton(QStringLiteral("完成"));
+  button->setAutoDefault(true);
+  button->setFont(ORNScreenUtils::systemFontOfSize(16));
+  button->setAccessibleName(button->text());
+  column->addWidget(button);
+  QObject::connect(button, &QPushButton::clicked, view(), [this] { done(); });
+  for (QLineEdit* one : {name_.data(), birthday_.data(), phone_.data()}) {
+    QObject::connect(one, &QLineEdit::returnPressed, view(), [this] { done(); });
+  }
+}
+
+void ProfileScreen::addSexes(QVBoxLayout* column) {
+  addText(column, QStringLiteral("性别"), 14);
+  auto* row = new QHBoxLayout;
+  man_ = new QRadioButton(QStringLiteral("男"));
+  woman_ = new QRadioButton(QStringLiteral("女"));
+  for (QRadioButton* one : {man_.data(), woman_.data()}) {
+    one->setFont(ORNScreenUtils::systemFontOfSize(16));
+    one->setAccessibleName(one->text());
+    row->addWidget(one);
+    row->addSpacing(24);
+  }
+  row->addStretch(1);
+  column->addLayout(row);
+  column->addSpacing(6);
+}
+
+QString ProfileScreen::complaint() const {
+  if (!man_->isChecked() && !woman_->isChecked()) return QStringLiteral("请选择性别。");
+  if (!dateOf(birthday_->text()).isValid()) return QStringLiteral("请填写出生日期，例如 1980-03-05。");
+  if (!isPhone(phone_->text())) return QStringLiteral("请填写手机号码。");
+  return {};
+}
+
+void ProfileScreen::done() {
+  const QString wrong = complaint();
+  complaint_->setText(wrong);
+  if (!wrong.isEmpty()) return;
+  const auto alive = shared_from_this();
+  const Profile profile{name_->text().trimmed(), woman_->isChecked(), dateOf(birthday_->text()),
+                        phone_->text().trimmed()};
+  if (const auto told = std::exchange(onDone, nullptr)) told(profile);
+}
+
+}  // namespace orn

@@ -1,0 +1,112 @@
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <CLI/CLI.hpp>
+
+#include <QtWidgets/QApplication>
+
+#include <ORNHearingTestSDK/platform/UserDefaults.h>
+#include <ORNHearingTestSDK/platform/linux/LinuxPlatform.h>
+#include <ORNHearingTestSDK/platform/qt/QtRunLoop.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
+#include <ORNHearingTestSDK/screens/NavigationWindow.h>
+
+#include "hearing-app/HostApplication.h"
+#include "hearing-app/ScreenListener.h"
+#include "hearing-app/ScreenshotWalk.h"
+#include "hearing-app/ServiceNotices.h"
+#include "hearing-app/SimulatedHost.h"
+#include "hearing-app/SimulationPanel.h"
+
+namespace {
+
+constexpr auto kIdentifier = "hearing-app";
+constexpr auto kVersion = "1.0";
+constexpr int kPanelGap = 16;
+
+struct Options {
+  std::string host, shop, screenshots;
+  bool simulates = false;
+};
+
+std::string checkHost(const std::string& text) {
+  return orn::isServiceHost(text) ? "" : "'" + text + "' is no host or host:port";
+}
+
+std::string checkWebPage(const std::string& text) {
+  return text.starts_with("http://") || text.starts_with("https://") ? ""
+                                                                     : "'" + text + "' is no http or https address";
+}
+
+void keep(const orn::Platform& machine, const char* key, const std::string& value) {
+  if (!value.empty()) machine.userDefaults->setValue(key, value);
+}
+
+/// Settings that are given on the command line last.
+void keepSettings(const orn::Platform& machine, const Options& options) {
+  keep(machine, orn::kServiceHostDefault, options.host);
+  keep(machine, orn::kShopURLDefault, options.shop);
+  machine.userDefaults->synchronize();
+}
+
+int runSimulated(const Options& options) {
+  orn::SimulatedHost simulated(std::make_shared<orn::QtRunLoop>());
+  keepSettings(simulated.platform(), options);
+  orn::HostApplication application(simulated.platform(), orn::sampleProfile());
+  orn::ScreenListener listener(*simulated.machine().audioOutput, application, orn::sampleListener());
+  orn::SimulationPanel panel(simulated, listener);
+  application.open();
+  const QRect window = application.window().frameGeometry();
+  panel.move(window.right() + kPanelGap, window.top());
+  panel.show();
+  return QApplication::exec();
+}
+
+int runReal(const Options& options) {
+  const orn::Platform machine = orn::linuxPlatform(std::make_shared<orn::QtRunLoop>(), kIdentifier, kVersion);
+  keepSettings(machine, options);
+  orn::HostApplication application(machine);
+  application.open();
+  return QApplication::exec();
+}
+
+int run(int& argc, char** argv) {
+  CLI::App app("The hearing test as an application: measure your hearing, see the audiogram, keep the records.",
+               "hearing-app");
+  Options options;
+  app.add_option("--host", options.host, "The service, as HOST or HOST:PORT; kept for the next time")
+      ->check(checkHost)
+      ->option_text("HOST[:PORT]");
+  app.add_option("--shop", options.shop, "The page that sells audiometers; kept for the next time")
+      ->check(checkWebPage)
+      ->option_text("URL");
+  auto* simulate = app.add_flag("--simulate", options.simulates,
+                                "Brings its own service, a simulated audiometer and earphones, and a panel for them");
+  app.add_option("--screenshots", options.screenshots, "Saves every screen and dialog as PNG in this folder, and ends")
+      ->option_text("DIR")
+      ->excludes(simulate);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : 2;
+  }
+  QApplication application(argc, argv);
+  if (!options.screenshots.empty()) {
+    orn::walkForScreenshots(QString::fromStdString(options.screenshots));
+    return 0;
+  }
+  return options.simulates ? runSimulated(options) : runReal(options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "hearing-app: %s\n", error.what());
+    return 1;
+  }
+}
