@@ -14,6 +14,7 @@
 #include <ORNHearingTestSDK/screens/NavigationWindow.h>
 
 #include "hearing-app/HostApplication.h"
+#include "hearing-app/QuitSignals.h"
 #include "hearing-app/ScreenListener.h"
 #include "hearing-app/ScreenshotWalk.h"
 #include "hearing-app/ServiceNotices.h"
@@ -92,7 +93,9 @@ int run(int& argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
+  orn::QuitSignals::hold();
   QApplication application(argc, argv);
+  const orn::QuitSignals quitSignals;
   if (!options.screenshots.empty()) {
     orn::walkForScreenshots(QString::fromStdString(options.screenshots));
     return 0;

@@ -1,6 +1,7 @@
 #include "hearing-test/RealTest.h"
 
 #include <chrono>
+#include <cmath>
 #include <stdexcept>
 #include <utility>
 
@@ -56,19 +57,25 @@ RealTest::~RealTest() {
 
 simulation::TestWatch RealTest::watch() {
   simulation::TestWatch watch;
-  watch.earStarts = [this](bool isLeft) { audiogram_.say("Testing the " + earName(isLeft) + " ear"); };
+  watch.earStarts = [this](bool isLeft) { sayProgress(isLeft, 0); };
   watch.tonePlays = [](const std::string&, const std::string&, bool) {
     // Whoever turns the volume down in mid-test would make every level wrong.
     if (ORNSystemVolumeManager::getSystemVolume() != 1) ORNSystemVolumeManager::setSystemVolumeToMax();
   };
   watch.thresholdFound = [this](bool isLeft, const std::string& hz, const std::string& db) {
     audiogram_.setThreshold(isLeft, hz, db);
+    sayProgress(isLeft, run_->progress());
   };
   watch.earEnds = [this](TestRun&, bool nextIsLeft) { startEarWhenReady(nextIsLeft); };
   watch.isOver = [this] {
     if (finished_) finished_();
   };
   return watch;
+}
+
+/// By thresholds and not by tones, since whoever sees a tone begin would press for it unheard.
+void RealTest::sayProgress(bool isLeft, double progress) {
+  audiogram_.say("Testing the " + earName(isLeft) + " ear: " + std::to_string(std::lround(progress * 100)) + " %");
 }
 
 void RealTest::begin(const ConnectedDevice& device, std::function<void()> finished) {

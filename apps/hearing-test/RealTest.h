@@ -52,6 +52,7 @@ class RealTest {
 
  private:
   simulation::TestWatch watch();
+  void sayProgress(bool isLeft, double progress);
   void letListenerHear();
   void startEarWhenReady(bool isLeft);
   void keyCame();

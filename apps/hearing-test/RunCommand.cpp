@@ -15,6 +15,12 @@
 #include "simulation/BlockingURLSession.h"
 
 namespace orn {
+namespace {
+
+/// Those of the standard test, which takes no others.
+const std::vector<std::string> kStandardFrequencies{"1000", "2000", "4000", "8000", "500", "250", "125"};
+
+}  // namespace
 
 RunCommand::RunCommand(CLI::App& app) {
   CLI::App* command =
@@ -43,7 +49,7 @@ int RunCommand::run() {
   setServiceHost(machine, host_);
   RealTestPlan plan;
   plan.type = type_ == "standard" ? simulation::TestType::Standard : simulation::TestType::Automatic;
-  plan.frequencies = frequencyKeys(frequencies_);
+  plan.frequencies = frequencyKeys(type_ == "standard" ? kStandardFrequencies : frequencies_);
   if (hasListener_) plan.listener = listener_.traits();
   plan.out = json_ ? stderr : stdout;
 

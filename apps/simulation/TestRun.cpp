@@ -1,5 +1,6 @@
 #include "simulation/TestRun.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <ORNHearingTestSDK/engine/PresentationClock.h>
@@ -84,6 +85,8 @@ void TestRun::press() {
   if (!listener_ && !outcome_.presentations.empty()) outcome_.presentations.back().heard = true;
   session_->listened();
 }
+
+double TestRun::progress() const { return std::min(1.0, static_cast<double>(session_->getTestProgress())); }
 
 void TestRun::pauseTest() { session_->pauseTest(); }
 void TestRun::continueTest() { session_->continueTest(); }

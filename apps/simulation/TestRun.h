@@ -66,6 +66,9 @@ class TestRun {
   /// Ends the test without a result.
   void fail(const std::string& why);
 
+  /// Of the ear under test, 0 to 1.
+  double progress() const;
+
   bool isOver() const { return outcome_.isComplete || !outcome_.failure.empty(); }
   const TestOutcome& outcome() const { return outcome_; }
   TestOutcome takeOutcome() { return std::move(outcome_); }
