@@ -1,6 +1,6 @@
 # Two commands do everything: `make run` and `make test`. Both install what they need first.
-# PRESET picks one of dev, release, asan, tsan for `make test`.
-PRESET ?= dev
+# PRESET picks one of release, dev, asan, tsan for `make test`.
+PRESET ?= release
 # How long `make fuzz` runs each fuzzer.
 FUZZ_SECONDS ?= 60
 
