@@ -9,9 +9,15 @@ FUZZ_SECONDS ?= 60
 bootstrap:
 	@scripts/bootstrap.sh
 
+# Opens the application where there is a display; else runs a simulated test in the terminal.
 run: bootstrap
+ifneq ($(DISPLAY)$(WAYLAND_DISPLAY),)
+	@scripts/build.sh release hearing-app
+	build/release/bin/hearing-app
+else
 	@scripts/build.sh release hearing-test
-	build/release/bin/hearing-test simulate
+	build/release/bin/hearing-test simulate --png build/audiogram.png
+endif
 
 test: bootstrap
 	@scripts/build.sh $(PRESET)

@@ -6,6 +6,7 @@
 
 #include <QtGui/QKeyEvent>
 #include <QtGui/QResizeEvent>
+#include <QtGui/QShowEvent>
 #include <QtWidgets/QScrollBar>
 
 #include <ORNHearingTestSDK/screens/Appearance.h>
@@ -182,6 +183,14 @@ void TableView::deselectRow(IndexPath indexPath) {
 void TableView::resizeEvent(QResizeEvent* /*event*/) {
   measure();
   arrange();
+}
+
+/// Rows that were made while Qt took a picture of the window, hidden as the table was, have come into a standstill of
+/// all painting, which they would keep.
+void TableView::showEvent(QShowEvent* /*event*/) {
+  for (QWidget* one : viewport()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+    one->setUpdatesEnabled(true);
+  }
 }
 
 void TableView::scrollContentsBy(int /*dx*/, int /*dy*/) { arrange(); }

@@ -80,6 +80,7 @@ class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
   void keyPressEvent(QKeyEvent* event) override;
 

@@ -7,7 +7,7 @@
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QAbstractButton>
 
-#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
+#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 #include <ORNHearingTestSDK/screens/NavigationController.h>
@@ -19,6 +19,7 @@
 #include "hearing-app/ProfileScreen.h"
 #include "hearing-app/ServiceNotices.h"
 #include "hearing-app/WatchedURLSession.h"
+#include "simulation/SessionCalibration.h"
 
 namespace orn {
 namespace {
@@ -108,8 +109,25 @@ void HostApplication::openShop() {
 }
 
 void HostApplication::replied(const std::string& url, const URLReply& reply) {
-  if (isCalibrationReply(url)) clearEarphoneCache();
+  if (isCalibrationReply(url)) {
+    clearEarphoneCache();
+    if (reply.body && !isCalibrated()) return refuseTest();
+  }
   if (const auto notice = noticeOfReply(url, reply)) say(*notice);
+}
+
+bool HostApplication::isCalibrated() const {
+  const auto test = std::dynamic_pointer_cast<ORNManualHearingTest>(session());
+  if (!test) return true;
+  const auto path = test->KV50MAC() ? simulation::OutputPath::Audiometer : simulation::OutputPath::Earphones;
+  return hasRecords(*test, path);
+}
+
+/// An audiometer's test would go on in silence and find thresholds in it. It has not been presented yet; that of
+/// earphones has, and closes itself at its first tone.
+void HostApplication::refuseTest() {
+  selection_->setTestVC(nullptr);
+  say(QStringLiteral("测听服务器没有这台设备的校准数据，无法测试。"));
 }
 
 void HostApplication::say(const QString& message) {

@@ -58,6 +58,8 @@ class HostApplication {
   void registerProfile();
   void openShop();
   void replied(const std::string& url, const URLReply& reply);
+  bool isCalibrated() const;
+  void refuseTest();
   void say(const QString& message);
 
   std::shared_ptr<Life> life_ = std::make_shared<Life>();

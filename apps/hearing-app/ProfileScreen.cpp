@@ -20,6 +20,7 @@ const QDate kEarliest(1900, 1, 1);
 
 // The colours of the screens.
 constexpr auto kStyle =
+    "#profile { background: white; }"
     "QLabel, QRadioButton { color: #555555; }"
     "QLineEdit { border: 1px solid #d8dcda; border-radius: 8px; padding: 9px 10px; background: white; color: black;"
     " selection-background-color: #178a69; }"
@@ -76,6 +77,8 @@ QWidget* ProfileScreen::firstFocus() const { return name_; }
 
 void ProfileScreen::viewDidLoad() {
   setTitle(QStringLiteral("个人资料"));
+  view()->setObjectName(QStringLiteral("profile"));
+  view()->setAttribute(Qt::WA_StyledBackground);
   view()->setStyleSheet(QString::fromLatin1(kStyle));
   auto* form = new QWidget;
   form->setMaximumWidth(kWidest);
@@ -107,6 +110,10 @@ void ProfileScreen::addFields(QVBoxLayout* column) {
   QObject::connect(button, &QPushButton::clicked, view(), [this] { done(); });
   for (QLineEdit* one : {name_.data(), birthday_.data(), phone_.data()}) {
     QObject::connect(one, &QLineEdit::returnPressed, view(), [this] { done(); });
+    QObject::connect(one, &QLineEdit::textEdited, complaint_, &QLabel::clear);
+  }
+  for (QRadioButton* one : {man_.data(), woman_.data()}) {
+    QObject::connect(one, &QRadioButton::toggled, complaint_, &QLabel::clear);
   }
 }
 

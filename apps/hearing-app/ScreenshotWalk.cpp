@@ -9,7 +9,6 @@
 #include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
 #include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
 
-#include "hearing-app/ScreenshotScript.h"
 #include "hearing-app/SimulatedHost.h"
 
 namespace orn {
@@ -204,9 +203,7 @@ class Walk {
       script.press(kFine);
       script.answer("/user/findSdkDeviceValue", R"({"rspCode": 1})");
       script.press(kAudiometer);
-      script.press(kReady);
-      script.run(5);
-      script.shoot("calibration-missing");
+      script.shoot("calibration-refused");
     }
     {
       ScreenshotScript script = openTest(kAudiometer);
@@ -243,9 +240,9 @@ class Walk {
 
 }  // namespace
 
-void walkForScreenshots(const QString& folder) {
+void walkForScreenshots(const QString& folder, const PhoneScreen& screen) {
   if (!QDir().mkpath(folder)) throw std::runtime_error("can't make the folder " + folder.toStdString());
-  for (const PhoneScreen& screen : {PhoneScreen{{375, 667}, 1}, PhoneScreen{{360, 720}, 3}}) Walk(screen, folder).all();
+  Walk(screen, folder).all();
 }
 
 }  // namespace orn

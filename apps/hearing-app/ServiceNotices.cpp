@@ -44,7 +44,7 @@ std::optional<QString> noticeOfMissingHost() {
   const auto value = Platform::current().userDefaults->value(kServiceHostDefault);
   const auto* host = value ? std::get_if<std::string>(&*value) : nullptr;
   if (host && isServiceHost(*host)) return std::nullopt;
-  return QStringLiteral("还没有设置测听服务器，因此无法测试。\n请用 --host 服务器地址 打开一次，以后会记住。");
+  return QStringLiteral("还没有设置测听服务器，无法测试。\n请用 --host 服务器地址 打开一次，以后会记住。");
 }
 
 bool isServiceHost(const std::string& text) {

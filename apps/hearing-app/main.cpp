@@ -1,9 +1,13 @@
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <memory>
-#include <stdexcept>
 #include <string>
+#include <system_error>
 #include <CLI/CLI.hpp>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QtWidgets/QApplication>
 
@@ -73,6 +77,24 @@ int runReal(const Options& options) {
   return QApplication::exec();
 }
 
+/// The ratio of a screen holds for a whole process.
+int takeScreenshots(int& argc, char** argv, const std::string& folder, const orn::PhoneScreen& screen) {
+  setenv("QT_SCALE_FACTOR", std::to_string(screen.ratio).c_str(), 1);
+  QApplication application(argc, argv);
+  orn::walkForScreenshots(QString::fromStdString(folder), screen);
+  return 0;
+}
+
+int takeAllScreenshots(int& argc, char** argv, const std::string& folder) {
+  const pid_t other = fork();
+  if (other < 0) throw std::system_error(errno, std::generic_category(), "can't start a process");
+  if (other == 0) return takeScreenshots(argc, argv, folder, {{360, 720}, 3});
+  const int result = takeScreenshots(argc, argv, folder, {{375, 667}, 1});
+  int status = 0;
+  const bool isGone = waitpid(other, &status, 0) == other;
+  return isGone && WIFEXITED(status) && WEXITSTATUS(status) == 0 ? result : 1;
+}
+
 int run(int& argc, char** argv) {
   CLI::App app("The hearing test as an application: measure your hearing, see the audiogram, keep the records.",
                "hearing-app");
@@ -93,13 +115,10 @@ int run(int& argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
+  if (!options.screenshots.empty()) return takeAllScreenshots(argc, argv, options.screenshots);
   orn::QuitSignals::hold();
   QApplication application(argc, argv);
   const orn::QuitSignals quitSignals;
-  if (!options.screenshots.empty()) {
-    orn::walkForScreenshots(QString::fromStdString(options.screenshots));
-    return 0;
-  }
   return options.simulates ? runSimulated(options) : runReal(options);
 }
 
