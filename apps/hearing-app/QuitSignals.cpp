@@ -13,23 +13,23 @@ namespace orn {
 namespace {
 
 sigset_t endingSignals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  for (const int one : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, one);
-  return signals;
+  sigset_t ending;
+  sigemptyset(&ending);
+  for (const int one : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ending, one);
+  return ending;
 }
 
 }  // namespace
 
 void QuitSignals::hold() {
-  const sigset_t signals = endingSignals();
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  const sigset_t ending = endingSignals();
+  pthread_sigmask(SIG_BLOCK, &ending, nullptr);
 }
 
 QuitSignals::QuitSignals() {
   hold();
-  const sigset_t signals = endingSignals();
-  signals_ = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+  const sigset_t ending = endingSignals();
+  signals_ = signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK);
   if (signals_ < 0) throw std::runtime_error("can't watch for signals");
   notifier_ = std::make_unique<QSocketNotifier>(signals_, QSocketNotifier::Read);
   QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] {
