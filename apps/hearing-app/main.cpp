@@ -2,7 +2,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 #include <CLI/CLI.hpp>
@@ -76,8 +78,21 @@ int runReal(const Options& options) {
   return QApplication::exec();
 }
 
+bool isSet(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value && *value != '\0';
+}
+
+/// Where there is none, Qt would abort.
+void requireDisplay() {
+  if (!isSet("QT_QPA_PLATFORM") && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
+    throw std::runtime_error("there is no display: neither DISPLAY nor WAYLAND_DISPLAY is set");
+  }
+}
+
 /// The ratio of a screen holds for a whole process.
 int takeScreenshots(int& argc, char** argv, const std::string& folder, const orn::PhoneScreen& screen) {
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
   setenv("QT_SCALE_FACTOR", std::to_string(screen.ratio).c_str(), 1);
   QApplication application(argc, argv);
   orn::walkForScreenshots(QString::fromStdString(folder), screen);
@@ -85,6 +100,7 @@ int takeScreenshots(int& argc, char** argv, const std::string& folder, const orn
 }
 
 int takeAllScreenshots(int& argc, char** argv, const std::string& folder) {
+  std::filesystem::create_directories(folder);
   const pid_t other = fork();
   if (other < 0) throw std::system_error(errno, std::generic_category(), "can't start a process");
   if (other == 0) return takeScreenshots(argc, argv, folder, {{360, 720}, 3});
@@ -115,6 +131,7 @@ int run(int& argc, char** argv) {
     return app.exit(error) == 0 ? 0 : 2;
   }
   if (!options.screenshots.empty()) return takeAllScreenshots(argc, argv, options.screenshots);
+  requireDisplay();
   QApplication application(argc, argv);
   return options.simulates ? runSimulated(options) : runReal(options);
 }
