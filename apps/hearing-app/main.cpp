@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -13,6 +14,7 @@
 
 #include <QtWidgets/QApplication>
 
+#include <ORNHearingTestSDK/platform/RunLoop.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxPlatform.h>
 #include <ORNHearingTestSDK/platform/qt/QtRunLoop.h>
@@ -35,6 +37,7 @@ constexpr int kPanelGap = 16;
 struct Options {
   std::string host, shop, screenshots;
   bool simulates = false;
+  bool endsAtFirstFrame = false;
 };
 
 std::string checkHost(const std::string& text) {
@@ -57,6 +60,16 @@ void keepSettings(const orn::Platform& machine, const Options& options) {
   machine.userDefaults->synchronize();
 }
 
+/// Once the window shows all that it has to show, says so on standard output.
+void endAtFirstFrame(const orn::HostApplication& application) {
+  orn::Platform::current().runLoop->performAfterDelay(std::chrono::nanoseconds(0), [&application] {
+    application.window().repaint();
+    std::puts("frame");
+    std::fflush(stdout);
+    QApplication::quit();
+  });
+}
+
 int runSimulated(const Options& options) {
   orn::SimulatedHost simulated(std::make_shared<orn::QtRunLoop>());
   keepSettings(simulated.platform(), options);
@@ -67,6 +80,7 @@ int runSimulated(const Options& options) {
   const QRect window = application.window().frameGeometry();
   panel.move(window.right() + kPanelGap, window.top());
   panel.show();
+  if (options.endsAtFirstFrame) endAtFirstFrame(application);
   return QApplication::exec();
 }
 
@@ -122,6 +136,7 @@ int run(int& argc, char** argv) {
       ->option_text("URL");
   auto* simulate = app.add_flag("--simulate", options.simulates,
                                 "Brings its own service, a simulated audiometer and earphones, and a panel for them");
+  app.add_flag("--end-at-first-frame", options.endsAtFirstFrame)->needs(simulate)->group("");  // for measurements
   app.add_option("--screenshots", options.screenshots, "Saves every screen and dialog as PNG in this folder, and ends")
       ->option_text("DIR")
       ->excludes(simulate);
