@@ -1,8 +1,11 @@
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 #include <CLI/CLI.hpp>
@@ -11,6 +14,7 @@
 
 #include <QtWidgets/QApplication>
 
+#include <ORNHearingTestSDK/platform/RunLoop.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxPlatform.h>
 #include <ORNHearingTestSDK/platform/qt/QtRunLoop.h>
@@ -34,6 +38,7 @@ constexpr int kPanelGap = 16;
 struct Options {
   std::string host, shop, screenshots;
   bool simulates = false;
+  bool endsAtFirstFrame = false;
 };
 
 std::string checkHost(const std::string& text) {
@@ -56,6 +61,16 @@ void keepSettings(const orn::Platform& machine, const Options& options) {
   machine.userDefaults->synchronize();
 }
 
+/// Once the window shows all that it has to show, says so on standard output.
+void endAtFirstFrame(const orn::HostApplication& application) {
+  orn::Platform::current().runLoop->performAfterDelay(std::chrono::nanoseconds(0), [&application] {
+    application.window().repaint();
+    std::puts("frame");
+    std::fflush(stdout);
+    QApplication::quit();
+  });
+}
+
 int runSimulated(const Options& options) {
   orn::SimulatedHost simulated(std::make_shared<orn::QtRunLoop>());
   keepSettings(simulated.platform(), options);
@@ -66,6 +81,7 @@ int runSimulated(const Options& options) {
   const QRect window = application.window().frameGeometry();
   panel.move(window.right() + kPanelGap, window.top());
   panel.show();
+  if (options.endsAtFirstFrame) endAtFirstFrame(application);
   return QApplication::exec();
 }
 
@@ -77,8 +93,21 @@ int runReal(const Options& options) {
   return QApplication::exec();
 }
 
+bool isSet(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value && *value != '\0';
+}
+
+/// Where there is none, Qt would abort.
+void requireDisplay() {
+  if (!isSet("QT_QPA_PLATFORM") && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
+    throw std::runtime_error("there is no display: neither DISPLAY nor WAYLAND_DISPLAY is set");
+  }
+}
+
 /// The ratio of a screen holds for a whole process.
 int takeScreenshots(int& argc, char** argv, const std::string& folder, const orn::PhoneScreen& screen) {
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
   setenv("QT_SCALE_FACTOR", std::to_string(screen.ratio).c_str(), 1);
   QApplication application(argc, argv);
   orn::walkForScreenshots(QString::fromStdString(folder), screen);
@@ -86,6 +115,7 @@ int takeScreenshots(int& argc, char** argv, const std::string& folder, const orn
 }
 
 int takeAllScreenshots(int& argc, char** argv, const std::string& folder) {
+  std::filesystem::create_directories(folder);
   const pid_t other = fork();
   if (other < 0) throw std::system_error(errno, std::generic_category(), "can't start a process");
   if (other == 0) return takeScreenshots(argc, argv, folder, {{360, 720}, 3});
@@ -107,6 +137,7 @@ int run(int& argc, char** argv) {
       ->option_text("URL");
   auto* simulate = app.add_flag("--simulate", options.simulates,
                                 "Brings its own service, a simulated audiometer and earphones, and a panel for them");
+  app.add_flag("--end-at-first-frame", options.endsAtFirstFrame)->needs(simulate)->group("");  // for measurements
   app.add_option("--screenshots", options.screenshots, "Saves every screen and dialog as PNG in this folder, and ends")
       ->option_text("DIR")
       ->excludes(simulate);
@@ -116,6 +147,7 @@ int run(int& argc, char** argv) {
     return app.exit(error) == 0 ? 0 : 2;
   }
   if (!options.screenshots.empty()) return takeAllScreenshots(argc, argv, options.screenshots);
+  requireDisplay();
   orn::QuitSignals::hold();
   QApplication application(argc, argv);
   const orn::QuitSignals quitSignals;

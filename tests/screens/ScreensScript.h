@@ -5,11 +5,6 @@
 #include <optional>
 #include <string>
 
-#include <QtGui/QWindow>
-#include <QtTest/QTest>
-#include <QtWidgets/QAbstractButton>
-#include <QtWidgets/QFrame>
-#include <QtWidgets/QLabel>
 #include <gmock/gmock.h>
 
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
@@ -18,6 +13,7 @@
 #include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
 #include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
 
+#include "Hands.h"
 #include "simulation/SampleCalibration.h"
 
 namespace orn {
@@ -31,7 +27,7 @@ inline std::string calibration(int row) {
 
 /// The application's window on a simulated machine, with the device selection open, as a user sees and touches it. A
 /// device is known by its row there: 0 the audiometer, 1 the earphones.
-struct ScreensScript {
+struct ScreensScript : Hands {
   ScreensScript() {
     Platform::setCurrent(machine.platform());
     machine.audioSession->setOutputVolume(kUsersVolume);
@@ -45,12 +41,14 @@ struct ScreensScript {
     run();
   }
 
-  ~ScreensScript() {
+  ~ScreensScript() override {
     select.reset();
     window.reset();
     settle();
     Platform::clearCurrent();
   }
+
+  NavigationWindow& shown() const override { return *window; }
 
   /// What the service answers to every request from now on; nothing is a dead line.
   void answers(const std::optional<std::string>& body, int milliseconds = 10) {
@@ -69,34 +67,6 @@ struct ScreensScript {
     settle();
   }
 
-  /// No time but the simulated one passes meanwhile.
-  static void settle() {
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCoreApplication::processEvents();
-  }
-
-  template <class Widget>
-  QStringList textsOf(const QString& objectName = {}) const {
-    QStringList all;
-    for (const QWidget* one : window->findChildren<QWidget*>(objectName)) {
-      const auto* shown = dynamic_cast<const Widget*>(one);
-      if (shown && one->isVisible() && !shown->text().isEmpty()) all << shown->text();
-    }
-    return all;
-  }
-  QString title() const { return textsOf<QLabel>("title").join('|'); }
-  /// "title|message|button|..." of the alert on top; empty if there is none.
-  QString alert() const { return (textsOf<QLabel>("alert") + textsOf<QAbstractButton>("alert")).join('|'); }
-  QStringList texts() const { return textsOf<QLabel>(QString()); }
-  bool sees(const QString& part) const { return texts().join('\n').contains(part); }
-
-  QAbstractButton* button(const QString& name) const {
-    QAbstractButton* newest = nullptr;  // an alert's goes before one that it covers
-    for (QAbstractButton* one : window->findChildren<QAbstractButton*>()) {
-      if (one->isVisible() && one->accessibleName() == name) newest = one;
-    }
-    return newest;
-  }
   QAbstractButton* heardButton() const { return button("听到了"); }
   float volume() const { return machine.audioSession->outputVolume(); }
   std::size_t requests() const { return machine.urlSession->requests().size(); }
@@ -111,40 +81,7 @@ struct ScreensScript {
     return *heard;
   }
 
-  /// Clicks go to whatever is on top at that place.
-  void clickAt(QPoint place) {
-    QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, place);
-    settle();
-  }
-  void click(const QWidget* widget) {
-    ASSERT_TRUE(widget && widget->isVisible());
-    clickAt(widget->mapTo(window.get(), widget->rect().center()));
-  }
-  void click(const QString& buttonName) {
-    SCOPED_TRACE(buttonName.toStdString());
-    click(button(buttonName));
-  }
   void clickRow(int row) { click(QString(row == 0 ? "听力检测仪" : "推荐耳机")); }
-
-  void touch(const QWidget* widget) {
-    const QPoint place = widget->mapTo(window.get(), widget->rect().center());
-    drag(place, place);
-  }
-  /// One finger, in steps.
-  void drag(QPoint from, QPoint to) {
-    static QPointingDevice* screen = QTest::createTouchDevice();
-    QTest::touchEvent(window.get(), screen).press(0, from, window.get());
-    for (int step = 1; step <= 10 && from != to; ++step) {
-      QTest::touchEvent(window.get(), screen).move(0, from + (to - from) * step / 10, window.get());
-    }
-    QTest::touchEvent(window.get(), screen).release(0, to, window.get());
-    settle();
-  }
-
-  void key(Qt::Key key) {
-    QTest::keyClick(window->windowHandle(), key);
-    settle();
-  }
 
   /// Connects a device and opens its test, up to the instruction.
   void openTest(int row) {

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <QtGui/QWindow>
+#include <QtTest/QTest>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <gmock/gmock.h>
+
+#include <ORNHearingTestSDK/screens/NavigationWindow.h>
+
+namespace orn {
+
+/// Eyes and hands of a user in front of a window: what is on it, and real events of mouse, fingers and keys to it.
+struct Hands {
+  virtual ~Hands() = default;
+  virtual NavigationWindow& shown() const = 0;
+
+  /// Whatever Qt has to do now; no time of the platform passes.
+  static void settle() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+  }
+
+  template <class Widget>
+  QStringList textsOf(const QString& objectName = {}) const {
+    QStringList all;
+    for (const QWidget* one : shown().findChildren<QWidget*>(objectName)) {
+      const auto* shown = dynamic_cast<const Widget*>(one);
+      if (shown && one->isVisible() && !shown->text().isEmpty()) all << shown->text();
+    }
+    return all;
+  }
+  QString title() const { return textsOf<QLabel>("title").join('|'); }
+  /// "title|message|button|..." of the alert on top; empty if there is none.
+  QString alert() const { return (textsOf<QLabel>("alert") + textsOf<QAbstractButton>("alert")).join('|'); }
+  QStringList texts() const { return textsOf<QLabel>(QString()); }
+  bool sees(const QString& part) const { return texts().join('\n').contains(part); }
+
+  QAbstractButton* button(const QString& name) const {
+    QAbstractButton* newest = nullptr;  // an alert's goes before one that it covers
+    for (QAbstractButton* one : shown().findChildren<QAbstractButton*>()) {
+      if (one->isVisible() && one->accessibleName() == name) newest = one;
+    }
+    return newest;
+  }
+
+  /// Clicks go to whatever is on top at that place.
+  void clickAt(QPoint place) {
+    QTest::mouseClick(shown().windowHandle(), Qt::LeftButton, {}, place);
+    settle();
+  }
+  void click(const QWidget* widget) {
+    ASSERT_TRUE(widget && widget->isVisible());
+    clickAt(widget->mapTo(&shown(), widget->rect().center()));
+  }
+  void click(const QString& buttonName) {
+    SCOPED_TRACE(buttonName.toStdString());
+    click(button(buttonName));
+  }
+  void type(const QString& field, const QString& text) {
+    for (QLineEdit* one : shown().findChildren<QLineEdit*>()) {
+      if (!one->isVisible() || one->accessibleName() != field) continue;
+      click(one);
+      QTest::keyClicks(one, text);
+    }
+  }
+
+  void touch(const QWidget* widget) {
+    const QPoint place = widget->mapTo(&shown(), widget->rect().center());
+    drag(place, place);
+  }
+  /// One finger, in steps.
+  void drag(QPoint from, QPoint to) {
+    static QPointingDevice* screen = QTest::createTouchDevice();
+    QTest::touchEvent(&shown(), screen).press(0, from, &shown());
+    for (int step = 1; step <= 10 && from != to; ++step) {
+      QTest::touchEvent(&shown(), screen).move(0, from + (to - from) * step / 10, &shown());
+    }
+    QTest::touchEvent(&shown(), screen).release(0, to, &shown());
+    settle();
+  }
+
+  void key(Qt::Key key) {
+    QTest::keyClick(shown().windowHandle(), key);
+    settle();
+  }
+};
+
+}  // namespace orn
