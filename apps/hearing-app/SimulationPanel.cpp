@@ -21,6 +21,7 @@ constexpr std::int32_t kBegins = 1;
 SimulationPanel::SimulationPanel(SimulatedHost& host, ScreenListener& listener) {
   setWindowTitle(QStringLiteral("模拟设备"));
   setFixedWidth(kWidth);
+  setAttribute(Qt::WA_QuitOnClose, false);  // the application ends with its own window
   auto* column = new QVBoxLayout(this);
   SimulatedAudioSession& session = *host.machine().audioSession;
   addButton(column, QStringLiteral("连接听力检测仪"), [&host] { host.plugAudiometer(); });
