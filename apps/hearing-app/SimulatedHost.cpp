@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
 #include <QtCore/QTemporaryDir>
 
 #include <ORNHearingTestSDK/platform/linux/LinuxURLSession.h>
@@ -23,8 +25,13 @@ SimulatedPlatform machineOn(std::shared_ptr<RunLoop> realTime) {
 
 }  // namespace
 
+/// In memory where the system has such a place: waiting for a disk would hold up the start.
 struct SimulatedHost::Folder {
-  QTemporaryDir made;
+  static QString place() {
+    const QString inMemory = QStringLiteral("/dev/shm");
+    return QFileInfo(inMemory).isWritable() ? inMemory : QDir::tempPath();
+  }
+  QTemporaryDir made{place() + QStringLiteral("/hearing-app-XXXXXX")};
 };
 
 SimulatedHost::SimulatedHost(std::shared_ptr<RunLoop> realTime)
