@@ -63,7 +63,6 @@ SoundOutput SoundOutput::of(const pa_sink_info& sink) {
   output.kind = kindOf(sink);
   output.volume = sink.volume;
   output.isMuted = sink.mute != 0;
-  output.monitor = textOf(sink.monitor_source_name);
   return output;
 }
 

@@ -28,7 +28,6 @@ struct SoundOutput {
   bool isPluggedIn = true;  ///< False where the server knows that nothing is in the port.
   pa_cvolume volume{};
   bool isMuted = false;
-  std::string monitor;  ///< The source that records this output.
 
   static SoundOutput of(const pa_sink_info& sink);
 
