@@ -3,31 +3,15 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <stdexcept>
 
 #include <QtCore/QSocketNotifier>
 #include <QtWidgets/QApplication>
 
+#include "EndingSignals.h"
+
 namespace orn {
-namespace {
-
-sigset_t endingSignals() {
-  sigset_t ending;
-  sigemptyset(&ending);
-  for (const int one : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ending, one);
-  return ending;
-}
-
-}  // namespace
-
-void QuitSignals::hold() {
-  const sigset_t ending = endingSignals();
-  pthread_sigmask(SIG_BLOCK, &ending, nullptr);
-}
-
 QuitSignals::QuitSignals() {
-  hold();
   const sigset_t ending = endingSignals();
   signals_ = signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK);
   if (signals_ < 0) throw std::runtime_error("can't watch for signals");

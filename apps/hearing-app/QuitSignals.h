@@ -7,12 +7,9 @@ class QSocketNotifier;
 namespace orn {
 
 /// Makes SIGINT, SIGTERM and SIGHUP end the event loop, as closing the window does, so that whatever a test has
-/// changed, the volume above all, is put back. The other threads leave these signals to it.
+/// changed, the volume above all, is put back. Call holdEndingSignals() first of all.
 class QuitSignals {
  public:
-  /// To be called before any other thread is started.
-  static void hold();
-
   /// Needs the QApplication, and goes before it.
   QuitSignals();
   ~QuitSignals();

@@ -21,6 +21,7 @@
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 #include <ORNHearingTestSDK/screens/NavigationWindow.h>
 
+#include "EndingSignals.h"
 #include "hearing-app/HostApplication.h"
 #include "hearing-app/QuitSignals.h"
 #include "hearing-app/ScreenListener.h"
@@ -148,7 +149,7 @@ int run(int& argc, char** argv) {
   }
   if (!options.screenshots.empty()) return takeAllScreenshots(argc, argv, options.screenshots);
   requireDisplay();
-  orn::QuitSignals::hold();
+  orn::holdEndingSignals();
   QApplication application(argc, argv);
   const orn::QuitSignals quitSignals;
   return options.simulates ? runSimulated(options) : runReal(options);

@@ -7,6 +7,7 @@
 
 #include <ORNHearingTestSDK/platform/linux/LinuxRunLoop.h>
 
+#include "EndingSignals.h"
 #include "hearing-test/CalibrationReply.h"
 #include "hearing-test/HostMachine.h"
 #include "hearing-test/RealTest.h"
@@ -41,7 +42,7 @@ RunCommand::RunCommand(CLI::App& app) {
 }
 
 int RunCommand::run() {
-  TerminalInput::holdSignals();
+  holdEndingSignals();
   Platform machine = hostMachine();
   // A request is awaited, so that the result is with the service before the program ends.
   machine.urlSession = std::make_shared<simulation::BlockingURLSession>(machine.urlSession);

@@ -6,31 +6,15 @@
 #include <unistd.h>
 
 #include <array>
-#include <csignal>
 #include <cstdint>
 #include <stdexcept>
 #include <utility>
 
+#include "EndingSignals.h"
+
 namespace orn {
-namespace {
-
-sigset_t endingSignals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  for (const int one : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, one);
-  return signals;
-}
-
-}  // namespace
-
-void TerminalInput::holdSignals() {
-  const sigset_t signals = endingSignals();
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-}
-
 TerminalInput::TerminalInput(std::shared_ptr<RunLoop> loop)
     : loop_(std::move(loop)), self_(std::make_shared<TerminalInput*>(this)) {
-  holdSignals();
   const sigset_t signals = endingSignals();
   signals_ = signalfd(-1, &signals, SFD_CLOEXEC);
   end_ = eventfd(0, EFD_CLOEXEC);

@@ -15,10 +15,7 @@ namespace orn {
 /// key at once and does not show it, until this goes.
 class TerminalInput {
  public:
-  /// To be called before any other thread is started, so that they all leave these signals to the one that waits for
-  /// them; they end nothing from then on but by onInterrupt.
-  static void holdSignals();
-
+  /// Call holdEndingSignals() before any other thread is started.
   explicit TerminalInput(std::shared_ptr<RunLoop> loop);
   ~TerminalInput();
   TerminalInput(const TerminalInput&) = delete;
