@@ -4,7 +4,7 @@ PRESET ?= release
 # How long `make fuzz` runs each fuzzer.
 FUZZ_SECONDS ?= 60
 
-.PHONY: run test bench fuzz format clean bootstrap
+.PHONY: run test bench fuzz deb docs format clean bootstrap
 
 bootstrap:
 	@scripts/bootstrap.sh
@@ -30,6 +30,16 @@ bench: bootstrap
 fuzz:
 	@scripts/bootstrap.sh fuzz
 	@scripts/fuzz.sh $(FUZZ_SECONDS)
+
+deb: bootstrap
+	@scripts/bootstrap.sh deb
+	@scripts/build.sh package
+	@cd build/package && cpack > /dev/null
+	@ls build/package/packages/*.deb
+
+docs: bootstrap
+	@scripts/bootstrap.sh docs
+	@scripts/docs.sh
 
 format:
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i

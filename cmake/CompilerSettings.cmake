@@ -1,4 +1,4 @@
-# Warnings and floating-point rules that every target of this project shares.
+# Warnings, floating-point rules and the rule of export that the targets of this project share.
 
 add_library(orn_settings INTERFACE)
 target_compile_options(
@@ -16,6 +16,13 @@ target_compile_options(
 if(ORN_WERROR)
   target_compile_options(orn_settings INTERFACE -Werror)
 endif()
+
+# orn_export_public(LIBRARY): nothing but the public names leaves the shared library.
+function(orn_export_public library)
+  set(map ${PROJECT_SOURCE_DIR}/cmake/Exports.map)
+  target_link_options(${library} PRIVATE -Wl,--version-script=${map})
+  set_property(TARGET ${library} APPEND PROPERTY LINK_DEPENDS ${map})
+endfunction()
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)

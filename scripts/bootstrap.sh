@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what the project needs on Debian 12: tools, libraries, and what its tests run against; with "fuzz", also the
-# compiler of the fuzzers.
+# Installs what the project needs on Debian 12: tools, libraries, and what its tests run against; with a word, also what
+# only that needs: the other compiler, the fuzzers, the Debian packages, the reference.
 set -euo pipefail
 
 packages=(
@@ -17,7 +17,12 @@ packages=(
   # sound servers for the tests
   dbus pipewire-pulse pulseaudio pulseaudio-utils wireplumber
 )
-[ "${1-}" != fuzz ] || packages+=(clang-14 libclang-rt-14-dev)
+case "${1-}" in
+  clang) packages+=(clang-14) ;;
+  fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
+  deb) packages+=(desktop-file-utils dpkg-dev file) ;;
+  docs) packages+=(doxygen) ;;
+esac
 
 missing=()
 for package in "${packages[@]}"; do

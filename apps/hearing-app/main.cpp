@@ -151,6 +151,7 @@ int run(int& argc, char** argv) {
   requireDisplay();
   orn::holdEndingSignals();
   QApplication application(argc, argv);
+  QGuiApplication::setDesktopFileName(QString::fromLatin1(kIdentifier));  // whose icon the desktop shows
   const orn::QuitSignals quitSignals;
   return options.simulates ? runSimulated(options) : runReal(options);
 }
