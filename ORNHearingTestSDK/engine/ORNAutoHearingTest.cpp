@@ -15,54 +15,8 @@ bool hasStatus(const std::shared_ptr<ORNHearingTestItem>& item, std::int32_t sta
 
 }  // namespace
 
-ORNAutoHearingTest::ORNAutoHearingTest() = default;
-
 std::shared_ptr<ORNAutoHearingTest> ORNAutoHearingTest::init() {
   return std::shared_ptr<ORNAutoHearingTest>(new ORNAutoHearingTest);
-}
-
-RunLoop::Action ORNAutoHearingTest::tick() {
-  return [session = self(this)] { session->timerUpdate(); };
-}
-
-std::shared_ptr<Timer> ORNAutoHearingTest::autoPlayTimer() { return clock_.autoPlayTimer(tick()); }
-
-void ORNAutoHearingTest::startTest(bool isLeft) {
-  if (isEnded()) return;
-  ORNManualHearingTest::startTest(isLeft);
-  setIsLeft(isLeft);
-  isAutomatic_ = true;
-  clock_.tickAfterPlayTime(tick());
-}
-
-void ORNAutoHearingTest::pauseTest() {
-  ORNManualHearingTest::pauseTest();
-  // The end of an ear pauses too, and may come within the call that has ended the test.
-  if (!isEnded()) clock_.park(tick());
-}
-
-void ORNAutoHearingTest::continueTest() {
-  if (isEnded()) return;
-  ORNManualHearingTest::continueTest();
-  clock_.tickNow(tick());
-}
-
-void ORNAutoHearingTest::endTest() {
-  const auto alive = shared_from_this();
-  ORNManualHearingTest::endTest();
-  clock_.end();
-}
-
-void ORNAutoHearingTest::listened() { markHeard(); }
-
-void ORNAutoHearingTest::timerUpdate() {
-  if (isCurrentToneMissing()) {
-    testItem(Item(currentItem()));
-  } else if (hasStatus(currentItem(), 1)) {
-    hasListened();
-  } else {
-    notListened();
-  }
 }
 
 void ORNAutoHearingTest::notListened() {
@@ -109,9 +63,7 @@ void ORNAutoHearingTest::targetItem(const Item& item) {
                                                    [session, next] { session->testItem(next); });
     return;
   }
-  // A host that started the other ear from the completion call has set the clock for it.
-  if (ears == earsStarted()) clock_.end();
-  setCurrentItem(nullptr);
+  endEar(ears);
 }
 
 ORNAutoHearingTest::Item ORNAutoHearingTest::getNextColnTestItem() {

@@ -25,8 +25,6 @@ HearingTestColumn makeRetestScale(bool isLeft) {
 
 }  // namespace
 
-ORNStandardHearingTest::ORNStandardHearingTest() = default;
-
 std::shared_ptr<ORNStandardHearingTest> ORNStandardHearingTest::init() {
   return std::shared_ptr<ORNStandardHearingTest>(new ORNStandardHearingTest);
 }
@@ -44,50 +42,6 @@ HearingTestColumn& ORNStandardHearingTest::manageReTestLeftDictory() {
 HearingTestColumn& ORNStandardHearingTest::manageReTestRightDictory() {
   if (!manageReTestRightDictory_) manageReTestRightDictory_ = makeRetestScale(false);
   return *manageReTestRightDictory_;
-}
-
-RunLoop::Action ORNStandardHearingTest::tick() {
-  return [session = self(this)] { session->timerUpdate(); };
-}
-
-std::shared_ptr<Timer> ORNStandardHearingTest::autoPlayTimer() { return clock_.autoPlayTimer(tick()); }
-
-void ORNStandardHearingTest::startTest(bool isLeft) {
-  if (isEnded()) return;
-  ORNManualHearingTest::startTest(isLeft);
-  setIsLeft(isLeft);
-  isAutomatic_ = true;
-  clock_.tickAfterPlayTime(tick());
-}
-
-void ORNStandardHearingTest::pauseTest() {
-  ORNManualHearingTest::pauseTest();
-  // The end of an ear pauses too, and may come within the call that has ended the test.
-  if (!isEnded()) clock_.park(tick());
-}
-
-void ORNStandardHearingTest::continueTest() {
-  if (isEnded()) return;
-  ORNManualHearingTest::continueTest();
-  clock_.tickNow(tick());
-}
-
-void ORNStandardHearingTest::endTest() {
-  const auto alive = shared_from_this();
-  ORNManualHearingTest::endTest();
-  clock_.end();
-}
-
-void ORNStandardHearingTest::listened() { markHeard(); }
-
-void ORNStandardHearingTest::timerUpdate() {
-  if (isCurrentToneMissing()) {
-    testItem(Item(currentItem()));
-  } else if (currentItem() && currentItem()->hearStatus() == 1) {
-    hasListened();
-  } else {
-    notListened();
-  }
 }
 
 void ORNStandardHearingTest::notListened() {
@@ -175,12 +129,6 @@ void ORNStandardHearingTest::presentAfterPause(const Item& item) {
     // A tone that could not start has paused the test, and is told once.
     if (!session->isCurrentToneMissing()) session->testItem(item);
   });
-}
-
-void ORNStandardHearingTest::endEar(int ears) {
-  // A host that started the other ear from the completion call has set the clock for it.
-  if (ears == earsStarted()) clock_.end();
-  setCurrentItem(nullptr);
 }
 
 ORNStandardHearingTest::Item ORNStandardHearingTest::getNextColnTestItem() {

@@ -4,8 +4,7 @@
 #include <memory>
 #include <optional>
 
-#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
-#include <ORNHearingTestSDK/engine/PresentationClock.h>
+#include <ORNHearingTestSDK/engine/TimedHearingTest.h>
 
 namespace orn {
 
@@ -13,35 +12,22 @@ namespace orn {
 /// once it has been heard more often than not over at least three presentations. In the middle of each ear it repeats
 /// 1000 Hz on a scale of its own, down to -5 dB; the result holds the value of this retest alone. On the audiometer
 /// path the retest sounds 20 dB above the level that it records, and that is meant.
-///
-/// The session lives from startTest() to the ear's last threshold, whoever else lets go of it.
-class ORN_EXPORT ORNStandardHearingTest final : public ORNManualHearingTest {
+class ORN_EXPORT ORNStandardHearingTest final : public TimedHearingTest {
  public:
   static std::shared_ptr<ORNStandardHearingTest> init();
 
   /// Always the list of this test, whatever setTestHzs() was given.
   std::vector<std::string> hzs() override;
 
-  // As in the automatic test.
-  void startTest(bool isLeft) override;
-  void listened() override;
-  void pauseTest() override;
-  void continueTest() override;
-  void endTest() override;
-  std::int32_t getPlayTime() const { return PresentationClock::getPlayTime(); }
-  std::shared_ptr<Timer> autoPlayTimer();
-  void timerUpdate();
-  bool isAutomatic() const { return isAutomatic_; }
-
   void targetItem(const Item& item) override;
   /// The same for the retest, after which the 500 Hz column is current at once. In spite of its name it compares
   /// nothing.
   void targetItemAndCheck(const Item& item);
 
-  void hasListened();
-  void notListened();
+  void hasListened() override;
+  void notListened() override;
   /// The starting item of the frequency at testIndex(), or null after the last one.
-  Item getNextColnTestItem();
+  Item getNextColnTestItem() override;
 
   /// Counts a presentation; true if the search of this frequency goes on, false if the level has been accepted.
   bool addStatusForItem(const Item& item, bool isHeard);
@@ -54,14 +40,10 @@ class ORN_EXPORT ORNStandardHearingTest final : public ORNManualHearingTest {
   HearingTestColumn& manageReTestRightDictory();
 
  private:
-  ORNStandardHearingTest();
+  ORNStandardHearingTest() = default;
 
-  RunLoop::Action tick();
   void presentAfterPause(const Item& item);
-  void endEar(int ears);
 
-  PresentationClock clock_;
-  bool isAutomatic_ = false;
   std::int32_t testIndex_ = 0;
   std::optional<HearingTestColumn> manageReTestLeftDictory_;
   std::optional<HearingTestColumn> manageReTestRightDictory_;

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/engine/PresentationClock.h>
+
+namespace orn {
+
+/// What the automatic and the standard test share: a clock gives each tone its time, and the tone is judged at its end
+/// by whether the user has pressed. Where the search goes from there is each test's own.
+///
+/// The session lives from startTest() to the ear's last threshold, whoever else lets go of it. Main thread.
+class ORN_EXPORT TimedHearingTest : public ORNManualHearingTest {
+ public:
+  /// The first tone comes one presentation time later.
+  void startTest(bool isLeft) override;
+  /// Marks the tone as heard; the search goes on at the clock's next tick.
+  void listened() override;
+  /// A tone that is due within the second after a threshold still comes.
+  void pauseTest() override;
+  /// Judges the current tone at once, whatever time it had.
+  void continueTest() override;
+  void endTest() override;
+
+  /// Time of a presentation in seconds, 4 or more; the user default "BOFANGSHICHANG".
+  std::int32_t getPlayTime() const { return PresentationClock::getPlayTime(); }
+
+  bool isAutomatic() const { return isAutomatic_; }
+
+  /// The clock, made if there is none.
+  std::shared_ptr<Timer> autoPlayTimer() { return clock_.autoPlayTimer(tick()); }
+  void timerUpdate();
+
+  virtual void hasListened() = 0;
+  virtual void notListened() = 0;
+  /// The starting item of the next frequency, or null after the last one.
+  virtual Item getNextColnTestItem() = 0;
+
+ protected:
+  TimedHearingTest() = default;
+
+  /// After the last threshold of the ear that was the `ears`-th to be started. A host that started the other ear from
+  /// the completion call has set the clock for it.
+  void endEar(int ears);
+
+ private:
+  RunLoop::Action tick();
+
+  PresentationClock clock_;
+  bool isAutomatic_ = false;
+};
+
+}  // namespace orn
