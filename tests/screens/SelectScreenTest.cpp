@@ -83,6 +83,17 @@ TEST(SelectScreen, CachedCalibrationOpensTheAudiometersTestAndNotTheEarphones) {
   }
 }
 
+TEST(SelectScreen, DirectStartAsksForNoDevice) {
+  ScreensScript script;
+  for (const bool isAnswered : {false, true}) {
+    script.answers(isAnswered ? std::optional(calibration(1)) : std::nullopt);
+    script.select->startErjiTest();
+    script.run();
+    EXPECT_EQ(script.title(), isAnswered ? "右耳测试" : "选择设备");
+    EXPECT_EQ(script.alert().isEmpty(), !isAnswered);
+  }
+}
+
 TEST(SelectScreen, HeadAndFoot) {
   ScreensScript script;
   const QString buy = "还没有听力检测仪？ 点此立即购买听力检测仪，即刻关爱您的听力健康。";
