@@ -48,7 +48,7 @@ void makeTextButton(QPushButton* button) {
   button->setAutoDefault(true);
   button->setCursor(Qt::PointingHandCursor);
   button->setStyleSheet(
-      QStringLiteral("QPushButton { border: none; padding: 0 6px; color: %1; background: transparent; }"
+      QStringLiteral("QPushButton { border: none; outline: none; padding: 0 6px; color: %1; background: transparent; }"
                      "QPushButton:pressed { background: %2; }"
                      "QPushButton:focus { border: 2px solid %3; border-radius: 6px; }")
           .arg(kAccentColour.name(), kPressedColour.name(), kFocusColour.name(QColor::HexArgb)));

@@ -4,6 +4,7 @@
 
 #include <ORNHearingTestSDK/engine/ORNHearingTest.h>
 #include <ORNHearingTestSDK/platform/qt/QtRunLoop.h>
+#include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
 
 #include "EndingSignals.h"
 #include "Hands.h"
@@ -158,7 +159,7 @@ struct SoundApplication {
   explicit SoundApplication(const std::shared_ptr<RunLoop>& loop) : others(loop) {
     server.addSpeaker();
     server.setDefault("audiometer");
-    server.control("set-sink-volume audiometer 30%");
+    server.control("set-sink-volume audiometer 21% 64%");
     volumes = server.volumes("audiometer");
     Platform machine = others.platform();
     const LinuxSound sound = linuxSound(loop, "test", server.address());
@@ -225,10 +226,13 @@ TEST(ApplicationSound, AWholeTestIsHeardFromARealAudiometerAndIsStored) {
 
 TEST(ApplicationSound, LossOfTheAudiometerEndsTheTest) {
   SoundApplication app(std::make_shared<QtRunLoop>());
+  const std::string elsewhere = app.server.volumes("speaker");
   app.startTest();
   app.server.remove(app.audiometer);
   app.until([&] { return app.hands->sees("您的测试设备已断开，请连接后重新测试"); });
   app.hands->click(QString("我知道了"));
+  app.host->selection()->setTestVC(nullptr);
+  EXPECT_EQ(app.server.volumes("speaker"), elsewhere);
   app.server.addAudiometer();
   app.untilTheVolumeIsBack();
 }
