@@ -36,8 +36,9 @@ struct Application : SimulatedHost {
     machine().virtualTime->runFor(seconds(2));
     Hands::settle();
   }
+  void press(const QString& name) { isByFinger ? hands.touch(hands.button(name)) : hands.click(name); }
   void click(const QString& name) {
-    hands.click(name);
+    press(name);
     run();
   }
   void start() {
@@ -56,19 +57,20 @@ struct Application : SimulatedHost {
     row == 0 ? plugAudiometer() : machine().audioSession->plugEarphones();
     run();
   }
-  /// The listener takes the test that is open, by real clicks, until the screen says so.
+  /// The listener takes the test that is open, by real clicks or touches, until the screen says so.
   void listenUntil(const QString& part) {
     listener.setListening(true);
     while (machine().virtualTime->runUntil([&] { return presses > 0 || hands.sees(part); }, seconds(600)) &&
            !hands.sees(part)) {
       presses = 0;
-      hands.click(QString("听到了"));
+      press("听到了");
     }
     listener.setListening(false);
     run();
     EXPECT_TRUE(hands.sees(part)) << part.toStdString();
   }
 
+  bool isByFinger = false;
   int presses = 0;
   HostApplication host{platform()};
   ScreenListener listener{*machine().audioOutput, host, sampleListener(), [this] { ++presses; }};
@@ -95,6 +97,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, ApplicationPaths, testing::Values(0, 1));
 
 TEST_P(ApplicationPaths, FromTheProfileToTheStoredResultInTheHistory) {
   Application app;
+  app.isByFinger = GetParam() == 1;
   app.start();
   const QImage rows = app.host.window().grab(QRect(0, 240, 375, 150)).toImage();
   EXPECT_FALSE(rows.allGray()) << "the rows' pictures show";
@@ -133,6 +136,30 @@ TEST_P(ApplicationPaths, AServiceThatFailsIsSaidAndNoTestOpens) {
     app.click(kRows[GetParam()]);
     EXPECT_TRUE(app.hands.button(kReady)) << "the row works again";
   }
+}
+
+TEST(ApplicationProfile, IsAskedForOnceAndSentUntilTheServiceHasIt) {
+  SimulatedHost machine;
+  const auto alertAtOpening = [&](const std::optional<Profile>& profile) {
+    HostApplication host(machine.platform(), profile);
+    const ApplicationHands hands(host);
+    host.open();
+    machine.machine().virtualTime->runFor(seconds(2));
+    Hands::settle();
+    EXPECT_TRUE(hands.sees("选择设备") && hands.sees("小明"));
+    return hands.alert();
+  };
+  machine.service().misbehave({service::Misbehaviour::Kind::NoBody, {}});
+  for (const auto& profile : {std::optional(sampleProfile()), std::optional<Profile>()}) {
+    EXPECT_TRUE(alertAtOpening(profile).contains("您的资料还没有登记"));
+  }
+  machine.service().misbehave({});
+  for (int opening = 0; opening < 2; ++opening) {
+    EXPECT_EQ(alertAtOpening({}), "");
+    machine.service().misbehave({service::Misbehaviour::Kind::NoBody, {}});  // which is no matter any more
+  }
+  machine.machine().userDefaults->setValue("SERVICEHOST", std::string());
+  EXPECT_TRUE(alertAtOpening({}).contains("还没有设置测听服务器"));
 }
 
 TEST(ApplicationShop, OpensAWebPageOrSaysWhyNot) {
