@@ -48,6 +48,7 @@ struct Application : SimulatedHost {
     hands.type("手机号码", "13800000000");
     click("完成");
     EXPECT_TRUE(hands.sees("请选择性别")) << "nothing is taken for granted";
+    EXPECT_EQ(hands.shown().focusWidget()->accessibleName(), "男");
     click("女");
     hands.type("姓名", "Li");
     click("完成");
