@@ -39,7 +39,8 @@ QLabel* makeText(const QString& text, const QFont& font) {
 QString buttonStyle(bool isFirst, bool isLast, bool areBeside) {
   const auto radius = [&](bool isOuter) { return isLast || areBeside ? (isOuter ? kCornerRadius : 0) : 0; };
   return QStringLiteral(
-             "QPushButton { border: 0 solid %1; border-top-width: 1px; border-left-width: %2px; color: %3;"
+             "QPushButton { outline: none; border: 0 solid %1; border-top-width: 1px; border-left-width: %2px; color: "
+             "%3;"
              " background: transparent; border-bottom-left-radius: %4px; border-bottom-right-radius: %5px; }"
              "QPushButton:pressed { background: %6; }"
              "QPushButton:focus { background: %6; text-decoration: underline; }")

@@ -4,6 +4,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QPen>
 #include <QtWidgets/QAbstractScrollArea>
+#include <QtWidgets/QProxyStyle>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollBar>
 
@@ -11,6 +12,20 @@
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
 
 namespace orn {
+namespace {
+
+constexpr int kScrollBarWidth = 8;
+
+/// A scroll bar that lies over what it scrolls, which keeps the whole width.
+class OverlaidScrollBarStyle : public QProxyStyle {
+ public:
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+    return metric == PM_ScrollView_ScrollBarOverlap ? kScrollBarWidth
+                                                    : QProxyStyle::pixelMetric(metric, option, widget);
+  }
+};
+
+}  // namespace
 
 QFont systemFont(double size, QFont::Weight weight) {
   QFont font = ORNScreenUtils::systemFontOfSize(size);
@@ -33,7 +48,7 @@ void makeTextButton(QPushButton* button) {
   button->setAutoDefault(true);
   button->setCursor(Qt::PointingHandCursor);
   button->setStyleSheet(
-      QStringLiteral("QPushButton { border: none; padding: 0 6px; color: %1; background: transparent; }"
+      QStringLiteral("QPushButton { border: none; outline: none; padding: 0 6px; color: %1; background: transparent; }"
                      "QPushButton:pressed { background: %2; }"
                      "QPushButton:focus { border: 2px solid %3; border-radius: 6px; }")
           .arg(kAccentColour.name(), kPressedColour.name(), kFocusColour.name(QColor::HexArgb)));
@@ -42,10 +57,16 @@ void makeTextButton(QPushButton* button) {
 void makePhoneScrolling(QAbstractScrollArea* area) {
   area->setFrameShape(QFrame::NoFrame);
   area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  area->verticalScrollBar()->setStyleSheet(
-      QStringLiteral("QScrollBar { background: white; width: 8px; }"
-                     "QScrollBar::handle { background: #c2c8c5; border-radius: 3px; margin: 1px; min-height: 32px; }"
-                     "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"));
+  QScrollBar* bar = area->verticalScrollBar();
+  auto* style = new OverlaidScrollBarStyle;
+  style->setParent(bar);
+  bar->setStyle(style);
+  bar->setStyleSheet(QStringLiteral("QScrollBar { background: transparent; width: %1px; }"
+                                    "QScrollBar::handle { background: rgba(140, 150, 146, 160); border-radius: 3px; "
+                                    "margin: 1px; min-height: 32px; }"
+                                    "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
+                                    "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }")
+                         .arg(kScrollBarWidth));
   new FingerScroller(area);
 }
 

@@ -30,7 +30,7 @@ QPalette lightPalette();
 /// A button that is nothing but its text, in the accent colour; shows when it is pressed and when it has the keyboard.
 void makeTextButton(QPushButton* button);
 
-/// A slim scroll bar at the side only, and scrolling by finger.
+/// A slim scroll bar over the side only, and scrolling by finger.
 void makePhoneScrolling(QAbstractScrollArea* area);
 
 void drawFocusFrame(QPainter& painter, const QRectF& rect, double radius);

@@ -10,6 +10,19 @@
 #include <ORNHearingTestSDK/screens/ReturnKey.h>
 
 namespace orn {
+namespace {
+
+/// The touch shows as a glow, whatever the pressed button's image is.
+void drawGlow(QPainter& painter, const QRectF& rect) {
+  QRadialGradient glow(rect.center(), rect.width() / 2);
+  glow.setColorAt(0, QColor(255, 255, 255, 110));
+  glow.setColorAt(1, QColor(255, 255, 255, 0));
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(glow);
+  painter.drawEllipse(rect);
+}
+
+}  // namespace
 
 HeardButton::HeardButton(QWidget* parent) : QAbstractButton(parent) {
   setAccessibleName(QStringLiteral("听到了"));
@@ -34,6 +47,7 @@ void HeardButton::paintEvent(QPaintEvent* /*event*/) {
   } else {
     painter.drawImage(rect(), image);
   }
+  if (isDown()) drawGlow(painter, rect());
   if (hasFocus()) drawFocusFrame(painter, rect(), kSize / 2.0);
 }
 

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kSlide{300};
 constexpr QSize kPhone{375, 667};
-constexpr QSize kSmallest{280, 420};
+constexpr QSize kSmallest{320, 480};  // of phones
 
 }  // namespace
 

@@ -305,7 +305,7 @@ void ORNHearingTestViewController::changeToAnother() {
     picture->setGraphicsEffect(opacity);
     raiseBoard(isFirstRight_);
     picture->raise();
-    if (heardDragButton_) heardDragButton_->raise();
+    setDragButtonEnable(true);
     animate(
         picture, kChangeOfEar, [opacity](double progress) { opacity->setOpacity(1 - progress); },
         [picture] { picture->deleteLater(); });

@@ -33,10 +33,10 @@ ShopFooterView::ShopFooterView(std::function<void(QWidget* sender)> goToShop)
     : buy_(new AttributedButton(buyText(), this)),
       credit_(new AttributedButton(footerText(QStringLiteral("奥伦声提供技术支持"), kLightGrayColour), this)) {
   buy_->setCornerRadius(5);
-  buy_->setFocusPolicy(Qt::StrongFocus);
   buy_->setCursor(Qt::PointingHandCursor);
   connect(buy_, &QAbstractButton::clicked, this, [this, act = std::move(goToShop)] { act(buy_); });
   credit_->setAttribute(Qt::WA_TransparentForMouseEvents);  // it has no action
+  credit_->setFocusPolicy(Qt::NoFocus);
 }
 
 void ShopFooterView::setWidth(int width) {

@@ -76,7 +76,21 @@ void TableView::arrange() {
   arrangeRows(top, bottom);
   arrangeHeaders(top, bottom);
   arrangeEdges(top);
+  orderForTabulator();
   isArranging_ = false;
+}
+
+/// The tabulator key goes down the table as the eye does, whatever was made first.
+void TableView::orderForTabulator() {
+  QWidget* last = this;
+  const auto append = [&last](QWidget* next) {
+    if (next->focusPolicy() == Qt::NoFocus) return;
+    setTabOrder(last, next);
+    last = next;
+  };
+  for (const auto& [indexPath, cell] : cells_) append(cell);
+  if (!footer_) return;
+  for (QWidget* one : footer_->findChildren<QWidget*>()) append(one);
 }
 
 void TableView::arrangeRows(int top, int bottom) {

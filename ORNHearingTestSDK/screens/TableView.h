@@ -103,6 +103,7 @@ class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
   void arrangeRows(int top, int bottom);
   void arrangeHeaders(int top, int bottom);
   void arrangeEdges(int top);
+  void orderForTabulator();
   void recycle(std::map<IndexPath, TableCell*>::iterator cell);
   TableCell* makeCell(IndexPath indexPath);
   void select(IndexPath indexPath);

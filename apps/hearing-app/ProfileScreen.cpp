@@ -133,17 +133,17 @@ void ProfileScreen::addSexes(QVBoxLayout* column) {
   column->addSpacing(6);
 }
 
-QString ProfileScreen::complaint() const {
-  if (!man_->isChecked() && !woman_->isChecked()) return QStringLiteral("请选择性别。");
-  if (!dateOf(birthday_->text()).isValid()) return QStringLiteral("请填写出生日期，例如 1980-03-05。");
-  if (!isPhone(phone_->text())) return QStringLiteral("请填写手机号码。");
+ProfileScreen::Complaint ProfileScreen::complaint() const {
+  if (!man_->isChecked() && !woman_->isChecked()) return {QStringLiteral("请选择性别。"), man_};
+  if (!dateOf(birthday_->text()).isValid()) return {QStringLiteral("请填写出生日期，例如 1980-03-05。"), birthday_};
+  if (!isPhone(phone_->text())) return {QStringLiteral("请填写手机号码。"), phone_};
   return {};
 }
 
 void ProfileScreen::done() {
-  const QString wrong = complaint();
+  const auto [wrong, field] = complaint();
   complaint_->setText(wrong);
-  if (!wrong.isEmpty()) return;
+  if (field) return field->setFocus();
   const auto alive = shared_from_this();
   const Profile profile{name_->text().trimmed(), woman_->isChecked(), dateOf(birthday_->text()),
                         phone_->text().trimmed()};

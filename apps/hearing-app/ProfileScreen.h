@@ -37,8 +37,13 @@ class ProfileScreen final : public Screen {
   void addFields(QVBoxLayout* column);
   void addSexes(QVBoxLayout* column);
   void done();
-  /// The empty text if the profile is complete.
-  QString complaint() const;
+
+  /// Empty if the profile is complete.
+  struct Complaint {
+    QString text;
+    QWidget* field = nullptr;
+  };
+  Complaint complaint() const;
 
   QPointer<QLineEdit> name_, birthday_, phone_;
   QPointer<QRadioButton> man_, woman_;

@@ -206,6 +206,13 @@ class Walk {
       script.shoot("calibration-refused");
     }
     {
+      ScreenshotScript script = open();
+      script.devices().plugEarphones();
+      script.answer("/user/findSdkDeviceValue", R"({"rspCode": 0, "deviceVolumeIOS": []})");
+      script.press(kEarphones);
+      script.shoot("earphones-calibration-missing");
+    }
+    {
       ScreenshotScript script = openTest(kAudiometer);
       script.answer("/user/sdkJonDiagnose2", std::nullopt);
       script.press(kReady);

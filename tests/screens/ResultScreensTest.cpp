@@ -69,6 +69,11 @@ TEST(ResultScreen, TapOpensTheAudiogramOverEverythingAndClosesItAfterAMoment) {
   QDirIterator photos(home.path(), {"*.png"}, QDir::Files, QDirIterator::Subdirectories);
   EXPECT_EQ(QImage(photos.next()).size(), QSize(375, 667));
 
+  setenv("HOME", "/dev/null", 1);
+  setenv("XDG_CONFIG_HOME", "/dev/null", 1);
+  screen->takePhoto(nullptr);
+  EXPECT_EQ(script.alert(), "") << "a failure is not told";
+
   script.clickAt({187, 200});
   script.run();
   screen->backClicked();  // closed while it is open
@@ -176,6 +181,45 @@ TEST(HistoryScreen, TenThousandTestsMakeOnlyTheRowsInView) {
   script.key(Qt::Key_Return);
   script.run();
   EXPECT_TRUE(script.sees("您的右耳的平均听力损失为70分贝，"));
+}
+
+TEST(Screens, BarItemsOfTheHostCallIt) {
+  ScreensScript script;
+  script.answers(historyReply(1));
+  const auto navigation = script.window->navigation();
+  std::string told;
+  const Screen::Action left = [&] { told += "left "; }, right = [&] { told += "right "; };
+  const std::pair<std::function<void()>, QString> table[] = {
+      {[&] {
+         ORNSelectTypeViewController::init()->showSelectTypeViewControllerByNavigation(navigation, "左", left, "右",
+                                                                                       right);
+       },
+       "选择设备"},
+      {[&] {
+         ORNTestHistoryViewController::init()->showTestHistoryViewControllerByNavigation(navigation, "左", left, "右",
+                                                                                         right);
+       },
+       "测试记录"},
+      {[&] {
+         ORNTestResultViewController::init()->showTestResultViewControllerByNavigation(navigation, "左", left, "右",
+                                                                                       right);
+       },
+       "测试结果"},
+  };
+  for (const auto& [show, title] : table) {
+    told.clear();
+    show();
+    script.run();
+    EXPECT_EQ(script.title(), title);
+    script.click("左");
+    script.click("右");
+    EXPECT_EQ(told, "left right ");
+    EXPECT_EQ(navigation->topScreen()->navi(), navigation);
+  }
+  std::dynamic_pointer_cast<ORNTestResultViewController>(navigation->topScreen())->gotolishi();
+  script.run();
+  EXPECT_EQ(script.title(), "测试记录");
+  script.click("‹ 测试结果");
 }
 
 }  // namespace

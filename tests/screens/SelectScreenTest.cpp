@@ -83,6 +83,17 @@ TEST(SelectScreen, CachedCalibrationOpensTheAudiometersTestAndNotTheEarphones) {
   }
 }
 
+TEST(SelectScreen, DirectStartAsksForNoDevice) {
+  ScreensScript script;
+  for (const bool isAnswered : {false, true}) {
+    script.answers(isAnswered ? std::optional(calibration(1)) : std::nullopt);
+    script.select->startErjiTest();
+    script.run();
+    EXPECT_EQ(script.title(), isAnswered ? "右耳测试" : "选择设备");
+    EXPECT_EQ(script.alert().isEmpty(), !isAnswered);
+  }
+}
+
 TEST(SelectScreen, HeadAndFoot) {
   ScreensScript script;
   const QString buy = "还没有听力检测仪？ 点此立即购买听力检测仪，即刻关爱您的听力健康。";
@@ -111,6 +122,12 @@ TEST(SelectScreen, KeyboardAloneTakesATestAndEveryControlHasAName) {
   ScreensScript script;
   script.plug(1);
   script.answers(calibration(1));
+  for (const char* name :
+       {"听力检测仪", "推荐耳机", "还没有听力检测仪？ 点此立即购买听力检测仪，即刻关爱您的听力健康。"}) {
+    script.key(Qt::Key_Tab);
+    EXPECT_EQ(script.window->focusWidget()->accessibleName(), QString(name));
+  }
+  script.select->tableView()->setFocus();
   for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}) script.key(key);
   script.run();
   EXPECT_EQ(script.title(), "右耳测试");

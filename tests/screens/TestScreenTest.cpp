@@ -7,6 +7,7 @@
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
 #include <ORNHearingTestSDK/platform/AudioSession.h>
 #include <ORNHearingTestSDK/screens/ChessboardView.h>
+#include <ORNHearingTestSDK/screens/ORNTestResultViewController.h>
 
 #include "ScreensScript.h"
 
@@ -54,7 +55,6 @@ TEST_P(BothPaths, WholeTestFromTheDeviceToTheResult) {
   ChessboardView &right = *script.test()->rightChessView(), &left = *script.test()->chessView();
   EXPECT_EQ(script.window->childAt(30, 100), &right);
   takeEar(script, right, {{"500hz", 30}, {"1000hz", 35}, {"2000hz", 45}, {"4000hz", 65}});
-  EXPECT_EQ(script.alert(), kChangeOver);
   EXPECT_FALSE(script.sounds(10));
   script.click(kReadyForTheOther);
   EXPECT_EQ(script.title(), "左耳测试");
@@ -68,7 +68,10 @@ TEST_P(BothPaths, WholeTestFromTheDeviceToTheResult) {
   const auto sent = nlohmann::json::parse(script.machine.urlSession->requests().back().body);
   EXPECT_EQ(sent["right4000hz"], "65");
   EXPECT_EQ(sent["left125hz"], "-1");
-  script.click("完成");
+  script.machine.audioSession->unplug();  // the screen beneath watches the route in any state
+  script.run(0.1);
+  EXPECT_EQ(script.alert(), kDisconnected);
+  script.click(kIsee);
   script.run();
   EXPECT_EQ(script.title(), "选择设备");
 }
@@ -88,6 +91,20 @@ TEST_P(BothPaths, EndIsAskedForAndTheTestWaitsMeanwhile) {
   expectClosedInSilence();
 }
 
+TEST_P(BothPaths, EndAskedForByTheHostBetweenTheEarsSetsTheFirstOneGoingAgain) {
+  script.startTest(GetParam());
+  takeEar(script, *script.test()->rightChessView(), {{"500hz", 40}, {"1000hz", 40}, {"2000hz", 40}, {"4000hz", 40}});
+  script.test()->showEndAlert();
+  EXPECT_EQ(script.alert(), kEndQuestion);
+  EXPECT_FALSE(script.sounds(10));
+  script.click("取消");
+  EXPECT_EQ(script.alert(), kChangeOver);
+  EXPECT_TRUE(script.sounds(10));
+  script.test()->cancelButtonClicked();
+  script.click(kReadyForTheOther);
+  expectClosedInSilence();
+}
+
 TEST_P(BothPaths, LostDeviceLeadsOnlyToTheEnd) {
   script.openTest(GetParam());
   script.machine.audioSession->setRoute(script.machine.audioSession->currentRoute(), "HeadsetBT", 1);
@@ -104,6 +121,20 @@ TEST_P(BothPaths, LostDeviceLeadsOnlyToTheEnd) {
   EXPECT_EQ(script.alert(), kInstruction);
   script.click(kReady);  // starts no test that has ended
   expectClosedInSilence();
+}
+
+TEST_P(BothPaths, AnotherScreenOverItHaltsTheTestAndHasTheUsersVolume) {
+  script.startTest(GetParam());
+  ASSERT_TRUE(script.sounds(5));
+  script.window->front()->push(ORNTestResultViewController::init());
+  EXPECT_FALSE(script.sounds(30));
+  EXPECT_EQ(script.volume(), kUsersVolume);
+  script.click("‹ 右耳测试");
+  EXPECT_EQ(script.volume(), 1.0F);
+  EXPECT_FALSE(script.sounds(30)) << "nothing lets it go on but the answer to the end's question";
+  script.click("取消");
+  script.click("取消");
+  EXPECT_TRUE(script.sounds(5));
 }
 
 /// A drag in steps that stay within the button, since it follows.
@@ -192,6 +223,30 @@ TEST(TestScreen, WithoutCalibrationSaysSoAndCloses) {
     EXPECT_EQ(script.title(), "选择设备");
     EXPECT_EQ(script.volume(), kUsersVolume);
   }
+}
+
+TEST(TestScreen, WithoutAudiometerThereIsNoSession) {
+  ScreensScript script;
+  script.window->navigation()->setTranslucent(false);
+  const auto screen = ORNHearingTestViewController::initKV50TestByCompletionHandler(
+      [](const std::optional<Error>&) { ADD_FAILURE() << "there is nothing to fetch"; });
+  bool isTold = false;
+  screen->showHearingTestViewControllerByNavigation(script.window->navigation(), "左", {}, "右",
+                                                    [&] { isTold = true; });
+  script.run();
+  EXPECT_EQ(screen->rightChessView()->geometry(), QRect(0, 0, 375, 667)) << "beneath a bar that hides what it covers";
+  script.click(kReady);
+  script.click(script.heardButton());
+  script.click("右");
+  EXPECT_TRUE(isTold);
+  EXPECT_FALSE(script.button("左")) << "the test has a left item of its own";
+  EXPECT_FALSE(script.sounds(6));
+  script.click("取消");
+  script.click("结束测试");
+  script.run();
+  EXPECT_EQ(script.title(), "选择设备");
+  EXPECT_EQ(script.volume(), kUsersVolume);
+  EXPECT_EQ(script.requests(), 0U);
 }
 
 TEST(TestScreen, BoardsTakeTouchesInAManualTestOnly) {

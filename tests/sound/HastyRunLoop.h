@@ -9,9 +9,10 @@ namespace orn {
 
 /// A real run loop on which time passes faster than on the wall, so that a real sound server can be used for a whole
 /// test without its pauses.
-class HastyRunLoop final : public RunLoop {
+template <class RealRunLoop>
+class HastyLoop final : public RunLoop {
  public:
-  explicit HastyRunLoop(int timesReal) : timesReal_(timesReal) {}
+  explicit HastyLoop(int timesReal) : timesReal_(timesReal) {}
 
   /// Runs until a condition holds that the loop's calls bring about, or for that long on the wall. Tells whether it
   /// holds.
@@ -54,8 +55,10 @@ class HastyRunLoop final : public RunLoop {
     int timesReal;
   };
 
-  LinuxRunLoop real_;
+  RealRunLoop real_;
   int timesReal_;
 };
+
+using HastyRunLoop = HastyLoop<LinuxRunLoop>;
 
 }  // namespace orn

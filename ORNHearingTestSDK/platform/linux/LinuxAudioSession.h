@@ -18,8 +18,11 @@ class LinuxAudioSession final : public AudioSession {
   LinuxAudioSession(std::shared_ptr<SoundServer> server, std::weak_ptr<RunLoop> runLoop);
   ~LinuxAudioSession() override;
 
-  /// The server knows neither activation nor categories: whatever plays is active.
-  std::error_code setActive(bool) override { return {}; }
+  /// The server knows neither activation nor categories: whatever plays is active. For the volume a new use begins.
+  std::error_code setActive(bool) override {
+    volumes_.begin();
+    return {};
+  }
   std::error_code setCategory(AudioSessionCategory, std::uint32_t) override { return {}; }
 
   std::optional<std::string> routeText() const override;

@@ -77,9 +77,11 @@ std::error_code OutputVolumes::set(float volume) {
   std::error_code error = std::make_error_code(std::errc::no_such_device);
   {
     const PulseLock lock(server_.connection());
-    if (isOriginal(volume)) {
+    if (putBackAt_ == volume || isOriginal(volume)) {
+      putBackAt_ = volume;
       error = putBack();
     } else if (const SoundOutput* current = state.current()) {
+      putBackAt_.reset();
       error = drive(*current, volume);
     }
   }

@@ -19,9 +19,12 @@ class OutputVolumes {
   OutputVolumes(const OutputVolumes&) = delete;
   OutputVolumes& operator=(const OutputVolumes&) = delete;
 
+  /// Whoever drives the volumes from now on begins anew.
+  void begin() { putBackAt_.reset(); }
+
   /// Drives all channels of the current output to a volume of 0 to 1, unmuted. The value that an output had before it
   /// was driven instead puts back every output that was; one that has gone gets its own back as soon as it appears, and
-  /// no other output is touched in its place.
+  /// no other output is touched in its place. The same value once more changes nothing.
   std::error_code set(float volume);
 
  private:
@@ -40,6 +43,7 @@ class OutputVolumes {
 
   SoundServer& server_;
   std::map<std::string, Original> originals_;  // by sink; guarded by the connection's lock
+  std::optional<float> putBackAt_;             // since the last begin() or driving; main thread
   std::list<SoundServer::StateObserver>::iterator observer_;
 };
 
