@@ -12,7 +12,7 @@ struct Alert {
   QString title;
   QString message;
   QStringList buttons;
-  int cancelButton = -1;  ///< What the escape key stands for; none where negative.
+  int cancelButton = -1;  ///< What the escape key stands for; an only button where negative.
 };
 
 }  // namespace orn

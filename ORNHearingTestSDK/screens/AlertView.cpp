@@ -58,6 +58,7 @@ AlertView::AlertView(const Alert& alert, QWidget* parent)
     : QWidget(parent), card_(new QFrame(this)), cancelButton_(alert.cancelButton) {
   setAccessibleName(alert.title);
   setAccessibleDescription(alert.message);
+  setFocusPolicy(Qt::StrongFocus);
   card_->setObjectName(QStringLiteral("card"));
   card_->setStyleSheet(QStringLiteral("#card { background: white; border-radius: %1px; }").arg(kCornerRadius));
   card_->setFixedWidth(kCardWidth);
@@ -112,10 +113,14 @@ void AlertView::appear() {
   });
 }
 
-/// The harmless button, where there is one: the key may have been meant for what the alert has covered.
+/// A key may have been meant for what the alert has covered, such as a press for a tone: it finds the harmless button,
+/// or none until the tabulator key is used.
 void AlertView::takeFocus() {
-  if (buttons_.empty()) return;
-  (cancelButton_ >= 0 ? buttons_[static_cast<std::size_t>(cancelButton_)] : buttons_.back())->setFocus();
+  if (cancelButton_ >= 0) {
+    buttons_[static_cast<std::size_t>(cancelButton_)]->setFocus();
+  } else {
+    setFocus();
+  }
 }
 
 void AlertView::paintEvent(QPaintEvent* /*event*/) {
@@ -123,7 +128,9 @@ void AlertView::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void AlertView::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && cancelButton_ >= 0) answer(cancelButton_);
+  if (event->key() != Qt::Key_Escape) return;
+  if (cancelButton_ >= 0) return answer(cancelButton_);
+  if (buttons_.size() == 1) answer(0);
 }
 
 void AlertView::mousePressEvent(QMouseEvent* event) { event->accept(); }
@@ -133,7 +140,7 @@ bool AlertView::focusNextPrevChild(bool next) {
   const auto focused = std::find(buttons_.begin(), buttons_.end(), focusWidget());
   if (buttons_.empty()) return true;
   const auto count = static_cast<std::ptrdiff_t>(buttons_.size());
-  const auto at = focused == buttons_.end() ? 0 : focused - buttons_.begin();
+  const auto at = focused == buttons_.end() ? (next ? -1 : 0) : focused - buttons_.begin();
   buttons_[static_cast<std::size_t>((at + (next ? 1 : count - 1)) % count)]->setFocus(Qt::TabFocusReason);
   return true;
 }

@@ -131,6 +131,8 @@ TEST(SelectScreen, KeyboardAloneTakesATestAndEveryControlHasAName) {
   for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}) script.key(key);
   script.run();
   EXPECT_EQ(script.title(), "右耳测试");
+  for (const Qt::Key meantForATone : {Qt::Key_Space, Qt::Key_Return}) script.key(meantForATone);
+  EXPECT_NE(script.alert(), "");
   script.key(Qt::Key_Tab);  // to nothing but the alert's button
   script.key(Qt::Key_Return);
   EXPECT_EQ(script.alert(), "");
