@@ -1,7 +1,7 @@
 # Two commands do everything: `make run` and `make test`. Both install what they need first.
 # PRESET picks one of release, dev, asan, tsan for `make test`.
 PRESET ?= release
-# How long `make fuzz` runs each fuzzer.
+# How long `make fuzz` runs each fuzzer; FUZZ_RUNS, if given, is how often in place of it.
 FUZZ_SECONDS ?= 60
 
 .PHONY: run test bench fuzz format clean bootstrap
@@ -29,7 +29,7 @@ bench: bootstrap
 
 fuzz:
 	@scripts/bootstrap.sh fuzz
-	@scripts/fuzz.sh $(FUZZ_SECONDS)
+	@scripts/fuzz.sh $(if $(FUZZ_RUNS),-runs=$(FUZZ_RUNS),-max_total_time=$(FUZZ_SECONDS))
 
 format:
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i
