@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what the project needs on Debian 12: tools, libraries, and what its tests run against; with "fuzz", also the
-# compiler of the fuzzers.
+# compiler of the fuzzers, and with "bench" the programs and the library that the benchmarks are held against.
 set -euo pipefail
 
 packages=(
@@ -12,12 +12,15 @@ packages=(
   libcli11-dev libmicrohttpd-dev libsqlite3-dev
   # the screens and their images
   fonts-wqy-microhei librsvg2-bin qt6-base-dev
-  # tests and benchmarks
-  libbenchmark-dev libgmock-dev libgtest-dev
+  # tests
+  libgmock-dev libgtest-dev
   # sound servers for the tests
   dbus pipewire-pulse pulseaudio pulseaudio-utils wireplumber
 )
-[ "${1-}" != fuzz ] || packages+=(clang-14 libclang-rt-14-dev)
+case ${1-} in
+  fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
+  bench) packages+=(gstreamer1.0-plugins-base gstreamer1.0-tools libstk-dev sox) ;;
+esac
 
 missing=()
 for package in "${packages[@]}"; do
