@@ -1,10 +1,9 @@
-// The application's start to its first complete frame, against a process with an empty window; a long history until it
-// shows, against the parsing of its JSON alone; and the painting of one of its rows.
-
-#include <benchmark/benchmark.h>
+// The application's start to its first complete frame, beside a process with an empty window; a long history until it
+// shows, beside the parsing of its JSON alone; and the painting of one of its rows, beside an empty one of its size.
 
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -19,31 +18,24 @@
 #include <ORNHearingTestSDK/screens/NavigationWindow.h>
 #include <ORNHearingTestSDK/screens/ORNTestHistoryViewController.h>
 
+#include "benchmarks/Comparison.h"
+
 namespace {
 
 using namespace orn;
-using Clock = std::chrono::steady_clock;
+using namespace orn::bench;
 
 /// From the start of the process to the line by which it says that its frame is complete.
-void start(benchmark::State& state, const std::string& command) {
-  for (auto _ : state) {
-    const auto begin = Clock::now();
-    FILE* output = popen(command.c_str(), "r");
-    std::array<char, 16> line{};
-    const bool isShown = output && std::fgets(line.data(), line.size(), output);
-    state.SetIterationTime(std::chrono::duration<double>(Clock::now() - begin).count());
-    if (output) pclose(output);
-    if (!isShown) return state.SkipWithError("no frame came");
-  }
+double start(const std::string& command) {
+  FILE* output = nullptr;
+  std::array<char, 16> line{};
+  const double time = wallSeconds([&] {
+    output = popen(command.c_str(), "r");
+    if (output && !std::fgets(line.data(), line.size(), output)) line[0] = 0;
+  });
+  if (output) pclose(output);
+  return line[0] ? time : NAN;
 }
-
-void emptyWindowStart(benchmark::State& state) { start(state, ORN_EMPTY_WINDOW " 2>&-"); }
-BENCHMARK(emptyWindowStart)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20);
-
-void applicationStart(benchmark::State& state) {
-  start(state, ORN_HEARING_APP " --simulate --end-at-first-frame 2>&-");
-}
-BENCHMARK(applicationStart)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20);
 
 constexpr int kTests = 10'000;
 
@@ -68,11 +60,6 @@ const std::string& historyReply() {
   }();
   return reply;
 }
-
-void historyJsonAlone(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(nlohmann::json::parse(historyReply()));
-}
-BENCHMARK(historyJsonAlone)->Unit(benchmark::kMillisecond);
 
 /// A machine whose service has the long history.
 struct Machine {
@@ -102,40 +89,42 @@ struct Machine {
 };
 
 /// From the tap to the frame with its first rows.
-void historyShown(benchmark::State& state) {
-  Machine machine;
-  for (auto _ : state) {
-    state.PauseTiming();
-    auto window = std::make_unique<NavigationWindow>();
-    state.ResumeTiming();
-    auto screen = machine.show(*window);
-    benchmark::DoNotOptimize(window->grab());
-    state.PauseTiming();
-    if (!screen->tableView()->cellForRow({0, 0})) state.SkipWithError("no row shows");
-    screen.reset();
-    window.reset();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    state.ResumeTiming();
-  }
+double showHistory(Machine& machine) {
+  NavigationWindow window;
+  bool isShown = false;
+  const double time = wallSeconds([&] {
+    const auto screen = machine.show(window);
+    window.grab();
+    isShown = screen->tableView()->cellForRow({0, 0});
+  });
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  return isShown ? time : NAN;
 }
-BENCHMARK(historyShown)->Unit(benchmark::kMillisecond);
 
-void historyRowPainted(benchmark::State& state) {
-  Machine machine;
+void compareRow(Machine& machine) {
   NavigationWindow window;
   const auto screen = machine.show(window);
   TableCell* cell = screen->tableView()->cellForRow({0, 0});
-  if (!cell) return state.SkipWithError("no row shows");
+  if (!cell) return;
   QImage image(cell->size(), QImage::Format_RGB32);
-  for (auto _ : state) cell->render(&image);
+  QWidget empty;
+  empty.resize(cell->size());
+  compare(often("row of the history, painted", [&] { cell->render(&image); }),
+          often("an empty widget of its size", [&] { empty.render(&image); }));
 }
-BENCHMARK(historyRowPainted)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 
 int main(int argc, char** argv) {
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
+  compare({"start of hearing-app to its first frame",
+           [] { return start(ORN_HEARING_APP " --simulate --end-at-first-frame 2>&-"); }},
+          {"start of an empty window", [] { return start(ORN_EMPTY_WINDOW " 2>&-"); }}, 15);
+  Machine machine;
+  compare(
+      {"history of 10000 tests until it shows", [&] { return showHistory(machine); }},
+      {"its JSON alone", [] { return wallSeconds([] { keep(nlohmann::json::parse(historyReply()).type_name()); }); }},
+      9);
+  compareRow(machine);
 }

@@ -1,7 +1,5 @@
-// One redraw of a board, against as many bare lines and texts and one image by the same painter, and a step of the
-// moving mark on a large board, as the widget takes it.
-
-#include <benchmark/benchmark.h>
+// One redraw of a board, beside as many bare lines and texts and one image by the same painter; and a step of the
+// moving mark on a large board, as the widget takes it, beside a repaint of that board.
 
 #include <cstdlib>
 #include <memory>
@@ -15,9 +13,12 @@
 #include <ORNHearingTestSDK/screens/ChessboardView.h>
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
 
+#include "benchmarks/Comparison.h"
+
 namespace {
 
 using namespace orn;
+using namespace orn::bench;
 
 const std::vector<std::string> kFrequencies{"500hz", "1000hz", "2000hz", "4000hz"};
 
@@ -34,58 +35,50 @@ std::unique_ptr<ChessboardView> testBoard(QSize size) {
 
 QImage canvas(QSize size) { return QImage(size, QImage::Format_ARGB32_Premultiplied); }
 
-void redraw(benchmark::State& state, ChessboardBase& board) {
-  QImage image = canvas(board.size());
-  QPainter painter(&image);
-  for (auto _ : state) board.drawRect(painter);
+/// One result of both ears, and what gives it, which a board does not hold.
+struct ResultBoard {
+  explicit ResultBoard(QSize size) {
+    view.resize(size);
+    view.setHzs(kFrequencies);
+    data->countOfSection = [](auto&) { return 1; };
+    data->pointAtHz = [](auto&, auto&, std::int32_t column, bool isLeft, auto) {
+      return QPointF(column, column + (isLeft ? 5 : 7));
+    };
+    view.setDatasouce(data);
+  }
+
+  ChessboardResultView view;
+  std::shared_ptr<ChessboardResultViewDataSouce> data = std::make_shared<ChessboardResultViewDataSouce>();
+};
+
+/// What a board is made of, and nothing more: so many lines and texts, an image.
+void drawBare(QPainter& painter, const QImage& watermark, int lines, int texts) {
+  painter.drawImage(95, 253, watermark);
+  for (int i = 0; i < lines; ++i) painter.drawLine(54, 55 + 20 * i, 321, 55 + 20 * i);
+  for (int i = 0; i < texts; ++i) painter.drawText(QRectF(0, 20 * i, 47, 20), Qt::AlignRight, "120");
 }
 
-void testBoardRedraw(benchmark::State& state) { redraw(state, *testBoard({375, 667})); }
-BENCHMARK(testBoardRedraw)->Unit(benchmark::kMicrosecond);
-
-void resultBoardRedraw(benchmark::State& state) {
-  ChessboardResultView board;
-  board.resize(375, 667);
-  board.setHzs(kFrequencies);
-  const auto data = std::make_shared<ChessboardResultViewDataSouce>();
-  data->countOfSection = [](auto&) { return 1; };
-  data->pointAtHz = [](auto&, auto&, std::int32_t column, bool isLeft, auto) {
-    return QPointF(column, column + (isLeft ? 5 : 7));
-  };
-  board.setDatasouce(data);
-  redraw(state, board);
-}
-BENCHMARK(resultBoardRedraw)->Unit(benchmark::kMicrosecond);
-
-/// What a board is made of, and nothing more: `lines` lines, `texts` texts, an image.
-void bareDrawing(benchmark::State& state, int lines, int texts) {
-  QImage image = canvas({375, 667});
-  QImage watermark = canvas({183, 160});
+void compareRedraw(const std::string& name, ChessboardBase& board, int lines, int texts) {
+  QImage image = canvas(board.size()), bareImage = canvas(board.size()), watermark = canvas({183, 160});
   watermark.fill(QColor(47, 183, 145, 33));
-  QPainter painter(&image);
-  painter.setFont(ORNScreenUtils::systemFontOfSize(10));
-  for (auto _ : state) {
-    painter.drawImage(95, 253, watermark);
-    for (int i = 0; i < lines; ++i) painter.drawLine(54, 55 + 20 * i, 321, 55 + 20 * i);
-    for (int i = 0; i < texts; ++i) painter.drawText(QRectF(0, 20 * i, 47, 20), Qt::AlignRight, "120");
-  }
+  QPainter painter(&image), barePainter(&bareImage);
+  barePainter.setFont(ORNScreenUtils::systemFontOfSize(10));
+  compare(often(name, [&] { board.drawRect(painter); }),
+          often("its lines, texts and image alone", [&] { drawBare(barePainter, watermark, lines, texts); }));
 }
-// 16 or 27 rows and 4 columns, and two lines a cross or one circle a threshold, with three to join them.
-BENCHMARK_CAPTURE(bareDrawing, asOnATestBoard, 20 + 4 + 3, 4 + 16 + 1)->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(bareDrawing, asOnAResultBoard, 31 + 12 + 6, 4 + 14 + 1 + 2)->Unit(benchmark::kMicrosecond);
 
-void movingTheMark(benchmark::State& state) {
-  ChessboardView board;
-  board.resize(1080, 2160);
-  board.setHzs(kFrequencies);
-  board.show();
+void compareMovingTheMark() {
+  const auto board = testBoard({1080, 2160});
+  board->show();
+  QApplication::processEvents();  // else nothing is painted yet
   bool isUp = false;
-  for (auto _ : state) {
-    board.drawTestAtHz("1000hz", (isUp = !isUp) ? "40db" : "50db");
-    QApplication::processEvents();
-  }
+  compare(often("moving the mark, 1080 x 2160",
+                [&] {
+                  board->drawTestAtHz("1000hz", (isUp = !isUp) ? "40db" : "50db");
+                  QApplication::processEvents();
+                }),
+          often("a repaint of that board", [&] { board->repaint(); }));
 }
-BENCHMARK(movingTheMark)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
@@ -94,7 +87,10 @@ int main(int argc, char** argv) {
   const QApplication application(argc, argv);
   const orn::SimulatedPlatform machine;
   orn::Platform::setCurrent(machine.platform());
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
+  // 16 or 27 rows and 4 columns, and two lines a cross or one circle a threshold, with three to join them.
+  compareRedraw("board of a test", *testBoard({375, 667}), 20 + 4 + 3, 4 + 16 + 1);
+  ResultBoard result({375, 667});
+  compareRedraw("board of a result", result.view, 31 + 12 + 6, 4 + 14 + 1 + 2);
+  compareMovingTheMark();
   orn::Platform::clearCurrent();
 }

@@ -1,25 +1,23 @@
-#include <cstdint>
+// The replies of the service, read, beside the parsing of their JSON alone.
+
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <benchmark/benchmark.h>
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/calibration/LevelCipher.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 #include <ORNHearingTestSDK/results/ORNListenTest.h>
 
+#include "benchmarks/Comparison.h"
+
 namespace {
 
+using namespace orn::bench;
 using nlohmann::json;
 
 const std::vector<std::string> kHzs{"125", "250", "500", "1000", "2000", "4000", "8000"};
-
-void countBytes(benchmark::State& state, const std::string& text) {
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * static_cast<std::int64_t>(text.size()));
-}
 
 /// Five records with seven enciphered values each.
 std::string calibrationReply() {
@@ -33,24 +31,6 @@ std::string calibrationReply() {
     records.push_back(std::move(record));
   }
   return json{{"rspCode", 0}, {"rspDesc", "ok"}, {"deviceVolumeIOS", std::move(records)}}.dump();
-}
-
-// The yardstick: what it takes only to parse the text.
-void calibrationJsonAlone(benchmark::State& state) {
-  const std::string text = calibrationReply();
-  for (auto _ : state) benchmark::DoNotOptimize(json::parse(text));
-  countBytes(state, text);
-}
-
-void calibrationReplyRead(benchmark::State& state) {
-  const std::string text = calibrationReply();
-  for (auto _ : state) benchmark::DoNotOptimize(orn::ORNDeviceCorrect::parse(text));
-  countBytes(state, text);
-}
-
-void levelDeciphered(benchmark::State& state) {
-  const std::string level = orn::encipheredLevel("-70.25");
-  for (auto _ : state) benchmark::DoNotOptimize(orn::decipheredLevel(level));
 }
 
 /// A history with as many tests, each with every field that a service fills.
@@ -79,29 +59,27 @@ std::string historyReply(int count) {
   return json{{"rspCode", 0}, {"listenTests", std::move(tests)}}.dump();
 }
 
-void historyRead(benchmark::State& state) {
-  const std::string text = historyReply(static_cast<int>(state.range(0)));
-  for (auto _ : state) {
-    const json reply = json::parse(text);
-    std::vector<std::shared_ptr<orn::ORNListenTest>> tests;
-    for (const json& one : reply.at("listenTests")) {
-      tests.push_back(orn::ORNListenTest::modelObjectWithDictionary(one));
-    }
-    benchmark::DoNotOptimize(tests.data());
+void readHistory(const std::string& text) {
+  const json reply = json::parse(text);
+  std::vector<std::shared_ptr<orn::ORNListenTest>> tests;
+  for (const json& one : reply.at("listenTests")) {
+    tests.push_back(orn::ORNListenTest::modelObjectWithDictionary(one));
   }
-  countBytes(state, text);
+  keep(tests.data());
 }
 
-void historyJsonAlone(benchmark::State& state) {
-  const std::string text = historyReply(static_cast<int>(state.range(0)));
-  for (auto _ : state) benchmark::DoNotOptimize(json::parse(text));
-  countBytes(state, text);
+void parseAlone(const std::string& text) {
+  const json reply = json::parse(text);
+  keep(&reply);
 }
-
-BENCHMARK(calibrationJsonAlone);
-BENCHMARK(calibrationReplyRead);
-BENCHMARK(levelDeciphered);
-BENCHMARK(historyJsonAlone)->Arg(10'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(historyRead)->Arg(10'000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+int main() {
+  const std::string calibration = calibrationReply();
+  compare(often("calibration reply", [&] { keep(orn::ORNDeviceCorrect::parse(calibration).get()); }),
+          often("its JSON alone", [&] { parseAlone(calibration); }));
+  const std::string history = historyReply(10'000);
+  compare(often("history of 10000 tests", [&] { readHistory(history); }),
+          often("its JSON alone", [&] { parseAlone(history); }), 9);
+}

@@ -1,16 +1,11 @@
-// What a minute of the tone stream costs through a real sound server beside the server's own player of the same
-// samples, whether it has a gap while all processors are busy, and how soon a change of tone is heard and a lost device
-// is told of.
-
-#include <benchmark/benchmark.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
+// What the tone stream costs through a real sound server beside the server's own player of the same samples, whether it
+// has a gap while all processors are busy, and how soon a change of tone is heard and a lost device is told of.
 
 #include <atomic>
 #include <chrono>
-#include <cstring>
+#include <cmath>
 #include <fstream>
+#include <future>
 #include <thread>
 #include <vector>
 
@@ -19,6 +14,8 @@
 #include <ORNHearingTestSDK/platform/linux/LinuxPlatform.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxRunLoop.h>
 
+#include "benchmarks/ChildProcess.h"
+#include "benchmarks/Comparison.h"
 #include "simulation/OutputMonitor.h"
 #include "sound/TestSoundServer.h"
 
@@ -28,19 +25,9 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto kStretch = 60s;
+constexpr auto kStretch = 20s;
 constexpr std::size_t kBlock = 3840;
 const AudioStreamBasicDescription kFormat{48000, kAudioFormatLinearPCM, 12, 2, 1, 2, 1, 16, 0};
-
-double seconds(const timeval& time) {
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-}
-
-double processorTime(int who) {
-  rusage usage{};
-  getrusage(who, &usage);
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
 
 /// A queue that is fed by a function of the block's number.
 class Stream {
@@ -67,50 +54,42 @@ void steadyTone(std::int16_t* block) {
   for (std::size_t i = 0; i < kBlock; ++i) block[i] = static_cast<std::int16_t>(i % 48 < 24 ? 12000 : -12000);
 }
 
-double timeOfOurStream(const TestSoundServer& server) {
-  const LinuxSound sound = linuxSound(std::make_shared<LinuxRunLoop>(), "benchmark", server.address());
-  const double before = processorTime(RUSAGE_SELF);
-  {
-    const Stream stream(*sound.output, steadyTone);
-    std::this_thread::sleep_for(kStretch);
-  }
-  return processorTime(RUSAGE_SELF) - before;
+std::string fileOfTone(const TestSoundServer& server) {
+  std::string file = server.folder() + "/samples";
+  std::ofstream stream(file, std::ios::binary);
+  std::vector<std::int16_t> block(kBlock);
+  steadyTone(block.data());
+  for (int i = 0; i < kStretch / 80ms; ++i) stream.write(reinterpret_cast<const char*>(block.data()), 2 * kBlock);
+  return file;
 }
 
-double timeOfServersPlayer(const TestSoundServer& server) {
-  const std::string file = server.folder() + "/samples";
-  {
-    std::ofstream stream(file, std::ios::binary);
-    std::vector<std::int16_t> block(kBlock);
-    steadyTone(block.data());
-    for (int i = 0; i < kStretch / 80ms; ++i) stream.write(reinterpret_cast<const char*>(block.data()), 2 * kBlock);
-  }
-  const double before = processorTime(RUSAGE_CHILDREN);
-  const pid_t child = fork();
-  if (child == 0) {
-    execlp("pacat", "pacat", "--playback", "--raw", "--rate=48000", "--format=s16le", "--channels=1",
-           ("--server=" + server.address()).c_str(), file.c_str(), nullptr);
-    _exit(127);
-  }
-  waitpid(child, nullptr, 0);
-  return processorTime(RUSAGE_CHILDREN) - before;
-}
-
-void BM_MinuteOfStreamAgainstServersPlayer(benchmark::State& state) {
+/// Both at the same time, so that the server gives both the same turns.
+void compareWithServersPlayer() {
   TestSoundServer server(ServerKind::PulseAudio);
   server.addAudiometer();
-  double ours = 0, theirs = 0;
-  for (auto _ : state) {
-    ours += timeOfOurStream(server);
-    theirs += timeOfServersPlayer(server);
-  }
-  state.counters["ours_s"] = ours;
-  state.counters["theirs_s"] = theirs;
-  state.counters["ratio"] = ours / theirs;
+  const LinuxSound sound = linuxSound(std::make_shared<LinuxRunLoop>(), "benchmark", server.address());
+  const std::vector<std::string> command{"pacat",
+                                         "--playback",
+                                         "--raw",
+                                         "--rate=48000",
+                                         "--format=s16le",
+                                         "--channels=1",
+                                         "--server=" + server.address(),
+                                         fileOfTone(server)};
+  std::future<std::optional<double>> theirs;
+  const auto ours = [&] {
+    theirs = std::async(std::launch::async, [&] { return bench::processorSecondsOf(command); });
+    return bench::processorSeconds([&] {
+      const Stream stream(*sound.output, steadyTone);
+      std::this_thread::sleep_for(kStretch);
+    });
+  };
+  bench::compare({"20 s of the stream on a sound server", ours},
+                 {"the same by pacat", [&] { return theirs.get().value_or(NAN); }}, 3);
 }
-BENCHMARK(BM_MinuteOfStreamAgainstServersPlayer)->Iterations(1)->UseRealTime()->Unit(benchmark::kSecond);
 
-void BM_GapsInAMinuteWithAllProcessorsBusy(benchmark::State& state) {
+/// Counts what is zero in the output while every processor has something else to do.
+void countGaps() {
   TestSoundServer server(ServerKind::PulseAudio);
   server.addAudiometer();
   const LinuxSound sound = linuxSound(std::make_shared<LinuxRunLoop>(), "benchmark", server.address());
@@ -118,11 +97,11 @@ void BM_GapsInAMinuteWithAllProcessorsBusy(benchmark::State& state) {
   std::vector<std::jthread> load;
   for (unsigned i = 0; i < std::thread::hardware_concurrency(); ++i) {
     load.emplace_back([&isOver] {
-      while (!isOver) benchmark::ClobberMemory();
+      while (!isOver) bench::keep(&isOver);
     });
   }
   std::atomic<std::int64_t> gaps = 0, frames = 0;
-  for (auto _ : state) {
+  {
     const Stream stream(*sound.output, steadyTone);
     std::this_thread::sleep_for(500ms);
     const simulation::OutputMonitor monitor(server.address(), "audiometer.monitor", [&](auto samples) {
@@ -132,12 +111,11 @@ void BM_GapsInAMinuteWithAllProcessorsBusy(benchmark::State& state) {
     std::this_thread::sleep_for(kStretch);
   }
   isOver = true;
-  state.counters["silent_frames"] = static_cast<double>(gaps);
-  state.counters["frames"] = static_cast<double>(frames);
+  bench::printLine("silent frames, all processors busy", std::to_string(gaps), "frames played", std::to_string(frames),
+                   static_cast<double>(gaps) / static_cast<double>(frames));
 }
-BENCHMARK(BM_GapsInAMinuteWithAllProcessorsBusy)->Iterations(1)->UseRealTime()->Unit(benchmark::kSecond);
 
-void BM_ChangeOfToneUntilItIsHeard(benchmark::State& state) {
+void timeChangesOfTone() {
   TestSoundServer server(ServerKind::PulseAudio);
   server.addAudiometer();
   const LinuxSound sound = linuxSound(std::make_shared<LinuxRunLoop>(), "benchmark", server.address());
@@ -152,38 +130,43 @@ void BM_ChangeOfToneUntilItIsHeard(benchmark::State& state) {
       heardAt = Clock::now().time_since_epoch().count();
     }
   });
-  double longest = 0;
-  for (auto _ : state) {
+  const auto untilHeard = [&] {
     while (heard != sign) std::this_thread::sleep_for(1ms);
     std::this_thread::sleep_for(133ms);  // another place in the block each time
     const auto changed = Clock::now();
     sign = -sign;
     while (heard != sign) std::this_thread::sleep_for(1ms);
-    const double time = std::chrono::duration<double>(Clock::duration(heardAt) - changed.time_since_epoch()).count();
-    state.SetIterationTime(time);
-    longest = std::max(longest, time);
-  }
-  state.counters["longest_s"] = longest;
+    return std::chrono::duration<double>(Clock::duration(heardAt) - changed.time_since_epoch()).count();
+  };
+  bench::compare({"change of tone until it is heard", untilHeard}, {"three blocks", [] { return 0.24; }}, 31);
 }
-BENCHMARK(BM_ChangeOfToneUntilItIsHeard)->Iterations(40)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-void BM_UnpluggingUntilItIsTold(benchmark::State& state) {
+/// A device is removed by a process of its own, whose start counts on both sides.
+void timeUnplugging() {
   TestSoundServer server(ServerKind::PulseAudio);
   const auto loop = std::make_shared<LinuxRunLoop>();
   const LinuxSound sound = linuxSound(loop, "benchmark", server.address());
   const auto observer = std::make_shared<AudioSessionObserver>();
   observer->routeChange = [&](std::int32_t) { loop->stop(); };
   sound.session->addObserver(observer);
-  for (auto _ : state) {
+  const auto untilTold = [&] {
     const std::string module = server.addAudiometer();
     loop->run();  // until it is told of
-    const auto begin = Clock::now();
-    server.remove(module);  // by a process of its own, whose start counts here
-    loop->run();
-    state.SetIterationTime(std::chrono::duration<double>(Clock::now() - begin).count());
-  }
+    return bench::wallSeconds([&] {
+      server.remove(module);
+      loop->run();
+    });
+  };
+  bench::compare({"unplugging until it is told", untilTold},
+                 {"a pactl that asks the server", [&] { return bench::wallSeconds([&] { server.control("info"); }); }});
 }
-BENCHMARK(BM_UnpluggingUntilItIsTold)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace orn
+
+int main() {
+  orn::compareWithServersPlayer();
+  orn::countGaps();
+  orn::timeChangesOfTone();
+  orn::timeUnplugging();
+}

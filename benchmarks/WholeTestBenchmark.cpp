@@ -1,18 +1,25 @@
-// A whole automatic test of both ears in virtual time, every sample made and measured: how many times real time it
-// runs, and how much memory it takes beyond the process's own start.
+// A whole automatic test of both ears in virtual time, every sample made and measured: beside the time that it
+// simulates, and beside a naive oscillator that makes as many samples; and the memory that it takes beyond the
+// process's own start, beside those samples.
 
-#include <benchmark/benchmark.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
 #include <string>
 
+#include "benchmarks/Comparison.h"
+#include "benchmarks/NaiveOscillator.h"
 #include "simulation/SampleCalibration.h"
 #include "simulation/SimulatedTest.h"
 
 namespace {
 
+using namespace orn::bench;
 using namespace orn::simulation;
+
+constexpr int kPairs = 15;
+constexpr double kMiB = 1 << 20;
 
 double residentMiB() {
   long pages = 0, resident = 0;
@@ -20,24 +27,47 @@ double residentMiB() {
     if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2) resident = 0;
     std::fclose(file);
   }
-  return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1 << 20);
+  return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE)) / kMiB;
 }
 
 const double atStart = residentMiB();
 
-void wholeTest(benchmark::State& state, OutputPath path) {
+std::string mebibytes(double size) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.3g MiB", size);
+  return text;
+}
+
+void oscillate(double seconds) {
+  NaiveOscillator oscillator(1000);
+  std::array<std::int16_t, 3840> block{};
+  for (double made = 0; made < seconds; made += 0.08) {
+    oscillator.fill(block);
+    keep(block.data());
+  }
+}
+
+void measure(OutputPath path, const std::string& name) {
   TestPlan plan;
   plan.path = path;
   plan.calibrationReply =
       std::string(path == OutputPath::Audiometer ? sampleAudiometerReply() : sampleEarphonesReply());
   plan.listener.left = {{1000, 20}, {2000, 27.5}, {4000, 88}, {500, 17}};
   plan.listener.right = {{1000, 35}, {2000, 42.5}, {4000, 61}, {500, 30}};
-  double simulated = 0;
-  for (auto _ : state) simulated += runSimulatedTest(plan).simulatedSeconds;
-  state.counters["times_real_time"] = benchmark::Counter(simulated, benchmark::Counter::kIsRate);
-  state.counters["MiB_beyond_start"] = residentMiB() - atStart;
+  const double simulated = runSimulatedTest(plan).simulatedSeconds;
+  const double memory = residentMiB() - atStart;
+  const double samples = simulated * 48000 * 2 * 2 / kMiB;
+  const std::string work = "whole test, " + name;
+  const auto test = [&] { return processorSeconds([&] { runSimulatedTest(plan); }); };
+  compare({work, test}, {"the time that it simulates", [&] { return simulated; }}, kPairs);
+  compare({work, test}, {"as long a tone by sinf", [&] { return processorSeconds([&] { oscillate(simulated); }); }},
+          kPairs);
+  printLine("memory of the test, " + name, mebibytes(memory), "its samples", mebibytes(samples), memory / samples);
 }
-BENCHMARK_CAPTURE(wholeTest, audiometer, OutputPath::Audiometer)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(wholeTest, earphones, OutputPath::Earphones)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+int main() {
+  measure(OutputPath::Audiometer, "audiometer");
+  measure(OutputPath::Earphones, "earphones");
+}

@@ -32,9 +32,10 @@ void readLevels(const ORNDeviceCorrect& reply) {
   }
 }
 
-std::string formed(FuzzedDataProvider& data) {
+/// Three records, as many as have a role.
+nlohmann::json formed(FuzzedDataProvider& data) {
   nlohmann::json records = nlohmann::json::array();
-  while (data.remaining_bytes() > 0 && records.size() < 8) {
+  while (data.remaining_bytes() > 0 && records.size() < 3) {
     nlohmann::json record{{"base", data.ConsumeBool()}, {"batch", data.ConsumeIntegral<std::int64_t>()}};
     record["ear"] = data.ConsumeIntegralInRange(0, 3);
     record["earplug_model"] = std::to_string(data.ConsumeIntegralInRange(0, 3));
@@ -43,7 +44,7 @@ std::string formed(FuzzedDataProvider& data) {
     }
     records.push_back(std::move(record));
   }
-  return nlohmann::json{{"rspCode", 0}, {"deviceVolumeIOS", std::move(records)}}.dump();
+  return {{"rspCode", 0}, {"deviceVolumeIOS", std::move(records)}};
 }
 
 }  // namespace
@@ -52,8 +53,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   FuzzedDataProvider data(bytes, size);
   const bool isFormed = size > 0 && bytes[0] == 'F';
   if (isFormed) data.ConsumeIntegral<std::uint8_t>();
-  const std::string text = isFormed ? formed(data) : data.ConsumeRemainingBytesAsString();
-  const auto reply = ORNDeviceCorrect::parse(text);
+  const auto reply = isFormed ? ORNDeviceCorrect::initWithDictionary(formed(data))
+                              : ORNDeviceCorrect::parse(data.ConsumeRemainingBytesAsString());
+  if (!reply->deviceVolumeIOS()) return 0;
   readLevels(*reply);
   // Its own dictionary is deciphered, so reading it again is another reply, but never a crash.
   readLevels(*ORNDeviceCorrect::initWithDictionary(reply->toDictionary()));

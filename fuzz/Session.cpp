@@ -14,25 +14,11 @@
 
 #include "fuzz/Expect.h"
 #include "fuzz/FuzzMachine.h"
+#include "tests/engine/RememberingPlayer.h"
 
 namespace {
 
 using namespace orn;
-
-class SilentPlayer final : public AudioPlayer {
- public:
-  void setNumberOfLoops(int) override {}
-  std::error_code prepareToPlay() override { return {}; }
-  void setPan(float pan) override { pan_ = pan; }
-  void setVolume(float volume) override { volume_ = volume; }
-  float pan() const override { return pan_; }
-  float volume() const override { return volume_; }
-  std::error_code play() override { return {}; }
-  void stop() override {}
-
- private:
-  float pan_ = 0, volume_ = 1;
-};
 
 /// Plays nothing, so that the time is spent in the session; the stream is pulled by the fuzzer.
 class SilentOutput final : public AudioOutput {
@@ -41,10 +27,10 @@ class SilentOutput final : public AudioOutput {
     return nullptr;
   }
   std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string&) override {
-    return std::make_unique<SilentPlayer>();
+    return std::make_unique<RememberingPlayer>();
   }
   std::unique_ptr<AudioPlayer> playerWithData(std::span<const std::uint8_t>) override {
-    return std::make_unique<SilentPlayer>();
+    return std::make_unique<RememberingPlayer>();
   }
 };
 

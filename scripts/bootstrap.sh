@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what the project needs on Debian 12: tools, libraries, and what its tests run against; with a word, also what
-# only that needs: the other compiler, the fuzzers, the Debian packages, the reference.
+# only that needs: the other compiler, the fuzzers, the benchmarks' peers, the Debian packages, the reference.
 set -euo pipefail
 
 packages=(
@@ -12,14 +12,15 @@ packages=(
   libcli11-dev libmicrohttpd-dev libsqlite3-dev
   # the screens and their images
   fonts-wqy-microhei librsvg2-bin qt6-base-dev
-  # tests and benchmarks
-  libbenchmark-dev libgmock-dev libgtest-dev
+  # tests
+  libgmock-dev libgtest-dev
   # sound servers for the tests
   dbus pipewire-pulse pulseaudio pulseaudio-utils wireplumber
 )
 case "${1-}" in
   clang) packages+=(clang-14) ;;
   fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
+  bench) packages+=(gstreamer1.0-plugins-base gstreamer1.0-tools libstk-dev sox) ;;
   deb) packages+=(desktop-file-utils dpkg-dev file) ;;
   docs) packages+=(doxygen) ;;
 esac

@@ -1,16 +1,20 @@
 #!/usr/bin/env bash
-# Runs every fuzzer for so many seconds, 60 if not said, as many at once as there are cores, and prints how often each
-# was executed. New inputs are kept under build/fuzz and are where the next run goes on; one that finds a fault is
-# written beside them, and its path printed.
+# Runs every fuzzer up to a limit of libFuzzer's, -max_total_time=60 if not said, or the ones named after it, as many
+# at once as there are cores or FUZZ_JOBS says, and prints how often each was executed. New inputs are kept under
+# build/fuzz and are where the next run goes on; one that finds a fault is written beside them, and its path printed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-seconds=${1:-60}
+limit=${1:--max_total_time=60}
+names=("${@:2}")
+[ "${#names[@]}" -gt 0 ] || names=(fuzz/corpus/*)
 
 scripts/build.sh fuzz fuzzers
+# Little is kept of what is freed and of who asked for it; a fault's own file, run again without this, tells all.
+export ASAN_OPTIONS=malloc_context_size=3:quarantine_size_mb=8
 fuzz_one() {
-  local name=$1 seconds=$2 work=build/fuzz/runs/$1
+  local name=$1 limit=$2 work=build/fuzz/runs/$1
   mkdir -p "$work/corpus"
-  if ! "build/fuzz/fuzzers/$name" -max_total_time="$seconds" -timeout=60 -rss_limit_mb=2048 -max_len=4096 \
+  if ! "build/fuzz/fuzzers/$name" "$limit" -timeout=60 -rss_limit_mb=2048 -max_len=1024 -entropic=0 \
     -print_final_stats=1 -dict=fuzz/json.dict -artifact_prefix="$work/" "$work/corpus" "fuzz/corpus/$name" \
     > "$work/log" 2>&1; then
     echo "$name: a fault; see $work/log"
@@ -22,4 +26,4 @@ fuzz_one() {
     END {printf "%-20s %9d executions, %6d a second, %5d places reached\n", name, n, rate, covered}' "$work/log"
 }
 export -f fuzz_one
-ls fuzz/corpus | xargs -P "$(nproc)" -I{} bash -c 'fuzz_one "$@"' _ {} "$seconds"
+printf '%s\n' "${names[@]##*/}" | xargs -P "${FUZZ_JOBS:-$(nproc)}" -I{} bash -c 'fuzz_one "$@"' _ {} "$limit"

@@ -20,6 +20,8 @@ using simulation::OutputPath;
 using simulation::TestRun;
 
 constexpr std::chrono::seconds kRestBetweenEars{2};
+constexpr std::chrono::milliseconds kPulse{250};
+constexpr std::chrono::seconds kLongestHoldUp{2};  // half of the shortest tone
 
 std::string earName(bool isLeft) { return isLeft ? "left" : "right"; }
 
@@ -51,6 +53,7 @@ RealTest::RealTest(RealTestPlan plan, TerminalInput& input)
 
 RealTest::~RealTest() {
   input_.onKey = input_.onInterrupt = nullptr;
+  if (pulse_) pulse_->invalidate();
   monitor_.reset();
   ORNSystemVolumeManager::reStoreSystemVolume();
 }
@@ -83,6 +86,7 @@ void RealTest::begin(const ConnectedDevice& device, std::function<void()> finish
   const auto start = [this] {
     if (run_->isOver()) return;
     if (plan_.listener) letListenerHear();
+    watchForHoldUps();
     startEarWhenReady(false);
   };
   if (plan_.calibrationReply.empty()) {
@@ -101,6 +105,16 @@ void RealTest::letListenerHear() {
     loop->dispatchAsync([run, heard = std::vector(samples.begin(), samples.end())] {
       if (const auto alive = run.lock()) alive->hear(heard);
     });
+  });
+}
+
+/// The pulse that is late comes before a tone's end that is late, unless the tone was about to end all the same.
+void RealTest::watchForHoldUps() {
+  const auto loop = Platform::current().runLoop;
+  lastPulse_ = loop->now();
+  pulse_ = loop->scheduledTimer(kPulse, [this, now = std::weak_ptr(loop)] {
+    const auto last = std::exchange(lastPulse_, now.lock()->now());
+    if (lastPulse_ - last > kLongestHoldUp) run_->fail("the program was held up; nothing of the test is kept");
   });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,6 +15,7 @@ namespace orn {
 
 struct AudioSessionObserver;
 class TerminalInput;
+class Timer;
 
 namespace simulation {
 class OutputMonitor;
@@ -37,8 +39,8 @@ struct ConnectedDevice {
   static ConnectedDevice find();
 };
 
-/// One test on the platform in force, in real time, with the volume held at full from its making to its end. Main
-/// thread.
+/// One test on the platform in force, in real time, with the volume held at full from its making to its end. A test
+/// whose process is suspended for some seconds fails, since a tone was judged that did not sound. Main thread.
 class RealTest {
  public:
   RealTest(RealTestPlan plan, TerminalInput& input);
@@ -54,6 +56,7 @@ class RealTest {
   simulation::TestWatch watch();
   void sayProgress(bool isLeft, double progress);
   void letListenerHear();
+  void watchForHoldUps();
   void startEarWhenReady(bool isLeft);
   void keyCame();
 
@@ -65,6 +68,8 @@ class RealTest {
   std::shared_ptr<AudioSessionObserver> observer_;
   std::shared_ptr<simulation::TestRun> run_;
   std::unique_ptr<simulation::OutputMonitor> monitor_;
+  std::shared_ptr<Timer> pulse_;
+  std::chrono::nanoseconds lastPulse_{};
 };
 
 }  // namespace orn

@@ -105,7 +105,9 @@ TEST(MissingCalibration, OnTheAudiometerCountsAsZeros) {
 
 /// Drives a test of both ears in which nothing is heard, with a delegate that does something in one of its calls.
 struct Careless : SessionScript {
-  explicit Careless(Type type) : SessionScript(type), type_(type) { session->setTestHzs({"1000hz", "2000hz"}); }
+  Careless(Type type, Path path) : SessionScript(type, path), type_(type), path_(path) {
+    session->setTestHzs({"1000hz", "2000hz"});
+  }
 
   void doIn(const std::string& call, const std::function<void()>& what) {
     ORNHearingTestDelegate& told = *delegate;
@@ -128,6 +130,9 @@ struct Careless : SessionScript {
     }
   }
 
+  bool isTimed() const { return type_ != Manual; }
+  std::string name() const { return "type " + std::to_string(type_) + " path " + std::to_string(path_); }
+
  private:
   void settleByHand() {
     for (const char* hz : {"1000hz", "2000hz"}) {
@@ -137,37 +142,91 @@ struct Careless : SessionScript {
   }
 
   Type type_;
+  Path path_;
 };
 
-constexpr SessionScript::Type kTypes[] = {SessionScript::Auto, SessionScript::Manual, SessionScript::Standard};
-
-TEST(CarelessDelegate, MayReleaseTheSessionInEachOfItsCalls) {
-  for (const auto type : kTypes) {
-    for (const char* call : {"tone", "threshold", "ear", "test", "missing"}) {
-      Careless test(type);
-      const std::weak_ptr<ORNManualHearingTest> life = test.session;
-      test.doIn(call, [&test] { test.session.reset(); });
-      test.go();
-      EXPECT_FALSE(test.session) << call << " never came";
-      // A timed test that waits for its calibration is parked, and a parked one lives on.
-      const bool isParked = type != SessionScript::Manual && std::string(call) == "missing";
-      EXPECT_EQ(life.expired(), !isParked) << type << call;
+/// Every type on every path, with the calls that come there.
+void forEachCall(const std::function<void(Careless& test, const std::string& call)>& meet) {
+  for (const auto type : {SessionScript::Auto, SessionScript::Manual, SessionScript::Standard}) {
+    for (const auto path : {SessionScript::Earphones, SessionScript::Audiometer}) {
+      for (const char* call : {"tone", "threshold", "ear", "test", "missing"}) {
+        if (path == SessionScript::Audiometer && call == std::string("missing")) continue;
+        Careless test(type, path);
+        SCOPED_TRACE(test.name() + " " + call);
+        meet(test, call);
+      }
     }
   }
 }
 
+TEST(CarelessDelegate, MayReleaseTheSessionInEachOfItsCalls) {
+  forEachCall([](Careless& test, const std::string& call) {
+    const std::weak_ptr<ORNManualHearingTest> life = test.session;
+    test.doIn(call, [&test] { test.session.reset(); });
+    test.go();
+    EXPECT_FALSE(test.session) << "never came";
+    // A timed test that waits for its calibration is parked, and a parked one lives on.
+    EXPECT_EQ(life.expired(), !(test.isTimed() && call == "missing"));
+  });
+}
+
+TEST(CarelessDelegate, MayEndAndReleaseTheSessionInEachOfItsCalls) {
+  forEachCall([](Careless& test, const std::string& call) {
+    const std::weak_ptr<ORNManualHearingTest> life = test.session;
+    int calls = 0;
+    test.doIn(call, [&] {
+      ++calls;
+      test.session->endTest();
+      test.session.reset();
+    });
+    test.go();
+    EXPECT_EQ(calls, 1) << "nothing is told of a test that has ended";
+    EXPECT_TRUE(life.expired());
+  });
+}
+
 TEST(CarelessDelegate, MayDeleteItselfInEachOfItsCalls) {
-  for (const auto type : kTypes) {
-    for (const char* call : {"tone", "threshold", "ear", "test", "missing"}) {
-      Careless test(type);
-      test.doIn(call, [&test, kept = std::string("of the delegate's own")] {
-        test.delegate.reset();
-        EXPECT_EQ(kept, "of the delegate's own");
-      });
-      test.go();
-      EXPECT_FALSE(test.delegate) << call << " never came";
-      const bool isStopped = std::string(call) == "missing";
-      EXPECT_EQ(test.submissions().size(), isStopped ? 0U : 1U) << type << call;
+  forEachCall([](Careless& test, const std::string& call) {
+    test.doIn(call, [&test, kept = std::string("of the delegate's own")] {
+      test.delegate.reset();
+      EXPECT_EQ(kept, "of the delegate's own");
+    });
+    test.go();
+    EXPECT_FALSE(test.delegate) << "never came";
+    EXPECT_EQ(test.submissions().size(), call == "missing" ? 0U : 1U);
+  });
+}
+
+TEST(CarelessHost, MayReleaseTheSessionInACompletion) {
+  using Completion = std::function<void(const std::optional<Error>&)>;
+  const struct {
+    std::string name;
+    std::function<void(ORNManualHearingTest&, Completion)> ask;
+    bool isCalledFromCache;
+  } table[] = {
+      {"audiometer", [](auto& session, auto done) { session.setKV50MAC("AA", std::move(done)); }, true},
+      {"earphones", [](auto& session, auto done) { session.setEarPlugModel("1", std::move(done)); }, false},
+      {"history",
+       [](auto& session, auto done) { session.getTestHistoryByMAC("AA", [done](auto error, auto) { done(error); }); },
+       true},
+      {"submission",
+       [](auto& session, auto done) {
+         session.postListenTestWithLeft({}, {}, false, 0, 0, {}, {}, {}, {}, {}, std::move(done));
+       },
+       true},
+  };
+  for (const auto& [name, ask, isCalledFromCache] : table) {
+    for (const auto type : {SessionScript::Auto, SessionScript::Manual, SessionScript::Standard}) {
+      for (const bool isAskedBefore : {false, true}) {
+        SessionScript test(type);
+        test.machine.urlSession->script("", {R"({"rspCode":0})", {}});
+        if (isAskedBefore) ask(*test.session, [](auto&&) {});
+        test.run(1);
+        const std::weak_ptr<ORNManualHearingTest> life = test.session;
+        ask(*test.session, [&](const std::optional<Error>&) { test.session.reset(); });
+        test.run(1);
+        EXPECT_EQ(life.expired(), isCalledFromCache || !isAskedBefore) << name << type << isAskedBefore;
+      }
     }
   }
 }

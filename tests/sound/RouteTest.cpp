@@ -89,30 +89,40 @@ TEST_P(Route, ALostDeviceIsToldOfAndItsTonesNeverGoToAnother) {
 }
 
 TEST_P(Route, AServerThatIsKilledInMidTestIsSurvived) {
-  server_.addAudiometer();
-  usePlatform();
-  int tones = 0;
-  simulation::TestWatch watch;
-  watch.tonePlays = [&](const std::string&, const std::string&, bool) { ++tones; };
-  const auto run = newTest(OutputPath::Audiometer, watch);
-  run->startEar(false);
-  ASSERT_TRUE(loop_->runUntil([&] { return tones >= 2; }));
-  server_.kill();
-  ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kDeviceGone); }));
-  EXPECT_EQ(session_->routeText(), std::nullopt);
-  EXPECT_EQ(session_->setOutputVolume(1), std::errc::no_such_device);
-  EXPECT_EQ(output_->useCurrentDevice(), std::errc::no_such_device);
-  const int before = tones;
-  EXPECT_TRUE(loop_->runUntil([&] { return tones >= before + 2; })) << "the session goes on";
-  run->pauseTest();
+  for (const OutputPath path : {OutputPath::Audiometer, OutputPath::Earphones}) {
+    server_.kill();
+    server_.start();
+    server_.addAudiometer();
+    reasons_.clear();
+    usePlatform();
+    int tones = 0;
+    simulation::TestWatch watch;
+    watch.tonePlays = [&](const std::string&, const std::string&, bool) { ++tones; };
+    const auto run = newTest(path, watch);
+    {
+      const Recording recording(server_, "audiometer");
+      run->startEar(false);
+      ASSERT_TRUE(loop_->runUntil([&] { return tones >= 2 && !recording.isSilentSince(0); }));
+    }
+    server_.kill();
+    ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kDeviceGone); }));
+    EXPECT_EQ(session_->routeText(), std::nullopt);
+    EXPECT_EQ(session_->setOutputVolume(1), std::errc::no_such_device);
+    EXPECT_EQ(output_->useCurrentDevice(), std::errc::no_such_device);
+    const int before = tones;
+    EXPECT_TRUE(loop_->runUntil([&] { return tones >= before + 2; })) << "the session goes on";
+    run->pauseTest();
 
-  reasons_.clear();
-  server_.start();
-  server_.addAudiometer();
-  ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kNewDevice) && session_->routeText() == "HeadsetBT"; }));
-  const Recording recording(server_, "audiometer");
-  run->startEar(false);
-  EXPECT_TRUE(loop_->runUntil([&] { return !recording.isSilentSince(0); }));
+    reasons_.clear();
+    server_.start();
+    server_.addAudiometer();
+    ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kNewDevice) && session_->routeText() == "HeadsetBT"; }));
+    const Recording recording(server_, "audiometer");
+    run->startEar(false);
+    EXPECT_TRUE(loop_->runUntil([&] { return !recording.isSilentSince(0); }));
+    run->pauseTest();
+    Platform::clearCurrent();
+  }
 }
 
 TEST_P(Route, TheVolumeIsPutBackToTheVeryValue) {

@@ -9,13 +9,14 @@
 #include <thread>
 #include <nlohmann/json.hpp>
 
-#include "TestSoundServer.h"
+#include "SoundFixture.h"
 
 namespace orn {
 namespace {
 
 using namespace std::chrono_literals;
 using nlohmann::json;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 /// The program as somebody would start it, with a sound server and settings of the test's own.
@@ -123,6 +124,24 @@ TEST_F(SoundProgram, AnInterruptOrALostDevicePutsTheVolumeBack) {
   EXPECT_EQ(exitCode(program), 1);
   EXPECT_EQ(printed("err"), "hearing-test: the device was disconnected\n");
   EXPECT_EQ(server_.volumes("speaker"), elsewhere);
+}
+
+TEST_F(SoundProgram, ThatIsSuspendedWhileAToneSoundsKeepsNothingAndPutsTheVolumeBack) {
+  const Recording recording(server_, "audiometer");
+  const pid_t program = start(kRun + " --json");
+  for (int i = 0; i < 2000 && recording.isSilentSince(0); ++i) std::this_thread::sleep_for(10ms);
+  ASSERT_FALSE(recording.isSilentSince(0));
+  kill(program, SIGSTOP);
+  int status = 0;
+  waitpid(program, &status, WUNTRACED);
+  ASSERT_TRUE(WIFSTOPPED(status));
+  EXPECT_THAT(server_.volumes("audiometer"), HasSubstr("100%"));
+  std::this_thread::sleep_for(5s);  // more than the tone had left
+  kill(program, SIGCONT);
+  EXPECT_EQ(exitCode(program), 1);
+  EXPECT_THAT(printed("err"), EndsWith("hearing-test: the program was held up; nothing of the test is kept\n"));
+  EXPECT_EQ(printed("out"), "");
+  EXPECT_EQ(server_.volumes("audiometer"), volumes_);
 }
 
 }  // namespace

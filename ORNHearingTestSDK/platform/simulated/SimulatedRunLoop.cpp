@@ -36,6 +36,10 @@ bool SimulatedRunLoop::step(nanoseconds limit) {
   return timers_.fireNext(now());
 }
 
+void SimulatedRunLoop::holdUp(nanoseconds span) {
+  now_ = now() + std::clamp(span, nanoseconds::zero(), distantFuture - now());
+}
+
 void SimulatedRunLoop::setDate(system_clock::time_point date) {
   start_ = date - std::chrono::duration_cast<system_clock::duration>(now());
 }

@@ -24,6 +24,10 @@ class ORN_EXPORT SimulatedRunLoop final : public RunLoop {
   /// Runs until the condition holds, which is asked after each call; true if it came to hold within the span.
   bool runUntil(const std::function<bool()>& condition, std::chrono::nanoseconds span);
 
+  /// Time goes on by the span without a call, as while a process is suspended: what becomes due is called late. Also
+  /// from within a call, which has then taken so long.
+  void holdUp(std::chrono::nanoseconds span);
+
   /// Steps the wall clock; the loop's own time and its timers are untouched by it.
   void setDate(std::chrono::system_clock::time_point date);
 
