@@ -1,5 +1,6 @@
-// The application's start to its first complete frame, beside a process with an empty window; a long history until it
-// shows, beside the parsing of its JSON alone; and the painting of one of its rows, beside an empty one of its size.
+// The application's start to its first complete frame, beside a process with an empty window and one whose window shows
+// a word, for which fonts are loaded; a long history until it shows, beside the parsing of its JSON alone; and the
+// painting of one of its rows, beside an empty one of its size.
 
 #include <array>
 #include <chrono>
@@ -118,9 +119,13 @@ void compareRow(Machine& machine) {
 int main(int argc, char** argv) {
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   QApplication application(argc, argv);
-  compare({"start of hearing-app to its first frame",
-           [] { return start(ORN_HEARING_APP " --simulate --end-at-first-frame 2>&-"); }},
-          {"start of an empty window", [] { return start(ORN_EMPTY_WINDOW " 2>&-"); }}, 15);
+  const Work app{"start of hearing-app to its first frame",
+                 [] { return start(ORN_HEARING_APP " --simulate --end-at-first-frame 2>&-"); }};
+  const Work window{"start of an empty window", [] { return start(ORN_EMPTY_WINDOW " 2>&-"); }};
+  const Work label{"start of a window with one word", [] { return start(ORN_EMPTY_WINDOW " 听力测试 2>&-"); }};
+  compare(app, window, 15);
+  compare(app, label, 15);
+  compare(label, window, 15);
   Machine machine;
   compare(
       {"history of 10000 tests until it shows", [&] { return showHistory(machine); }},
