@@ -30,8 +30,14 @@ StudyCommand::StudyCommand(CLI::App& app) {
       ->check(CLI::IsMember({"audiometer", "earphones", "both"}))
       ->capture_default_str();
   command->add_option("--seed", seed_, "Seed of all chances; each listener has its own from it")->capture_default_str();
-  command->add_option("--thresholds", thresholds_, "uniform: from -5 to 85 dB HL; audiograms: N1-N7 and S1-S3 in turn")
+  command->add_option("--thresholds", thresholds_, "uniform, or audiograms: N1-N7 and S1-S3 in turn")
       ->check(CLI::IsMember({"uniform", "audiograms"}))
+      ->capture_default_str();
+  command->add_option("--lowest", population_.lowest, "Least of the uniform thresholds, in dB HL")
+      ->check(CLI::Range(-20.0, 120.0))
+      ->capture_default_str();
+  command->add_option("--highest", population_.highest, "Largest of them")
+      ->check(CLI::Range(-20.0, 120.0))
       ->capture_default_str();
   command->add_option("--correlation", population_.correlation, "Of uniform thresholds at neighbouring frequencies")
       ->check(CLI::Range(0.0, 1.0))
