@@ -23,20 +23,31 @@ std::int32_t PresentationClock::getPlayTime() {
 }
 
 const std::shared_ptr<Timer>& PresentationClock::autoPlayTimer(const RunLoop::Action& timerUpdate) {
-  if (!autoPlayTimer_) autoPlayTimer_ = loop().scheduledTimer(playTime(), timerUpdate);
+  if (!autoPlayTimer_) {
+    due_ = loop().now() + playTime();
+    autoPlayTimer_ = loop().scheduledTimer(playTime(), timerUpdate);
+  }
   return autoPlayTimer_;
 }
 
+void PresentationClock::setFireDate(const RunLoop::Action& timerUpdate, std::chrono::nanoseconds time) {
+  autoPlayTimer(timerUpdate)->setFireDate(time);
+  due_ = time;
+}
+
 void PresentationClock::tickAfterPlayTime(const RunLoop::Action& timerUpdate) {
-  autoPlayTimer(timerUpdate)->setFireDate(loop().now() + playTime());
+  setFireDate(timerUpdate, loop().now() + playTime());
 }
 
-void PresentationClock::tickNow(const RunLoop::Action& timerUpdate) {
-  autoPlayTimer(timerUpdate)->setFireDate(loop().now());
-}
+void PresentationClock::tickNow(const RunLoop::Action& timerUpdate) { setFireDate(timerUpdate, loop().now()); }
 
-void PresentationClock::park(const RunLoop::Action& timerUpdate) {
-  autoPlayTimer(timerUpdate)->setFireDate(RunLoop::distantFuture);
+void PresentationClock::park(const RunLoop::Action& timerUpdate) { setFireDate(timerUpdate, RunLoop::distantFuture); }
+
+bool PresentationClock::isTickLate() {
+  const auto now = loop().now();
+  const bool isLate = due_ != RunLoop::distantFuture && now - due_ > longestHoldUp;
+  due_ = now + playTime();
+  return isLate;
 }
 
 void PresentationClock::end() {

@@ -14,6 +14,9 @@ class ORN_EXPORT PresentationClock {
   /// From a settled threshold to the next frequency's tone.
   static constexpr std::chrono::seconds untilNextFrequency{1};
 
+  /// What a tick may be late by: half of the shortest tone.
+  static constexpr std::chrono::seconds longestHoldUp{2};
+
   /// Time of a presentation in seconds: the user default "BOFANGSHICHANG" where it is above 4, else 4.
   static std::int32_t getPlayTime();
 
@@ -24,13 +27,20 @@ class ORN_EXPORT PresentationClock {
   void tickNow(const RunLoop::Action& timerUpdate);
   void park(const RunLoop::Action& timerUpdate);
 
+  /// Called once at each tick: whether it comes longer after its time. Then the program was held up, and
+  /// nobody knows what was heard meanwhile.
+  bool isTickLate();
+
   /// Ends the timer for good; the next operation makes a new one.
   void end();
 
   bool isRunning() const { return autoPlayTimer_ != nullptr; }
 
  private:
+  void setFireDate(const RunLoop::Action& timerUpdate, std::chrono::nanoseconds time);
+
   std::shared_ptr<Timer> autoPlayTimer_;
+  std::chrono::nanoseconds due_ = RunLoop::distantFuture;
 };
 
 }  // namespace orn

@@ -35,9 +35,11 @@ void TimedHearingTest::endTest() {
 void TimedHearingTest::listened() { markHeard(); }
 
 void TimedHearingTest::timerUpdate() {
-  if (isCurrentToneMissing()) {
+  const bool isLate = clock_.isTickLate();
+  const bool isHeard = currentItem() && currentItem()->hearStatus() == 1;
+  if (isCurrentToneMissing() || (currentItem() && isLate && !isHeard)) {
     testItem(Item(currentItem()));
-  } else if (currentItem() && currentItem()->hearStatus() == 1) {
+  } else if (isHeard) {
     hasListened();
   } else {
     notListened();

@@ -9,7 +9,8 @@
 namespace orn {
 
 /// What the automatic and the standard test share: a clock gives each tone its time, and the tone is judged at its end
-/// by whether the user has pressed. Where the search goes from there is each test's own.
+/// by whether the user has pressed. Where the search goes from there is each test's own. A tone without a press whose
+/// end comes late, since the process or its main thread was held up, is presented again: it may never have sounded.
 ///
 /// The session lives from startTest() to the ear's last threshold, whoever else lets go of it. Main thread.
 class ORN_EXPORT TimedHearingTest : public ORNManualHearingTest {

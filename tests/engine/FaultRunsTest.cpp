@@ -2,6 +2,7 @@
 
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <csignal>
 #include <gmock/gmock.h>
 
@@ -56,9 +57,10 @@ TEST(FaultRuns, AServiceThatIsDeadSlowOrLyingAndAClockThatIsSteppedChangeNothing
   runs(SessionScript::Standard, SessionScript::Earphones, 400);
 }
 
-/// What was told, without the times.
+/// What was told, without the times; a tone that was presented again counts once.
 std::vector<std::string> order(std::vector<std::string> trace) {
   for (std::string& line : trace) line.erase(0, line.find(' ') + 1);
+  trace.erase(std::unique(trace.begin(), trace.end()), trace.end());
   return trace;
 }
 
@@ -79,6 +81,25 @@ TEST(FaultRuns, ALoopThatIsHeldUpFiresOnceForAllThatItMissed) {
   };
   runs(SessionScript::Auto, SessionScript::Audiometer, 50);
   runs(SessionScript::Standard, SessionScript::Earphones, 400);
+}
+
+TEST(FaultRuns, AToneWhoseEndComesLateIsPresentedAgainUnlessItWasHeard) {
+  for (const auto type : {SessionScript::Auto, SessionScript::Standard}) {
+    for (const double late : {1.9, 2.1, 3600.0}) {
+      for (const bool isHeard : {false, true}) {
+        SessionScript test(type);
+        test.session->startTest(false);
+        if (isHeard) test.at(5, [&] { test.session->listened(); });
+        test.at(7.5, [&] { test.machine.virtualTime->holdUp(std::chrono::milliseconds(int((late + 0.5) * 1000))); });
+        test.run(4.1);
+        const std::string first = order(test.takeTrace()).back();
+        test.run(late + 4);
+        const auto told = order(test.takeTrace());
+        ASSERT_EQ(told.size(), 1U);
+        EXPECT_EQ(told.front() == first, late > 2 && !isHeard) << late;
+      }
+    }
+  }
 }
 
 TEST(FaultRuns, OnAFullDiskTheCalibrationIsUsedAndAskedForAgain) {
