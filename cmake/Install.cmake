@@ -1,5 +1,5 @@
 # The CMake package: find_package(ORNHearingTestSDK) gives the target ORN::HearingTestSDK, and with COMPONENTS Screens
-# also ORN::HearingTestScreens, which needs Qt.
+# also ORN::HearingTestScreens, which needs Qt. COMPONENTS BackendContracts adds ORN::BackendContracts.
 
 include(CMakePackageConfigHelpers)
 
@@ -11,13 +11,13 @@ install(EXPORT ORNHearingTestSDKTargets NAMESPACE ORN:: DESTINATION ${ORN_PACKAG
 
 # Every header that exports something, or that such a header includes.
 set(ORN_PRIVATE_HEADERS
-    AlertView Animation Appearance AttributedButton AudioSessionObservers AudiogramSummary BoardGrid BoardLabels
-    BoardMarks CalibrationFetch CallbackThread DefaultsPlist DefaultsReading DeviceCell FileLock FingerScroller
+    AlertView Animation Appearance AttributedButton AudioCheck AudioSessionObservers AudiogramSummary BoardGrid BoardLabels
+    BoardMarks CalibrationFetch CallbackThread Checking DefaultsPlist DefaultsReading DeviceCell FileLock FingerScroller
     HeardButton HistoryCell JsonReading LibraryFolder LinuxAudioOutput LinuxAudioPlayer LinuxAudioQueue
     LinuxAudioSession MainQueue NavigationBar OutputVolumes PerPlatform PercentEscapes PhotoAlbum PlayableFormat
     PlistXml PosixFiles PropertyList PulseConnection PulseError PulseStream RequestCheck ReturnKey
     SectionHeading ShopFooterView SimulatedAudioPlayer SimulatedAudioQueue SimulatedMixer SoundDevice
-    SoundOutput SoundServer StereoGain TapRecognizer TextLabel Transfer TransferQueue UserFolders UserHeaderView
+    SoundOutput SoundServer StereoGain TapRecognizer TemporaryFolder TextLabel Transfer TransferQueue UserFolders UserHeaderView
     Utf8 Watermark WaveFile XmlText)
 list(TRANSFORM ORN_PRIVATE_HEADERS APPEND "\\.h")
 list(JOIN ORN_PRIVATE_HEADERS "|" ORN_PRIVATE_HEADERS)
@@ -29,6 +29,10 @@ install(
   PATTERN "*.inc"
   REGEX "/(${ORN_PRIVATE_HEADERS})$" EXCLUDE
   REGEX "/(screens|platform/qt)$" EXCLUDE)
+
+set_target_properties(ORNBackendContracts PROPERTIES EXPORT_NAME BackendContracts)
+install(TARGETS ORNBackendContracts EXPORT ORNBackendContractsTargets)
+install(EXPORT ORNBackendContractsTargets NAMESPACE ORN:: DESTINATION ${ORN_PACKAGE_FOLDER})
 
 if(ORN_BUILD_SCREENS)
   set_target_properties(ORNHearingTestScreens PROPERTIES EXPORT_NAME HearingTestScreens)

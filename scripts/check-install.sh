@@ -22,10 +22,11 @@ for header in audio/WaveChange audio/SineTables common/Version results/ORNListen
 done > "$work/all.c"
 gcc -std=c99 -Wall -Wextra -Werror -fsyntax-only -I"$work/prefix/include" "$work/all.c"
 
-for example in automatic-test audiogram; do
+for example in automatic-test audiogram backend-contracts; do
   cmake -S "examples/$example" -B "$work/$example" -G Ninja -DCMAKE_PREFIX_PATH="$work/prefix" > /dev/null
   cmake --build "$work/$example"
 done
 "$work/automatic-test/automatic-test"
+"$work/backend-contracts/backend-contracts"
 "$work/audiogram/audiogram" "$work/audiogram.png"
 "$work/prefix/bin/hearing-test" simulate --path earphones --png "$work/earphones.png"
