@@ -77,6 +77,7 @@ class AudioCheck {
 
   AudioOutput& output() { return *audio_.output; }
   std::unique_ptr<AudioPlayer> newPlayer(const Samples& samples, int loops = -1);
+  std::size_t framesHeldBack() const { return audio_.framesHeldBack; }
   void dropOutput() { audio_.output.reset(); }
   void takeDeviceAway();
   void bringDeviceBack();
@@ -96,8 +97,8 @@ class AudioCheck {
   /// The same without silence, wherever that was.
   Samples sound(std::size_t channel = 0) const;
 
-  /// Runs until as many frames sounded, and on for a while; expects those very samples in both channels, with silence
-  /// nowhere, or only before, after and between them.
+  /// Runs until as many frames sounded, and on for a while; expects those very samples in both channels, but for what
+  /// is held back, with silence nowhere, or only before, after and between them.
   void expectSound(const Samples& samples, bool withGaps = false);
 
   /// Runs until that many frames have sounded.

@@ -1,5 +1,6 @@
 #include <ORNHearingTestSDK/platform/contract/AudioOutputContract.h>
 
+#include <algorithm>
 #include <utility>
 
 #include <ORNHearingTestSDK/platform/contract/AudioCheck.h>
@@ -51,7 +52,8 @@ const Contract<AudioCheck> kContracts[] = {
        Bytes file = waveFile(ramp(4800));
        const auto player = check.output().playerWithData(file);
        expect(player != nullptr, "there is no player");
-       file = waveFile(ramp(4800, 9000));
+       const Bytes other = waveFile(ramp(4800, 9000));
+       std::copy(other.begin(), other.end(), file.begin());
        expect(!player->play(), "it does not play");
        check.expectSound(ramp(4800));
      }},
@@ -86,14 +88,6 @@ const Contract<AudioCheck> kContracts[] = {
        expect(!left->play() && !both->play(), "a player does not play");
        queue.start();
        check.expectSteady(1350, 350, "two players and a queue");
-     }},
-
-    {"a queue is heard on the left and on the right alike",
-     [](AudioCheck& check) {
-       QueueUnderTest queue(check.output());
-       queue.enqueueBlocks(constant(3 * QueueUnderTest::kBlock, 4000));
-       queue.start();
-       check.expectSteady(4000, 4000, "a queue");
      }},
 
     {"what an output made may outlive it, and is silent then",

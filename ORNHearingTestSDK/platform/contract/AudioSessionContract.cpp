@@ -18,7 +18,11 @@ class SessionCheck {
  public:
   using Told = std::vector<std::int32_t>;
 
-  explicit SessionCheck(AudioSessionUnderTest session) : underTest_(std::move(session)) {}
+  /// The route that a session finds when it is first asked may be told of as a change, and is over by then.
+  explicit SessionCheck(AudioSessionUnderTest session) : underTest_(std::move(session)) {
+    (void)this->session().currentRoute();
+    underTest_.runFor(100ms);
+  }
 
   AudioSession& session() { return *underTest_.session; }
 

@@ -10,8 +10,8 @@
 
 namespace orn::contract {
 
-/// A new output, and how it is listened to. The suite lets go of the output first; the hooks must not hold it. Those
-/// below `runFor` may be empty, and the contracts that need them are not checked then.
+/// A new output, and how it is listened to. The suite lets go of the output first; the hooks must not hold it. The
+/// functions below `runFor` may be empty, and the contracts that need them are not checked then.
 struct AudioUnderTest {
   std::shared_ptr<AudioOutput> output;
 
@@ -21,6 +21,9 @@ struct AudioUnderTest {
   /// What came out of the device since the last question, or since the output was made: left and right samples in turn,
   /// silence included and without a gap. It may be told late.
   std::function<std::vector<std::int16_t>()> heard;
+
+  /// How many frames at the end of a sound the device may keep until more follows, for a server that mixes whole turns.
+  std::size_t framesHeldBack = 0;
 
   /// Takes away the only device there is, and brings it back; each returns when the output knows.
   std::function<void()> takeDeviceAway;

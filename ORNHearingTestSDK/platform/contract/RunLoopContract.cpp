@@ -130,7 +130,10 @@ const Contract<LoopCheck> kContracts[] = {
        std::vector<nanoseconds> firings;
        const auto timer = check.loop().scheduledTimer(10ms, [&] { firings.push_back(check.now()); });
        timer->setFireDate(date);
+       std::size_t byThen = 0;
+       check.at(date + 5ms, [&] { byThen = firings.size(); });
        expect(check.runUntil([&] { return firings.size() >= 3; }), "it fired less than 3 times");
+       expect(byThen == 1, "the first firing came at another time");
        expectRhythm(firings, date, 10ms);
      }},
 
