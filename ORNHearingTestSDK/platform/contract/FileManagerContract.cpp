@@ -86,7 +86,7 @@ const Contract<FilesCheck> kContracts[] = {
        check.write(old);
        std::atomic<bool> isOver = false;
        std::thread writer([&] {
-         for (int i = 0; i < 100; ++i) (void)check.files().writeAtomically(check.path, i % 2 == 0 ? fresh : old);
+         for (int i = 0; i < 30; ++i) (void)check.files().writeAtomically(check.path, i % 2 == 0 ? fresh : old);
          isOver = true;
        });
        bool isWhole = true;
