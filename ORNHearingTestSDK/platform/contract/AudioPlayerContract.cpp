@@ -58,6 +58,8 @@ const Contract<AudioCheck> kContracts[] = {
 
     {"after its end play() begins anew",
      [](AudioCheck& check) {
+       if (check.framesHeldBack() > 0)
+         throw NotChecked{"a device that holds back the end of a sound never comes to it"};
        const auto player = check.newPlayer(ramp(4800), 0);
        play(*player);
        check.expectSound(ramp(4800));
