@@ -1,6 +1,7 @@
 # What is installed, in four parts: Core and Screens to run with, Development to build with, and Tools. The CMake package:
 # find_package(ORNHearingTestSDK) gives the target ORN::HearingTestSDK, and with COMPONENTS Screens also
-# ORN::HearingTestScreens, which needs Qt. For other build systems there are two files for pkg-config.
+# ORN::HearingTestScreens, which needs Qt; COMPONENTS BackendContracts adds ORN::BackendContracts. For other build systems
+# there are two files for pkg-config.
 
 include(CMakePackageConfigHelpers)
 
@@ -30,13 +31,13 @@ orn_install_library(ORNHearingTestSDK Core HearingTestSDK)
 
 # Every header that exports something, or that such a header includes.
 set(ORN_PRIVATE_HEADERS
-    AlertView Animation Appearance AttributedButton AudioSessionObservers AudiogramSummary BoardGrid BoardLabels
-    BoardMarks CalibrationFetch CallbackThread DefaultsPlist DefaultsReading DeviceCell FileLock FingerScroller
-    HeardButton HistoryCell JsonReading LibraryFolder LinuxAudioOutput LinuxAudioPlayer LinuxAudioQueue
-    LinuxAudioSession MainQueue NavigationBar OutputVolumes PerPlatform PercentEscapes PhotoAlbum PlayableFormat
-    PlistXml PosixFiles PropertyList PulseConnection PulseError PulseStream RequestCheck ReturnKey
-    SectionHeading ShopFooterView SimulatedAudioPlayer SimulatedAudioQueue SimulatedMixer SoundDevice
-    SoundOutput SoundServer StereoGain TapRecognizer TextLabel Transfer TransferQueue UserFolders UserHeaderView
+    AlertView Animation Appearance AttributedButton AudioCheck AudiogramSummary AudioSessionObservers BoardGrid
+    BoardLabels BoardMarks CalibrationFetch CallbackThread Checking DefaultsPlist DefaultsReading DeviceCell
+    FileLock FingerScroller HeardButton HistoryCell JsonReading LibraryFolder LinuxAudioOutput LinuxAudioPlayer
+    LinuxAudioQueue LinuxAudioSession MainQueue NavigationBar OutputVolumes PercentEscapes PerPlatform PhotoAlbum
+    PlayableFormat PlistXml PosixFiles PropertyList PulseConnection PulseError PulseStream RequestCheck ReturnKey
+    SectionHeading ShopFooterView SimulatedAudioPlayer SimulatedAudioQueue SimulatedMixer SoundDevice SoundOutput
+    SoundServer StereoGain TapRecognizer TemporaryFolder TextLabel Transfer TransferQueue UserFolders UserHeaderView
     Utf8 Watermark WaveFile XmlText)
 list(TRANSFORM ORN_PRIVATE_HEADERS APPEND "\\.h")
 list(JOIN ORN_PRIVATE_HEADERS "|" ORN_PRIVATE_HEADERS)
@@ -49,6 +50,17 @@ install(
   PATTERN "*.inc"
   REGEX "/(${ORN_PRIVATE_HEADERS})$" EXCLUDE
   REGEX "/(screens|platform/qt)$" EXCLUDE)
+
+set_target_properties(ORNBackendContracts PROPERTIES EXPORT_NAME BackendContracts)
+install(
+  TARGETS ORNBackendContracts
+  EXPORT ORNBackendContractsTargets
+  ARCHIVE COMPONENT Development)
+install(
+  EXPORT ORNBackendContractsTargets
+  NAMESPACE ORN::
+  DESTINATION ${ORN_PACKAGE_FOLDER}
+  COMPONENT Development)
 
 if(ORN_BUILD_SCREENS)
   orn_install_library(ORNHearingTestScreens Screens HearingTestScreens)

@@ -45,6 +45,7 @@ run_examples() {
   grep -q "the test is complete" "$work/manual"
   "$built/c-functions/c-functions" "$work/tone.wav"
   [ "$(stat --format=%s "$work/tone.wav")" -eq 192044 ]
+  "$built/backend-contracts/backend-contracts" > "$work/contracts"
   "$built/audiogram/audiogram" "$work/audiogram.png"
   (export XDG_CONFIG_HOME=$work/config XDG_DATA_HOME=$work/data && "$built/screens/screens" "$work/screens.png")
   [ -s "$work/audiogram.png" ] && [ -s "$work/screens.png" ]

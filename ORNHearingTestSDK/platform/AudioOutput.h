@@ -13,8 +13,8 @@ namespace orn {
 
 /// Makes the queues and players of a platform. Main thread. What it makes may outlive it, and is silent then.
 ///
-/// All of them sound on one device. When that goes away they fall silent, and their start() and play() fail until it is
-/// back or another one is chosen.
+/// All of them sound on one device, together, and add up. When that goes away they fall silent, and their start() and
+/// play() fail until it is back or another one is chosen.
 class ORN_EXPORT AudioOutput {
  public:
   virtual ~AudioOutput() = default;

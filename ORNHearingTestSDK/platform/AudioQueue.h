@@ -32,16 +32,19 @@ struct AudioQueueBuffer {
   std::uint32_t mAudioDataByteSize = 0;  ///< How much of it is to be played; a queue plays no more than the room.
 };
 
-/// Streaming output of one sound: buffers are enqueued, played in order, and handed back one by one.
+/// Streaming output of one sound: buffers are enqueued, played in order, and handed back one by one, each once for each
+/// time it was enqueued. The stream is mono and sounds on the left and on the right alike, every sample as it is times
+/// the volume. A buffer that its callback enqueues follows the others without a gap.
 ///
 /// A queue that runs dry plays silence and goes on when a buffer is enqueued. It never moves to another output by
 /// itself: if its device goes, it falls silent, and what was queued comes after a start() with the device back.
 /// Operations may be called from the main thread and, enqueueBuffer() and
-/// setVolume() only, from within the callback. The destructor waits for a running callback and drops what is queued.
+/// setVolume() only, from within the callback. The destructor waits for a running callback, after which none comes, and
+/// drops what is queued.
 class ORN_EXPORT AudioQueue {
  public:
-  /// Called on the queue's own thread with a buffer that has been played. In a simulated queue that thread is the one
-  /// that runs the loop.
+  /// Called on the queue's own thread, always the same one, with a buffer that has been played. In a simulated queue
+  /// that thread is the one that runs the loop.
   using OutputCallback = std::function<void(AudioQueue&, AudioQueueBuffer&)>;
 
   virtual ~AudioQueue() = default;
@@ -54,13 +57,15 @@ class ORN_EXPORT AudioQueue {
   /// bytes or of another queue, which is not enqueued.
   virtual std::error_code enqueueBuffer(AudioQueueBuffer& buffer) = 0;
 
-  /// Linear gain of the whole queue, 0 to 1; beyond that the nearer end counts, and what is no number is silence.
+  /// Linear gain of the whole queue, 0 to 1 and at first 1; beyond that the nearer end counts, and what is no number is
+  /// silence. It counts at the latest for what is enqueued from now on.
   virtual std::error_code setVolume(float volume) = 0;
 
   /// Starts playing, or goes on after pause(). Harmless on a running queue.
   virtual std::error_code start() = 0;
 
-  /// Stops the sound and keeps what is queued; no callback comes until start().
+  /// Stops the sound and keeps what is queued, to go on with the very next sample; no callback comes until start(), but
+  /// one that is running may end.
   virtual std::error_code pause() = 0;
 
   /// Stops the sound and drops what is queued without handing it back.

@@ -40,7 +40,8 @@ struct AudioSessionObserver {
   std::function<void(std::int32_t type)> interruption;
 };
 
-/// The device's sound as a whole: activation, route, volume and notices. Main thread only; notices come there too.
+/// The device's sound as a whole: activation, route, volume and notices. Main thread only; notices come there too. The
+/// route that is found first may be told of as a change.
 class ORN_EXPORT AudioSession {
  public:
   virtual ~AudioSession() = default;
@@ -48,17 +49,19 @@ class ORN_EXPORT AudioSession {
   virtual std::error_code setActive(bool active) = 0;
   virtual std::error_code setCategory(AudioSessionCategory category, std::uint32_t options) = 0;
 
-  /// The route as one text, such as "HeadphonesBT"; nothing where no output is known.
+  /// The route as one text, such as "HeadphonesBT"; nothing where no output is known, and then no port either.
   virtual std::optional<std::string> routeText() const = 0;
   virtual AudioRouteDescription currentRoute() const = 0;
 
   /// Volume of the output, 0 to 1.
   virtual float outputVolume() const = 0;
 
-  /// Drives the volume slider of the device, 0 to 1. std::errc::no_such_device where there is none.
+  /// Drives the volume slider of the device, 0 to 1; beyond that the nearer end counts, and what is no number is 0.
+  /// std::errc::no_such_device where there is none.
   virtual std::error_code setOutputVolume(float volume) = 0;
 
-  /// Notices go to the observer for as long as somebody else keeps it alive.
+  /// Notices go to the observer for as long as somebody else keeps it alive. From within a notice observers may be
+  /// added and let go of.
   virtual void addObserver(std::weak_ptr<const AudioSessionObserver> observer) = 0;
 };
 

@@ -6,7 +6,7 @@
 
 namespace orn {
 
-/// What this machine and this application are. Every text may be empty. Any thread.
+/// What this machine and this application are. Every text is one line, stays the same, and may be empty. Any thread.
 class ORN_EXPORT Device {
  public:
   virtual ~Device() = default;

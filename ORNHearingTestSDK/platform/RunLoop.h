@@ -24,7 +24,9 @@ class ORN_EXPORT Timer {
 /// The main thread's loop: its clock, its timers and delayed calls, and the queue by which other threads reach it.
 ///
 /// Due calls run one at a time on the thread that runs the loop, ordered by due time and, at the same time, by age.
-/// Calls handed over by dispatchAsync() run before timers that are due. An action may use the loop freely.
+/// Calls handed over by dispatchAsync() run before timers that are due. An action may use the loop freely, and none is
+/// ever called from within the operation that takes it. A loop that goes releases all actions; a timer that outlives it
+/// does nothing.
 class ORN_EXPORT RunLoop {
  public:
   using Action = std::function<void()>;
@@ -41,14 +43,15 @@ class ORN_EXPORT RunLoop {
   virtual std::chrono::system_clock::time_point date() const = 0;
 
   /// Starts a repeating timer whose first firing is one interval from now. Firings missed while an action or the whole
-  /// process was held up are made up for by one. The loop holds the action until invalidate(); dropping the returned
-  /// pointer does not end the timer. An interval below a nanosecond counts as one. Main thread.
+  /// process was held up are made up for by one, and the next one keeps the rhythm. The loop holds the action until
+  /// invalidate(); dropping the returned pointer does not end the timer. An interval below a nanosecond counts as one.
+  /// Main thread.
   virtual std::shared_ptr<Timer> scheduledTimer(std::chrono::nanoseconds interval, Action action) = 0;
 
   /// Makes one call after a delay, 0 or below meaning the loop's next turn; it can't be cancelled. Main thread.
   virtual void performAfterDelay(std::chrono::nanoseconds delay, Action action) = 0;
 
-  /// Makes one call on the main thread, in the order of the dispatches. Any thread.
+  /// Makes one call on the main thread, in the order of the dispatches, and wakes a loop that waits. Any thread.
   virtual void dispatchAsync(Action action) = 0;
 };
 

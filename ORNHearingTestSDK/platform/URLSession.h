@@ -29,7 +29,7 @@ struct URLRequest {
 /// What came back: body bytes, or an error. The status code is not part of it, since nobody reads it.
 struct URLReply {
   std::optional<std::string> body;
-  std::optional<Error> error;  ///< Always present without a body.
+  std::optional<Error> error;  ///< Present if and only if there is no body.
 };
 
 /// HTTP requests to the cloud service.
@@ -39,8 +39,9 @@ class ORN_EXPORT URLSession {
 
   virtual ~URLSession() = default;
 
-  /// Starts a request and returns at once. The handler is called exactly once, on a thread of the session's own (a
-  /// simulated session calls it from the loop). Any thread.
+  /// Starts a request and returns at once. The handler is called exactly once, on a thread of the session's own and
+  /// never from within this call (a simulated session, used on the main thread, calls it from the loop). It may ask
+  /// again. Several requests may be under way. Any thread.
   virtual void dataTask(URLRequest request, CompletionHandler completionHandler) = 0;
 };
 

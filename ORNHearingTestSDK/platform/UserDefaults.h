@@ -10,7 +10,7 @@
 
 namespace orn {
 
-/// A persisted value with its type.
+/// A persisted value with its type; a date at least to the second.
 using DefaultsValue = std::variant<bool, std::int64_t, double, std::string, std::chrono::system_clock::time_point>;
 
 /// Persistent store of the application's settings, by key. Any thread.

@@ -229,18 +229,6 @@ TEST_F(LinuxURLSessionTest, ManyRequestsAreUnderWayAtOnce) {
   EXPECT_THAT(replies.threads(), testing::Each(replies.threads()[0]));
 }
 
-TEST_F(LinuxURLSessionTest, AHandlerMayAskAgain) {
-  server_.script("/first", http("first"));
-  server_.script("/second", http("second"));
-  Replies replies;
-  LinuxURLSession session;
-  session.dataTask(post(server_.url("/first")), [&](const URLReply& first) {
-    session.dataTask(post(server_.url("/second")), replies.handler());
-    replies.add(first);
-  });
-  EXPECT_THAT(replies.waitFor(2), ElementsAre("first", "second"));
-}
-
 TEST_F(LinuxURLSessionTest, ItsEndAnswersWhatIsUnderWay) {
   const std::string ended = "0: the session has ended";
   Replies replies;

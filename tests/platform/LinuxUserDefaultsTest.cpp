@@ -1,5 +1,4 @@
 #include <signal.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -276,25 +275,6 @@ TEST_F(LinuxUserDefaultsTest, AReadOnlyFolderRefusesAndNothingIsLost) {
   std::filesystem::permissions(folder_, readAll | perms::owner_exec | perms::group_exec | perms::others_exec);
   EXPECT_EQ(inAnotherProcess(triesToWrite), 0);
   EXPECT_EQ(LinuxUserDefaults(path_).value("key"), DefaultsValue("old"));
-}
-
-TEST_F(LinuxUserDefaultsTest, AFullDiskRefusesAndNothingIsLost) {
-  ASSERT_TRUE(stored("old"));
-  const auto triesToWrite = [&] {
-    LinuxUserDefaults defaults(path_);
-    defaults.setValue("key", std::string(10'000, 'n'));
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    signal(SIGXFSZ, SIG_IGN);
-    const rlimit small{1000, limit.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    if (defaults.synchronize() || LinuxUserDefaults(path_).value("key") != DefaultsValue("old")) return false;
-    setrlimit(RLIMIT_FSIZE, &limit);
-    return defaults.synchronize();  // there is room again
-  };
-  EXPECT_EQ(inAnotherProcess(triesToWrite), 0);
-  EXPECT_EQ(LinuxUserDefaults(path_).value("key"), DefaultsValue(std::string(10'000, 'n')));
-  EXPECT_THAT(files(), testing::UnorderedElementsAre("defaults.plist", "defaults.plist.lock"));
 }
 
 TEST_F(LinuxUserDefaultsTest, WhatIsNoFileIsLeftAlone) {

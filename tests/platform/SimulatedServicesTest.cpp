@@ -1,13 +1,10 @@
 #include <chrono>
-#include <csignal>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 
@@ -17,8 +14,6 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-using Bytes = std::vector<std::uint8_t>;
 
 /// Writes down what it is told: the reason of a route change, or the type of an interruption above 100.
 std::shared_ptr<AudioSessionObserver> observerInto(std::vector<int>& told) {
@@ -84,58 +79,7 @@ TEST(SimulatedURLSession, RepliesByScriptAfterItsDelay) {
   EXPECT_EQ(session.requests().back().url, "http://host/other");
 }
 
-/// A folder of files that goes with the test.
-class SimulatedFiles : public testing::Test {
- protected:
-  std::size_t entries() const {
-    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
-  }
-
-  SimulatedFileManager files_;
-  const std::string folder_ = files_.documentsDirectory();
-  const std::string path_ = folder_ + "/record";
-  const Bytes old_{'o', 'l', 'd'};
-};
-
-TEST_F(SimulatedFiles, AreWrittenWholeReadAndRemoved) {
-  for (const Bytes& bytes : {old_, Bytes(300'000, 7), Bytes{}, Bytes{0, 255, 10, 13, 0}}) {
-    EXPECT_TRUE(files_.writeAtomically(path_, bytes));
-    EXPECT_EQ(files_.contents(path_), bytes);
-    EXPECT_EQ(entries(), 1U);
-  }
-  EXPECT_TRUE(files_.removeFile(path_));
-  EXPECT_EQ(files_.contents(path_), std::nullopt);
-}
-
-TEST_F(SimulatedFiles, AWriteThatBreaksOffLeavesTheOldFileAndNoOther) {
-  files_.writeAtomically(path_, old_);
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  const rlimit small{1000, before.rlim_max};
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  setrlimit(RLIMIT_FSIZE, &small);  // the disk is full after 1000 bytes
-  const bool written = files_.writeAtomically(path_, Bytes(5000, 'n'));
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, handler);
-  EXPECT_FALSE(written);
-  EXPECT_EQ(files_.contents(path_), old_);
-  EXPECT_EQ(entries(), 1U);
-}
-
-TEST(SimulatedAudioSession, AnObserverThatWentAwayHearsNothing) {
-  SimulatedAudioSession session;
-  std::vector<int> gone, told;
-  auto going = observerInto(gone), goingInTheMiddle = observerInto(gone);
-  const auto ends =
-      std::make_shared<AudioSessionObserver>(AudioSessionObserver{[&](std::int32_t) { goingInTheMiddle.reset(); }, {}});
-  const auto stays = observerInto(told);
-  for (const auto& one : {going, std::shared_ptr(ends), goingInTheMiddle, stays}) session.addObserver(one);
-  going.reset();
-  session.unplug();
-  session.unplug();
-  EXPECT_THAT(gone, IsEmpty());
-  EXPECT_THAT(told, ElementsAre(2, 2));
-}
+;
 
 }  // namespace
 }  // namespace orn

@@ -1,35 +1,41 @@
+#include <chrono>
+#include <memory>
+
 #include <QtCore/QEventLoop>
 
+#include <ORNHearingTestSDK/platform/contract/RunLoopContract.h>
 #include <ORNHearingTestSDK/platform/qt/QtRunLoop.h>
 
-#include "../platform/RunLoopContract.h"
+#include "../platform/ContractExpectations.h"
 
 namespace orn {
 namespace {
 
-/// A loop on Qt's events; it only ever waits for what must come.
-struct OnQtEvents {
-  std::unique_ptr<QtRunLoop> loop = std::make_unique<QtRunLoop>();
-  QEventLoop events{};
-  bool finished = false;
-  static constexpr bool kIsVirtual = false;
+using namespace std::chrono_literals;
 
-  void finish() { finished = true, events.quit(); }
-  bool run() {
-    finished = false;
-    loop->performAfterDelay(kGiveUp, [this] { events.quit(); });
-    return events.exec(), finished;
-  }
-};
+/// Runs Qt's events, and with them the loop, for a span of time.
+void runFor(RunLoop& loop, std::chrono::nanoseconds span) {
+  QEventLoop events;
+  loop.performAfterDelay(span, [&events] { events.quit(); });
+  events.exec();
+}
 
-INSTANTIATE_TYPED_TEST_SUITE_P(Qt, RunLoopContract, OnQtEvents);
+TEST(QtRunLoop, KeepsTheContractsOfALoop) {
+  contract::expectKept(contract::checkRunLoop([] {
+    const auto loop = std::make_shared<QtRunLoop>();
+    return contract::RunLoopUnderTest{
+        loop, [weak = std::weak_ptr(loop)](std::chrono::nanoseconds span) { runFor(*weak.lock(), span); }};
+  }));
+}
 
 TEST(QtRunLoop, CallsGoOnInALoopNestedInACall) {
-  OnQtEvents time;
+  QtRunLoop loop;
   QEventLoop dialog;
-  time.loop->performAfterDelay(0ns, [&] { dialog.exec(), time.finish(); });
-  time.loop->performAfterDelay(1ms, [&] { time.loop->dispatchAsync([&] { dialog.quit(); }); });
-  EXPECT_TRUE(time.run());
+  bool hasReturned = false;
+  loop.performAfterDelay(0ns, [&] { hasReturned = dialog.exec() == 7; });
+  loop.performAfterDelay(1ms, [&] { loop.dispatchAsync([&] { dialog.exit(7); }); });
+  runFor(loop, 50ms);
+  EXPECT_TRUE(hasReturned);
 }
 
 }  // namespace

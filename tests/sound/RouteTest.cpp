@@ -161,29 +161,6 @@ TEST_P(Route, TheVolumeIsPutBackToTheVeryValue) {
   }
 }
 
-/// The other server has no module that asks streams to make way.
-using Interruption = SoundTest;
-INSTANTIATE_TEST_SUITE_P(On, Interruption, testing::Values(ServerKind::PulseAudio), nameOf);
-
-TEST_P(Interruption, ACallIsToldOfWhenItBeginsAndEnds) {
-  server_.addAudiometer();
-  server_.control("load-module module-role-cork");
-  usePlatform();
-  std::vector<std::int32_t> types;
-  observer_->interruption = [&](std::int32_t type) { types.push_back(type); };
-  const auto run = newTest(OutputPath::Audiometer);
-  run->startEar(false);
-  loop_->runFor(300ms);
-  {
-    const auto call = server_.launch(
-        {"pacat", "--playback", "--property=media.role=phone", "--server=" + server_.address(), "/dev/zero"});
-    EXPECT_TRUE(loop_->runUntil([&] { return types == std::vector<std::int32_t>{1}; }));
-    server_.kill(call);
-  }
-  EXPECT_TRUE(loop_->runUntil([&] { return types == std::vector<std::int32_t>{1, 0}; }));
-  run->fail("done");
-}
-
 TEST(NoSoundServer, IsAMachineWithoutOutputs) {
   const auto loop = std::make_shared<HastyRunLoop>(1);
   const LinuxSound sound = linuxSound(loop, "test", "unix:/nonexistent/server");

@@ -43,6 +43,12 @@ class Recording {
     return channels;
   }
 
+  /// Left and right in turn, once.
+  Samples take() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(samples_, {});
+  }
+
   bool isSilentSince(std::size_t frame) const {
     const std::lock_guard lock(mutex_);
     return std::all_of(samples_.begin() + static_cast<std::ptrdiff_t>(std::min(2 * frame, samples_.size())),

@@ -134,11 +134,15 @@ void LinuxAudioQueue::write() {
   }
 }
 
-/// Room beyond what the buffers that are away will fill again means that the oldest one was played.
+/// Room beyond what the buffers that are away will fill again means that the oldest one was played, and a server that
+/// holds nothing has played them all.
 void LinuxAudioQueue::handBackWhatIsPlayed() {
   std::size_t away = 0;
   for (const Buffer* buffer : returned_) away += 2 * buffer->samples.size();
-  while (waiting_.empty() && !written_.empty() && stream_.room() >= away + 2 * written_.front()->samples.size()) {
+  const auto isPlayed = [&](const Buffer& oldest) {
+    return stream_.room() >= std::min<std::size_t>(away + 2 * oldest.samples.size(), stream_.bufferBytes());
+  };
+  while (waiting_.empty() && !written_.empty() && isPlayed(*written_.front())) {
     Buffer& played = *written_.front();
     written_.erase(written_.begin());
     returned_.push_back(&played);

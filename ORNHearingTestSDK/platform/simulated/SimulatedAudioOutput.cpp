@@ -37,6 +37,10 @@ const std::vector<std::int16_t>& SimulatedAudioOutput::keptSamples() const {
   return *kept_;
 }
 
+void SimulatedAudioOutput::setDevicePresent(bool isPresent) { mixer_->setDevicePresent(isPresent); }
+
+std::error_code SimulatedAudioOutput::useCurrentDevice() { return mixer_->device(); }
+
 std::unique_ptr<AudioQueue> SimulatedAudioOutput::newOutputQueue(const AudioStreamBasicDescription& format,
                                                                  AudioQueue::OutputCallback callback) {
   if (!isPlayable(format)) return nullptr;

@@ -33,6 +33,10 @@ class ORN_EXPORT SimulatedAudioOutput final : public AudioOutput {
   void keepSamples();
   const std::vector<std::int16_t>& keptSamples() const;
 
+  /// Takes the device away, or brings it back; it is there at first. Observers of a simulated session are not told.
+  void setDevicePresent(bool isPresent);
+
+  std::error_code useCurrentDevice() override;
   std::unique_ptr<AudioQueue> newOutputQueue(const AudioStreamBasicDescription& format,
                                              AudioQueue::OutputCallback callback) override;
   std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path) override;

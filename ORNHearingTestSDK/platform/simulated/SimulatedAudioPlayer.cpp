@@ -27,6 +27,7 @@ void SimulatedAudioPlayer::setVolume(float volume) {
 }
 
 std::error_code SimulatedAudioPlayer::play() {
+  if (const auto missing = mixer_->device()) return missing;
   mixer_->catchUp();
   playing_ = !samples_.empty();
   return {};

@@ -17,7 +17,7 @@ class SimulatedAudioPlayer final : public AudioPlayer, private SimulatedMixer::S
   ~SimulatedAudioPlayer() override;
 
   void setNumberOfLoops(int loops) override { loopsLeft_ = loops; }
-  std::error_code prepareToPlay() override { return {}; }
+  std::error_code prepareToPlay() override { return mixer_->device(); }
   void setPan(float pan) override;
   void setVolume(float volume) override;
   float pan() const override { return pan_; }
@@ -27,6 +27,7 @@ class SimulatedAudioPlayer final : public AudioPlayer, private SimulatedMixer::S
 
  private:
   void mixInto(SimulatedMixer::Sums sums) override;
+  void fallSilent() override { playing_ = false; }
   void goOnOrEnd();
 
   std::shared_ptr<SimulatedMixer> mixer_;

@@ -59,6 +59,7 @@ void SimulatedAudioQueue::setPlaying(bool playing) {
 }
 
 std::error_code SimulatedAudioQueue::start() {
+  if (const auto missing = mixer_->device()) return missing;
   setPlaying(true);
   return {};
 }

@@ -30,6 +30,7 @@ class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Sou
   };
 
   void mixInto(SimulatedMixer::Sums sums) override;
+  void fallSilent() override { playing_ = false; }
   void setPlaying(bool playing);
 
   std::shared_ptr<SimulatedMixer> mixer_;

@@ -1,6 +1,7 @@
 #include <ORNHearingTestSDK/platform/simulated/SimulatedAudioSession.h>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include <ORNHearingTestSDK/platform/AudioSessionObservers.h>
@@ -46,7 +47,8 @@ std::error_code SimulatedAudioSession::setCategory(AudioSessionCategory category
 }
 
 std::error_code SimulatedAudioSession::setOutputVolume(float volume) {
-  volume_ = std::clamp(volume, 0.0F, 1.0F);
+  if (route_.outputs.empty()) return std::make_error_code(std::errc::no_such_device);
+  volume_ = std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F);
   return {};
 }
 

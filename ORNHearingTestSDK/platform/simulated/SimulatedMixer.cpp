@@ -16,6 +16,22 @@ void SimulatedMixer::addSource(Source* source) { sources_.push_back(source); }
 
 void SimulatedMixer::removeSource(Source* source) { std::erase(sources_, source); }
 
+void SimulatedMixer::close() {
+  setDevicePresent(false);
+  listeners_.clear();
+}
+
+void SimulatedMixer::setDevicePresent(bool isPresent) {
+  catchUp();
+  isDevicePresent_ = isPresent;
+  if (isPresent) return;
+  for (Source* source : sources_) source->fallSilent();
+}
+
+std::error_code SimulatedMixer::device() const {
+  return isDevicePresent_ ? std::error_code{} : std::make_error_code(std::errc::no_such_device);
+}
+
 void SimulatedMixer::catchUp() {
   const auto runLoop = runLoop_.lock();
   if (rendering_ || !runLoop) return;

@@ -5,6 +5,7 @@
 #include <deque>
 #include <memory>
 #include <span>
+#include <system_error>
 #include <vector>
 
 #include <ORNHearingTestSDK/platform/RunLoop.h>
@@ -31,6 +32,8 @@ class SimulatedMixer {
     virtual ~Source() = default;
     /// Adds the next frames of this source.
     virtual void mixInto(Sums sums) = 0;
+    /// The device has gone: it is not to sound until it is told to.
+    virtual void fallSilent() = 0;
   };
 
   /// The loop is not kept alive: what it holds may itself hold players, and so this mixer.
@@ -40,8 +43,12 @@ class SimulatedMixer {
   void removeSource(Source* source);
   void addListener(SimulatedAudioOutput::Listener listener) { listeners_.push_back(std::move(listener)); }
 
-  /// The output goes: nobody listens any more.
-  void close() { listeners_.clear(); }
+  /// The output goes, and its device with it: nobody listens any more.
+  void close();
+
+  /// Takes the device away, which silences every source, or brings it back.
+  void setDevicePresent(bool isPresent);
+  std::error_code device() const;
 
   /// Renders up to the present. Called from within a listener or a source it does nothing.
   void catchUp();
@@ -54,6 +61,7 @@ class SimulatedMixer {
   std::deque<SimulatedAudioOutput::Listener> listeners_;  // stay in place while a listener adds another
   std::int64_t frame_ = 0;
   bool rendering_ = false;
+  bool isDevicePresent_ = true;
   std::array<std::int32_t, kMostFrames> left_{}, right_{};
   std::array<std::int16_t, 2 * kMostFrames> samples_{};
 };

@@ -1,4 +1,3 @@
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -7,44 +6,11 @@
 #include <ORNHearingTestSDK/platform/linux/LinuxRunLoop.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedRunLoop.h>
 
-#include "RunLoopContract.h"
-
 namespace orn {
 namespace {
 
-/// A loop in virtual time, until finish() is called.
-struct InVirtualTime {
-  std::unique_ptr<SimulatedRunLoop> loop = std::make_unique<SimulatedRunLoop>();
-  bool finished = false;
-  static constexpr bool kIsVirtual = true;
-
-  void finish() { finished = true; }
-  bool run() {
-    finished = false;
-    return loop->runUntil([this] { return finished; }, kGiveUp);
-  }
-};
-
-/// A loop in real time; it only ever waits for what must come.
-struct InRealTime {
-  std::unique_ptr<LinuxRunLoop> loop = std::make_unique<LinuxRunLoop>();
-  bool finished = false;
-  static constexpr bool kIsVirtual = false;
-
-  void finish() {
-    finished = true;
-    loop->stop();
-  }
-  bool run() {
-    finished = false;
-    loop->performAfterDelay(kGiveUp, [this] { loop->stop(); });
-    loop->run();
-    return finished;
-  }
-};
-
-using Loops = testing::Types<InVirtualTime, InRealTime>;
-INSTANTIATE_TYPED_TEST_SUITE_P(Loops, RunLoopContract, Loops);
+using namespace std::chrono_literals;
+using std::chrono::nanoseconds;
 
 TEST(SimulatedRunLoop, JumpsFromCallToCallAndStandsAtTheEndOfTheSpan) {
   SimulatedRunLoop loop;

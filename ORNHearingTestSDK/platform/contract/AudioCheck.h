@@ -1,0 +1,124 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <span>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/contract/AudioUnderTest.h>
+#include <ORNHearingTestSDK/platform/contract/Checking.h>
+
+namespace orn::contract {
+
+using namespace std::chrono_literals;
+using Samples = std::vector<std::int16_t>;
+using Bytes = std::vector<std::uint8_t>;
+
+/// The format that queues play.
+AudioStreamBasicDescription toneFormat();
+
+/// Samples that tell their own place: 100, 101 and so on. None is silence.
+Samples ramp(std::size_t count, std::int16_t first = 100);
+Samples constant(std::size_t count, std::int16_t value);
+
+/// Samples as a WAV file.
+Bytes waveFile(const Samples& samples);
+
+/// A new queue, and notes of its callbacks.
+class QueueUnderTest {
+ public:
+  static constexpr std::size_t kBlock = 3840;  // frames, 80 ms
+  using Refill = std::function<void(AudioQueue&, AudioQueueBuffer&)>;
+
+  /// The refill is called from within each callback.
+  explicit QueueUnderTest(AudioOutput& output, Refill refill = {});
+  ~QueueUnderTest();
+  QueueUnderTest(const QueueUnderTest&) = delete;
+  QueueUnderTest& operator=(const QueueUnderTest&) = delete;
+
+  AudioQueue* operator->() { return queue_.get(); }
+  AudioQueue& operator*() { return *queue_; }
+
+  AudioQueueBuffer& newBuffer(std::size_t frames);
+  static void fill(AudioQueueBuffer& buffer, const Samples& samples);
+
+  /// A new buffer with those samples, enqueued; or as many blocks as they need.
+  AudioQueueBuffer& enqueue(const Samples& samples);
+  std::vector<AudioQueueBuffer*> enqueueBlocks(const Samples& samples);
+
+  void start();
+  void destroy() { queue_.reset(); }
+
+  /// What was handed back, in order, and on how many threads.
+  std::vector<AudioQueueBuffer*> handedBack() const;
+  std::size_t threads() const;
+
+ private:
+  struct Notes {
+    std::mutex mutex;
+    std::vector<AudioQueueBuffer*> handedBack;
+    std::set<std::thread::id> threads;
+  };
+
+  std::shared_ptr<Notes> notes_ = std::make_shared<Notes>();
+  std::unique_ptr<AudioQueue> queue_;
+};
+
+/// An output under test, and ears. Devices and sound servers play late and put silence before and after a sound; a
+/// sample may differ by one from what was sent, where it was calculated with.
+class AudioCheck {
+ public:
+  explicit AudioCheck(AudioUnderTest audio) : audio_(std::move(audio)) {}
+
+  AudioOutput& output() { return *audio_.output; }
+  std::unique_ptr<AudioPlayer> newPlayer(const Samples& samples, int loops = -1);
+  std::size_t framesHeldBack() const { return audio_.framesHeldBack; }
+  void dropOutput() { audio_.output.reset(); }
+  void takeDeviceAway();
+  void bringDeviceBack();
+
+  /// Lets time pass, and listens where that can be done.
+  void runFor(std::chrono::nanoseconds span);
+
+  /// Runs until something holds, at most for a few seconds.
+  bool runUntil(const std::function<bool()>& holds);
+
+  /// Forgets what was heard.
+  void forget();
+
+  /// What was heard in a channel, 0 left and 1 right, since it was last forgotten.
+  const Samples& heard(std::size_t channel) const;
+
+  /// The same without silence, wherever that was.
+  Samples sound(std::size_t channel = 0) const;
+
+  /// Runs until as many frames sounded, and on for a while; expects those very samples in both channels, but for what
+  /// is held back, with silence nowhere, or only before, after and between them.
+  void expectSound(const Samples& samples, bool withGaps = false);
+
+  /// Runs until that many frames have sounded.
+  void expectFrames(std::size_t frames);
+
+  /// Runs until nothing is heard any more, and expects that it comes to this.
+  void expectItFallsSilent(const std::string& after);
+
+  /// Expects that nothing at all is heard in the next while.
+  void expectSilence(const std::string& when);
+
+  /// Expects that each channel soon holds one value.
+  void expectSteady(double left, double right, const std::string& when);
+
+ private:
+  void listen();
+  bool isSteady(std::size_t channel, double value) const;
+
+  AudioUnderTest audio_;
+  Samples channels_[2];
+};
+
+}  // namespace orn::contract

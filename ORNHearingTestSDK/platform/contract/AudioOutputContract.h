@@ -1,0 +1,10 @@
+#pragma once
+
+#include <ORNHearingTestSDK/platform/contract/AudioUnderTest.h>
+#include <ORNHearingTestSDK/platform/contract/Contract.h>
+
+namespace orn::contract {
+
+Report checkAudioOutput(const std::function<AudioUnderTest()>& make);
+
+}  // namespace orn::contract

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include <ORNHearingTestSDK/platform/AudioSession.h>
+#include <ORNHearingTestSDK/platform/contract/Contract.h>
+
+namespace orn::contract {
+
+/// A new session on a machine with an output, and what happens to it. The suite lets go of the session first; the hooks
+/// must not hold it. Those below `runFor` may be empty, and the contracts that need them are not checked then.
+struct AudioSessionUnderTest {
+  std::shared_ptr<AudioSession> session;
+
+  /// Lets a span of the machine's time pass, in which its loop makes the calls that are due.
+  std::function<void(std::chrono::nanoseconds span)> runFor;
+
+  /// Makes another device the output, and takes the device away that is the output, with others left or none.
+  std::function<void()> plug;
+  std::function<void()> unplug;
+
+  /// Takes all outputs away.
+  std::function<void()> unplugAll;
+
+  /// An interruption of the sound begins (type 1) or ends (0), for a call say.
+  std::function<void(std::int32_t type)> interrupt;
+};
+
+Report checkAudioSession(const std::function<AudioSessionUnderTest()>& make);
+
+}  // namespace orn::contract

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <ORNHearingTestSDK/platform/FileManager.h>
+#include <ORNHearingTestSDK/platform/contract/Contract.h>
+
+namespace orn::contract {
+
+/// A file manager whose documents folder holds nothing that matters; the suite writes there. The hook may be empty, and
+/// the contract that needs it is not checked then.
+struct FileManagerUnderTest {
+  std::shared_ptr<FileManager> files;
+
+  /// Makes a call while the disk takes nothing more, or only a few hundred bytes.
+  std::function<void(const std::function<void()>& call)> withFullDisk;
+};
+
+Report checkFileManager(const std::function<FileManagerUnderTest()>& make);
+
+}  // namespace orn::contract

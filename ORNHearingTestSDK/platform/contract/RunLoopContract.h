@@ -1,0 +1,22 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+#include <ORNHearingTestSDK/platform/RunLoop.h>
+#include <ORNHearingTestSDK/platform/contract/Contract.h>
+
+namespace orn::contract {
+
+/// A new loop, and how it is run. The suite lets go of the loop first; `runFor` must not hold it.
+struct RunLoopUnderTest {
+  std::shared_ptr<RunLoop> loop;
+
+  /// Makes the calls that are due within a span of the loop's time, then returns.
+  std::function<void(std::chrono::nanoseconds span)> runFor;
+};
+
+Report checkRunLoop(const std::function<RunLoopUnderTest()>& make);
+
+}  // namespace orn::contract
