@@ -18,7 +18,9 @@ void append(Bytes& bytes, std::uint32_t value, int size) {
   for (int i = 0; i < size; ++i) bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
 }
 
-void append(Bytes& bytes, const char* name) { bytes.insert(bytes.end(), name, name + 4); }
+void append(Bytes& bytes, const char* name) {
+  for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<std::uint8_t>(name[i]));
+}
 
 Samples withoutSilenceAround(const Samples& samples) {
   const auto first = std::find_if_not(samples.begin(), samples.end(), isSilent);
