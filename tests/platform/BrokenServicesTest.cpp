@@ -269,10 +269,10 @@ const std::vector<BrokenCopy<URLSessionUnderTest>> kNetworks = {
        };
      })},
     {"any thread may ask", networkThat(
-                               [](ChangedURLSession& session, URLSessionUnderTest& copy, URLSession& real) {
-                                 session.task = [&real, here = std::this_thread::get_id(), main = copy.callsFromLoop](
+                               [](ChangedURLSession& session, URLSessionUnderTest&, URLSession& real) {
+                                 session.task = [&real, here = std::this_thread::get_id()](
                                                     const URLRequest& request, const auto& handler, int number) {
-                                   const bool isOther = !main && !isHere(here) && number > 5;
+                                   const bool isOther = !isHere(here) && number > 5;
                                    real.dataTask(request, [isOther, handler](URLReply reply) {
                                      if (isOther) reply = {std::nullopt, Error{"transport", 1, "busy"}};
                                      handler(std::move(reply));

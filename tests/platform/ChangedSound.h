@@ -43,7 +43,7 @@ struct ChangedQueue final : AudioQueue {
   std::function<std::error_code(float)> volume;
   std::function<std::error_code()> starting, pausing, stopping;
 
-  // For tests to keep account of, of what was enqueued and not handed back: account() sets them up.
+  // For tests to keep account of: what was enqueued and not handed back, and whether it was started.
   std::vector<AudioQueueBuffer*> enqueued;
   bool isRunning = false;
 
