@@ -107,7 +107,7 @@ TEST(Documents, ShowCodeThatIsBuilt) {
 }
 
 TEST(Documents, NameOnlyFilesThatExist) {
-  const std::regex link("\\]\\(([^)#:]+)(#[^)]*)?\\)");
+  const std::regex link("\\]\\(([^)#: ]+)(#[^)]*)?\\)");
   for (const auto& document : documents()) {
     const std::string text = contents(document);
     for (std::sregex_iterator one(text.begin(), text.end(), link), end; one != end; ++one) {
