@@ -73,13 +73,14 @@ std::string runnable(std::string line) {
   const std::pair<std::regex, std::string> changes[] = {
       {std::regex("#.*"), ""},
       {std::regex("build/(dev|release)\\b"), kBuild},
-      {std::regex("^make (.*)"), "make -n $1 > /dev/null"},
+      {std::regex("^time "), ""},
+      {std::regex("^([A-Z_]+=\\S+ )?make (.*)"), "make -n $2 > /dev/null"},
       {std::regex("^\\.ci/run *(.*)"), stages},
       {std::regex("^scripts/build.sh dev *$"), "test -x scripts/build.sh"},
       {std::regex("^scripts/build.sh dev (.*)"), "cmake --build " + kBuild + " --target $1 -- -n > /dev/null"},
       {std::regex("^(scripts/\\S+)(.*)"), "bash -n $1"},
       {std::regex("^ctest --preset dev(.*)"), "ctest --test-dir " + kBuild + " -N $1 | grep -q 'Total Tests: [1-9]'"},
-      {std::regex("^([^ =]*/(hearing|[a-z_]*test).*[^& ]) *$"), "runs $1"},
+      {std::regex("^((\\$H|[^ =]*/(hearing|[a-z_]*test)).*[^& ]) *$"), "runs $1"},
   };
   for (const auto& [from, to] : changes) line = std::regex_replace(line, from, to);
   return line;
