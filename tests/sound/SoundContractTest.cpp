@@ -72,7 +72,11 @@ class Machine {
       const auto session = session_.lock();
       return !session || session->currentRoute().outputs.empty() != isThere;
     };
-    for (int i = 0; i < 500 && !isKnown(); ++i) runFor(10ms);
+    // For a while, since a server that is made of several programs may change its mind on the way.
+    for (int i = 0, known = 0; i < 500 && known < 15; ++i) {
+      runFor(10ms);
+      known = isKnown() ? known + 1 : 0;
+    }
   }
 
   void endCall() {

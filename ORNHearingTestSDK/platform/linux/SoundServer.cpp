@@ -4,10 +4,13 @@
 
 #include <pulse/introspect.h>
 #include <pulse/operation.h>
+#include <pulse/rtclock.h>
 #include <pulse/subscribe.h>
 
 namespace orn {
 namespace {
+
+constexpr pa_usec_t kSettled = 250'000;  // microseconds
 
 void letGo(pa_operation* operation) {
   if (operation) pa_operation_unref(operation);
@@ -31,6 +34,7 @@ void SoundServer::serverIsReady() {
       context,
       [](pa_context*, pa_subscription_event_type_t, uint32_t, void* self) {
         static_cast<SoundServer*>(self)->refresh();
+        static_cast<SoundServer*>(self)->askAgainSoon();
       },
       this);
   // A card tells of plugs that its sinks' active ports don't follow.
@@ -38,6 +42,20 @@ void SoundServer::serverIsReady() {
                                                              PA_SUBSCRIPTION_MASK_CARD);
   letGo(pa_context_subscribe(context, interests, nullptr, nullptr));
   refresh();
+}
+
+/// A server that is made of several programs may tell of a change before all of them know it, and fail to answer or
+/// answer by the state before.
+void SoundServer::askAgainSoon() {
+  if (again_) return;
+  again_ = pa_context_rttime_new(
+      connection_.context(), pa_rtclock_now() + kSettled,
+      [](pa_mainloop_api* api, pa_time_event* event, const timeval*, void* self) {
+        api->time_free(event);
+        static_cast<SoundServer*>(self)->again_ = nullptr;
+        static_cast<SoundServer*>(self)->refresh();
+      },
+      this);
 }
 
 void SoundServer::refresh() {

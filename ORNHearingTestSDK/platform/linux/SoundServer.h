@@ -48,6 +48,7 @@ class SoundServer {
 
  private:
   void serverIsReady();
+  void askAgainSoon();
   void addSink(const pa_sink_info* sink, int end);
   void answered();
   void change(SoundServerState now);
@@ -56,6 +57,7 @@ class SoundServer {
   bool isAsking_ = false;
   bool isStale_ = false;
   bool hasAnswered_ = false;
+  pa_time_event* again_ = nullptr;  // goes with the connection's loop
   std::list<StateObserver> observers_;
   PulseConnection connection_;  // last: it goes first, and its callbacks need the rest
 };
