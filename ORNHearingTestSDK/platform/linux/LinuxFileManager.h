@@ -14,7 +14,7 @@ class ORN_EXPORT LinuxFileManager final : public PosixFileManager {
   explicit LinuxFileManager(std::string applicationIdentifier);
   ~LinuxFileManager() override;
 
-  /// $XDG_DATA_HOME/<application identifier>/documents, or ~/.local/share where that variable is empty or relative.
+  /// $XDG_DATA_HOME/APPLICATION/documents, or ~/.local/share where that variable is empty or relative.
   /// Made, for this user alone, when it is missing; if that fails, the path comes back all the same and whatever is
   /// written below it fails.
   std::string documentsDirectory() const override;

@@ -32,7 +32,7 @@ class ORN_EXPORT LinuxUserDefaults final : public UserDefaults {
   explicit LinuxUserDefaults(std::string path);
   ~LinuxUserDefaults() override;
 
-  /// $XDG_CONFIG_HOME/<application identifier>/defaults.plist, or below ~/.config where that variable is empty or
+  /// $XDG_CONFIG_HOME/APPLICATION/defaults.plist, or below ~/.config where that variable is empty or
   /// relative.
   static std::string defaultPath(const std::string& applicationIdentifier);
 
