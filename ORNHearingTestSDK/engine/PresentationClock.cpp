@@ -45,7 +45,7 @@ void PresentationClock::park(const RunLoop::Action& timerUpdate) { setFireDate(t
 
 bool PresentationClock::isTickLate() {
   const auto now = loop().now();
-  const bool isLate = due_ != RunLoop::distantFuture && now - due_ > longestHoldUp;
+  const bool isLate = now - due_ > longestHoldUp;
   due_ = now + playTime();
   return isLate;
 }

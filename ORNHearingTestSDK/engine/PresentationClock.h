@@ -27,14 +27,12 @@ class ORN_EXPORT PresentationClock {
   void tickNow(const RunLoop::Action& timerUpdate);
   void park(const RunLoop::Action& timerUpdate);
 
-  /// Called once at each tick: whether it comes longer after its time. Then the program was held up, and
-  /// nobody knows what was heard meanwhile.
+  /// Called once at each tick: whether it comes more than longestHoldUp after its time. Then the program was held up,
+  /// and nobody knows what was heard meanwhile.
   bool isTickLate();
 
   /// Ends the timer for good; the next operation makes a new one.
   void end();
-
-  bool isRunning() const { return autoPlayTimer_ != nullptr; }
 
  private:
   void setFireDate(const RunLoop::Action& timerUpdate, std::chrono::nanoseconds time);
