@@ -7,6 +7,7 @@
 
 #include <ORNHearingTestSDK/audio/AudioRoute.h>
 #include <ORNHearingTestSDK/audio/ORNSystemVolumeManager.h>
+#include <ORNHearingTestSDK/engine/PresentationClock.h>
 #include <ORNHearingTestSDK/platform/AudioSession.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
 
@@ -21,7 +22,6 @@ using simulation::TestRun;
 
 constexpr std::chrono::seconds kRestBetweenEars{2};
 constexpr std::chrono::milliseconds kPulse{250};
-constexpr std::chrono::seconds kLongestHoldUp{2};  // half of the shortest tone
 
 std::string earName(bool isLeft) { return isLeft ? "left" : "right"; }
 
@@ -114,7 +114,8 @@ void RealTest::watchForHoldUps() {
   lastPulse_ = loop->now();
   pulse_ = loop->scheduledTimer(kPulse, [this, now = std::weak_ptr(loop)] {
     const auto last = std::exchange(lastPulse_, now.lock()->now());
-    if (lastPulse_ - last > kLongestHoldUp) run_->fail("the program was held up; nothing of the test is kept");
+    if (lastPulse_ - last > PresentationClock::longestHoldUp)
+      run_->fail("the program was held up; nothing of the test is kept");
   });
 }
 
