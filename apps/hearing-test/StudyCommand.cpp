@@ -82,6 +82,10 @@ std::vector<StudyPlan> StudyCommand::plans() const {
 }
 
 int StudyCommand::run() {
+  if (population_.lowest > population_.highest) {
+    std::fputs("hearing-test: --lowest is above --highest\n", stderr);
+    return 2;
+  }
   std::vector<StudyResult> results;
   for (const StudyPlan& plan : plans()) {
     const auto listeners = simulation::runStudy(plan, workers_ > 0 ? workers_ : simulation::availableCores());
