@@ -28,11 +28,15 @@ PulseConnection::PulseConnection(std::string applicationName, std::string server
 PulseConnection::~PulseConnection() {
   {
     const PulseLock lock(*this);
-    if (retry_) pa_threaded_mainloop_get_api(loop_)->time_free(retry_);
-    lose();
+    leave();
   }
   if (isRunning_) pa_threaded_mainloop_stop(loop_);
   pa_threaded_mainloop_free(loop_);
+}
+
+void PulseConnection::leave() {
+  if (retry_) pa_threaded_mainloop_get_api(loop_)->time_free(std::exchange(retry_, nullptr));
+  close(context_);
 }
 
 void PulseConnection::connect() {
@@ -70,14 +74,31 @@ bool PulseConnection::waitUntil(const std::function<bool()>& holds) {
   return holds();
 }
 
+pa_context* PulseConnection::newContext() const {
+  pa_context* context = pa_context_new(pa_threaded_mainloop_get_api(loop_), applicationName_.c_str());
+  if (!context) throw std::bad_alloc();
+  return context;
+}
+
+bool PulseConnection::connect(pa_context* context) const {
+  const char* server = server_.empty() ? nullptr : server_.c_str();
+  return pa_context_connect(context, server, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0;
+}
+
+void PulseConnection::close(pa_context*& context) {
+  if (!context) return;
+  pa_context_set_state_callback(context, nullptr, nullptr);
+  pa_context_disconnect(context);
+  pa_context_unref(context);
+  context = nullptr;
+}
+
 void PulseConnection::tryToConnect() {
-  lose();
-  context_ = pa_context_new(pa_threaded_mainloop_get_api(loop_), applicationName_.c_str());
-  if (!context_) throw std::bad_alloc();
+  close(context_);
+  context_ = newContext();
   pa_context_set_state_callback(
       context_, [](pa_context*, void* self) { static_cast<PulseConnection*>(self)->stateChanged(); }, this);
-  const char* server = server_.empty() ? nullptr : server_.c_str();
-  if (pa_context_connect(context_, server, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) tryLater();
+  if (!connect(context_)) tryLater();
 }
 
 void PulseConnection::stateChanged() {
@@ -106,14 +127,6 @@ void PulseConnection::tryLater() {
       },
       this);
   delay_ = std::min(delay_ * 2, kLongestDelay);
-}
-
-void PulseConnection::lose() {
-  if (!context_) return;
-  pa_context_set_state_callback(context_, nullptr, nullptr);
-  pa_context_disconnect(context_);
-  pa_context_unref(context_);
-  context_ = nullptr;
 }
 
 }  // namespace orn

@@ -30,8 +30,17 @@ class PulseConnection {
   /// Connects and waits for the server's first answer; false if there is no server. The same threads.
   bool waitUntilReady();
 
+  /// Leaves the server for good; with the lock held.
+  void leave();
+
   /// With the lock held: the context, or null while there is no server.
   pa_context* context() const;
+
+  /// With the lock held: another context on the same thread, and its connecting to the same server; false if that can't
+  /// even begin. Closing it sets it to null.
+  pa_context* newContext() const;
+  bool connect(pa_context* context) const;
+  static void close(pa_context*& context);
 
   /// With the lock held, on any thread but the connection's own: waits until a condition holds that callbacks bring
   /// about, each of which has to signal(). False if it does not hold within a second.
@@ -44,7 +53,6 @@ class PulseConnection {
   void tryToConnect();
   void stateChanged();
   void tryLater();
-  void lose();
 
   std::string applicationName_, server_;
   pa_threaded_mainloop* loop_;

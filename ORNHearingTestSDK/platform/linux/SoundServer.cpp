@@ -22,10 +22,18 @@ SoundServer::SoundServer(std::string applicationName, std::string server)
     : connection_(std::move(applicationName), std::move(server)) {
   connection_.onReady = [this] { serverIsReady(); };
   connection_.onLost = [this] {
+    defaultSink_.cancel();
     isAsking_ = isStale_ = false;
     hasAnswered_ = true;
     change({});
   };
+}
+
+/// From here on no callback comes that needs what is about to go.
+SoundServer::~SoundServer() {
+  const PulseLock lock(connection_);
+  connection_.leave();
+  defaultSink_.cancel();
 }
 
 void SoundServer::serverIsReady() {
@@ -59,22 +67,20 @@ void SoundServer::askAgainSoon() {
 }
 
 void SoundServer::refresh() {
-  pa_context* context = connection_.context();
-  if (!context) return;
+  if (!connection_.context()) return;
   isStale_ = isAsking_;
   if (isAsking_) return;
   isAsking_ = true;
-  answer_ = {};
-  letGo(pa_context_get_server_info(
-      context,
-      [](pa_context*, const pa_server_info* server, void* self) {
-        if (server && server->default_sink_name) {
-          static_cast<SoundServer*>(self)->answer_.defaultSink = server->default_sink_name;
-        }
-      },
-      this));
+  // In this order: a device that goes between the two answers is then gone, and was not left for another one.
+  defaultSink_.ask([this](const std::string& sink) {
+    answer_ = {{}, sink};
+    askForSinks();
+  });
+}
+
+void SoundServer::askForSinks() {
   letGo(pa_context_get_sink_info_list(
-      context,
+      connection_.context(),
       [](pa_context*, const pa_sink_info* sink, int end, void* self) {
         static_cast<SoundServer*>(self)->addSink(sink, end);
       },

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include <ORNHearingTestSDK/platform/linux/DefaultSinkQuestion.h>
 #include <ORNHearingTestSDK/platform/linux/PulseConnection.h>
 #include <ORNHearingTestSDK/platform/linux/SoundOutput.h>
 
@@ -19,6 +20,9 @@ class SoundServer {
 
   /// An empty server text is the user's own one. Connects to nothing yet.
   SoundServer(std::string applicationName, std::string server);
+  ~SoundServer();
+  SoundServer(const SoundServer&) = delete;
+  SoundServer& operator=(const SoundServer&) = delete;
 
   PulseConnection& connection() { return connection_; }
 
@@ -49,6 +53,7 @@ class SoundServer {
  private:
   void serverIsReady();
   void askAgainSoon();
+  void askForSinks();
   void addSink(const pa_sink_info* sink, int end);
   void answered();
   void change(SoundServerState now);
@@ -59,7 +64,8 @@ class SoundServer {
   bool hasAnswered_ = false;
   pa_time_event* again_ = nullptr;  // goes with the connection's loop
   std::list<StateObserver> observers_;
-  PulseConnection connection_;  // last: it goes first, and its callbacks need the rest
+  PulseConnection connection_;
+  DefaultSinkQuestion defaultSink_{connection_};
 };
 
 }  // namespace orn

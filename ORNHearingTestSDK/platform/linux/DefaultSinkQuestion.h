@@ -1,0 +1,38 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <ORNHearingTestSDK/platform/linux/PulseConnection.h>
+
+namespace orn {
+
+/// Asks the server for its default output over a connection of its own, which lives for one question.
+///
+/// PipeWire 0.3 may come to tell of a new default output only those who connect after it. A connection that was there
+/// before goes by the old one then for as long as it lives, whatever it asks.
+class DefaultSinkQuestion {
+ public:
+  /// The sink's name; empty where the server could not be asked or doesn't say.
+  using Answer = std::function<void(const std::string& sink)>;
+
+  explicit DefaultSinkQuestion(PulseConnection& connection) : connection_(connection) {}
+  DefaultSinkQuestion(const DefaultSinkQuestion&) = delete;
+  DefaultSinkQuestion& operator=(const DefaultSinkQuestion&) = delete;
+
+  /// With the lock held, once no earlier question is open. The answer comes on the connection's thread.
+  void ask(Answer answer);
+
+  /// No answer comes any more; with the lock held. To be called before the end of an open question.
+  void cancel();
+
+ private:
+  void stateChanged();
+  void answer(const char* sink);
+
+  PulseConnection& connection_;
+  pa_context* context_ = nullptr;
+  Answer answer_;
+};
+
+}  // namespace orn
