@@ -3,10 +3,11 @@
 
 #include <cstdio>
 
-#include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QWidget>
+
+#include "hearing-app/FirstFrame.h"
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
@@ -14,7 +15,7 @@ int main(int argc, char** argv) {
   window.resize(375, 667);
   if (argc > 1) new QLabel(QString::fromUtf8(argv[1]), &window);
   window.show();
-  QTimer::singleShot(0, &window, [&window] {
+  orn::afterFirstFrame(window, [&window] {
     window.repaint();
     std::puts("frame");
     std::fflush(stdout);

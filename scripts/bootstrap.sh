@@ -20,7 +20,7 @@ packages=(
 case "${1-}" in
   clang) packages+=(clang-14) ;;
   fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
-  bench) packages+=(gstreamer1.0-plugins-base gstreamer1.0-tools libstk-dev sox) ;;
+  bench) packages+=(gstreamer1.0-plugins-base gstreamer1.0-tools libstk-dev sox xauth xvfb) ;;
   deb) packages+=(desktop-file-utils dpkg-dev file) ;;
   docs) packages+=(doxygen) ;;
 esac

@@ -24,20 +24,27 @@ DeviceCell::DeviceCell()
 }
 
 void DeviceCell::setContents(const std::string& imageName, const AttributedText& title, const AttributedText& detail) {
-  const double ratio = devicePixelRatioF();
-  const int pixels = qRound(kImageSize * ratio);
-  QImage image = ORNScreenUtils::imageResource(imageName, ratio);
-  if (!image.isNull()) {
-    image = image.scaled(pixels, pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    image.setDevicePixelRatio(ratio);
-  }
-  image_->setPixmap(QPixmap::fromImage(image));
+  showImage(imageName, devicePixelRatioF());
   title_->setAttributedText(title);
   detail_->setAttributedText(detail);
   detailText_ = detail;
   setAccessibleName(title_->text());
   setAccessibleDescription(detail_->text());
   layOut();
+}
+
+/// A row is filled anew at every change of the route, mostly with what it shows.
+void DeviceCell::showImage(const std::string& name, double pixelRatio) {
+  if (name == imageName_ && pixelRatio == imageRatio_) return;
+  imageName_ = name;
+  imageRatio_ = pixelRatio;
+  const int pixels = qRound(kImageSize * pixelRatio);
+  QImage image = ORNScreenUtils::imageResource(name, pixelRatio);
+  if (!image.isNull()) {
+    image = image.scaled(pixels, pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    image.setDevicePixelRatio(pixelRatio);
+  }
+  image_->setPixmap(QPixmap::fromImage(image));
 }
 
 void DeviceCell::layOut() {

@@ -29,11 +29,14 @@ class DeviceCell : public TableCell {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void showImage(const std::string& name, double pixelRatio);
   void layOut();
 
   QLabel* image_;
   TextLabel *title_, *detail_;
   AttributedText detailText_;
+  std::string imageName_;
+  double imageRatio_ = 0;
 };
 
 }  // namespace orn

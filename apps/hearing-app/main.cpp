@@ -22,6 +22,7 @@
 #include <ORNHearingTestSDK/screens/NavigationWindow.h>
 
 #include "EndingSignals.h"
+#include "hearing-app/FirstFrame.h"
 #include "hearing-app/HostApplication.h"
 #include "hearing-app/QuitSignals.h"
 #include "hearing-app/ScreenListener.h"
@@ -63,9 +64,9 @@ void keepSettings(const orn::Platform& machine, const Options& options) {
 }
 
 /// Once the window shows all that it has to show, says so on standard output.
-void endAtFirstFrame(const orn::HostApplication& application) {
-  orn::Platform::current().runLoop->performAfterDelay(std::chrono::nanoseconds(0), [&application] {
-    application.window().repaint();
+void endAtFirstFrame(QWidget& window) {
+  orn::afterFirstFrame(window, [&window] {
+    window.repaint();
     std::puts("frame");
     std::fflush(stdout);
     QApplication::quit();
@@ -79,10 +80,12 @@ int runSimulated(const Options& options) {
   orn::ScreenListener listener(*simulated.machine().audioOutput, application, orn::sampleListener());
   orn::SimulationPanel panel(simulated, listener);
   application.open();
-  const QRect window = application.window().frameGeometry();
-  panel.move(window.right() + kPanelGap, window.top());
-  panel.show();
-  if (options.endsAtFirstFrame) endAtFirstFrame(application);
+  if (options.endsAtFirstFrame) endAtFirstFrame(application.window());
+  orn::afterFirstFrame(application.window(), [&] {
+    const QRect window = application.window().frameGeometry();
+    panel.move(window.right() + kPanelGap, window.top());
+    panel.show();
+  });
   return QApplication::exec();
 }
 
