@@ -39,6 +39,7 @@ void TableView::setEdgeView(QPointer<QWidget>& slot, QWidget* view) {
   view->show();
   measure();
   arrange();
+  orderForTabulator();
 }
 
 void TableView::reloadData() {
@@ -73,10 +74,10 @@ void TableView::measure() {
 void TableView::arrange() {
   if (std::exchange(isArranging_, true)) return;
   const int top = verticalScrollBar()->value(), bottom = top + viewport()->height();
-  arrangeRows(top, bottom);
+  const bool hasOtherRows = arrangeRows(top, bottom);
   arrangeHeaders(top, bottom);
   arrangeEdges(top);
-  orderForTabulator();
+  if (hasOtherRows) orderForTabulator();
   isArranging_ = false;
 }
 
@@ -93,13 +94,18 @@ void TableView::orderForTabulator() {
   for (QWidget* one : footer_->findChildren<QWidget*>()) append(one);
 }
 
-void TableView::arrangeRows(int top, int bottom) {
+/// Tells whether other rows show than before.
+bool TableView::arrangeRows(int top, int bottom) {
+  bool hasOtherRows = false;
   const auto first =
       std::partition_point(rows_.begin(), rows_.end(), [&](const Row& row) { return row.top + row.height <= top; });
   const auto last = std::partition_point(first, rows_.end(), [&](const Row& row) { return row.top < bottom; });
   for (auto cell = cells_.begin(); cell != cells_.end();) {
     const auto next = std::next(cell);
-    if (first == last || cell->first < first->indexPath || std::prev(last)->indexPath < cell->first) recycle(cell);
+    if (first == last || cell->first < first->indexPath || std::prev(last)->indexPath < cell->first) {
+      recycle(cell);
+      hasOtherRows = true;
+    }
     cell = next;
   }
   for (auto row = first; row != last; ++row) {
@@ -110,10 +116,12 @@ void TableView::arrangeRows(int top, int bottom) {
       cell->setGeometry(frame);
       cell->setSelected(selected_ == row->indexPath);
       cell->show();
+      hasOtherRows = true;
     } else {
       cell->setGeometry(frame);
     }
   }
+  return hasOtherRows;
 }
 
 void TableView::arrangeHeaders(int top, int bottom) {

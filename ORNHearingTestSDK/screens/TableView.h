@@ -100,7 +100,7 @@ class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
   void setEdgeView(QPointer<QWidget>& slot, QWidget* view);
   void measure();
   void arrange();
-  void arrangeRows(int top, int bottom);
+  bool arrangeRows(int top, int bottom);
   void arrangeHeaders(int top, int bottom);
   void arrangeEdges(int top);
   void orderForTabulator();

@@ -11,7 +11,25 @@ using simulation::OutputPath;
 
 constexpr std::int32_t kNewDevice = 1, kDeviceGone = 2;
 
-using Route = SoundTest;
+class Route : public SoundTest {
+ protected:
+  std::shared_ptr<simulation::TestRun> newTest(OutputPath path) {
+    tones_ = 0;
+    simulation::TestWatch watch;
+    watch.tonePlays = [this](const std::string&, const std::string&, bool) { ++tones_; };
+    return SoundTest::newTest(path, watch);
+  }
+
+  /// Starts an ear and waits until so many tones have come and the audiometer sounds.
+  bool isHeard(simulation::TestRun& run, int tones) {
+    const Recording recording(server_, "audiometer");
+    const int before = tones_;
+    run.startEar(false);
+    return loop_->runUntil([&] { return tones_ >= before + tones && !recording.isSilentSince(0); });
+  }
+
+  int tones_ = 0;
+};
 
 TEST_P(Route, IsTheDefaultOutputAsItsPropertiesSay) {
   const struct {
@@ -52,24 +70,17 @@ TEST_P(Route, ALostDeviceIsToldOfAndItsTonesNeverGoToAnother) {
     server_.setDefault("audiometer");
     reasons_.clear();
     usePlatform();
-    int tones = 0;
-    simulation::TestWatch watch;
-    watch.tonePlays = [&](const std::string&, const std::string&, bool) { ++tones; };
-    const auto run = newTest(path, watch);
+    const auto run = newTest(path);
     {
       const Recording elsewhere(server_, "speaker");
-      {
-        const Recording recording(server_, "audiometer");
-        run->startEar(false);
-        ASSERT_TRUE(loop_->runUntil([&] { return tones >= 2 && !recording.isSilentSince(0); }));
-      }
+      ASSERT_TRUE(isHeard(*run, 2));
       server_.remove(audiometer);
       ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kDeviceGone); }));
-      const int before = tones;
-      EXPECT_TRUE(loop_->runUntil([&] { return tones >= before + 3; })) << "the session goes on";
+      const int before = tones_;
+      EXPECT_TRUE(loop_->runUntil([&] { return tones_ >= before + 3; })) << "the session goes on";
       run->pauseTest();
       run->continueTest();
-      EXPECT_TRUE(loop_->runUntil([&] { return tones >= before + 5; }));
+      EXPECT_TRUE(loop_->runUntil([&] { return tones_ >= before + 5; }));
       EXPECT_GT(elsewhere.frames(), 0U);
       EXPECT_TRUE(elsewhere.isSilentSince(0)) << "the loudspeaker has played";
       run->pauseTest();
@@ -78,9 +89,7 @@ TEST_P(Route, ALostDeviceIsToldOfAndItsTonesNeverGoToAnother) {
     const std::string again = server_.addAudiometer();
     server_.setDefault("audiometer");
     ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "HeadsetBT"; }));
-    const Recording recording(server_, "audiometer");
-    run->startEar(false);
-    EXPECT_TRUE(loop_->runUntil([&] { return !recording.isSilentSince(0); }));
+    EXPECT_TRUE(isHeard(*run, 0));
     run->pauseTest();
     Platform::clearCurrent();
     server_.remove(again);
@@ -95,31 +104,22 @@ TEST_P(Route, AServerThatIsKilledInMidTestIsSurvived) {
     server_.addAudiometer();
     reasons_.clear();
     usePlatform();
-    int tones = 0;
-    simulation::TestWatch watch;
-    watch.tonePlays = [&](const std::string&, const std::string&, bool) { ++tones; };
-    const auto run = newTest(path, watch);
-    {
-      const Recording recording(server_, "audiometer");
-      run->startEar(false);
-      ASSERT_TRUE(loop_->runUntil([&] { return tones >= 2 && !recording.isSilentSince(0); }));
-    }
+    const auto run = newTest(path);
+    ASSERT_TRUE(isHeard(*run, 2));
     server_.kill();
     ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kDeviceGone); }));
     EXPECT_EQ(session_->routeText(), std::nullopt);
     EXPECT_EQ(session_->setOutputVolume(1), std::errc::no_such_device);
     EXPECT_EQ(output_->useCurrentDevice(), std::errc::no_such_device);
-    const int before = tones;
-    EXPECT_TRUE(loop_->runUntil([&] { return tones >= before + 2; })) << "the session goes on";
+    const int before = tones_;
+    EXPECT_TRUE(loop_->runUntil([&] { return tones_ >= before + 2; })) << "the session goes on";
     run->pauseTest();
 
     reasons_.clear();
     server_.start();
     server_.addAudiometer();
     ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kNewDevice) && session_->routeText() == "HeadsetBT"; }));
-    const Recording recording(server_, "audiometer");
-    run->startEar(false);
-    EXPECT_TRUE(loop_->runUntil([&] { return !recording.isSilentSince(0); }));
+    EXPECT_TRUE(isHeard(*run, 0));
     run->pauseTest();
     Platform::clearCurrent();
   }

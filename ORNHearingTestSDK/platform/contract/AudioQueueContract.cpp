@@ -13,6 +13,14 @@ constexpr std::size_t kBlock = QueueUnderTest::kBlock;
 /// Longer than any device runs ahead of what is heard.
 Samples longSound() { return ramp(8 * kBlock); }
 
+/// Until it is heard. Gives its first buffer.
+AudioQueueBuffer& playLongSound(QueueUnderTest& queue, AudioCheck& check) {
+  AudioQueueBuffer& first = *queue.enqueueBlocks(longSound()).front();
+  queue.start();
+  check.expectFrames(1000);
+  return first;
+}
+
 const Contract<AudioCheck> kContracts[] = {
     {"buffers of any length are played in the order of their enqueueing, each sample as it is, left and right",
      [](AudioCheck& check) {
@@ -188,9 +196,7 @@ const Contract<AudioCheck> kContracts[] = {
     {"start() is harmless on a running queue",
      [](AudioCheck& check) {
        QueueUnderTest queue(check.output());
-       queue.enqueueBlocks(longSound());
-       queue.start();
-       check.expectFrames(1000);
+       playLongSound(queue, check);
        queue.start();
        check.expectSound(longSound());
      }},
@@ -198,9 +204,7 @@ const Contract<AudioCheck> kContracts[] = {
     {"pause() stops the sound, and start() goes on with the very next sample",
      [](AudioCheck& check) {
        QueueUnderTest queue(check.output());
-       queue.enqueueBlocks(longSound());
-       queue.start();
-       check.expectFrames(1000);
+       playLongSound(queue, check);
        expect(!queue->pause(), "it can't be paused");
        check.runFor(400ms);
        const std::size_t before = check.sound().size();
@@ -213,9 +217,7 @@ const Contract<AudioCheck> kContracts[] = {
     {"no callback comes between pause() and start()",
      [](AudioCheck& check) {
        QueueUnderTest queue(check.output());
-       queue.enqueueBlocks(longSound());
-       queue.start();
-       check.expectFrames(1000);
+       playLongSound(queue, check);
        const std::size_t before = queue.handedBack().size();
        expect(!queue->pause(), "it can't be paused");
        check.runFor(800ms);
@@ -225,9 +227,7 @@ const Contract<AudioCheck> kContracts[] = {
     {"stop() stops the sound and drops what is queued",
      [](AudioCheck& check) {
        QueueUnderTest queue(check.output());
-       AudioQueueBuffer& buffer = *queue.enqueueBlocks(longSound()).front();
-       queue.start();
-       check.expectFrames(1000);
+       AudioQueueBuffer& buffer = playLongSound(queue, check);
        expect(!queue->stop(), "it can't be stopped");
        check.expectItFallsSilent("stop()");
        queue.start();
@@ -242,9 +242,7 @@ const Contract<AudioCheck> kContracts[] = {
     {"stop() hands nothing back",
      [](AudioCheck& check) {
        QueueUnderTest queue(check.output());
-       queue.enqueueBlocks(longSound());
-       queue.start();
-       check.expectFrames(1000);
+       playLongSound(queue, check);
        expect(!queue->stop(), "it can't be stopped");
        check.runFor(100ms);  // a callback may have been running
        const std::size_t before = queue.handedBack().size();
@@ -276,9 +274,7 @@ const Contract<AudioCheck> kContracts[] = {
     {"the destructor drops what is queued",
      [](AudioCheck& check) {
        QueueUnderTest queue(check.output());
-       queue.enqueueBlocks(longSound());
-       queue.start();
-       check.expectFrames(1000);
+       playLongSound(queue, check);
        queue.destroy();
        check.runFor(200ms);
        check.expectSilence("after the destructor");
@@ -287,9 +283,7 @@ const Contract<AudioCheck> kContracts[] = {
     {"a queue whose device goes falls silent and does not start until it is back",
      [](AudioCheck& check) {
        QueueUnderTest queue(check.output());
-       queue.enqueueBlocks(longSound());
-       queue.start();
-       check.expectFrames(1000);
+       playLongSound(queue, check);
        check.takeDeviceAway();
        expect(queue->start() == std::errc::no_such_device, "start() does not tell that there is no device");
        check.bringDeviceBack();
@@ -299,9 +293,7 @@ const Contract<AudioCheck> kContracts[] = {
     {"what was queued when the device went comes after a start() with the device back",
      [](AudioCheck& check) {
        QueueUnderTest queue(check.output());
-       queue.enqueueBlocks(longSound());
-       queue.start();
-       check.expectFrames(1000);
+       playLongSound(queue, check);
        check.takeDeviceAway();
        check.bringDeviceBack();
        check.forget();
