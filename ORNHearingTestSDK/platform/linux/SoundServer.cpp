@@ -10,7 +10,7 @@
 namespace orn {
 namespace {
 
-constexpr pa_usec_t kSettled = 250'000;  // microseconds
+constexpr pa_usec_t kSettled = 250'000, kOld = 1'000'000;  // microseconds
 
 void letGo(pa_operation* operation) {
   if (operation) pa_operation_unref(operation);
@@ -71,6 +71,7 @@ void SoundServer::refresh() {
   isStale_ = isAsking_;
   if (isAsking_) return;
   isAsking_ = true;
+  askedAt_ = pa_rtclock_now();
   // In this order: a device that goes between the two answers is then gone, and was not left for another one.
   defaultSink_.ask([this](const std::string& sink) {
     answer_ = {{}, sink};
@@ -113,6 +114,8 @@ SoundServerState SoundServer::state() {
   const bool isReady = connection_.waitUntilReady();
   const PulseLock lock(connection_);
   if (isReady) connection_.waitUntil([this] { return hasAnswered_ || !connection_.context(); });
+  // A change that the server did not tell of is then known soon after somebody has looked.
+  if (pa_rtclock_now() > askedAt_ + kOld) refresh();
   return state_;
 }
 

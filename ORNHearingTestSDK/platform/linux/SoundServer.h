@@ -29,8 +29,8 @@ class SoundServer {
   /// Begins to connect and returns at once.
   void watch() { connection_.connect(); }
 
-  /// The state at present; connects and waits for the first one if need be. Not on the connection's thread and not with
-  /// the lock.
+  /// The state as last told; connects and waits for the first one if need be, and asks again where it is old. Not on
+  /// the connection's thread and not with the lock.
   SoundServerState state();
 
   /// The same with the lock held, and without waiting.
@@ -62,6 +62,7 @@ class SoundServer {
   bool isAsking_ = false;
   bool isStale_ = false;
   bool hasAnswered_ = false;
+  pa_usec_t askedAt_ = 0;
   pa_time_event* again_ = nullptr;  // goes with the connection's loop
   std::list<StateObserver> observers_;
   PulseConnection connection_;
