@@ -1,5 +1,4 @@
 #include <cerrno>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -14,7 +13,6 @@
 
 #include <QtWidgets/QApplication>
 
-#include <ORNHearingTestSDK/platform/RunLoop.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxPlatform.h>
 #include <ORNHearingTestSDK/platform/qt/QtRunLoop.h>

@@ -13,8 +13,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-bool isHere(std::thread::id here) { return std::this_thread::get_id() == here; }
-
 /// A session whose requests a test changes, by their number and with the handler that the reply is meant for.
 struct ChangedURLSession final : URLSession {
   using Task = std::function<void(URLRequest, CompletionHandler, int number)>;
@@ -144,7 +142,7 @@ const std::vector<BrokenCopy<URLSessionUnderTest>> kNetworks = {
                                [](ChangedURLSession& session, URLSessionUnderTest&, URLSession& real) {
                                  session.task = [&real, here = std::this_thread::get_id()](
                                                     const URLRequest& request, const auto& handler, int number) {
-                                   const bool isOther = !isHere(here) && number > 5;
+                                   const bool isOther = std::this_thread::get_id() != here && number > 5;
                                    real.dataTask(request, [isOther, handler](URLReply reply) {
                                      if (isOther) reply = {std::nullopt, Error{"transport", 1, "busy"}};
                                      handler(std::move(reply));

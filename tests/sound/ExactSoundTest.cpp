@@ -85,12 +85,12 @@ class Comparison {
   }
 
   /// Leaves out what a start over older sound lets through until these samples begin; gives how many samples that were.
-  /// The start drops what the server held, and with it one or two of the new blocks where the server had taken them
-  /// already: those go from the samples.
-  std::size_t seek(Samples& sent) {
+  /// The start drops what the server held, and with it so many of the new ones at the most where the server had taken
+  /// them already: those go from the samples.
+  std::size_t seek(Samples& sent, std::size_t mostLost) {
     std::size_t loud = 0;
     for (; next_ + kEnough < recorded_.size(); ++next_) {
-      for (std::size_t lost = 0; lost < 3 * kBlock; lost += kBlock) {
+      for (std::size_t lost = 0; lost <= mostLost; lost += kBlock) {
         if (!isAt(next_, sent, lost)) continue;
         sent.erase(sent.begin(), sent.begin() + static_cast<std::ptrdiff_t>(lost));
         return loud;
@@ -169,7 +169,9 @@ TEST_P(ExactSound, EverySampleOfAWholeTestReachesTheAudiometer) {
   EXPECT_GE(comparison.follow(right), right.size() - inFlight);
   EXPECT_EQ(comparison.gaps(), 2) << "one at the pause, one after the ear";
   ASSERT_GT(left.size(), 48000U);
-  EXPECT_LT(comparison.seek(left), inFlight) << "of the right ear's last tone";
+  // PipeWire takes more than a block at a time here.
+  const std::size_t mostLost = GetParam() == ServerKind::PipeWire ? 2 * kBlock : 0;
+  EXPECT_LT(comparison.seek(left, mostLost), inFlight) << "of the right ear's last tone";
   EXPECT_GE(comparison.follow(left), left.size() - inFlight);
   EXPECT_LE(comparison.gaps(), 1) << "only after the ear";
 }

@@ -13,28 +13,29 @@ void DefaultSinkQuestion::ask(Answer answer) {
   pa_context_set_state_callback(
       context_, [](pa_context*, void* self) { static_cast<DefaultSinkQuestion*>(self)->stateChanged(); }, this);
   // It may have failed and answered already.
-  if (!connection_.connect(context_) && context_) this->answer("");
+  if (!connection_.connect(context_) && context_) this->answer(std::nullopt);
 }
 
 void DefaultSinkQuestion::stateChanged() {
   const pa_context_state_t state = pa_context_get_state(context_);
-  if (!PA_CONTEXT_IS_GOOD(state)) return answer("");
+  if (!PA_CONTEXT_IS_GOOD(state)) return answer(std::nullopt);
   if (state != PA_CONTEXT_READY) return;
   pa_operation* operation = pa_context_get_server_info(
       context_,
       [](pa_context*, const pa_server_info* server, void* self) {
-        const char* sink = server ? server->default_sink_name : nullptr;
-        static_cast<DefaultSinkQuestion*>(self)->answer(sink ? sink : "");
+        auto& question = *static_cast<DefaultSinkQuestion*>(self);
+        if (!server) return question.answer(std::nullopt);
+        question.answer(server->default_sink_name ? server->default_sink_name : "");
       },
       this);
-  if (operation) pa_operation_unref(operation);
+  if (!operation) return answer(std::nullopt);
+  pa_operation_unref(operation);
 }
 
-void DefaultSinkQuestion::answer(const char* sink) {
+void DefaultSinkQuestion::answer(std::optional<std::string> sink) {
   const Answer answer = std::move(answer_);
-  const std::string text = sink;  // which goes with the connection
   cancel();
-  answer(text);
+  answer(std::move(sink));
 }
 
 void DefaultSinkQuestion::cancel() {

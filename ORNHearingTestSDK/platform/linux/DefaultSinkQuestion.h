@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include <ORNHearingTestSDK/platform/linux/PulseConnection.h>
@@ -13,8 +14,8 @@ namespace orn {
 /// before goes by the old one then for as long as it lives, whatever it asks.
 class DefaultSinkQuestion {
  public:
-  /// The sink's name; empty where the server could not be asked or doesn't say.
-  using Answer = std::function<void(const std::string& sink)>;
+  /// The sink's name, empty where the server has none; nothing where the server could not be asked.
+  using Answer = std::function<void(std::optional<std::string> sink)>;
 
   explicit DefaultSinkQuestion(PulseConnection& connection) : connection_(connection) {}
   DefaultSinkQuestion(const DefaultSinkQuestion&) = delete;
@@ -28,7 +29,7 @@ class DefaultSinkQuestion {
 
  private:
   void stateChanged();
-  void answer(const char* sink);
+  void answer(std::optional<std::string> sink);
 
   PulseConnection& connection_;
   pa_context* context_ = nullptr;

@@ -20,6 +20,9 @@ struct LinuxSound {
 /// The sound of this machine through PulseAudio or PipeWire's server of the same protocol. Nothing is connected to
 /// before the first question, and a machine without a server is one without outputs. An empty server text is the user's
 /// own server; else it is one as PULSE_SERVER would name it. The name is what the user's mixer shows. Main thread.
+///
+/// PipeWire 0.3 does not always tell of the user's choice between two outputs that are both there. The session then
+/// notices it, and tells its observers, a moment after its route was asked for.
 ORN_EXPORT LinuxSound linuxSound(const std::shared_ptr<RunLoop>& runLoop, const std::string& applicationName,
                                  const std::string& server = {});
 

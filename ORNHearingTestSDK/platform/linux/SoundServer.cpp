@@ -52,12 +52,13 @@ void SoundServer::serverIsReady() {
   refresh();
 }
 
-/// A server that is made of several programs may tell of a change before all of them know it, and fail to answer or
-/// answer by the state before.
+/// A server that is made of several programs tells of a new output before all of them know it, and may not tell of its
+/// becoming the default one.
 void SoundServer::askAgainSoon() {
-  if (again_) return;
+  const pa_usec_t settled = pa_rtclock_now() + kSettled;
+  if (again_) return pa_context_rttime_restart(connection_.context(), again_, settled);
   again_ = pa_context_rttime_new(
-      connection_.context(), pa_rtclock_now() + kSettled,
+      connection_.context(), settled,
       [](pa_mainloop_api* api, pa_time_event* event, const timeval*, void* self) {
         api->time_free(event);
         static_cast<SoundServer*>(self)->again_ = nullptr;
@@ -73,8 +74,9 @@ void SoundServer::refresh() {
   isAsking_ = true;
   askedAt_ = pa_rtclock_now();
   // In this order: a device that goes between the two answers is then gone, and was not left for another one.
-  defaultSink_.ask([this](const std::string& sink) {
-    answer_ = {{}, sink};
+  defaultSink_.ask([this](std::optional<std::string> sink) {
+    // A question that fails on its way says nothing of the device that a test is on.
+    answer_ = {{}, std::move(sink).value_or(state_.defaultSink)};
     askForSinks();
   });
 }
