@@ -15,8 +15,7 @@ int main(int argc, char** argv) {
   window.resize(375, 667);
   if (argc > 1) new QLabel(QString::fromUtf8(argv[1]), &window);
   window.show();
-  orn::afterFirstFrame(window, [&window] {
-    window.repaint();
+  orn::afterFirstFrame(window, [] {
     std::puts("frame");
     std::fflush(stdout);
     QApplication::quit();

@@ -21,6 +21,10 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 
+# What a binary loads only when it needs it can't be read from it.
+set(loaded_by_core "libcurl4, libpulse0")
+set(loaded_by_tools libmicrohttpd12)
+
 # orn_deb(COMPONENT NAME SECTION DESCRIPTION [DEPENDS [RECOMMENDS]])
 function(orn_deb component name section description)
   string(TOUPPER ${component} key)
@@ -32,11 +36,12 @@ function(orn_deb component name section description)
 endfunction()
 
 set(same "(= ${PROJECT_VERSION})")
-orn_deb(Core libornhearingtestsdk${PROJECT_VERSION_MAJOR} libs "Hearing test library: calibrated tones, thresholds, results")
+orn_deb(Core libornhearingtestsdk${PROJECT_VERSION_MAJOR} libs "Hearing test library: calibrated tones, thresholds, results"
+        "${loaded_by_core}")
 orn_deb(Screens libornhearingtestscreens${PROJECT_VERSION_MAJOR} libs "Screens and audiogram views of the hearing test library, on Qt"
         "libornhearingtestsdk${PROJECT_VERSION_MAJOR} ${same}" fonts-wqy-microhei)
 set(dev_depends "libornhearingtestsdk${PROJECT_VERSION_MAJOR} ${same}, nlohmann-json3-dev")
-set(tools_depends "libornhearingtestsdk${PROJECT_VERSION_MAJOR} ${same}")
+set(tools_depends "libornhearingtestsdk${PROJECT_VERSION_MAJOR} ${same}, ${loaded_by_tools}")
 if(ORN_BUILD_SCREENS)
   string(APPEND dev_depends ", libornhearingtestscreens${PROJECT_VERSION_MAJOR} ${same}")
   string(APPEND tools_depends ", libornhearingtestscreens${PROJECT_VERSION_MAJOR} ${same}")

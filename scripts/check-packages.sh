@@ -16,7 +16,12 @@ DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-insta
   ./build/package/packages/*.deb > /dev/null
 hearing-test simulate --png "$work/audiogram.png" > /dev/null
 QT_QPA_PLATFORM=offscreen hearing-app --screenshots "$work/shots" 2> /dev/null
-hearing-service --help > /dev/null
+mkfifo "$work/port"
+hearing-service --print-port > "$work/port" &
+service=$!
+read -r port < "$work/port"
+XDG_CONFIG_HOME=$work hearing-test register --host "127.0.0.1:$port" --app-key check --id 1 --birthday 1990-03-05 --phone 13800000000 > /dev/null
+kill "$service"
 [ -s "$work/audiogram.png" ] && [ -s "$work/shots/result-375x667.png" ]
 desktop-file-validate /usr/share/applications/hearing-app.desktop
 cmake -S examples/automatic-test -B "$work/built" -G Ninja > /dev/null

@@ -16,6 +16,7 @@
 #include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
 
 #include "hearing-app/EarphoneCache.h"
+#include "hearing-app/FirstFrame.h"
 #include "hearing-app/ProfileScreen.h"
 #include "hearing-app/ServiceNotices.h"
 #include "hearing-app/WatchedURLSession.h"
@@ -59,13 +60,17 @@ HostApplication::~HostApplication() {
   Platform::clearCurrent();
 }
 
-void HostApplication::open() {
+void HostApplication::open(const std::function<void()>& whenShown) {
   if (isProfileKept()) {
     openSelection();
   } else {
     askForProfile();
   }
   window_->show();
+  afterFirstFrame(*window_, [this, whenShown] {
+    if (whenShown) whenShown();
+    if (isProfileKept()) meetService();
+  });
 }
 
 void HostApplication::askForProfile() {
@@ -73,6 +78,7 @@ void HostApplication::askForProfile() {
   screen->onDone = [this, weak = std::weak_ptr(screen)](const Profile& profile) {
     keepProfile(profile);
     openSelection();
+    meetService();
     if (const auto asked = weak.lock()) asked->dismiss();
   };
   window_->present(NavigationController::initWithRootViewController(screen), window_->navigation());
@@ -85,6 +91,9 @@ void HostApplication::openSelection() {
                                                        QStringLiteral("测试记录"), [weak = std::weak_ptr(selection_)] {
                                                          if (const auto screen = weak.lock()) screen->gotolishi();
                                                        });
+}
+
+void HostApplication::meetService() {
   if (const auto notice = noticeOfMissingHost()) {
     say(*notice);
   } else {

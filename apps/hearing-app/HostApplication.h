@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,8 +37,9 @@ class HostApplication {
   HostApplication(const HostApplication&) = delete;
   HostApplication& operator=(const HostApplication&) = delete;
 
-  /// Shows the window: the device selection, or first the question for a profile where there is none.
-  void open();
+  /// Shows the window: the device selection, or first the question for a profile where there is none. Once it has been
+  /// painted, calls an action, and then meets the service, whose first request takes its time.
+  void open(const std::function<void()>& whenShown = {});
 
   NavigationWindow& window() const { return *window_; }
 
@@ -55,6 +57,7 @@ class HostApplication {
 
   void askForProfile();
   void openSelection();
+  void meetService();
   void registerProfile();
   void openShop();
   void replied(const std::string& url, const URLReply& reply);

@@ -61,6 +61,12 @@ void ScreenshotScript::settle() {
   QCoreApplication::processEvents();
 }
 
+void ScreenshotScript::open() {
+  host_->open();
+  settle();  // exposes the window; what waits for its first frame comes with the next one
+  run(kToRest);
+}
+
 void ScreenshotScript::run(double seconds) {
   settle();
   machine_.virtualTime->runFor(std::chrono::round<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds)));

@@ -36,6 +36,9 @@ class ScreenshotScript {
   /// JSON.
   void answerAll(const std::string& tests);
 
+  /// Opens the application and lets it meet the service.
+  void open();
+
   void run(double seconds);
 
   /// Presses the button of this name and lets what it starts come to rest.

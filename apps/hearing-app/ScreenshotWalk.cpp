@@ -57,16 +57,14 @@ class Walk {
   ScreenshotScript open(const std::string& tests = "[]") {
     ScreenshotScript script(screen_, folder_, sampleProfile());
     script.answerAll(tests);
-    script.host().open();
-    script.run(1);
+    script.open();
     return script;
   }
 
   void profile() {
     ScreenshotScript script(screen_, folder_, std::nullopt);
     script.answerAll("[]");
-    script.host().open();
-    script.run(1);
+    script.open();
     script.shoot("profile");
     script.press(QStringLiteral("完成"));
     script.shoot("profile-incomplete");
@@ -225,8 +223,7 @@ class Walk {
 
   void unregistered() {
     ScreenshotScript script(screen_, folder_, sampleProfile());
-    script.host().open();
-    script.run(1);
+    script.open();
     script.shoot("service-unreachable");
     script.press(kFine);
     script.host().selection()->goToShop(nullptr);
@@ -236,8 +233,7 @@ class Walk {
 
   void withoutServiceHost() {
     ScreenshotScript script(screen_, folder_, sampleProfile(), "");
-    script.host().open();
-    script.run(1);
+    script.open();
     script.shoot("service-not-set");
   }
 

@@ -37,16 +37,20 @@ struct SimulatedHost::Folder {
 SimulatedHost::SimulatedHost(std::shared_ptr<RunLoop> realTime)
     : folder_(std::make_unique<Folder>()), machine_(machineOn(std::move(realTime))) {
   if (!folder_->made.isValid()) throw std::runtime_error("can't make a temporary folder");
-  service::ServiceOptions options;
-  options.database = folder_->made.filePath(QStringLiteral("tests.db")).toStdString();
-  service_ = std::make_unique<service::HearingService>(std::move(options));
-  machine_.userDefaults->setValue(kServiceHostDefault, "127.0.0.1:" + std::to_string(service_->port()));
   machine_.audioSession->setOutputVolume(kUsersVolume);
   urlSession_ = std::make_shared<LinuxURLSession>();
   if (machine_.virtualTime) urlSession_ = std::make_shared<simulation::BlockingURLSession>(urlSession_);
 }
 
 SimulatedHost::~SimulatedHost() = default;
+
+service::HearingService& SimulatedHost::startService() {
+  service::ServiceOptions options;
+  options.database = folder_->made.filePath(QStringLiteral("tests.db")).toStdString();
+  service_ = std::make_unique<service::HearingService>(std::move(options));
+  machine_.userDefaults->setValue(kServiceHostDefault, "127.0.0.1:" + std::to_string(service_->port()));
+  return *service_;
+}
 
 Platform SimulatedHost::platform() const {
   Platform platform = machine_.platform();

@@ -13,20 +13,22 @@ namespace service {
 class HearingService;
 }
 
-/// Everything that the application needs, on any machine: a service of its own on the loopback interface, whose
-/// database goes with this object, and a simulated machine that knows it. Main thread.
+/// Everything that the application needs, on any machine: a simulated machine, and a service of its own on the loopback
+/// interface, whose database goes with this object. Main thread.
 class SimulatedHost {
  public:
   /// In real time on the given loop, or without one in virtual time, where each request waits for its reply. Throws
-  /// std::runtime_error if the service can't be had.
+  /// std::runtime_error if there is no place for a database.
   explicit SimulatedHost(std::shared_ptr<RunLoop> realTime = {});
   ~SimulatedHost();
   SimulatedHost(const SimulatedHost&) = delete;
   SimulatedHost& operator=(const SimulatedHost&) = delete;
 
+  /// Begins the service, of which the machine knows from here on. Throws std::runtime_error if it can't be had.
+  service::HearingService& startService();
+
   Platform platform() const;
   SimulatedPlatform& machine() { return machine_; }
-  service::HearingService& service() { return *service_; }
 
   void plugAudiometer();
 

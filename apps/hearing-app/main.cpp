@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -61,28 +62,42 @@ void keepSettings(const orn::Platform& machine, const Options& options) {
   machine.userDefaults->synchronize();
 }
 
-/// Once the window shows all that it has to show, says so on standard output.
-void endAtFirstFrame(QWidget& window) {
-  orn::afterFirstFrame(window, [&window] {
-    window.repaint();
-    std::puts("frame");
-    std::fflush(stdout);
-    QApplication::quit();
-  });
+/// The window shows all that it has to show.
+void endAtFirstFrame() {
+  std::puts("frame");
+  std::fflush(stdout);
+  QApplication::quit();
+}
+
+void placeBeside(const QWidget& window, QWidget& panel) {
+  panel.move(window.frameGeometry().right() + kPanelGap, window.frameGeometry().top());
+  panel.show();
+}
+
+int fail(const std::exception& error) {
+  std::fprintf(stderr, "hearing-app: %s\n", error.what());
+  return 1;
+}
+
+/// Within the event loop, which nothing may be thrown through.
+void beginSimulation(orn::SimulatedHost& simulated, const Options& options) {
+  try {
+    simulated.startService();
+    keepSettings(simulated.platform(), options);
+  } catch (const std::exception& error) {
+    QApplication::exit(fail(error));
+  }
 }
 
 int runSimulated(const Options& options) {
   orn::SimulatedHost simulated(std::make_shared<orn::QtRunLoop>());
-  keepSettings(simulated.platform(), options);
   orn::HostApplication application(simulated.platform(), orn::sampleProfile());
   orn::ScreenListener listener(*simulated.machine().audioOutput, application, orn::sampleListener());
-  orn::SimulationPanel panel(simulated, listener);
-  application.open();
-  if (options.endsAtFirstFrame) endAtFirstFrame(application.window());
-  orn::afterFirstFrame(application.window(), [&] {
-    const QRect window = application.window().frameGeometry();
-    panel.move(window.right() + kPanelGap, window.top());
-    panel.show();
+  std::optional<orn::SimulationPanel> panel;
+  application.open([&] {
+    if (options.endsAtFirstFrame) endAtFirstFrame();
+    beginSimulation(simulated, options);
+    placeBeside(application.window(), panel.emplace(simulated, listener));
   });
   return QApplication::exec();
 }
@@ -163,7 +178,6 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "hearing-app: %s\n", error.what());
-    return 1;
+    return fail(error);
   }
 }

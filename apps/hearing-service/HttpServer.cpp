@@ -5,8 +5,9 @@
 #include <cstring>
 #include <stdexcept>
 #include <utility>
-#include <microhttpd.h>
 #include <netinet/in.h>
+
+#include "hearing-service/LibMicrohttpd.h"
 
 namespace orn::service {
 namespace {
@@ -14,6 +15,12 @@ namespace {
 constexpr unsigned kMostConnections = 256;
 constexpr unsigned kIdleSeconds = 60;
 constexpr std::size_t kMostBytesRead = 16 * kLargestBody;  // a client that sends more is cut off unanswered
+
+/// An application that brings a service of its own is not to wait for it at its start.
+const LibMicrohttpd& libmicrohttpd() {
+  static const LibMicrohttpd library;
+  return library;
+}
 
 /// One request on its way in.
 struct Exchange {
@@ -58,13 +65,13 @@ MHD_Result send(MHD_Connection* connection, HttpReply reply) {
   constexpr std::size_t blockSize = 65'536;
   auto owned = std::make_unique<HttpReply>(std::move(reply));
   const unsigned status = owned->status;
-  MHD_Response* const response = MHD_create_response_from_callback(owned->body.size() + owned->padding, blockSize,
-                                                                   readReply, owned.get(), freeReply);
+  MHD_Response* const response = libmicrohttpd().MHD_create_response_from_callback(
+      owned->body.size() + owned->padding, blockSize, readReply, owned.get(), freeReply);
   if (!response) return MHD_NO;
   static_cast<void>(owned.release());
-  MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, "application/json");
-  const MHD_Result result = MHD_queue_response(connection, status, response);
-  MHD_destroy_response(response);  // the connection holds it from here on
+  libmicrohttpd().MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, "application/json");
+  const MHD_Result result = libmicrohttpd().MHD_queue_response(connection, status, response);
+  libmicrohttpd().MHD_destroy_response(response);  // the connection holds it from here on
   return result;
 }
 
@@ -95,17 +102,17 @@ sockaddr_in loopback(std::uint16_t port) {
 
 }  // namespace
 
-void HttpServer::Stopping::operator()(MHD_Daemon* daemon) const { MHD_stop_daemon(daemon); }
+void HttpServer::Stopping::operator()(MHD_Daemon* daemon) const { libmicrohttpd().MHD_stop_daemon(daemon); }
 
 HttpServer::HttpServer(std::uint16_t port, Handler handler) : handler_(std::move(handler)) {
   const sockaddr_in address = loopback(port);
-  daemon_.reset(MHD_start_daemon(MHD_USE_AUTO_INTERNAL_THREAD | MHD_USE_THREAD_PER_CONNECTION, port, nullptr, nullptr,
-                                 continueExchange, &handler_, MHD_OPTION_SOCK_ADDR, &address,
-                                 MHD_OPTION_URI_LOG_CALLBACK, beginExchange, nullptr, MHD_OPTION_NOTIFY_COMPLETED,
-                                 endExchange, nullptr, MHD_OPTION_CONNECTION_LIMIT, kMostConnections,
-                                 MHD_OPTION_CONNECTION_TIMEOUT, kIdleSeconds, MHD_OPTION_END));
+  daemon_.reset(libmicrohttpd().MHD_start_daemon(
+      MHD_USE_AUTO_INTERNAL_THREAD | MHD_USE_THREAD_PER_CONNECTION, port, nullptr, nullptr, continueExchange, &handler_,
+      MHD_OPTION_SOCK_ADDR, &address, MHD_OPTION_URI_LOG_CALLBACK, beginExchange, nullptr, MHD_OPTION_NOTIFY_COMPLETED,
+      endExchange, nullptr, MHD_OPTION_CONNECTION_LIMIT, kMostConnections, MHD_OPTION_CONNECTION_TIMEOUT, kIdleSeconds,
+      MHD_OPTION_END));
   if (!daemon_) throw std::runtime_error("can't listen on port " + std::to_string(port) + ": " + std::strerror(errno));
-  const MHD_DaemonInfo* const info = MHD_get_daemon_info(daemon_.get(), MHD_DAEMON_INFO_BIND_PORT);
+  const MHD_DaemonInfo* const info = libmicrohttpd().MHD_get_daemon_info(daemon_.get(), MHD_DAEMON_INFO_BIND_PORT);
   if (!info || info->port == 0) throw std::runtime_error("can't tell the port");
   port_ = info->port;
 }

@@ -32,6 +32,7 @@ struct ApplicationHands : Hands {
 };
 
 struct Application : SimulatedHost {
+  Application() : service(startService()) {}
   void run() {
     machine().virtualTime->runFor(seconds(2));
     Hands::settle();
@@ -71,6 +72,7 @@ struct Application : SimulatedHost {
     EXPECT_TRUE(hands.sees(part)) << part.toStdString();
   }
 
+  service::HearingService& service;
   bool isByFinger = false;
   int presses = 0;
   HostApplication host{platform()};
@@ -127,13 +129,13 @@ TEST_P(ApplicationPaths, AServiceThatFailsIsSaidAndNoTestOpens) {
     Application app;
     app.start();
     app.plug(GetParam());
-    app.service().misbehave({kind, {}});
+    app.service.misbehave({kind, {}});
     app.click(kRows[GetParam()]);
     EXPECT_TRUE(app.hands.sees(notice));
     app.click("好的");
     if (kind == Refuse && GetParam() == 1) continue;  // the test screen itself closes it
     EXPECT_TRUE(app.hands.sees("选择设备"));
-    app.service().misbehave({});
+    app.service.misbehave({});
     app.click(kRows[GetParam()]);
     EXPECT_TRUE(app.hands.button(kReady)) << "the row works again";
   }
@@ -141,23 +143,26 @@ TEST_P(ApplicationPaths, AServiceThatFailsIsSaidAndNoTestOpens) {
 
 TEST(ApplicationProfile, IsAskedForOnceAndSentUntilTheServiceHasIt) {
   SimulatedHost machine;
+  service::HearingService& service = machine.startService();
   const auto alertAtOpening = [&](const std::optional<Profile>& profile) {
     HostApplication host(machine.platform(), profile);
     const ApplicationHands hands(host);
     host.open();
+    Hands::settle();  // exposes the window
+    Hands::settle();  // has painted it and meets the service
     machine.machine().virtualTime->runFor(seconds(2));
     Hands::settle();
     EXPECT_TRUE(hands.sees("选择设备") && hands.sees("小明"));
     return hands.alert();
   };
-  machine.service().misbehave({service::Misbehaviour::Kind::NoBody, {}});
+  service.misbehave({service::Misbehaviour::Kind::NoBody, {}});
   for (const auto& profile : {std::optional(sampleProfile()), std::optional<Profile>()}) {
     EXPECT_TRUE(alertAtOpening(profile).contains("您的资料还没有登记"));
   }
-  machine.service().misbehave({});
+  service.misbehave({});
   for (int opening = 0; opening < 2; ++opening) {
     EXPECT_EQ(alertAtOpening({}), "");
-    machine.service().misbehave({service::Misbehaviour::Kind::NoBody, {}});  // which is no matter any more
+    service.misbehave({service::Misbehaviour::Kind::NoBody, {}});  // which is no matter any more
   }
   machine.machine().userDefaults->setValue("SERVICEHOST", std::string());
   EXPECT_TRUE(alertAtOpening({}).contains("还没有设置测听服务器"));
@@ -185,6 +190,7 @@ TEST(ApplicationShop, OpensAWebPageOrSaysWhyNot) {
 /// The application on the wall's clock, perhaps a hasty one, with a real sound server's audiometer and a service.
 struct SoundApplication {
   explicit SoundApplication(const std::shared_ptr<RunLoop>& loop) : others(loop) {
+    others.startService();
     server.addSpeaker();
     server.setDefault("audiometer");
     server.control("set-sink-volume audiometer 21% 64%");

@@ -19,7 +19,8 @@ struct LinuxSound {
 
 /// The sound of this machine through PulseAudio or PipeWire's server of the same protocol. Nothing is connected to
 /// before the first question, and a machine without a server is one without outputs. An empty server text is the user's
-/// own server; else it is one as PULSE_SERVER would name it. The name is what the user's mixer shows. Main thread.
+/// own server; else it is one as PULSE_SERVER would name it. The name is what the user's mixer shows. Loads libpulse,
+/// and throws std::runtime_error if the machine has none. Main thread.
 ///
 /// PipeWire 0.3 does not always tell of the user's choice between two outputs that are both there. The session then
 /// notices it, and tells its observers, a moment after its route was asked for.
@@ -27,7 +28,7 @@ ORN_EXPORT LinuxSound linuxSound(const std::shared_ptr<RunLoop>& runLoop, const 
                                  const std::string& server = {});
 
 /// This machine whole: its sound, network, files, settings and device, with the given run loop. The identifier names
-/// the application's folders, such as "org.example.app".
+/// the application's folders, such as "org.example.app". Throws as linuxSound() does. Main thread.
 ORN_EXPORT Platform linuxPlatform(std::shared_ptr<RunLoop> runLoop, const std::string& applicationIdentifier,
                                   const std::string& applicationVersion);
 

@@ -30,8 +30,8 @@ class ORN_EXPORT LinuxURLSession final : public URLSession {
   LinuxURLSession(const LinuxURLSession&) = delete;
   LinuxURLSession& operator=(const LinuxURLSession&) = delete;
 
-  /// Handlers are called one at a time on the session's thread and must not throw. Throws std::runtime_error at the
-  /// first request if the system has no thread or no wake-up to give.
+  /// Handlers are called one at a time on the session's thread and must not throw. The first request loads libcurl, and
+  /// throws std::runtime_error if the machine has none, or no thread or no wake-up to give.
   void dataTask(URLRequest request, CompletionHandler completionHandler) override;
 
  private:

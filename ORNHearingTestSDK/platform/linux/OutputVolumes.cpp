@@ -7,11 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include <pulse/error.h>
-#include <pulse/introspect.h>
-#include <pulse/operation.h>
-#include <pulse/rtclock.h>
-
+#include <ORNHearingTestSDK/platform/linux/LibPulse.h>
 #include <ORNHearingTestSDK/platform/linux/PulseError.h>
 
 namespace orn {
@@ -35,9 +31,10 @@ void take(pa_context*, int success, void* answers) {
 }
 
 void setWithoutWaiting(pa_context* context, const std::string& sink, const pa_cvolume& volume, bool isMuted) {
-  for (pa_operation* operation : {pa_context_set_sink_volume_by_name(context, sink.c_str(), &volume, nullptr, nullptr),
-                                  pa_context_set_sink_mute_by_name(context, sink.c_str(), isMuted, nullptr, nullptr)}) {
-    if (operation) pa_operation_unref(operation);
+  for (pa_operation* operation :
+       {libpulse().pa_context_set_sink_volume_by_name(context, sink.c_str(), &volume, nullptr, nullptr),
+        libpulse().pa_context_set_sink_mute_by_name(context, sink.c_str(), isMuted, nullptr, nullptr)}) {
+    if (operation) libpulse().pa_operation_unref(operation);
   }
 }
 
@@ -47,14 +44,15 @@ std::error_code setAndWait(PulseConnection& connection, const std::string& sink,
   pa_context* context = connection.context();
   if (!context) return std::make_error_code(std::errc::no_such_device);
   Answers answers{connection};
-  pa_operation* operations[] = {pa_context_set_sink_volume_by_name(context, sink.c_str(), &volume, take, &answers),
-                                pa_context_set_sink_mute_by_name(context, sink.c_str(), isMuted, take, &answers)};
+  pa_operation* operations[] = {
+      libpulse().pa_context_set_sink_volume_by_name(context, sink.c_str(), &volume, take, &answers),
+      libpulse().pa_context_set_sink_mute_by_name(context, sink.c_str(), isMuted, take, &answers)};
   const bool isAnswered = operations[0] && operations[1] &&
                           connection.waitUntil([&] { return answers.missing == 0 || !connection.context(); });
   for (pa_operation* operation : operations) {
     if (!operation) continue;
-    pa_operation_cancel(operation);  // a late answer must not find the answers gone
-    pa_operation_unref(operation);
+    libpulse().pa_operation_cancel(operation);  // a late answer must not find the answers gone
+    libpulse().pa_operation_unref(operation);
   }
   if (!isAnswered) return std::make_error_code(std::errc::timed_out);
   return answers.missing > 0 || answers.isRefused ? std::make_error_code(std::errc::no_such_device) : std::error_code{};
@@ -107,7 +105,8 @@ std::error_code OutputVolumes::drive(const SoundOutput& output, float volume) {
   original.isDue = false;
   const float level = std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F);
   pa_cvolume all;
-  pa_cvolume_set(&all, output.volume.channels, static_cast<pa_volume_t>(std::lround(level * PA_VOLUME_NORM)));
+  libpulse().pa_cvolume_set(&all, output.volume.channels,
+                            static_cast<pa_volume_t>(std::lround(level * PA_VOLUME_NORM)));
   return setAndWait(server_.connection(), output.key.sink, all, false);
 }
 
@@ -132,10 +131,11 @@ void OutputVolumes::putBackWhatAppeared(const SoundServerState& now) {
     const auto found = originals_.find(output.key.sink);
     if (found == originals_.end() || !found->second.isDue) continue;
     Original& original = found->second;
-    if (!original.holdUntil) original.holdUntil = pa_rtclock_now() + kHold;
-    if (pa_rtclock_now() > *original.holdUntil) {
+    if (!original.holdUntil) original.holdUntil = libpulse().pa_rtclock_now() + kHold;
+    if (libpulse().pa_rtclock_now() > *original.holdUntil) {
       originals_.erase(found);
-    } else if (pa_cvolume_equal(&output.volume, &original.volume) == 0 || output.isMuted != original.isMuted) {
+    } else if (libpulse().pa_cvolume_equal(&output.volume, &original.volume) == 0 ||
+               output.isMuted != original.isMuted) {
       setWithoutWaiting(context, output.key.sink, original.volume, original.isMuted);
     }
   }

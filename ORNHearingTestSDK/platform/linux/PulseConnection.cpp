@@ -4,8 +4,6 @@
 #include <new>
 #include <utility>
 
-#include <pulse/rtclock.h>
-
 namespace orn {
 namespace {
 
@@ -13,14 +11,16 @@ using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds kFirstDelay = 100ms, kLongestDelay = 5s, kLongestWait = 1s;
 
-pa_usec_t after(std::chrono::microseconds delay) { return pa_rtclock_now() + static_cast<pa_usec_t>(delay.count()); }
+pa_usec_t after(std::chrono::microseconds delay) {
+  return libpulse().pa_rtclock_now() + static_cast<pa_usec_t>(delay.count());
+}
 
 }  // namespace
 
 PulseConnection::PulseConnection(std::string applicationName, std::string server)
     : applicationName_(std::move(applicationName)),
       server_(std::move(server)),
-      loop_(pa_threaded_mainloop_new()),
+      loop_(libpulse().pa_threaded_mainloop_new()),
       delay_(kFirstDelay) {
   if (!loop_) throw std::bad_alloc();
 }
@@ -30,12 +30,12 @@ PulseConnection::~PulseConnection() {
     const PulseLock lock(*this);
     leave();
   }
-  if (isRunning_) pa_threaded_mainloop_stop(loop_);
-  pa_threaded_mainloop_free(loop_);
+  if (isRunning_) libpulse().pa_threaded_mainloop_stop(loop_);
+  libpulse().pa_threaded_mainloop_free(loop_);
 }
 
 void PulseConnection::leave() {
-  if (retry_) pa_threaded_mainloop_get_api(loop_)->time_free(std::exchange(retry_, nullptr));
+  if (retry_) libpulse().pa_threaded_mainloop_get_api(loop_)->time_free(std::exchange(retry_, nullptr));
   close(context_);
 }
 
@@ -43,7 +43,7 @@ void PulseConnection::connect() {
   const PulseLock lock(*this);
   if (isRunning_) return;
   tryToConnect();
-  isRunning_ = pa_threaded_mainloop_start(loop_) == 0;
+  isRunning_ = libpulse().pa_threaded_mainloop_start(loop_) == 0;
 }
 
 bool PulseConnection::waitUntilReady() {
@@ -56,7 +56,7 @@ bool PulseConnection::waitUntilReady() {
 }
 
 pa_context* PulseConnection::context() const {
-  return context_ && pa_context_get_state(context_) == PA_CONTEXT_READY ? context_ : nullptr;
+  return context_ && libpulse().pa_context_get_state(context_) == PA_CONTEXT_READY ? context_ : nullptr;
 }
 
 bool PulseConnection::waitUntil(const std::function<bool()>& holds) {
@@ -68,41 +68,43 @@ bool PulseConnection::waitUntil(const std::function<bool()>& holds) {
     static_cast<Wait*>(waiting)->isOver = true;
     static_cast<Wait*>(waiting)->connection.signal();
   };
-  pa_time_event* limit = context_ ? pa_context_rttime_new(context_, after(kLongestWait), end, &wait) : nullptr;
-  while (limit && !wait.isOver && !holds()) pa_threaded_mainloop_wait(loop_);
-  if (limit) pa_threaded_mainloop_get_api(loop_)->time_free(limit);
+  pa_time_event* limit =
+      context_ ? libpulse().pa_context_rttime_new(context_, after(kLongestWait), end, &wait) : nullptr;
+  while (limit && !wait.isOver && !holds()) libpulse().pa_threaded_mainloop_wait(loop_);
+  if (limit) libpulse().pa_threaded_mainloop_get_api(loop_)->time_free(limit);
   return holds();
 }
 
 pa_context* PulseConnection::newContext() const {
-  pa_context* context = pa_context_new(pa_threaded_mainloop_get_api(loop_), applicationName_.c_str());
+  pa_context* context =
+      libpulse().pa_context_new(libpulse().pa_threaded_mainloop_get_api(loop_), applicationName_.c_str());
   if (!context) throw std::bad_alloc();
   return context;
 }
 
 bool PulseConnection::connect(pa_context* context) const {
   const char* server = server_.empty() ? nullptr : server_.c_str();
-  return pa_context_connect(context, server, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0;
+  return libpulse().pa_context_connect(context, server, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0;
 }
 
 void PulseConnection::close(pa_context*& context) {
   if (!context) return;
-  pa_context_set_state_callback(context, nullptr, nullptr);
-  pa_context_disconnect(context);
-  pa_context_unref(context);
+  libpulse().pa_context_set_state_callback(context, nullptr, nullptr);
+  libpulse().pa_context_disconnect(context);
+  libpulse().pa_context_unref(context);
   context = nullptr;
 }
 
 void PulseConnection::tryToConnect() {
   close(context_);
   context_ = newContext();
-  pa_context_set_state_callback(
+  libpulse().pa_context_set_state_callback(
       context_, [](pa_context*, void* self) { static_cast<PulseConnection*>(self)->stateChanged(); }, this);
   if (!connect(context_)) tryLater();
 }
 
 void PulseConnection::stateChanged() {
-  const pa_context_state_t state = pa_context_get_state(context_);
+  const pa_context_state_t state = libpulse().pa_context_get_state(context_);
   if (state == PA_CONTEXT_READY) {
     hasAnswered_ = wasReady_ = true;
     delay_ = kFirstDelay;
@@ -117,7 +119,7 @@ void PulseConnection::tryLater() {
   hasAnswered_ = true;
   if (std::exchange(wasReady_, false) && onLost) onLost();
   if (retry_) return;
-  retry_ = pa_context_rttime_new(
+  retry_ = libpulse().pa_context_rttime_new(
       context_, after(delay_),
       [](pa_mainloop_api* api, pa_time_event* event, const timeval*, void* self) {
         auto& connection = *static_cast<PulseConnection*>(self);

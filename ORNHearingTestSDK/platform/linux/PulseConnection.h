@@ -4,8 +4,7 @@
 #include <functional>
 #include <string>
 
-#include <pulse/context.h>
-#include <pulse/thread-mainloop.h>
+#include <ORNHearingTestSDK/platform/linux/LibPulse.h>
 
 namespace orn {
 
@@ -45,7 +44,7 @@ class PulseConnection {
   /// With the lock held, on any thread but the connection's own: waits until a condition holds that callbacks bring
   /// about, each of which has to signal(). False if it does not hold within a second.
   bool waitUntil(const std::function<bool()>& holds);
-  void signal() { pa_threaded_mainloop_signal(loop_, 0); }
+  void signal() { libpulse().pa_threaded_mainloop_signal(loop_, 0); }
 
  private:
   friend class PulseLock;
@@ -67,8 +66,10 @@ class PulseConnection {
 /// Holds the lock of a connection. Not on the connection's own thread, which holds it anyway.
 class PulseLock {
  public:
-  explicit PulseLock(const PulseConnection& connection) : loop_(connection.loop_) { pa_threaded_mainloop_lock(loop_); }
-  ~PulseLock() { pa_threaded_mainloop_unlock(loop_); }
+  explicit PulseLock(const PulseConnection& connection) : loop_(connection.loop_) {
+    libpulse().pa_threaded_mainloop_lock(loop_);
+  }
+  ~PulseLock() { libpulse().pa_threaded_mainloop_unlock(loop_); }
   PulseLock(const PulseLock&) = delete;
   PulseLock& operator=(const PulseLock&) = delete;
 

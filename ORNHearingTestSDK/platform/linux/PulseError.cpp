@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include <pulse/error.h>
+#include <ORNHearingTestSDK/platform/linux/LibPulse.h>
 
 namespace orn {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 class PulseCategory final : public std::error_category {
   const char* name() const noexcept override { return "sound server"; }
   std::string message(int number) const override {
-    const char* text = pa_strerror(number);
+    const char* text = libpulse().pa_strerror(number);
     return text ? text : "unknown error";
   }
 };

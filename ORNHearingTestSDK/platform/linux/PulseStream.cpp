@@ -4,10 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include <pulse/error.h>
-#include <pulse/operation.h>
-#include <pulse/proplist.h>
-
+#include <ORNHearingTestSDK/platform/linux/LibPulse.h>
 #include <ORNHearingTestSDK/platform/linux/PulseError.h>
 
 namespace orn {
@@ -19,10 +16,10 @@ constexpr std::uint32_t kSampleRate = 48000;
 /// A role that makes the server ask the stream to make way for a call; and nothing of an earlier session is to be
 /// put on it, a volume least of all.
 pa_proplist* properties() {
-  pa_proplist* list = pa_proplist_new();
-  pa_proplist_sets(list, PA_PROP_MEDIA_ROLE, "music");
-  pa_proplist_sets(list, "state.restore-props", "false");
-  pa_proplist_sets(list, "state.restore-target", "false");
+  pa_proplist* list = libpulse().pa_proplist_new();
+  libpulse().pa_proplist_sets(list, PA_PROP_MEDIA_ROLE, "music");
+  libpulse().pa_proplist_sets(list, "state.restore-props", "false");
+  libpulse().pa_proplist_sets(list, "state.restore-target", "false");
   return list;
 }
 
@@ -50,18 +47,19 @@ std::error_code PulseStream::connect(const SoundOutput& output) {
   pa_context* context = connection.context();
   if (!context) return std::make_error_code(std::errc::not_connected);
   const pa_sample_spec samples{PA_SAMPLE_S16LE, kSampleRate, format_.channels};
-  const std::unique_ptr<pa_proplist, decltype(&pa_proplist_free)> list(properties(), pa_proplist_free);
-  stream_ = pa_stream_new_with_proplist(context, kStreamName, &samples, nullptr, list.get());
-  if (!stream_) return pulseError(pa_context_errno(context));
+  const std::unique_ptr<pa_proplist, decltype(LibPulse::pa_proplist_free)> list(properties(),
+                                                                                libpulse().pa_proplist_free);
+  stream_ = libpulse().pa_stream_new_with_proplist(context, kStreamName, &samples, nullptr, list.get());
+  if (!stream_) return pulseError(libpulse().pa_context_errno(context));
   deviceKey_ = output.key;
   device_->add(*this);
 
-  pa_stream_set_state_callback(
+  libpulse().pa_stream_set_state_callback(
       stream_, [](pa_stream*, void* self) { static_cast<PulseStream*>(self)->stateChanged(); }, this);
-  pa_stream_set_write_callback(
+  libpulse().pa_stream_set_write_callback(
       stream_,
       [](pa_stream*, std::size_t, void* self) { static_cast<PulseStream*>(self)->writer_.serverWantsSamples(); }, this);
-  pa_stream_set_event_callback(
+  libpulse().pa_stream_set_event_callback(
       stream_,
       [](pa_stream*, const char* name, pa_proplist*, void* self) { static_cast<PulseStream*>(self)->eventCame(name); },
       this);
@@ -76,21 +74,22 @@ std::error_code PulseStream::connect(const SoundOutput& output) {
                               .minreq = format_.requestBytes,
                               .fragsize = ~0U};
   pa_cvolume full;
-  pa_cvolume_reset(&full, format_.channels);
-  if (pa_stream_connect_playback(stream_, output.key.sink.c_str(), &buffer, flags, &full, nullptr) < 0) {
-    return pulseError(pa_context_errno(context));
+  libpulse().pa_cvolume_set(&full, format_.channels, PA_VOLUME_NORM);
+  if (libpulse().pa_stream_connect_playback(stream_, output.key.sink.c_str(), &buffer, flags, &full, nullptr) < 0) {
+    return pulseError(libpulse().pa_context_errno(context));
   }
-  connection.waitUntil([this] { return !stream_ || pa_stream_get_state(stream_) != PA_STREAM_CREATING; });
+  connection.waitUntil([this] { return !stream_ || libpulse().pa_stream_get_state(stream_) != PA_STREAM_CREATING; });
   if (isReady_) return {};
-  if (stream_ && pa_stream_get_state(stream_) == PA_STREAM_CREATING) return std::make_error_code(std::errc::timed_out);
+  if (stream_ && libpulse().pa_stream_get_state(stream_) == PA_STREAM_CREATING)
+    return std::make_error_code(std::errc::timed_out);
   return std::make_error_code(std::errc::no_such_device);
 }
 
 void PulseStream::stateChanged() {
-  const pa_stream_state_t state = pa_stream_get_state(stream_);
+  const pa_stream_state_t state = libpulse().pa_stream_get_state(stream_);
   if (state == PA_STREAM_READY) {
     isReady_ = true;
-    bufferBytes_ = pa_stream_get_buffer_attr(stream_)->tlength;
+    bufferBytes_ = libpulse().pa_stream_get_buffer_attr(stream_)->tlength;
   } else if (!PA_STREAM_IS_GOOD(state)) {
     loseDevice();
   }
@@ -102,13 +101,13 @@ void PulseStream::eventCame(std::string_view name) {
   if (!begins && name != PA_STREAM_EVENT_REQUEST_UNCORK) return;
   isInterrupted_ = begins;
   // The server has muted the stream by now; corked, it goes on later with the very next sample.
-  check(pa_stream_cork(stream_, begins || !isMeantToPlay_, nullptr, nullptr));
+  check(libpulse().pa_stream_cork(stream_, begins || !isMeantToPlay_, nullptr, nullptr));
   if (const auto& tell = device_->server().onInterruption) tell(begins);
 }
 
 std::error_code PulseStream::check(pa_operation* operation) const {
-  if (!operation) return pulseError(pa_context_errno(pa_stream_get_context(stream_)));
-  pa_operation_unref(operation);
+  if (!operation) return pulseError(libpulse().pa_context_errno(libpulse().pa_stream_get_context(stream_)));
+  libpulse().pa_operation_unref(operation);
   return {};
 }
 
@@ -116,38 +115,38 @@ std::error_code PulseStream::play() {
   if (!isReady_) return std::make_error_code(std::errc::not_connected);
   isMeantToPlay_ = true;
   if (isInterrupted_) return std::make_error_code(std::errc::device_or_resource_busy);
-  if (pa_stream_is_corked(stream_) == 0) return {};
+  if (libpulse().pa_stream_is_corked(stream_) == 0) return {};
   const auto tell = [](pa_stream*, int, void* connection) { static_cast<PulseConnection*>(connection)->signal(); };
   PulseConnection& connection = device_->connection();
-  pa_operation* uncork = pa_stream_cork(stream_, 0, tell, &connection);
+  pa_operation* uncork = libpulse().pa_stream_cork(stream_, 0, tell, &connection);
   if (!uncork) return check(nullptr);
-  const auto isRunning = [uncork] { return pa_operation_get_state(uncork) == PA_OPERATION_RUNNING; };
+  const auto isRunning = [uncork] { return libpulse().pa_operation_get_state(uncork) == PA_OPERATION_RUNNING; };
   // A server that does not answer must not pass for one that plays.
   const bool hasAnswered = connection.waitUntil([&] { return !stream_ || !isRunning(); });
-  pa_operation_unref(uncork);
+  libpulse().pa_operation_unref(uncork);
   if (!hasAnswered) return std::make_error_code(std::errc::timed_out);
   return isReady_ ? std::error_code{} : std::make_error_code(std::errc::no_such_device);
 }
 
 std::error_code PulseStream::pause() {
   isMeantToPlay_ = false;
-  if (!isReady_ || pa_stream_is_corked(stream_) == 1) return {};
-  return check(pa_stream_cork(stream_, 1, nullptr, nullptr));
+  if (!isReady_ || libpulse().pa_stream_is_corked(stream_) == 1) return {};
+  return check(libpulse().pa_stream_cork(stream_, 1, nullptr, nullptr));
 }
 
 std::error_code PulseStream::drop() {
-  return isReady_ ? check(pa_stream_flush(stream_, nullptr, nullptr)) : std::error_code{};
+  return isReady_ ? check(libpulse().pa_stream_flush(stream_, nullptr, nullptr)) : std::error_code{};
 }
 
 std::size_t PulseStream::room() const {
-  const std::size_t bytes = isReady_ ? pa_stream_writable_size(stream_) : 0;
+  const std::size_t bytes = isReady_ ? libpulse().pa_stream_writable_size(stream_) : 0;
   return bytes == static_cast<std::size_t>(-1) ? 0 : bytes;
 }
 
 std::error_code PulseStream::write(std::span<const std::int16_t> samples) {
   if (!isReady_) return std::make_error_code(std::errc::not_connected);
-  if (pa_stream_write(stream_, samples.data(), samples.size_bytes(), nullptr, 0, PA_SEEK_RELATIVE) < 0) {
-    return pulseError(pa_context_errno(pa_stream_get_context(stream_)));
+  if (libpulse().pa_stream_write(stream_, samples.data(), samples.size_bytes(), nullptr, 0, PA_SEEK_RELATIVE) < 0) {
+    return pulseError(libpulse().pa_context_errno(libpulse().pa_stream_get_context(stream_)));
   }
   return {};
 }
@@ -156,11 +155,11 @@ void PulseStream::close() {
   isReady_ = isMeantToPlay_ = isInterrupted_ = false;
   if (!stream_) return;
   device_->remove(*this);
-  pa_stream_set_state_callback(stream_, nullptr, nullptr);
-  pa_stream_set_write_callback(stream_, nullptr, nullptr);
-  pa_stream_set_event_callback(stream_, nullptr, nullptr);
-  if (PA_STREAM_IS_GOOD(pa_stream_get_state(stream_))) pa_stream_disconnect(stream_);
-  pa_stream_unref(stream_);
+  libpulse().pa_stream_set_state_callback(stream_, nullptr, nullptr);
+  libpulse().pa_stream_set_write_callback(stream_, nullptr, nullptr);
+  libpulse().pa_stream_set_event_callback(stream_, nullptr, nullptr);
+  if (PA_STREAM_IS_GOOD(libpulse().pa_stream_get_state(stream_))) libpulse().pa_stream_disconnect(stream_);
+  libpulse().pa_stream_unref(stream_);
   stream_ = nullptr;
 }
 

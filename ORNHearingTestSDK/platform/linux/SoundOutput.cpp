@@ -4,7 +4,7 @@
 #include <cctype>
 #include <string_view>
 
-#include <pulse/proplist.h>
+#include <ORNHearingTestSDK/platform/linux/LibPulse.h>
 
 namespace orn {
 namespace {
@@ -24,7 +24,7 @@ bool isDeviceAddress(std::string_view text) {
 /// The two servers keep it in different places.
 std::string addressOf(const pa_proplist* properties) {
   for (const char* key : {"api.bluez5.address", PA_PROP_DEVICE_STRING}) {
-    const std::string text = textOf(pa_proplist_gets(properties, key));
+    const std::string text = textOf(libpulse().pa_proplist_gets(properties, key));
     if (isDeviceAddress(text)) return text;
   }
   return {};
@@ -44,7 +44,7 @@ std::string kindOf(const pa_sink_info& sink) {
     if (port->type == PA_DEVICE_PORT_TYPE_HEADSET) return "Headset";
     if (const std::string kind = earKindOf(textOf(port->name)); !kind.empty()) return kind;
   }
-  const std::string formFactor = textOf(pa_proplist_gets(sink.proplist, PA_PROP_DEVICE_FORM_FACTOR));
+  const std::string formFactor = textOf(libpulse().pa_proplist_gets(sink.proplist, PA_PROP_DEVICE_FORM_FACTOR));
   if (const std::string kind = earKindOf(formFactor); !kind.empty()) return kind;
   return "Speaker";
 }
@@ -67,7 +67,7 @@ SoundOutput SoundOutput::of(const pa_sink_info& sink) {
 }
 
 float SoundOutput::loudness() const {
-  return isMuted ? 0.0F : static_cast<float>(pa_cvolume_avg(&volume)) / static_cast<float>(PA_VOLUME_NORM);
+  return isMuted ? 0.0F : static_cast<float>(libpulse().pa_cvolume_avg(&volume)) / static_cast<float>(PA_VOLUME_NORM);
 }
 
 const SoundOutput* SoundServerState::current() const {

@@ -2,10 +2,7 @@
 
 #include <utility>
 
-#include <pulse/introspect.h>
-#include <pulse/operation.h>
-#include <pulse/rtclock.h>
-#include <pulse/subscribe.h>
+#include <ORNHearingTestSDK/platform/linux/LibPulse.h>
 
 namespace orn {
 namespace {
@@ -13,7 +10,7 @@ namespace {
 constexpr pa_usec_t kSettled = 250'000, kOld = 1'000'000;  // microseconds
 
 void letGo(pa_operation* operation) {
-  if (operation) pa_operation_unref(operation);
+  if (operation) libpulse().pa_operation_unref(operation);
 }
 
 }  // namespace
@@ -38,7 +35,7 @@ SoundServer::~SoundServer() {
 
 void SoundServer::serverIsReady() {
   pa_context* context = connection_.context();
-  pa_context_set_subscribe_callback(
+  libpulse().pa_context_set_subscribe_callback(
       context,
       [](pa_context*, pa_subscription_event_type_t, uint32_t, void* self) {
         static_cast<SoundServer*>(self)->refresh();
@@ -48,16 +45,16 @@ void SoundServer::serverIsReady() {
   // A card tells of plugs that its sinks' active ports don't follow.
   const auto interests = static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER |
                                                              PA_SUBSCRIPTION_MASK_CARD);
-  letGo(pa_context_subscribe(context, interests, nullptr, nullptr));
+  letGo(libpulse().pa_context_subscribe(context, interests, nullptr, nullptr));
   refresh();
 }
 
 /// A server that is made of several programs tells of a new output before all of them know it, and may not tell of its
 /// becoming the default one.
 void SoundServer::askAgainSoon() {
-  const pa_usec_t settled = pa_rtclock_now() + kSettled;
-  if (again_) return pa_context_rttime_restart(connection_.context(), again_, settled);
-  again_ = pa_context_rttime_new(
+  const pa_usec_t settled = libpulse().pa_rtclock_now() + kSettled;
+  if (again_) return libpulse().pa_context_rttime_restart(connection_.context(), again_, settled);
+  again_ = libpulse().pa_context_rttime_new(
       connection_.context(), settled,
       [](pa_mainloop_api* api, pa_time_event* event, const timeval*, void* self) {
         api->time_free(event);
@@ -72,7 +69,7 @@ void SoundServer::refresh() {
   isStale_ = isAsking_;
   if (isAsking_) return;
   isAsking_ = true;
-  askedAt_ = pa_rtclock_now();
+  askedAt_ = libpulse().pa_rtclock_now();
   // In this order: a device that goes between the two answers is then gone, and was not left for another one.
   defaultSink_.ask([this](std::optional<std::string> sink) {
     // A question that fails on its way says nothing of the device that a test is on.
@@ -82,7 +79,7 @@ void SoundServer::refresh() {
 }
 
 void SoundServer::askForSinks() {
-  letGo(pa_context_get_sink_info_list(
+  letGo(libpulse().pa_context_get_sink_info_list(
       connection_.context(),
       [](pa_context*, const pa_sink_info* sink, int end, void* self) {
         static_cast<SoundServer*>(self)->addSink(sink, end);
@@ -117,7 +114,7 @@ SoundServerState SoundServer::state() {
   const PulseLock lock(connection_);
   if (isReady) connection_.waitUntil([this] { return hasAnswered_ || !connection_.context(); });
   // A change that the server did not tell of is then known soon after somebody has looked.
-  if (pa_rtclock_now() > askedAt_ + kOld) refresh();
+  if (libpulse().pa_rtclock_now() > askedAt_ + kOld) refresh();
   return state_;
 }
 

@@ -1,6 +1,5 @@
 #include <ORNHearingTestSDK/platform/linux/Transfer.h>
 
-#include <curl/curl.h>
 #include <strings.h>
 
 #include <algorithm>
@@ -9,6 +8,7 @@
 #include <new>
 #include <utility>
 
+#include <ORNHearingTestSDK/platform/linux/LibCurl.h>
 #include <ORNHearingTestSDK/platform/linux/RequestCheck.h>
 
 namespace orn {
@@ -30,8 +30,8 @@ Error transportError(int code, const std::string& message) {
   return {"transport", code, std::move(line)};
 }
 
-void Transfer::Release::operator()(void* handle) const { curl_easy_cleanup(handle); }
-void Transfer::Release::operator()(curl_slist* list) const { curl_slist_free_all(list); }
+void Transfer::Release::operator()(void* handle) const { libcurl().curl_easy_cleanup(handle); }
+void Transfer::Release::operator()(curl_slist* list) const { libcurl().curl_slist_free_all(list); }
 
 Transfer::Transfer(URLRequest request, URLSession::CompletionHandler completionHandler)
     : request_(std::move(request)), completionHandler_(std::move(completionHandler)) {}
@@ -40,19 +40,19 @@ Transfer::~Transfer() = default;
 
 template <class Value>
 void Transfer::set(int option, Value value) {
-  const CURLcode code = curl_easy_setopt(handle_.get(), static_cast<CURLoption>(option), value);
+  const CURLcode code = libcurl().curl_easy_setopt(handle_.get(), static_cast<CURLoption>(option), value);
   if (refusal_ == CURLE_OK) refusal_ = code;
 }
 
 std::optional<Error> Transfer::prepare() {
   if (const auto complaint = complaintAbout(request_)) return transportError(0, *complaint);
-  handle_.reset(curl_easy_init());
-  if (!handle_) return transportError(CURLE_FAILED_INIT, curl_easy_strerror(CURLE_FAILED_INIT));
+  handle_.reset(libcurl().curl_easy_init());
+  if (!handle_) return transportError(CURLE_FAILED_INIT, libcurl().curl_easy_strerror(CURLE_FAILED_INIT));
   setRequest();
   setHeaders();
   setManners();
   if (refusal_ == CURLE_OK) return std::nullopt;
-  return transportError(refusal_, curl_easy_strerror(static_cast<CURLcode>(refusal_)));
+  return transportError(refusal_, libcurl().curl_easy_strerror(static_cast<CURLcode>(refusal_)));
 }
 
 void Transfer::setRequest() {
@@ -94,7 +94,7 @@ void Transfer::setHeaders() {
 }
 
 void Transfer::addHeader(const std::string& line) {
-  curl_slist* const longer = curl_slist_append(headers_.get(), line.c_str());
+  curl_slist* const longer = libcurl().curl_slist_append(headers_.get(), line.c_str());
   if (!longer) throw std::bad_alloc();
   (void)headers_.release();
   headers_.reset(longer);
@@ -117,7 +117,7 @@ URLReply Transfer::reply(int result) {
   if (result != CURLE_OK) {
     const std::string own = explanation_.c_str();
     return {std::nullopt,
-            transportError(result, own.empty() ? curl_easy_strerror(static_cast<CURLcode>(result)) : own)};
+            transportError(result, own.empty() ? libcurl().curl_easy_strerror(static_cast<CURLcode>(result)) : own)};
   }
   if (body_.empty()) return {std::nullopt, transportError(0, "the reply has no body")};
   return {std::move(body_), std::nullopt};

@@ -1,10 +1,9 @@
 #include <ORNHearingTestSDK/platform/linux/TransferQueue.h>
 
-#include <curl/curl.h>
-
 #include <stdexcept>
 #include <utility>
 
+#include <ORNHearingTestSDK/platform/linux/LibCurl.h>
 #include <ORNHearingTestSDK/platform/linux/Transfer.h>
 
 namespace orn {
@@ -14,16 +13,17 @@ namespace {
 constexpr int longestWait = 1'000'000;
 
 CURLM* newMulti() {
-  static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
-  return ready == CURLE_OK ? curl_multi_init() : nullptr;
+  static const CURLcode ready = libcurl().curl_global_init(CURL_GLOBAL_DEFAULT);
+  return ready == CURLE_OK ? libcurl().curl_multi_init() : nullptr;
 }
 
 }  // namespace
 
-void TransferQueue::Release::operator()(void* multi) const { curl_multi_cleanup(multi); }
+void TransferQueue::Release::operator()(void* multi) const { libcurl().curl_multi_cleanup(multi); }
 
 TransferQueue::TransferQueue() : multi_(newMulti()) {
-  if (!multi_ || curl_multi_wakeup(multi_.get()) != CURLM_OK) throw std::runtime_error("libcurl can't be started");
+  if (!multi_ || libcurl().curl_multi_wakeup(multi_.get()) != CURLM_OK)
+    throw std::runtime_error("libcurl can't be started");
 }
 
 TransferQueue::~TransferQueue() = default;
@@ -32,23 +32,23 @@ void TransferQueue::add(URLRequest request, URLSession::CompletionHandler comple
   auto transfer = std::make_unique<Transfer>(std::move(request), std::move(completionHandler));
   const std::lock_guard lock(mutex_);
   added_.push_back(std::move(transfer));
-  curl_multi_wakeup(multi_.get());
+  libcurl().curl_multi_wakeup(multi_.get());
 }
 
 void TransferQueue::end() {
   const std::lock_guard lock(mutex_);
   ended_ = true;
-  curl_multi_wakeup(multi_.get());
+  libcurl().curl_multi_wakeup(multi_.get());
 }
 
 void TransferQueue::run() {
   while (!hasEnded()) {
     for (auto& transfer : takeAdded()) begin(std::move(transfer));
     int count = 0;
-    CURLMcode code = curl_multi_perform(multi_.get(), &count);
+    CURLMcode code = libcurl().curl_multi_perform(multi_.get(), &count);
     answerFinished();
-    if (code == CURLM_OK) code = curl_multi_poll(multi_.get(), nullptr, 0, longestWait, nullptr);
-    if (code != CURLM_OK) failRunning(curl_multi_strerror(code));
+    if (code == CURLM_OK) code = libcurl().curl_multi_poll(multi_.get(), nullptr, 0, longestWait, nullptr);
+    if (code != CURLM_OK) failRunning(libcurl().curl_multi_strerror(code));
   }
   failAll("the session has ended");
 }
@@ -66,8 +66,9 @@ TransferQueue::Transfers TransferQueue::takeAdded() {
 void TransferQueue::begin(std::unique_ptr<Transfer> transfer) {
   if (auto complaint = transfer->prepare()) {
     transfer->fail(std::move(*complaint));
-  } else if (const CURLMcode code = curl_multi_add_handle(multi_.get(), transfer->handle()); code != CURLM_OK) {
-    transfer->fail(transportError(0, curl_multi_strerror(code)));
+  } else if (const CURLMcode code = libcurl().curl_multi_add_handle(multi_.get(), transfer->handle());
+             code != CURLM_OK) {
+    transfer->fail(transportError(0, libcurl().curl_multi_strerror(code)));
   } else {
     running_.emplace(transfer->handle(), std::move(transfer));
   }
@@ -75,18 +76,18 @@ void TransferQueue::begin(std::unique_ptr<Transfer> transfer) {
 
 void TransferQueue::answerFinished() {
   int left = 0;
-  while (const CURLMsg* const message = curl_multi_info_read(multi_.get(), &left)) {
+  while (const CURLMsg* const message = libcurl().curl_multi_info_read(multi_.get(), &left)) {
     if (message->msg != CURLMSG_DONE) continue;
     const int result = message->data.result;  // the message goes with the handle
     const auto transfer = std::move(running_.extract(message->easy_handle).mapped());
-    curl_multi_remove_handle(multi_.get(), transfer->handle());
+    libcurl().curl_multi_remove_handle(multi_.get(), transfer->handle());
     transfer->finish(result);
   }
 }
 
 void TransferQueue::failRunning(const std::string& message) {
   for (auto& [handle, transfer] : std::exchange(running_, {})) {
-    curl_multi_remove_handle(multi_.get(), handle);
+    libcurl().curl_multi_remove_handle(multi_.get(), handle);
     transfer->fail(transportError(0, message));
   }
 }

@@ -1,0 +1,10 @@
+#include <ORNHearingTestSDK/platform/linux/LibCurl.h>
+
+namespace orn {
+
+const LibCurl& libcurl() {
+  static const LibCurl library;
+  return library;
+}
+
+}  // namespace orn
