@@ -9,8 +9,11 @@
 namespace orn {
 namespace {
 
-/// Breaks the text into lines and gives what they take.
-QSizeF layOut(QTextLayout& layout, double width, double lineSpace) {
+/// Breaks the text into lines, a word too long for one included, and gives what they take.
+QSizeF layOut(QTextLayout& layout, double width, double lineSpace, Qt::Alignment alignment = {}) {
+  QTextOption option(alignment);
+  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  layout.setTextOption(option);
   QSizeF size(0, 0);
   layout.beginLayout();
   for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
@@ -44,9 +47,6 @@ QSizeF AttributedText::boundingSize(double width) const {
 
 void AttributedText::draw(QPainter& painter, const QRectF& rect, Qt::Alignment alignment) const {
   QTextLayout layout(text_, font_, painter.device());
-  QTextOption option(alignment);
-  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  layout.setTextOption(option);
   QList<QTextLayout::FormatRange> ranges;
   for (const ColoredPart& part : parts_) {
     QTextCharFormat format;
@@ -54,7 +54,7 @@ void AttributedText::draw(QPainter& painter, const QRectF& rect, Qt::Alignment a
     ranges.append({static_cast<int>(part.from), static_cast<int>(part.length), format});
   }
   layout.setFormats(ranges);
-  layOut(layout, rect.width(), lineSpace_);
+  layOut(layout, rect.width(), lineSpace_, alignment);
   painter.save();
   painter.setPen(Qt::black);
   layout.draw(&painter, rect.topLeft());

@@ -39,7 +39,7 @@ void PulseConnection::leave() {
   close(context_);
 }
 
-void PulseConnection::connect() {
+void PulseConnection::start() {
   const PulseLock lock(*this);
   if (isRunning_) return;
   tryToConnect();
@@ -47,7 +47,7 @@ void PulseConnection::connect() {
 }
 
 bool PulseConnection::waitUntilReady() {
-  connect();
+  start();
   const PulseLock lock(*this);
   if (!isRunning_) return false;
   waitUntil([this] { return hasAnswered_; });

@@ -20,11 +20,11 @@ class PulseConnection {
   PulseConnection(const PulseConnection&) = delete;
   PulseConnection& operator=(const PulseConnection&) = delete;
 
-  /// Called on the connection's thread when the server has come and when it has gone. Set before connect().
+  /// Called on the connection's thread when the server has come and when it has gone. Set before start().
   std::function<void()> onReady, onLost;
 
   /// Begins to connect, if that was not done. Any thread but the connection's own, without the lock.
-  void connect();
+  void start();
 
   /// Connects and waits for the server's first answer; false if there is no server. The same threads.
   bool waitUntilReady();

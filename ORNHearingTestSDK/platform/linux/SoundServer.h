@@ -27,7 +27,7 @@ class SoundServer {
   PulseConnection& connection() { return connection_; }
 
   /// Begins to connect and returns at once.
-  void watch() { connection_.connect(); }
+  void watch() { connection_.start(); }
 
   /// The state as last told; connects and waits for the first one if need be, and asks again where it is old. Not on
   /// the connection's thread and not with the lock.
