@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <ORNHearingTestSDK/platform/Platform.h>
-
 namespace orn {
 namespace {
 
@@ -59,8 +57,7 @@ void ORNAutoHearingTest::targetItem(const Item& item) {
   const int ears = earsStarted();
   ORNManualHearingTest::targetItem(item);
   if (const Item next = getNextColnTestItem()) {
-    Platform::current().runLoop->performAfterDelay(PresentationClock::untilNextFrequency,
-                                                   [session, next] { session->testItem(next); });
+    afterThreshold([session, next] { session->testItem(next); });
     return;
   }
   endEar(ears);

@@ -130,6 +130,8 @@ void ORNManualHearingTest::startTest(bool isLeft) {
   isLeft_ = isLeft;
   per_ = 0;
   resultArray(isLeft).clear();
+  // A tone that could not be started is not to be tried again in the other ear.
+  if (std::exchange(isCurrentToneMissing_, false)) setCurrentItem(nullptr);
   Platform::current().audioOutput->useCurrentDevice();
   if (!usesAudiometer()) return;
   const auto player = Player::shareInstance();

@@ -2,7 +2,6 @@
 
 #include <ORNHearingTestSDK/audio/ORNPlayer.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
-#include <ORNHearingTestSDK/platform/Platform.h>
 
 namespace orn {
 namespace {
@@ -125,7 +124,7 @@ void ORNStandardHearingTest::targetItemAndCheck(const Item& item) {
 }
 
 void ORNStandardHearingTest::presentAfterPause(const Item& item) {
-  Platform::current().runLoop->performAfterDelay(PresentationClock::untilNextFrequency, [session = self(this), item] {
+  afterThreshold([session = self(this), item] {
     // A tone that could not start has paused the test, and is told once.
     if (!session->isCurrentToneMissing()) session->testItem(item);
   });

@@ -24,30 +24,45 @@ std::int32_t PresentationClock::getPlayTime() {
 
 const std::shared_ptr<Timer>& PresentationClock::autoPlayTimer(const RunLoop::Action& timerUpdate) {
   if (!autoPlayTimer_) {
-    due_ = loop().now() + playTime();
-    autoPlayTimer_ = loop().scheduledTimer(playTime(), timerUpdate);
+    interval_ = playTime();
+    due_ = loop().now() + interval_;
+    autoPlayTimer_ = loop().scheduledTimer(interval_, timerUpdate);
   }
   return autoPlayTimer_;
 }
 
-void PresentationClock::setFireDate(const RunLoop::Action& timerUpdate, std::chrono::nanoseconds time) {
-  autoPlayTimer(timerUpdate)->setFireDate(time);
+void PresentationClock::setFireDate(std::chrono::nanoseconds time) {
+  autoPlayTimer_->setFireDate(time);
   due_ = time;
 }
 
 void PresentationClock::tickAfterPlayTime(const RunLoop::Action& timerUpdate) {
-  setFireDate(timerUpdate, loop().now() + playTime());
+  autoPlayTimer(timerUpdate);
+  setFireDate(loop().now() + playTime());
 }
 
-void PresentationClock::tickNow(const RunLoop::Action& timerUpdate) { setFireDate(timerUpdate, loop().now()); }
+void PresentationClock::tickNow(const RunLoop::Action& timerUpdate) {
+  autoPlayTimer(timerUpdate);
+  setFireDate(loop().now());
+}
 
-void PresentationClock::park(const RunLoop::Action& timerUpdate) { setFireDate(timerUpdate, RunLoop::distantFuture); }
+void PresentationClock::park(const RunLoop::Action& timerUpdate) {
+  autoPlayTimer(timerUpdate);
+  setFireDate(RunLoop::distantFuture);
+}
 
 bool PresentationClock::isTickLate() {
   const auto now = loop().now();
   const bool isLate = now - due_ > longestHoldUp;
-  due_ = now + playTime();
+  due_ = now + interval_;
+  if (isLate && autoPlayTimer_) setFireDate(due_);
   return isLate;
+}
+
+void PresentationClock::nextFrequencyComes(std::chrono::nanoseconds then) {
+  const auto now = loop().now();
+  const auto tick = now + interval_ - untilNextFrequency;
+  if (now - then > longestDelay && due_ < tick && autoPlayTimer_) setFireDate(tick);
 }
 
 void PresentationClock::end() {

@@ -17,6 +17,9 @@ class ORN_EXPORT PresentationClock {
   /// What a tick may be late by: half of the shortest tone.
   static constexpr std::chrono::seconds longestHoldUp{2};
 
+  /// What any call on a busy main thread may be late by.
+  static constexpr std::chrono::milliseconds longestDelay{100};
+
   /// Time of a presentation in seconds: the user default "BOFANGSHICHANG" where it is above 4, else 4.
   static std::int32_t getPlayTime();
 
@@ -28,16 +31,22 @@ class ORN_EXPORT PresentationClock {
   void park(const RunLoop::Action& timerUpdate);
 
   /// Called once at each tick: whether it comes more than longestHoldUp after its time. Then the program was held up,
-  /// and nobody knows what was heard meanwhile.
+  /// nobody knows what was heard meanwhile, and the ticks begin anew from here, so that the next tone has its whole
+  /// time.
   bool isTickLate();
+
+  /// Called when the next frequency's tone comes that was to come then: where the program was held up, its tick moves,
+  /// so that the tone has its time.
+  void nextFrequencyComes(std::chrono::nanoseconds then);
 
   /// Ends the timer for good; the next operation makes a new one.
   void end();
 
  private:
-  void setFireDate(const RunLoop::Action& timerUpdate, std::chrono::nanoseconds time);
+  void setFireDate(std::chrono::nanoseconds time);
 
   std::shared_ptr<Timer> autoPlayTimer_;
+  std::chrono::nanoseconds interval_{0};  // the timer's own, whatever the setting says since
   std::chrono::nanoseconds due_ = RunLoop::distantFuture;
 };
 

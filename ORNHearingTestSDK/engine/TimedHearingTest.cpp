@@ -1,5 +1,7 @@
 #include <ORNHearingTestSDK/engine/TimedHearingTest.h>
 
+#include <ORNHearingTestSDK/platform/Platform.h>
+
 namespace orn {
 
 RunLoop::Action TimedHearingTest::tick() {
@@ -44,6 +46,15 @@ void TimedHearingTest::timerUpdate() {
   } else {
     notListened();
   }
+}
+
+void TimedHearingTest::afterThreshold(RunLoop::Action present) {
+  RunLoop& loop = *Platform::current().runLoop;
+  const auto then = loop.now() + PresentationClock::untilNextFrequency;
+  loop.performAfterDelay(PresentationClock::untilNextFrequency, [session = self(this), then, present] {
+    session->clock_.nextFrequencyComes(then);
+    present();
+  });
 }
 
 void TimedHearingTest::endEar(int ears) {

@@ -42,6 +42,9 @@ class ORN_EXPORT TimedHearingTest : public ORNManualHearingTest {
  protected:
   TimedHearingTest() = default;
 
+  /// Presents the next frequency's tone, a second after a threshold.
+  void afterThreshold(RunLoop::Action present);
+
   /// After the last threshold of the ear that was the `ears`-th to be started. A host that started the other ear from
   /// the completion call has set the clock for it.
   void endEar(int ears);

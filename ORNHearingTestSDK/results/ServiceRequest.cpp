@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <exception>
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/common/DefaultsReading.h>
@@ -128,12 +129,17 @@ void sendRequest(URLRequest request, std::function<void(const ServiceReply&, jso
     handler(result, std::move(object));
   };
   const Platform& platform = Platform::current();
+  const auto fail = [&](const std::string& message) {
+    platform.runLoop->dispatchAsync([received, message] { received({{}, Error{"transport", 0, message}}); });
+  };
   if (request.url.empty()) {
-    const Error noHost{"transport", 0, "no service host is set: the user default SERVICEHOST wants host or host:port"};
-    platform.runLoop->dispatchAsync([received, noHost] { received({{}, noHost}); });
-    return;
+    return fail("no service host is set: the user default SERVICEHOST wants host or host:port");
   }
-  platform.urlSession->dataTask(std::move(request), received);
+  try {
+    platform.urlSession->dataTask(std::move(request), received);
+  } catch (const std::exception& error) {  // the machine lacks what a request needs
+    fail(error.what());
+  }
 }
 
 }  // namespace orn

@@ -76,6 +76,15 @@ TEST(AutoTimes, KeepTheIntervalOfARunningClock) {
   EXPECT_THAT(test.takeTrace(), ElementsAre("4 R 1000hz 40db", "8 R 1000hz 50db"));
 }
 
+TEST(AutoTimes, KeepTheIntervalOfARunningClockThatIsLongerThanTheSetting) {
+  AutoTest test;
+  test.machine.userDefaults->setValue("BOFANGSHICHANG", std::int64_t{10});
+  test.session->startTest(kRight);
+  test.machine.userDefaults->removeValue("BOFANGSHICHANG");
+  test.run(31);
+  EXPECT_THAT(test.takeTrace(), ElementsAre("10 R 1000hz 40db", "20 R 1000hz 50db", "30 R 1000hz 60db"));
+}
+
 TEST(AutoOrder, GoesThroughTheListFrom40DbEach) {
   AutoTest test({"1000hz", "2000hz", "4000hz", "500hz"});
   Lines firsts;

@@ -78,6 +78,20 @@ TEST(MissingCalibration, OfALaterFrequencyKeepsWhatWasFound) {
                                             "52 R -> 2000hz 45db", "52 R complete 1000hz=35 2000hz=45"));
 }
 
+TEST(MissingCalibration, OfOneEarLeavesNothingBehindForTheOther) {
+  for (const auto type : {SessionScript::Auto, SessionScript::Standard}) {
+    SessionScript test(type);
+    test.session->setRightVolue(nullptr);
+    test.session->startTest(kRight);
+    test.run(10);
+    EXPECT_THAT(test.takeTrace(), ElementsAre("4 R missing"));
+    test.session->startTest(kLeft);
+    test.run(4.5);
+    const auto& playing = test.quiet1000->isPlaying ? test.quiet1000 : test.loud1000;
+    EXPECT_TRUE(playing->isPlaying && playing->pan() < 0) << "the left ear's own tone";
+  }
+}
+
 TEST(MissingCalibration, OfAManualToneRecordsNothing) {
   for (const Record& useless : uselessRecords()) {
     SessionScript test(SessionScript::Manual);

@@ -167,6 +167,22 @@ TEST_F(ServiceRequest, WithoutAUsableHostTheCallbackHearsOfIt) {
   EXPECT_EQ(requestCount(), 0U);
 }
 
+TEST_F(ServiceRequest, AMachineThatCanMakeNoRequestsIsATransportError) {
+  struct NoNetwork : URLSession {
+    void dataTask(URLRequest, CompletionHandler) override { throw std::runtime_error("no library"); }
+  };
+  Platform platform = machine.platform();
+  platform.urlSession = std::make_shared<NoNetwork>();
+  Platform::setCurrent(platform);
+  knowsUser();
+  std::vector<std::string> heard;
+  for (const auto& operation : serviceOperations()) {
+    operation.start([&](const std::string& what) { heard.push_back(what); });
+    run();
+  }
+  EXPECT_THAT(heard, testing::AllOf(testing::SizeIs(serviceOperations().size()), testing::Each("transport 0")));
+}
+
 TEST_F(ServiceRequest, SubmissionCarriesWhatWasMeasured) {
   knowsUser();
   const auto body = [&](const EarResult& left, const EarResult& right, const std::optional<std::string>& model) {
