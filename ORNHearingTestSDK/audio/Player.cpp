@@ -83,6 +83,7 @@ void Player::readPCMAndPlay(AudioQueue& queue, AudioQueueBuffer& buffer) {
     return;
   }
   const std::lock_guard lock(source->criticalSection_);
+  const std::lock_guard filling(fillingMutex_);
   if (const auto block = source->playerGetData(); !block.empty()) {
     queue.setVolume(volume_);
     // The declared size is the block's own, even where the copy is cut: no source gives more than a block.

@@ -52,7 +52,7 @@ void askService(const FormFields& fields, const std::optional<std::string>& path
   const Platform& platform = Platform::current();
   sendRequest(std::move(request),
               [path, keep, files = platform.fileManager, main = MainQueue::current(), assign = std::move(assign),
-               completion = std::move(completion)](const ServiceReply& reply, const json& dictionary) {
+               completion = std::move(completion)](const ServiceReply& reply, const json& dictionary) mutable {
                 Reply records;
                 if (reply.body) {
                   records = ORNDeviceCorrect::initWithDictionary(dictionary);
@@ -60,7 +60,8 @@ void askService(const FormFields& fields, const std::optional<std::string>& path
                   if (kept) files->writeAtomically(*path, bytesOf(*kept));
                 }
                 // The session's own error alone is handed on: what does not parse counts as no error.
-                main.dispatchAsync([records, assign, completion, error = reply.sessionError] {
+                main.dispatchAsync([records, assign = std::move(assign), completion = std::move(completion),
+                                    error = reply.sessionError] {
                   if (records) assign(*records);
                   if (completion) completion(error);
                 });

@@ -50,12 +50,12 @@ void ResultSubmission::listenTestWithLeft(const EarResult& left, const EarResult
   setHttpHeader(request);
   setJSONBody(request, body);
   // The service's own code makes no difference to the callback.
-  sendRequest(std::move(request),
-              [main = MainQueue::current(), done = std::move(completion)](const ServiceReply& reply, const json&) {
-                main.dispatchAsync([done, error = reply.readingError()] {
-                  if (done) done(nullptr, error);
-                });
-              });
+  sendRequest(std::move(request), [main = MainQueue::current(), done = std::move(completion)](const ServiceReply& reply,
+                                                                                              const json&) mutable {
+    main.dispatchAsync([done = std::move(done), error = reply.readingError()] {
+      if (done) done(nullptr, error);
+    });
+  });
 }
 
 void ResultSubmission::postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base,
@@ -68,12 +68,12 @@ void ResultSubmission::postListenTestWithLeft(const EarResult& left, const EarRe
   (void)HearingScore::computeEarTestResult(right);
   URLRequest request = submissionRequest(*identity);
   setJSONBody(request, submissionBody(left, right, base ? "1" : "0", earPlugModel));
-  sendRequest(std::move(request),
-              [main = MainQueue::current(), done = std::move(completion)](const ServiceReply& reply, const json&) {
-                main.dispatchAsync([done, error = reply.error()] {
-                  if (done) done(error);
-                });
-              });
+  sendRequest(std::move(request), [main = MainQueue::current(), done = std::move(completion)](const ServiceReply& reply,
+                                                                                              const json&) mutable {
+    main.dispatchAsync([done = std::move(done), error = reply.error()] {
+      if (done) done(error);
+    });
+  });
 }
 
 }  // namespace orn

@@ -19,16 +19,16 @@ void TestHistory::getListenTestWithCompletion(Completion completion) {
   URLRequest request = serviceRequest("user/acquireListenTest");
   setHttpHeader(request);
   setFormBody(request, {{"sdkKey", identity->appKey}, {"sdkUseId", identity->userID}});
-  sendRequest(std::move(request),
-              [main = MainQueue::current(), done = std::move(completion)](const ServiceReply& reply, json object) {
-                // Moved and shared: a long list is not copied on its way.
-                const auto tests = std::make_shared<json>();
-                const bool isAccepted = !reply.readingError() && jsonInteger(jsonMember(object, "rspCode")) == 0;
-                if (isAccepted && object.contains("listenTests")) *tests = std::move(object["listenTests"]);
-                main.dispatchAsync([done, tests, error = reply.readingError()] {
-                  if (done) done(error, *tests);
-                });
-              });
+  sendRequest(std::move(request), [main = MainQueue::current(), done = std::move(completion)](const ServiceReply& reply,
+                                                                                              json object) mutable {
+    // Moved and shared: a long list is not copied on its way.
+    const auto tests = std::make_shared<json>();
+    const bool isAccepted = !reply.readingError() && jsonInteger(jsonMember(object, "rspCode")) == 0;
+    if (isAccepted && object.contains("listenTests")) *tests = std::move(object["listenTests"]);
+    main.dispatchAsync([done = std::move(done), tests, error = reply.readingError()] {
+      if (done) done(error, *tests);
+    });
+  });
 }
 
 }  // namespace orn

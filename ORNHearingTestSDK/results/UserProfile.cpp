@@ -46,13 +46,14 @@ void UserProfile::setAppUserID(std::optional<std::string> appUserID, std::option
                                {"BIRTHDAY", *birthday},
                                {"PHONE", *phone},
                                {"USERNAME", name}}};
-  sendRequest(std::move(request), [profile, defaults = platform.userDefaults, main = MainQueue::current(),
-                                   done = std::move(completionHandler)](const ServiceReply& reply, const auto&) {
-    if (!reply.error()) store(*defaults, profile);
-    main.dispatchAsync([done, error = reply.error()] {
-      if (done) done(error);
-    });
-  });
+  sendRequest(std::move(request),
+              [profile, defaults = platform.userDefaults, main = MainQueue::current(),
+               done = std::move(completionHandler)](const ServiceReply& reply, const auto&) mutable {
+                if (!reply.error()) store(*defaults, profile);
+                main.dispatchAsync([done = std::move(done), error = reply.error()] {
+                  if (done) done(error);
+                });
+              });
 }
 
 }  // namespace orn

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <ORNHearingTestSDK/platform/StereoGain.h>
 
@@ -39,8 +40,9 @@ std::error_code SimulatedAudioQueue::enqueueBuffer(AudioQueueBuffer& buffer) {
       std::find_if(buffers_.begin(), buffers_.end(), [&](const auto& one) { return one.get() == &buffer; });
   const std::size_t size = std::min<std::size_t>(buffer.mAudioDataByteSize, buffer.mAudioData.size());
   if (own == buffers_.end() || size < 2) return std::make_error_code(std::errc::invalid_argument);
-  mixer_->catchUp();
+  catchUpWithoutCallbacks();
   std::erase(enqueued_, own->get());
+  std::erase(ended_, own->get());
   samplesInto(buffer.mAudioData.first(size), (*own)->samples);
   (*own)->played = 0;
   enqueued_.push_back(own->get());
@@ -48,9 +50,16 @@ std::error_code SimulatedAudioQueue::enqueueBuffer(AudioQueueBuffer& buffer) {
 }
 
 std::error_code SimulatedAudioQueue::setVolume(float volume) {
-  mixer_->catchUp();
+  catchUpWithoutCallbacks();
   volume_ = std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F);
   return {};
+}
+
+/// Whoever sets the volume or hands over a buffer may hold a lock that the callback takes.
+void SimulatedAudioQueue::catchUpWithoutCallbacks() {
+  const bool before = std::exchange(holdsCallbacks_, true);
+  mixer_->catchUp();
+  holdsCallbacks_ = before;
 }
 
 void SimulatedAudioQueue::setPlaying(bool playing) {
@@ -72,10 +81,16 @@ std::error_code SimulatedAudioQueue::pause() {
 std::error_code SimulatedAudioQueue::stop() {
   setPlaying(false);
   enqueued_.clear();
+  ended_.clear();
   return {};
 }
 
 void SimulatedAudioQueue::mixInto(SimulatedMixer::Sums sums) {
+  while (!holdsCallbacks_ && !ended_.empty()) {
+    Buffer& buffer = *ended_.front();
+    ended_.pop_front();
+    callback_(*this, buffer);
+  }
   while (playing_ && sums.frames() > 0 && !enqueued_.empty()) {
     Buffer& buffer = *enqueued_.front();
     const std::size_t frames = std::min(sums.frames(), buffer.samples.size() - buffer.played);
@@ -86,7 +101,11 @@ void SimulatedAudioQueue::mixInto(SimulatedMixer::Sums sums) {
     buffer.played += frames;
     if (buffer.played < buffer.samples.size()) return;
     enqueued_.pop_front();
-    callback_(*this, buffer);
+    if (holdsCallbacks_) {
+      ended_.push_back(&buffer);
+    } else {
+      callback_(*this, buffer);
+    }
   }
 }
 

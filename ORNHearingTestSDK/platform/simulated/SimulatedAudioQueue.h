@@ -9,7 +9,8 @@
 
 namespace orn {
 
-/// A queue whose buffers are played as the mixer asks for frames; a buffer's callback comes at its last frame.
+/// A queue whose buffers are played as the mixer asks for frames; a buffer's callback comes at its last frame,
+/// or with the next frames where an operation of the queue's own has played it to its end.
 class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Source {
  public:
   SimulatedAudioQueue(std::shared_ptr<SimulatedMixer> mixer, OutputCallback callback);
@@ -32,13 +33,15 @@ class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Sou
   void mixInto(SimulatedMixer::Sums sums) override;
   void fallSilent() override { playing_ = false; }
   void setPlaying(bool playing);
+  void catchUpWithoutCallbacks();
 
   std::shared_ptr<SimulatedMixer> mixer_;
   OutputCallback callback_;
   std::vector<std::unique_ptr<Buffer>> buffers_;
-  std::deque<Buffer*> enqueued_;
+  std::deque<Buffer*> enqueued_, ended_;
   float volume_ = 1;
   bool playing_ = false;
+  bool holdsCallbacks_ = false;
 };
 
 }  // namespace orn
