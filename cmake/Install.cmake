@@ -33,11 +33,11 @@ orn_install_library(ORNHearingTestSDK Core HearingTestSDK)
 set(ORN_PRIVATE_HEADERS
     AlertView Animation Appearance AttributedButton AudioCheck AudiogramSummary AudioSessionObservers BoardGrid
     BoardLabels BoardMarks CalibrationFetch CallbackThread Checking DefaultSinkQuestion DefaultsPlist DefaultsReading
-    DeviceCell FileLock FingerScroller HeardButton HistoryCell JsonReading LibCurl LibPulse LibraryFolder LinuxAudioOutput
-    LinuxAudioPlayer LinuxAudioQueue LinuxAudioSession MainQueue NavigationBar OutputVolumes PercentEscapes
+    DeviceCell FileLock FingerScroller HeardButton HistoryCell JsonReading LibCurl LibPulse LibraryFolder
+    LinuxAudioOutput LinuxAudioPlayer LinuxAudioQueue LinuxAudioSession MainQueue NavigationBar OutputVolumes PercentEscapes
     PerPlatform PhotoAlbum PlayableFormat PlistXml PosixFiles PropertyList PulseConnection PulseError PulseStream
-    RequestCheck ReturnKey SectionHeading SharedLibrary ShopFooterView SimulatedAudioPlayer SimulatedAudioQueue SimulatedMixer
-    SoundDevice SoundOutput SoundServer StereoGain TapRecognizer TemporaryFolder TextLabel Transfer TransferQueue
+    RequestCheck ReturnKey SectionHeading SharedLibrary ShopFooterView SimulatedAudioPlayer SimulatedAudioQueue
+    SimulatedMixer SoundDevice SoundOutput SoundServer StereoGain TapRecognizer TemporaryFolder TextLabel Transfer TransferQueue
     UserFolders UserHeaderView Utf8 Watermark WaveFile XmlText)
 list(TRANSFORM ORN_PRIVATE_HEADERS APPEND "\\.h")
 list(JOIN ORN_PRIVATE_HEADERS "|" ORN_PRIVATE_HEADERS)

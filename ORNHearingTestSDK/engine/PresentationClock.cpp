@@ -31,38 +31,36 @@ const std::shared_ptr<Timer>& PresentationClock::autoPlayTimer(const RunLoop::Ac
   return autoPlayTimer_;
 }
 
-void PresentationClock::setFireDate(std::chrono::nanoseconds time) {
-  autoPlayTimer_->setFireDate(time);
-  due_ = time;
+void PresentationClock::setFireDate(const RunLoop::Action& timerUpdate, std::chrono::nanoseconds time) {
+  autoPlayTimer(timerUpdate);
+  move(time);
+}
+
+void PresentationClock::move(std::chrono::nanoseconds tick) {
+  autoPlayTimer_->setFireDate(tick);
+  due_ = tick;
 }
 
 void PresentationClock::tickAfterPlayTime(const RunLoop::Action& timerUpdate) {
-  autoPlayTimer(timerUpdate);
-  setFireDate(loop().now() + playTime());
+  setFireDate(timerUpdate, loop().now() + playTime());
 }
 
-void PresentationClock::tickNow(const RunLoop::Action& timerUpdate) {
-  autoPlayTimer(timerUpdate);
-  setFireDate(loop().now());
-}
+void PresentationClock::tickNow(const RunLoop::Action& timerUpdate) { setFireDate(timerUpdate, loop().now()); }
 
-void PresentationClock::park(const RunLoop::Action& timerUpdate) {
-  autoPlayTimer(timerUpdate);
-  setFireDate(RunLoop::distantFuture);
-}
+void PresentationClock::park(const RunLoop::Action& timerUpdate) { setFireDate(timerUpdate, RunLoop::distantFuture); }
 
 bool PresentationClock::isTickLate() {
   const auto now = loop().now();
   const bool isLate = now - due_ > longestHoldUp;
   due_ = now + interval_;
-  if (isLate && autoPlayTimer_) setFireDate(due_);
+  if (isLate && autoPlayTimer_) move(due_);
   return isLate;
 }
 
 void PresentationClock::nextFrequencyComes(std::chrono::nanoseconds then) {
   const auto now = loop().now();
   const auto tick = now + interval_ - untilNextFrequency;
-  if (now - then > longestDelay && due_ < tick && autoPlayTimer_) setFireDate(tick);
+  if (now - then > longestDelay && due_ < tick && autoPlayTimer_) move(tick);
 }
 
 void PresentationClock::end() {

@@ -43,7 +43,8 @@ class ORN_EXPORT PresentationClock {
   void end();
 
  private:
-  void setFireDate(std::chrono::nanoseconds time);
+  void setFireDate(const RunLoop::Action& timerUpdate, std::chrono::nanoseconds time);
+  void move(std::chrono::nanoseconds tick);
 
   std::shared_ptr<Timer> autoPlayTimer_;
   std::chrono::nanoseconds interval_{0};  // the timer's own, whatever the setting says since

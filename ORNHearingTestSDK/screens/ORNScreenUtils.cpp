@@ -5,7 +5,6 @@
 #include <cmath>
 #include <string_view>
 
-#include <QtGui/QImageReader>
 #include <QtGui/QPainter>
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
@@ -24,14 +23,6 @@ QString pathForScale(const QString& path, int scale) {
   const qsizetype dot = path.lastIndexOf(QLatin1Char('.'));
   const qsizetype end = dot > path.lastIndexOf(QLatin1Char('/')) ? dot : path.size();
   return path.left(end) + QStringLiteral("@%1x").arg(scale) + path.mid(end);
-}
-
-/// A format that is told by the name needs no trial of all that are known, each in a library of its own.
-QImage read(const QString& path) {
-  QImageReader reader(path);
-  if (path.endsWith(QLatin1String(".png"))) reader.setFormat("png");
-  reader.setAutoDetectImageFormat(reader.format().isEmpty());
-  return reader.read();
 }
 
 std::uint32_t hexNumber(std::string_view text) {
@@ -55,7 +46,7 @@ QImage ORNScreenUtils::imageWithContentsOfFile(const std::string& path, double p
   const QString base = QString::fromStdString(path);
   const int finest = std::clamp(static_cast<int>(std::ceil(std::min(pixelRatio, 1.0 * kFinestImage))), 1, kFinestImage);
   for (int scale = finest; scale >= 1; --scale) {
-    QImage image = read(pathForScale(base, scale));
+    QImage image(pathForScale(base, scale));
     if (image.isNull()) continue;
     image.setDevicePixelRatio(scale);
     return image;

@@ -95,7 +95,7 @@ int runSimulated(const Options& options) {
   orn::ScreenListener listener(*simulated.machine().audioOutput, application, orn::sampleListener());
   std::optional<orn::SimulationPanel> panel;
   application.open([&] {
-    if (options.endsAtFirstFrame) endAtFirstFrame();
+    if (options.endsAtFirstFrame) return endAtFirstFrame();
     beginSimulation(simulated, options);
     placeBeside(application.window(), panel.emplace(simulated, listener));
   });

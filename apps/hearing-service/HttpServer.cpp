@@ -16,12 +16,6 @@ constexpr unsigned kMostConnections = 256;
 constexpr unsigned kIdleSeconds = 60;
 constexpr std::size_t kMostBytesRead = 16 * kLargestBody;  // a client that sends more is cut off unanswered
 
-/// An application that brings a service of its own is not to wait for it at its start.
-const LibMicrohttpd& libmicrohttpd() {
-  static const LibMicrohttpd library;
-  return library;
-}
-
 /// One request on its way in.
 struct Exchange {
   Request request;

@@ -69,20 +69,15 @@ TEST(AutoTimes, FollowTheStoredTimeAboveFourSeconds) {
 }
 
 TEST(AutoTimes, KeepTheIntervalOfARunningClock) {
-  AutoTest test;
-  test.session->startTest(kRight);
-  test.machine.userDefaults->setValue("BOFANGSHICHANG", std::int64_t{30});
-  test.run(9);
-  EXPECT_THAT(test.takeTrace(), ElementsAre("4 R 1000hz 40db", "8 R 1000hz 50db"));
-}
-
-TEST(AutoTimes, KeepTheIntervalOfARunningClockThatIsLongerThanTheSetting) {
-  AutoTest test;
-  test.machine.userDefaults->setValue("BOFANGSHICHANG", std::int64_t{10});
-  test.session->startTest(kRight);
-  test.machine.userDefaults->removeValue("BOFANGSHICHANG");
-  test.run(31);
-  EXPECT_THAT(test.takeTrace(), ElementsAre("10 R 1000hz 40db", "20 R 1000hz 50db", "30 R 1000hz 60db"));
+  for (const auto& [interval, setting] : {std::pair(4, 30), {10, 4}}) {
+    AutoTest test;
+    test.machine.userDefaults->setValue("BOFANGSHICHANG", std::int64_t{interval});
+    test.session->startTest(kRight);
+    test.machine.userDefaults->setValue("BOFANGSHICHANG", std::int64_t{setting});
+    test.run(3.1 * interval);
+    const auto at = [&, one = interval](int tick) { return std::to_string(tick * one) + " R 1000hz "; };
+    EXPECT_THAT(test.takeTrace(), ElementsAre(at(1) + "40db", at(2) + "50db", at(3) + "60db"));
+  }
 }
 
 TEST(AutoOrder, GoesThroughTheListFrom40DbEach) {

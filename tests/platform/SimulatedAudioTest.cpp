@@ -122,6 +122,18 @@ TEST_F(SimulatedAudio, AQueuesVolumeRoundsHalvesAwayFromZero) {
   }
 }
 
+TEST_F(SimulatedAudio, AQueueCallsBackFromNoOperationOfItsOwn) {
+  int calls = 0;
+  const auto queue = output_->newOutputQueue(toneFormat(), [&](AudioQueue&, AudioQueueBuffer&) { ++calls; });
+  enqueue(*queue, Samples(480));
+  queue->start();
+  loop_->holdUp(std::chrono::milliseconds(20));
+  queue->setVolume(0.5F);  // perhaps under a lock that the callback takes
+  EXPECT_EQ(calls, 0);
+  loop_->runFor(std::chrono::milliseconds(100));
+  EXPECT_EQ(calls, 1);
+}
+
 TEST_F(SimulatedAudio, PanAndVolumeScaleEachChannelOfAPlayer) {
   const float belowHalf = std::nextafter(0.5F, 0.0F);
   const struct {

@@ -28,7 +28,10 @@ struct LibCurl : SharedLibrary {
   ORN_FUNCTION(curl_slist_free_all);
 };
 
-/// Loaded and begun at the first call, which throws std::runtime_error if that can't be. Any thread.
-const LibCurl& libcurl();
+/// Loaded at the first call, which throws std::runtime_error if it can't be. Any thread.
+inline const LibCurl& libcurl() {
+  static const LibCurl library;
+  return library;
+}
 
 }  // namespace orn

@@ -64,6 +64,9 @@ struct LibPulse : SharedLibrary {
 };
 
 /// Loaded at the first call, which throws std::runtime_error if it can't be. Any thread.
-const LibPulse& libpulse();
+inline const LibPulse& libpulse() {
+  static const LibPulse library;
+  return library;
+}
 
 }  // namespace orn

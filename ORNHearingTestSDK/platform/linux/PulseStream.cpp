@@ -80,8 +80,9 @@ std::error_code PulseStream::connect(const SoundOutput& output) {
   }
   connection.waitUntil([this] { return !stream_ || libpulse().pa_stream_get_state(stream_) != PA_STREAM_CREATING; });
   if (isReady_) return {};
-  if (stream_ && libpulse().pa_stream_get_state(stream_) == PA_STREAM_CREATING)
+  if (stream_ && libpulse().pa_stream_get_state(stream_) == PA_STREAM_CREATING) {
     return std::make_error_code(std::errc::timed_out);
+  }
   return std::make_error_code(std::errc::no_such_device);
 }
 

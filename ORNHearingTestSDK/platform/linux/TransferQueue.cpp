@@ -22,8 +22,9 @@ CURLM* newMulti() {
 void TransferQueue::Release::operator()(void* multi) const { libcurl().curl_multi_cleanup(multi); }
 
 TransferQueue::TransferQueue() : multi_(newMulti()) {
-  if (!multi_ || libcurl().curl_multi_wakeup(multi_.get()) != CURLM_OK)
+  if (!multi_ || libcurl().curl_multi_wakeup(multi_.get()) != CURLM_OK) {
     throw std::runtime_error("libcurl can't be started");
+  }
 }
 
 TransferQueue::~TransferQueue() = default;

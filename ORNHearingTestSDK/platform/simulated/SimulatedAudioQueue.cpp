@@ -86,11 +86,7 @@ std::error_code SimulatedAudioQueue::stop() {
 }
 
 void SimulatedAudioQueue::mixInto(SimulatedMixer::Sums sums) {
-  while (!holdsCallbacks_ && !ended_.empty()) {
-    Buffer& buffer = *ended_.front();
-    ended_.pop_front();
-    callback_(*this, buffer);
-  }
+  giveBackEnded();
   while (playing_ && sums.frames() > 0 && !enqueued_.empty()) {
     Buffer& buffer = *enqueued_.front();
     const std::size_t frames = std::min(sums.frames(), buffer.samples.size() - buffer.played);
@@ -101,11 +97,16 @@ void SimulatedAudioQueue::mixInto(SimulatedMixer::Sums sums) {
     buffer.played += frames;
     if (buffer.played < buffer.samples.size()) return;
     enqueued_.pop_front();
-    if (holdsCallbacks_) {
-      ended_.push_back(&buffer);
-    } else {
-      callback_(*this, buffer);
-    }
+    ended_.push_back(&buffer);
+    giveBackEnded();
+  }
+}
+
+void SimulatedAudioQueue::giveBackEnded() {
+  while (!holdsCallbacks_ && !ended_.empty()) {
+    Buffer& buffer = *ended_.front();
+    ended_.pop_front();
+    callback_(*this, buffer);
   }
 }
 

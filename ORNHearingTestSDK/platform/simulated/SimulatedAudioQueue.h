@@ -34,6 +34,7 @@ class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Sou
   void fallSilent() override { playing_ = false; }
   void setPlaying(bool playing);
   void catchUpWithoutCallbacks();
+  void giveBackEnded();
 
   std::shared_ptr<SimulatedMixer> mixer_;
   OutputCallback callback_;
