@@ -9,6 +9,13 @@ namespace orn {
 
 class ORNHearingTest;
 
+/// Why a tone does not sound.
+enum class ToneMissingReason {
+  Calibration,  ///< No record gives its level: the device's or the ear's own record, or its value, is absent.
+  Recording,    ///< There are no samples of it: no tone file, or a frequency that the stream has no table of.
+  Output,       ///< The output is absent, lost, stalled or held back.
+};
+
 /// What a session tells its host. Every operation is optional: an empty member is not called. All calls come on the
 /// main thread, and any of them may let go of the session. `hz` and `db` are texts such as "1000hz" and "40db".
 struct ORNHearingTestDelegate {
@@ -29,10 +36,10 @@ struct ORNHearingTestDelegate {
   std::function<void(ORNHearingTest& hearingTest, const EarResult& left, const EarResult& right)>
       completeWithLeftResult;
 
-  /// A tone could not be started on the earphone path, since the ear's calibration record or the value that it needs is
-  /// missing. No level was recorded; the test has been paused. In a timed test continueTest() tries the same tone
-  /// again, in a manual one playAtHz() does.
-  std::function<void(ORNHearingTest& hearingTest, bool isLeft)> calibrationMissing;
+  /// A tone does not sound, for this reason. Nothing was judged or recorded, a press counts for nothing, and the test
+  /// has been paused. In a timed test continueTest() tries the same tone again, at once or, called from within this
+  /// call, one presentation time later; in a manual one playAtHz() does, but not from within this call.
+  std::function<void(ORNHearingTest& hearingTest, ToneMissingReason reason, bool isLeft)> toneMissing;
 };
 
 }  // namespace orn

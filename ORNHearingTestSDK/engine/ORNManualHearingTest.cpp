@@ -178,7 +178,7 @@ void ORNManualHearingTest::testItem(const Item& item) {
   isCurrentToneMissing_ = !volume;
   if (!volume) {
     pauseTest();
-    tellDelegate(&ORNHearingTestDelegate::calibrationMissing, isLeft_);
+    tellDelegate(&ORNHearingTestDelegate::toneMissing, ToneMissingReason::Calibration, isLeft_);
     return;
   }
   raiseProgress(progressAt(item->point(), startY_));

@@ -23,6 +23,18 @@ class ORN_EXPORT AudioOutput {
   /// if there is none. Before the first call the first sound chooses it. An output of only one device has no choice.
   virtual std::error_code useCurrentDevice() { return {}; }
 
+  /// Whether what is told to sound now is heard: std::errc::no_such_device where the device is not there, timed_out
+  /// where the sound server does not answer or has stopped taking samples, device_or_resource_busy where it holds sound
+  /// back, in a call perhaps or with the device suspended. Does not wait. An output that can't lose its sound has no
+  /// error.
+  virtual std::error_code status() { return {}; }
+
+  /// How often so far sound that was to be heard was not: the device or its server was lost, stalled or held it back, a
+  /// queue that was playing ran dry, samples came too late. Pausing, stopping and the end of a recording are none of
+  /// these, and neither is a start that failed. The number before and after a tone is the same if all of it was played;
+  /// what is missing right now counts already.
+  virtual std::uint64_t lapses() { return 0; }
+
   /// A queue for 16-bit signed mono PCM at 48000 Hz; null for another format.
   virtual std::unique_ptr<AudioQueue> newOutputQueue(const AudioStreamBasicDescription& format,
                                                      AudioQueue::OutputCallback callback) = 0;

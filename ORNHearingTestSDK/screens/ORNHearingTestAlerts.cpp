@@ -9,7 +9,8 @@ QString noticeTitle() { return QStringLiteral("温馨提示"); }
 
 }  // namespace
 
-void ORNHearingTestViewController::calibrationMissing(ORNHearingTest& /*hearingTest*/, bool /*isLeft*/) {
+void ORNHearingTestViewController::toneMissing(ORNHearingTest& /*hearingTest*/, ToneMissingReason /*reason*/,
+                                               bool /*isLeft*/) {
   showAlert({kCalibrationMissingAlert,
              noticeTitle(),
              QStringLiteral("没有测试设备的校准数据，无法进行测试"),

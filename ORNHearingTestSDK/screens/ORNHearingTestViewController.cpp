@@ -111,7 +111,7 @@ void ORNHearingTestViewController::watchSession() {
   sessionDelegate_->willSelectedAtHz = forward(&Self::willSelectedAtHz);
   sessionDelegate_->oneEarCompleteWithResult = forward(&Self::oneEarCompleteWithResult);
   sessionDelegate_->completeWithLeftResult = forward(&Self::completeWithLeftResult);
-  sessionDelegate_->calibrationMissing = forward(&Self::calibrationMissing);
+  sessionDelegate_->toneMissing = forward(&Self::toneMissing);
 }
 
 void ORNHearingTestViewController::watchBoards() {

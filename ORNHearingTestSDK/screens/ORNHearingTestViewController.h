@@ -76,7 +76,7 @@ class ORN_SCREENS_EXPORT ORNHearingTestViewController final : public Screen {
   void willSelectedAtHz(ORNHearingTest& hearingTest, const std::string& hz, const std::string& db, bool isLeft);
   void oneEarCompleteWithResult(ORNHearingTest& hearingTest, const EarResult& result, bool isLeft);
   void completeWithLeftResult(ORNHearingTest& hearingTest, const EarResult& left, const EarResult& right);
-  void calibrationMissing(ORNHearingTest& hearingTest, bool isLeft);
+  void toneMissing(ORNHearingTest& hearingTest, ToneMissingReason reason, bool isLeft);
 
   // What the boards ask and tell.
   std::vector<std::string> hzsOfChessboardView(ChessboardView& view);

@@ -12,6 +12,18 @@ namespace {
 
 RunLoop& loop() { return *Platform::current().runLoop; }
 
+std::string whyMissing(ToneMissingReason reason, const std::string& ear) {
+  switch (reason) {
+    case ToneMissingReason::Calibration:
+      return "the calibration lacks a value for the " + ear + " ear";
+    case ToneMissingReason::Recording:
+      return "there is no recording of a tone for the " + ear + " ear";
+    case ToneMissingReason::Output:
+    default:
+      return "the sound output is gone or does not play";
+  }
+}
+
 }  // namespace
 
 TestRun::TestRun(TestType type, const std::vector<std::string>& frequencies, TestWatch watch)
@@ -111,8 +123,8 @@ void TestRun::watchDelegate() {
   delegate_->completeWithLeftResult = [this](ORNHearingTest&, const EarResult& left, const EarResult& right) {
     complete(left, right);
   };
-  delegate_->calibrationMissing = [this](ORNHearingTest&, bool isLeft) {
-    fail(std::string("the calibration lacks a value for the ") + (isLeft ? "left" : "right") + " ear");
+  delegate_->toneMissing = [this](ORNHearingTest&, ToneMissingReason reason, bool isLeft) {
+    fail(whyMissing(reason, isLeft ? "left" : "right"));
   };
 }
 

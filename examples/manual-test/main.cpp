@@ -46,7 +46,10 @@ std::shared_ptr<orn::ORNHearingTestDelegate> narrator() {
   delegate->completeWithLeftResult = [](auto&, const orn::EarResult&, const orn::EarResult&) {
     std::puts("the test is complete");
   };
-  delegate->calibrationMissing = [](auto&, bool) { std::puts("no tone: its calibration is missing"); };
+  delegate->toneMissing = [](auto&, orn::ToneMissingReason reason, bool) {
+    const bool isUncalibrated = reason == orn::ToneMissingReason::Calibration;
+    std::puts(isUncalibrated ? "no tone: its calibration is missing" : "no tone: it can't be played");
+  };
   return delegate;
 }
 

@@ -131,7 +131,7 @@ struct Careless : SessionScript {
     if (call == "test") told.completeWithLeftResult = [what](auto&&...) { what(); };
     if (call == "missing") {
       session->setRightVolue(nullptr);
-      told.calibrationMissing = [what](auto&&...) { what(); };
+      told.toneMissing = [what](auto&&...) { what(); };
     }
   }
 

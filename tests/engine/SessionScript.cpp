@@ -78,7 +78,7 @@ void SessionScript::watch() {
   delegate->completeWithLeftResult = [this](ORNHearingTest&, const EarResult& left, const EarResult& right) {
     note("complete L " + text(left) + " R " + text(right));
   };
-  delegate->calibrationMissing = [this](ORNHearingTest&, bool isLeft) { note(side(isLeft) + " missing"); };
+  delegate->toneMissing = [this](ORNHearingTest&, ToneMissingReason, bool isLeft) { note(side(isLeft) + " missing"); };
 }
 
 void SessionScript::note(const std::string& what) {
