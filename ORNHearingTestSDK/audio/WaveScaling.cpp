@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 #if defined(__x86_64__) || defined(__i386__)
 #define ORN_HAS_AVX2_KERNEL 1
@@ -27,6 +28,11 @@ struct Ramp {
   float start;
   float step;
   std::uint8_t* out;
+
+  static Ramp of(const std::uint8_t* in, std::int64_t size, std::int32_t repetitions, float start, float end,
+                 std::uint8_t* out) {
+    return {in, size, repetitions, start, (end - start) / static_cast<float>(repetitions), out};
+  }
 };
 
 // Copied as a whole where the processor has this byte order: that is what the compiler turns into vectors.
@@ -63,13 +69,13 @@ float sampleAt(const std::uint8_t* in, std::int64_t size, std::int64_t i) {
 bool isFast(float gain) { return std::abs(gain) <= kFastGain; }
 
 // The ramp as it is meant, for any gain and any length; the kernels below reorder nothing but the samples.
-void rampPlainly(const Ramp& ramp) {
+void rampPlainly(const Ramp& ramp, float mostGain = std::numeric_limits<float>::infinity()) {
   std::uint8_t* out = ramp.out;
   for (std::int32_t k = 0; k < ramp.repetitions; ++k) {
     const float base = ramp.step * static_cast<float>(k) + ramp.start;
     for (std::int64_t i = 0; i < ramp.size; i += 2, out += 2) {
       const float gain = base + (ramp.step * static_cast<float>(i)) / static_cast<float>(ramp.size);
-      writeSample(out, truncatedSafely(gain * sampleAt(ramp.in, ramp.size, i)));
+      writeSample(out, truncatedSafely(std::min(gain, mostGain) * sampleAt(ramp.in, ramp.size, i)));
     }
   }
 }
@@ -159,7 +165,7 @@ void scaleCycle(const std::uint8_t* in, std::int64_t size, float amplitude, std:
 void rampCycles(const std::uint8_t* in, std::int64_t size, std::int32_t repetitions, float start, float end,
                 std::uint8_t* out, WaveKernel kernel) {
   if (size < 1 || repetitions < 1) return;
-  const Ramp ramp{in, size, repetitions, start, (end - start) / static_cast<float>(repetitions), out};
+  const Ramp ramp = Ramp::of(in, size, repetitions, start, end, out);
   if (!isFast(start) || !isFast(end) || size > kCountable || repetitions > kCountable) return rampPlainly(ramp);
 #if ORN_HAS_AVX2_KERNEL
   if (kernel == WaveKernel::Avx2 && isAvailable(kernel)) return rampAvx2(ramp);
@@ -171,6 +177,14 @@ void rampCycles(const std::uint8_t* in, std::int64_t size, std::int32_t repetiti
                 std::uint8_t* out) {
   // Gives way by itself where the processor lacks it.
   rampCycles(in, size, repetitions, start, end, out, WaveKernel::Avx2);
+}
+
+void rampWithinFullScale(const std::uint8_t* in, std::int64_t size, std::int32_t repetitions, float start, float end,
+                         std::uint8_t* out) {
+  // Seldom: a block or two of a tone that is as loud as a device gets.
+  if (size < 1 || repetitions < 1) return;
+  if (!(std::max(start, end) > 1.0F)) return rampCycles(in, size, repetitions, start, end, out);
+  rampPlainly(Ramp::of(in, size, repetitions, start, end, out), 1.0F);
 }
 
 }  // namespace orn

@@ -20,6 +20,10 @@ ORN_EXPORT void scaleCycle(const std::uint8_t* in, std::int64_t size, float ampl
 ORN_EXPORT void rampCycles(const std::uint8_t* in, std::int64_t size, std::int32_t repetitions, float start, float end,
                            std::uint8_t* out);
 
+/// The same ramp, but a gain above 1, which would wrap, is 1.
+ORN_EXPORT void rampWithinFullScale(const std::uint8_t* in, std::int64_t size, std::int32_t repetitions, float start,
+                                    float end, std::uint8_t* out);
+
 /// The forms in which the ramp is compiled; their results are equal to the bit.
 enum class WaveKernel { Baseline, Avx2 };
 

@@ -58,6 +58,10 @@ std::optional<double> earphoneGain(const ORNDeviceVolumeIOS* record, std::int32_
   return gain;
 }
 
+bool hasCalibrationAt(const ORNDeviceVolumeIOS* record, std::int32_t hz) {
+  return calibrationText(record, hz).has_value();
+}
+
 double audiometerLevel(const ORNDeviceVolumeIOS* ab, const ORNDeviceVolumeIOS* aabb, const ORNDeviceVolumeIOS* xxyy,
                        double amplitude, std::string_view hz) {
   const auto frequency = intValue(hz);

@@ -25,6 +25,10 @@ ORN_EXPORT double audiometerAmplitude(const ORNDeviceVolumeIOS* ab, const ORNDev
 /// volume in single precision: a tone at a guessed level must not be played.
 ORN_EXPORT std::optional<double> earphoneGain(const ORNDeviceVolumeIOS* record, std::int32_t hz, std::int32_t level);
 
+/// Whether a record has a value at `hz` Hz, which every record has at a frequency other than the seven, 0 dB. False for
+/// null.
+ORN_EXPORT bool hasCalibrationAt(const ORNDeviceVolumeIOS* record, std::int32_t hz);
+
 /// For measuring instruments: the level in dB HL that an observed amplitude, as a factor on full scale, stands for. The
 /// reverse of audiometerAmplitude but for the cap. Silence is minus infinity.
 ORN_EXPORT double audiometerLevel(const ORNDeviceVolumeIOS* ab, const ORNDeviceVolumeIOS* aabb,

@@ -7,11 +7,11 @@ namespace orn {
 HearingTestColumn makeColumn(const ColumnLayout& layout) {
   HearingTestColumn column;
   std::shared_ptr<ORNHearingTestItem> quieter;
-  for (int row = 0; row < layout.rows; ++row) {
+  for (int row = 0; row < layout.scale.rows; ++row) {
     auto item = std::make_shared<ORNHearingTestItem>();
     item->setPoint({layout.x, static_cast<double>(row)});
     item->setHzValue(layout.hzValue);
-    item->setDbValue(std::to_string(layout.lowestLevel + 5 * row) + "db");
+    item->setDbValue(std::to_string(layout.scale.levelOf(row)) + "db");
     item->setPan(layout.pan);
     if (quieter) {
       item->setPrevItem(quieter);
@@ -36,5 +36,14 @@ std::shared_ptr<ORNHearingTestItem> itemAt(const HearingTestGrid& grid, const st
   const auto item = column->second.find(row);
   return item == column->second.end() ? nullptr : item->second;
 }
+
+std::vector<std::shared_ptr<ORNHearingTestItem>> columnOf(std::shared_ptr<ORNHearingTestItem> item) {
+  while (const auto quieter = item->prevItem()) item = quieter;
+  std::vector<std::shared_ptr<ORNHearingTestItem>> column;
+  for (; item; item = item->nextItem()) column.push_back(item);
+  return column;
+}
+
+int rowOf(const ORNHearingTestItem& item) { return static_cast<int>(item.point().y); }
 
 }  // namespace orn

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include <ORNHearingTestSDK/engine/LevelScale.h>
 #include <ORNHearingTestSDK/engine/ORNHearingTestItem.h>
 
 namespace orn {
@@ -15,22 +16,27 @@ using HearingTestColumn = std::map<int, std::shared_ptr<ORNHearingTestItem>>;
 /// Columns of one ear by frequency key.
 using HearingTestGrid = std::map<std::string, HearingTestColumn>;
 
-/// What the items of a column have in common, and where its scale begins.
+/// What the items of a column have in common.
 struct ColumnLayout {
   double x = 0;
   std::string hzValue;
   float pan = 0;
-  int rows = 16;
-  int lowestLevel = 15;  ///< dB HL of row 0; each further row is 5 dB louder.
+  LevelScale scale = kGridScale;
 };
 
 /// A column of fresh items, each linked to its neighbours.
 HearingTestColumn makeColumn(const ColumnLayout& layout);
 
-/// One ear's grid: a column of 15 to 90 dB for each frequency key, in their order.
+/// One ear's grid: a column of kGridScale for each frequency key, in their order.
 HearingTestGrid makeGrid(const std::vector<std::string>& hzs, bool isLeft);
 
 /// The item of a key's column at a row, or null.
 std::shared_ptr<ORNHearingTestItem> itemAt(const HearingTestGrid& grid, const std::string& hz, int row);
+
+/// The items of the column that an item stands in, the quietest first.
+std::vector<std::shared_ptr<ORNHearingTestItem>> columnOf(std::shared_ptr<ORNHearingTestItem> item);
+
+/// An item's place in its column.
+int rowOf(const ORNHearingTestItem& item);
 
 }  // namespace orn

@@ -2,16 +2,9 @@
 
 #include <algorithm>
 
+#include <ORNHearingTestSDK/engine/AutomaticSearch.h>
+
 namespace orn {
-namespace {
-
-constexpr int kStartRow = 5;  // 40 dB
-
-bool hasStatus(const std::shared_ptr<ORNHearingTestItem>& item, std::int32_t status) {
-  return item && item->hearStatus() == status;
-}
-
-}  // namespace
 
 std::shared_ptr<ORNAutoHearingTest> ORNAutoHearingTest::init() {
   return std::shared_ptr<ORNAutoHearingTest>(new ORNAutoHearingTest);
@@ -25,30 +18,24 @@ void ORNAutoHearingTest::notListened() {
   }
   current->setHearStatus(-1);
   current->stop();
-  const Item louder = current->nextItem();
-  if (!louder) {
-    targetItem(current);  // the top of the scale is recorded, though it was not heard
-  } else if (louder->hearStatus() == 1) {
-    targetItem(louder);
-  } else if (const Item twoLouder = louder->nextItem(); hasStatus(twoLouder, 0)) {
-    testItem(twoLouder);
-  } else {
-    testItem(louder);
-  }
+  goOn(current, false);
 }
 
 void ORNAutoHearingTest::hasListened() {
-  const Item current = currentItem();
-  if (!current) return;
-  const Item quieter = current->prevItem();
-  if (!quieter) {
-    targetItem(current);
-  } else if (hasStatus(quieter, -1) && hasStatus(current->nextItem(), 1)) {
-    targetItem(current);
-  } else if (const Item twoQuieter = quieter->prevItem(); hasStatus(twoQuieter, 0)) {
-    testItem(twoQuieter);
+  if (currentItem()) goOn(currentItem(), true);
+}
+
+/// As the search says, after an item was judged.
+void ORNAutoHearingTest::goOn(const Item& judged, bool isHeard) {
+  const std::vector<Item> column = columnOf(judged);
+  std::vector<Answer> answers;
+  for (const Item& item : column) answers.push_back(static_cast<Answer>(item->hearStatus()));
+  const SearchMove move = AutomaticSearch::next(answers, rowOf(*judged), isHeard);
+  const Item& item = column[static_cast<std::size_t>(move.row)];
+  if (move.kind == SearchMove::Kind::Settle) {
+    targetItem(item);
   } else {
-    testItem(quieter);
+    testItem(item);
   }
 }
 
@@ -70,7 +57,7 @@ ORNAutoHearingTest::Item ORNAutoHearingTest::getNextColnTestItem() {
     key = std::find(keys.begin(), keys.end(), currentItem()->hzValue());
     if (key != keys.end()) ++key;
   }
-  return key == keys.end() ? nullptr : itemAt(currentGrid(), *key, kStartRow);
+  return key == keys.end() ? nullptr : itemAt(currentGrid(), *key, AutomaticSearch::startRow);
 }
 
 }  // namespace orn

@@ -19,6 +19,8 @@ class ORN_EXPORT ORNAutoHearingTest final : public TimedHearingTest {
 
  private:
   ORNAutoHearingTest() = default;
+
+  void goOn(const Item& judged, bool isHeard);
 };
 
 }  // namespace orn

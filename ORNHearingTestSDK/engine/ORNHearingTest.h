@@ -134,13 +134,22 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
 
   template <class Operation, class... Arguments>
   void tellDelegate(Operation ORNHearingTestDelegate::*operation, const Arguments&... arguments) {
-    if (const Operation told = delegateOperation(operation)) told(*this, arguments...);
+    const Operation told = delegateOperation(operation);
+    if (!told) return;
+    const auto alive = shared_from_this();
+    ++callsUnderWay_;
+    told(*this, arguments...);
+    --callsUnderWay_;
   }
+
+  /// Whether a call to the delegate has not ended yet; it may run a loop of its own meanwhile.
+  bool isTelling() const { return callsUnderWay_ > 0; }
 
  private:
   std::weak_ptr<ORNHearingTestDelegate> delegate_;
   std::optional<std::string> earPlugModel_;
   std::shared_ptr<AudioSessionObserver> observer_;
+  int callsUnderWay_ = 0;
 };
 
 }  // namespace orn

@@ -11,6 +11,12 @@ namespace orn {
 
 ORNHearingTestItem::~ORNHearingTestItem() { delete wavData_.load(); }
 
+void ORNHearingTestItem::setHzValue(std::string hzValue) {
+  hzValue_ = std::move(hzValue);
+  frequency_ = intValue(hzValue_);
+  table_ = sineTable(frequency_);
+}
+
 void ORNHearingTestItem::play() {
   if (player_) player_->play();
 }
@@ -22,11 +28,8 @@ void ORNHearingTestItem::stop() {
 std::span<const std::uint8_t> ORNHearingTestItem::wavData() {
   const Bytes* cycle = wavData_.load(std::memory_order_acquire);
   if (!cycle) {
-    const std::uint8_t* table = nullptr;
-    std::int32_t length = 0;
-    getDataPoint(table, length);
-    if (!table) return {};
-    auto fresh = std::make_unique<const Bytes>(getData(table, length));
+    if (!table_) return {};
+    auto fresh = std::make_unique<const Bytes>(getData(table_->data, table_->size));
     // Whoever comes first decides what the item keeps.
     if (wavData_.compare_exchange_strong(cycle, fresh.get(), std::memory_order_acq_rel)) cycle = fresh.release();
   }
@@ -34,24 +37,21 @@ std::span<const std::uint8_t> ORNHearingTestItem::wavData() {
 }
 
 void ORNHearingTestItem::getDataPoint(const std::uint8_t*& dataPoint, std::int32_t& length) const {
-  if (const auto table = sineTable(intValue(hzValue_))) {
-    dataPoint = table->data;
-    length = table->size;
-  }
+  if (!table_) return;
+  dataPoint = table_->data;
+  length = table_->size;
 }
 
 Bytes ORNHearingTestItem::getDataFrom(float from, float to) const {
+  if (!table_) return {};
   Bytes block(kBlockBytes);
-  if (!rampInto(block, from, to)) block.clear();
+  rampCycles(table_->data, table_->size, kBlockBytes / table_->size, from, std::max(to, 0.0F), block.data());
   return block;
 }
 
 bool ORNHearingTestItem::rampInto(std::span<std::uint8_t> block, float from, float to) const {
-  const std::uint8_t* table = nullptr;
-  std::int32_t length = 0;
-  getDataPoint(table, length);
-  if (!table) return false;
-  rampCycles(table, length, kBlockBytes / length, from, std::max(to, 0.0F), block.data());
+  if (!table_) return false;
+  rampWithinFullScale(table_->data, table_->size, kBlockBytes / table_->size, from, std::max(to, 0.0F), block.data());
   return true;
 }
 

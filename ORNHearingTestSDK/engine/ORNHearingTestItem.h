@@ -3,9 +3,11 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 
+#include <ORNHearingTestSDK/audio/SineTables.h>
 #include <ORNHearingTestSDK/common/Bytes.h>
 #include <ORNHearingTestSDK/platform/AudioPlayer.h>
 
@@ -39,9 +41,14 @@ class ORN_EXPORT ORNHearingTestItem {
 
   /// Frequency key, such as "1000hz", and level, such as "40db". Not to be changed once a session has the item.
   const std::string& hzValue() const { return hzValue_; }
-  void setHzValue(std::string hzValue) { hzValue_ = std::move(hzValue); }
+  void setHzValue(std::string hzValue);
   const std::string& dbValue() const { return dbValue_; }
   void setDbValue(std::string dbValue) { dbValue_ = std::move(dbValue); }
+
+  /// The key's leading number, in Hz.
+  std::int32_t frequency() const { return frequency_; }
+  /// Whether the stream can make this tone: one of the seven frequencies.
+  bool hasTable() const { return table_.has_value(); }
 
   /// 0 not judged, 1 heard, -1 not heard.
   std::int32_t hearStatus() const { return hearStatus_; }
@@ -88,7 +95,8 @@ class ORN_EXPORT ORNHearingTestItem {
   /// One block with a linear ramp of the amplitude, never below 0; empty for a frequency outside the seven.
   Bytes getDataFrom(float from, float to) const;
 
-  /// The same into a block of kBlockBytes, without an allocation; false, and nothing written, outside the seven.
+  /// The same into a block of kBlockBytes, without an allocation, and where it would pass full scale, at full scale;
+  /// false, and nothing written, outside the seven.
   bool rampInto(std::span<std::uint8_t> block, float from, float to) const;
 
   /// The table scaled by `zhenfu`.
@@ -99,6 +107,8 @@ class ORN_EXPORT ORNHearingTestItem {
   std::shared_ptr<AudioPlayer> player_;
   float volume_ = 0;
   std::string hzValue_;
+  std::int32_t frequency_ = 0;
+  std::optional<SineTable> table_;
   std::string dbValue_;
   std::int32_t hearStatus_ = 0;
   float pan_ = 0;

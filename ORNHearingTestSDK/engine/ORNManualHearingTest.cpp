@@ -1,13 +1,10 @@
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
-#include <ORNHearingTestSDK/audio/ORNPlayer.h>
 #include <ORNHearingTestSDK/calibration/CalibrationFetch.h>
 #include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
-#include <ORNHearingTestSDK/calibration/LevelMapping.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
 #include <ORNHearingTestSDK/platform/AudioOutput.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
@@ -17,13 +14,6 @@ namespace orn {
 namespace {
 
 const std::vector<std::string> kDefaultHzs{"1000hz", "2000hz", "4000hz", "8000hz", "500hz", "250hz", "125hz"};
-
-/// How far a cell is through its ear, whatever the number of frequencies; every other row counts as a fixed bit.
-double progressAt(GridPoint point, std::int32_t startY) {
-  const double column = point.x / 7;
-  if (static_cast<std::int32_t>(point.y) % 2 != startY % 2) return column + 0.1285714285714286;
-  return column + std::abs(point.y - startY) * 0.0625 / 7;
-}
 
 }  // namespace
 
@@ -62,15 +52,7 @@ void ORNManualHearingTest::setCurrentItem(Item item) { stream_.setCurrentItem(st
 
 std::span<const std::uint8_t> ORNManualHearingTest::playerGetData() { return stream_.nextBlock(); }
 
-void ORNManualHearingTest::addItem(const Item& item, std::vector<Item>& forArray) {
-  const auto sameColumn = [&](const Item& one) { return one->point().x == item->point().x; };
-  if (const auto old = std::find_if(forArray.begin(), forArray.end(), sameColumn); old != forArray.end()) {
-    *old = item;
-    return;
-  }
-  forArray.push_back(item);
-  std::sort(forArray.begin(), forArray.end(), [](const Item& a, const Item& b) { return a->point().x < b->point().x; });
-}
+void ORNManualHearingTest::addItem(const Item& item, std::vector<Item>& forArray) { TestResults::add(item, forArray); }
 
 /// Records that arrive after the session has gone are of no use to anyone.
 std::function<void(const ORNDeviceCorrect&)> ORNManualHearingTest::assignment(
@@ -82,15 +64,15 @@ std::function<void(const ORNDeviceCorrect&)> ORNManualHearingTest::assignment(
 
 void ORNManualHearingTest::assignAudiometer(const ORNDeviceCorrect& reply) {
   const AudiometerRecords records = audiometerRecords(reply);
-  if (records.ab) ab_ = records.ab;
-  if (records.aabb) aabb_ = records.aabb;
-  if (records.xxyy) xxyy_ = records.xxyy;
+  if (records.ab) audiometer_.ab = records.ab;
+  if (records.aabb) audiometer_.aabb = records.aabb;
+  if (records.xxyy) audiometer_.xxyy = records.xxyy;
 }
 
 void ORNManualHearingTest::assignEarphones(const ORNDeviceCorrect& reply) {
   const EarphoneRecords records = earphoneRecords(reply);
-  if (records.left) leftVolume_ = records.left;
-  if (records.right) rightVolue_ = records.right;
+  if (records.left) earphones_.left = records.left;
+  if (records.right) earphones_.right = records.right;
 }
 
 void ORNManualHearingTest::setKV50MAC(const std::string& KV50MAC, CompletionHandler completionHandler) {
@@ -123,34 +105,32 @@ void ORNManualHearingTest::postListenTestWithLeft(const EarResult& left, const E
   ResultSubmission::postListenTestWithLeft(left, right, base, earPlugModel, std::move(completion));
 }
 
+SoundPath& ORNManualHearingTest::path() {
+  if (usesAudiometer()) return audiometer_;
+  return earphones_;
+}
+
 void ORNManualHearingTest::startTest(bool isLeft) {
   if (isEnded_) return;
   ORNHearingTest::startTest(isLeft);
   ++earsStarted_;
   isLeft_ = isLeft;
-  per_ = 0;
-  resultArray(isLeft).clear();
+  results_.startEar(isLeft);
   // A tone that could not be started is not to be tried again in the other ear.
-  if (std::exchange(isCurrentToneMissing_, false)) setCurrentItem(nullptr);
+  if (std::exchange(missingItem_, nullptr)) setCurrentItem(nullptr);
   Platform::current().audioOutput->useCurrentDevice();
-  if (!usesAudiometer()) return;
-  const auto player = Player::shareInstance();
-  player->setDataSouce(self<PlayerGetDataSouce>(this));
-  player->start();
+  path().startEar(self<PlayerGetDataSouce>(this));
 }
 
 void ORNManualHearingTest::pauseTest() {
+  if (isEnded_) return;
   ORNHearingTest::pauseTest();
-  if (usesAudiometer()) {
-    Player::shareInstance()->pause();
-  } else if (currentItem()) {
-    currentItem()->stop();
-  }
+  path().pause(*this, currentItem().get());
 }
 
 void ORNManualHearingTest::continueTest() {
   if (isEnded_) return;
-  if (usesAudiometer()) Player::shareInstance()->play();
+  path().resume();
   ORNHearingTest::continueTest();
 }
 
@@ -162,116 +142,90 @@ void ORNManualHearingTest::endTest() {
 
 void ORNManualHearingTest::playAtHz(const std::string& hz, const std::string& db) {
   const auto alive = shared_from_this();
-  if (!usesAudiometer() && currentItem()) currentItem()->stop();
-  // Through 64 bits, so that no level overflows; the division cuts towards zero, so 12 dB is row 0.
-  const std::int64_t row = (std::int64_t{intValue(db)} - 15) / 5;
-  testItem(itemAt(currentGrid(), hz, static_cast<int>(row)));
+  if (currentItem()) path().leave(*currentItem());
+  testItem(itemAt(currentGrid(), hz, static_cast<int>(kGridScale.rowOf(intValue(db)))));
 }
 
 void ORNManualHearingTest::testItem(const Item& item) {
-  if (!item || isEnded_) return;
+  if (!item || isEnded_ || isTellingOfMissing_) return;
   const auto alive = shared_from_this();
   if (currentItem()) currentItem()->stop();
-  prepareAmplitude(item);
+  const SoundPath::Preparation tone = path().prepare(*item, isLeft_);
+  // A tone without a level must not get into the stream.
+  if (tone.missing) return toneIsMissing(item, *tone.missing);
   setCurrentItem(item);
-  const auto volume = startTone(item);
-  isCurrentToneMissing_ = !volume;
-  if (!volume) {
-    pauseTest();
-    tellDelegate(&ORNHearingTestDelegate::toneMissing, ToneMissingReason::Calibration, isLeft_);
-    return;
-  }
-  raiseProgress(progressAt(item->point(), startY_));
-  tellDelegate(&ORNHearingTestDelegate::willTestAtHz, item->hzValue(), item->dbValue(), *volume, isLeft_);
+  if (const auto missing = path().start(*item, tone.volume)) return toneIsMissing(item, *missing);
+  missingItem_ = nullptr;
+  results_.tonePresented(item->point(), startY_);
+  tellDelegate(&ORNHearingTestDelegate::willTestAtHz, item->hzValue(), item->dbValue(), tone.volume, isLeft_);
 }
 
-void ORNManualHearingTest::prepareAmplitude(const Item& item) {
-  if (!item || !usesAudiometer()) return;
-  // The level comes from the row and not from dbValue; on the retest scale that is 20 dB more, and is meant.
-  const auto level = static_cast<std::int32_t>(item->point().y * 5.0 + 15.0);
-  item->setZhenfu(static_cast<float>(getKV50CorrectXByEar(isLeft_, *KV50MAC_, level, item->hzValue())));
+void ORNManualHearingTest::toneIsMissing(const Item& item, ToneMissingReason reason) {
+  const auto alive = shared_from_this();
+  missingItem_ = item;
+  pauseTest();
+  isTellingOfMissing_ = true;
+  tellDelegate(&ORNHearingTestDelegate::toneMissing, reason, isLeft_);
+  isTellingOfMissing_ = false;
+}
+
+bool ORNManualHearingTest::makeCurrent(const Item& item) {
+  if (item && path().prepare(*item, isLeft_).missing) return false;
+  setCurrentItem(item);
+  return true;
 }
 
 void ORNManualHearingTest::presentAtOnce(const Item& item) {
-  prepareAmplitude(item);
-  setCurrentItem(item);
+  makeCurrent(item);
   testItem(item);
 }
 
 void ORNManualHearingTest::markHeard() {
-  if (!currentItem() || isCurrentToneMissing_) return;
+  if (!currentItem() || !takesPresses()) return;
   currentItem()->setHearStatus(1);
   currentItem()->stop();
 }
 
-std::optional<float> ORNManualHearingTest::startTone(const Item& item) {
-  if (!usesAudiometer()) return startEarphoneTone(item);
-  Player::shareInstance()->play();
-  return item->zhenfu();
-}
-
-std::optional<float> ORNManualHearingTest::startEarphoneTone(const Item& item) {
-  const std::int32_t hz = intValue(item->hzValue());
-  const std::int32_t level = intValue(item->dbValue());
-  const auto gain = earphoneGain((isLeft_ ? leftVolume_ : rightVolue_).get(), hz, level);
-  if (!gain) return std::nullopt;
-  // The player is shared by many items, so pan and gain are set for each tone; the side asked for here is overruled.
-  item->setPlayer(ORNPlayer::shareInstance()->playerWithHzValue(static_cast<std::uint64_t>(hz), level, false));
-  const auto volume = static_cast<float>(*gain);
-  if (const auto& player = item->player()) {
-    player->setPan(item->pan());
-    player->setVolume(volume);
-    player->play();
-  }
-  return volume;
-}
-
-void ORNManualHearingTest::raiseProgress(double progress) { per_ = std::max(per_, static_cast<float>(progress)); }
-
 double ORNManualHearingTest::getKV50CorrectXByEar(bool /*isLeft*/, const std::string& /*mac*/, std::int32_t db,
                                                   const std::string& hz) const {
-  return audiometerAmplitude(ab_.get(), aabb_.get(), xxyy_.get(), db, hz);
+  return audiometer_.amplitude(db, hz);
 }
 
 void ORNManualHearingTest::listened() {
-  if (!currentItem() || isCurrentToneMissing_) return;
+  if (!currentItem() || !takesPresses()) return;
   const auto alive = shared_from_this();
   const Item item = currentItem();
   item->setHearStatus(1);
-  if (usesAudiometer()) {
-    item->setNeedStop(true);  // never set back: the item stays silent for the rest of the session
-  } else {
-    item->stop();
-  }
+  path().silence(*item);
   targetItem(item);
 }
 
 void ORNManualHearingTest::targetItem(const Item& item) {
-  if (!item) return;
+  if (!item || isEnded_) return;
   const auto alive = shared_from_this();
-  addItem(item, resultArray(isLeft_));
-  if (const auto told = delegateOperation(&ORNHearingTestDelegate::willSelectedAtHz)) {
+  results_.settle(item, isLeft_);
+  if (delegateOperation(&ORNHearingTestDelegate::willSelectedAtHz)) {
     // Without a delegate that is told, the progress stays as it is here.
-    const auto columns = static_cast<double>(hzs().size());
-    raiseProgress(item->point().x / columns + 1 / columns);
-    told(*this, item->hzValue(), item->dbValue(), isLeft_);
+    results_.thresholdTold(item->point(), hzs().size());
+    tellDelegate(&ORNHearingTestDelegate::willSelectedAtHz, item->hzValue(), item->dbValue(), isLeft_);
   }
-  if (isOneComplete()) {
-    per_ = 1;
+  if (!isEnded_ && isOneComplete()) {
+    results_.finish();
     callOneComplete();
   }
-  if (isTestComplete()) {
-    per_ = 1;
+  if (!isEnded_ && isTestComplete()) {
+    results_.finish();
     callAllComplete();
   }
 }
 
 bool ORNManualHearingTest::isOneComplete() {
-  return resultArray(isLeft_).size() == hzs().size() && resultArray(!isLeft_).empty();
+  return results_.isComplete(isLeft_, hzs().size()) && results_.of(!isLeft_).empty();
 }
 
 bool ORNManualHearingTest::isTestComplete() {
-  return resultArray(true).size() == hzs().size() && resultArray(false).size() == hzs().size();
+  const std::size_t columns = hzs().size();
+  return results_.isComplete(true, columns) && results_.isComplete(false, columns);
 }
 
 void ORNManualHearingTest::callOneComplete() {
@@ -284,18 +238,12 @@ void ORNManualHearingTest::callAllComplete() {
   const auto alive = shared_from_this();
   pauseTest();
   tellDelegate(&ORNHearingTestDelegate::completeWithLeftResult, *getTestResult(true), *getTestResult(false));
+  if (isEnded_) return;
   // An audiometer's result carries its address in the model's place.
   listenTestWithLeft(*getTestResult(true), *getTestResult(false), usesAudiometer() ? KV50MAC_ : earPlugModel(),
                      [](std::nullptr_t, const std::optional<Error>&) {});
 }
 
-std::optional<EarResult> ORNManualHearingTest::getTestResult(bool isLeft) const {
-  EarResult result;
-  for (const Item& item : isLeft ? leftEarTestResultArray_ : rightEarTestResultArray_) {
-    const std::string& level = item->dbValue();
-    result[item->hzValue()] = level.substr(0, level.size() < 2 ? 0 : level.size() - 2);
-  }
-  return result;
-}
+std::optional<EarResult> ORNManualHearingTest::getTestResult(bool isLeft) const { return results_.dictionary(isLeft); }
 
 }  // namespace orn

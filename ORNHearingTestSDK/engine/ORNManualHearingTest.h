@@ -8,8 +8,11 @@
 #include <vector>
 
 #include <ORNHearingTestSDK/audio/Player.h>
+#include <ORNHearingTestSDK/engine/AudiometerPath.h>
+#include <ORNHearingTestSDK/engine/EarphonePath.h>
 #include <ORNHearingTestSDK/engine/HearingTestGrid.h>
 #include <ORNHearingTestSDK/engine/ORNHearingTest.h>
+#include <ORNHearingTestSDK/engine/TestResults.h>
 #include <ORNHearingTestSDK/engine/ToneStream.h>
 
 namespace orn {
@@ -29,7 +32,7 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
 
   static std::shared_ptr<ORNManualHearingTest> init();
 
-  float getTestProgress() const override { return per_; }
+  float getTestProgress() const override { return per(); }
   void setTestHzs(std::vector<std::string> hzs) override;
   void startTest(bool isLeft) override;
   void pauseTest() override;
@@ -67,8 +70,8 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   HearingTestGrid& manageRightDictory();
 
   /// Settled thresholds, at most one for each column, by column.
-  const std::vector<Item>& leftEarTestResultArray() const { return leftEarTestResultArray_; }
-  const std::vector<Item>& rightEarTestResultArray() const { return rightEarTestResultArray_; }
+  const std::vector<Item>& leftEarTestResultArray() const { return results_.of(true); }
+  const std::vector<Item>& rightEarTestResultArray() const { return results_.of(false); }
 
   /// Puts an item in the place of the one with the same column, or in its own by column.
   static void addItem(const Item& item, std::vector<Item>& forArray);
@@ -78,7 +81,7 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   void setCurrentItem(Item item);
 
   bool isLeft() const { return isLeft_; }
-  float per() const { return per_; }
+  float per() const { return results_.progress(); }
   std::int32_t startY() const { return startY_; }
 
   /// The audiometer's address; its presence decides the output path of every step.
@@ -106,16 +109,16 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
                                      const std::optional<std::string>& earPlugModel, CompletionHandler completion);
 
   /// Calibration of the earphones by ear, and of the audiometer: its own record and the two reference ones.
-  const Record& leftVolume() const { return leftVolume_; }
-  void setLeftVolume(Record record) { leftVolume_ = std::move(record); }
-  const Record& rightVolue() const { return rightVolue_; }
-  void setRightVolue(Record record) { rightVolue_ = std::move(record); }
-  const Record& ab() const { return ab_; }
-  void setAb(Record record) { ab_ = std::move(record); }
-  const Record& aabb() const { return aabb_; }
-  void setAabb(Record record) { aabb_ = std::move(record); }
-  const Record& xxyy() const { return xxyy_; }
-  void setXxyy(Record record) { xxyy_ = std::move(record); }
+  const Record& leftVolume() const { return earphones_.left; }
+  void setLeftVolume(Record record) { earphones_.left = std::move(record); }
+  const Record& rightVolue() const { return earphones_.right; }
+  void setRightVolue(Record record) { earphones_.right = std::move(record); }
+  const Record& ab() const { return audiometer_.ab; }
+  void setAb(Record record) { audiometer_.ab = std::move(record); }
+  const Record& aabb() const { return audiometer_.aabb; }
+  void setAabb(Record record) { audiometer_.aabb = std::move(record); }
+  const Record& xxyy() const { return audiometer_.xxyy; }
+  void setXxyy(Record record) { audiometer_.xxyy = std::move(record); }
 
   /// Any thread, one at a time; see PlayerGetDataSouce. Always a full block.
   std::span<const std::uint8_t> playerGetData() override;
@@ -138,46 +141,50 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   /// How often startTest() has been called.
   int earsStarted() const { return earsStarted_; }
 
-  /// Gives an item its amplitude for the audiometer path, so that the stream never meets a tone of this moment without
-  /// one. Nothing on the earphone path or for an absent item.
-  void prepareAmplitude(const Item& item);
+  /// Makes an item current before it is presented, or nothing current; false, and nothing changes, where its tone would
+  /// be missing.
+  bool makeCurrent(const Item& item);
 
   /// Makes an item current and presents it, or makes nothing current. Since it is then the last item too, the stream
   /// starts it at full amplitude, and that is meant.
   void presentAtOnce(const Item& item);
 
   /// Marks the current item as heard and silences its player; the search waits for the clock. Nothing for a tone that
-  /// could not be started.
+  /// is missing.
   void markHeard();
 
-  /// The tone of the current item could not be started: it must be tried again, never judged.
-  bool isCurrentToneMissing() const { return isCurrentToneMissing_; }
+  /// Pauses the test and tells why. The item is to be tried again, never judged.
+  void toneIsMissing(const Item& item, ToneMissingReason reason);
+
+  /// The item whose tone is missing; null while tones sound.
+  const Item& missingItem() const { return missingItem_; }
+  bool isTellingOfMissing() const { return isTellingOfMissing_; }
+
+  /// Whether all of the current tone was played until now.
+  bool hasSoundedWhole() { return path().hasSoundedWhole(); }
 
  private:
-  std::vector<Item>& resultArray(bool isLeft) { return isLeft ? leftEarTestResultArray_ : rightEarTestResultArray_; }
+  SoundPath& path();
+  bool takesPresses() const { return !isEnded_ && !missingItem_; }
   void assignAudiometer(const ORNDeviceCorrect& reply);
   void assignEarphones(const ORNDeviceCorrect& reply);
   std::function<void(const ORNDeviceCorrect&)> assignment(
       void (ORNManualHearingTest::*assign)(const ORNDeviceCorrect&));
-  std::optional<float> startTone(const Item& item);
-  std::optional<float> startEarphoneTone(const Item& item);
-  void raiseProgress(double progress);
 
   std::vector<std::string> hzs_;
   std::optional<HearingTestGrid> manageLeftDictory_;
   std::optional<HearingTestGrid> manageRightDictory_;
-  std::vector<Item> leftEarTestResultArray_;
-  std::vector<Item> rightEarTestResultArray_;
+  TestResults results_;
+  AudiometerPath audiometer_;
+  EarphonePath earphones_;
   ToneStream stream_;
   bool isLeft_ = false;
   int earsStarted_ = 0;
   bool isEnded_ = false;
-  bool isCurrentToneMissing_ = false;
-  float per_ = 0;
+  Item missingItem_;
+  bool isTellingOfMissing_ = false;
   const std::int32_t startY_ = 0;
   std::optional<std::string> KV50MAC_;
-  Record leftVolume_, rightVolue_;
-  Record ab_, aabb_, xxyy_;
 };
 
 }  // namespace orn

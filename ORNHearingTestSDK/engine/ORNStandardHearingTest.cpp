@@ -2,25 +2,25 @@
 
 #include <ORNHearingTestSDK/audio/ORNPlayer.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/engine/StandardSearch.h>
 
 namespace orn {
 namespace {
 
-constexpr int kStartRow = 9;
 constexpr std::int32_t kRetestIndex = 4;
 constexpr std::int32_t kIndexAfterRetest = 5;
-constexpr std::int64_t kLeastPresentations = 3;
 constexpr double kRetestX = 8;  // beyond every column of the grid
 
 HearingTestColumn makeRetestScale(bool isLeft) {
   // Panned to the left for both ears: that is meant.
-  HearingTestColumn scale =
-      makeColumn({.x = kRetestX, .hzValue = "1000hz", .pan = -1.0F, .rows = 20, .lowestLevel = -5});
+  HearingTestColumn scale = makeColumn({.x = kRetestX, .hzValue = "1000hz", .pan = -1.0F, .scale = kRetestScale});
   for (const auto& [row, item] : scale) {
     item->setPlayer(ORNPlayer::shareInstance()->playerWithHzValue(1000, intValue(item->dbValue()), isLeft));
   }
   return scale;
 }
+
+Presentations presentationsOf(const ORNHearingTestItem& item) { return {item.heardTimes(), item.notHeardTimes()}; }
 
 }  // namespace
 
@@ -53,12 +53,7 @@ void ORNStandardHearingTest::notListened() {
   }
   current->setHearStatus(-1);
   current->stop();
-  if (!addStatusForItem(current, false)) return;
-  if (const Item louder = current->nextItem()) {
-    testItem(louder);
-  } else {
-    targetItem(current);  // the top of the scale is recorded without acceptance
-  }
+  if (addStatusForItem(current, false)) goOn(current, false);
 }
 
 void ORNStandardHearingTest::hasListened() {
@@ -66,15 +61,26 @@ void ORNStandardHearingTest::hasListened() {
   const Item current = currentItem();
   if (!current) return;
   current->setHearStatus(0);  // a further presentation needs a press of its own
-  if (!addStatusForItem(current, true)) {
+  if (addStatusForItem(current, true)) {
+    goOn(current, true);
+  } else {
     // The next frequency starts at once; the call that targetItem() has delayed presents it a second time, and is
     // meant.
     presentAtOnce(getNextColnTestItem());
-    return;
   }
-  const Item quieter = current->prevItem();
-  const Item twoQuieter = quieter ? quieter->prevItem() : nullptr;
-  testItem(twoQuieter ? twoQuieter : quieter ? quieter : current);
+}
+
+/// As the search says, after a presentation that settled nothing.
+void ORNStandardHearingTest::goOn(const Item& judged, bool isHeard) {
+  const std::vector<Item> column = columnOf(judged);
+  const SearchMove move =
+      StandardSearch::next(presentationsOf(*judged), rowOf(*judged), static_cast<int>(column.size()), isHeard);
+  const Item& item = column[static_cast<std::size_t>(move.row)];
+  if (move.kind == SearchMove::Kind::Settle) {
+    targetItem(item);
+  } else {
+    testItem(item);
+  }
 }
 
 bool ORNStandardHearingTest::addStatusForItem(const Item& item, bool isHeard) {
@@ -83,9 +89,7 @@ bool ORNStandardHearingTest::addStatusForItem(const Item& item, bool isHeard) {
   } else {
     item->setNotHeardTimes(item->notHeardTimes() + 1);
   }
-  const bool isAccepted =
-      item->heardTimes() > item->notHeardTimes() && item->heardTimes() + item->notHeardTimes() >= kLeastPresentations;
-  if (!isAccepted) return true;
+  if (!StandardSearch::isAccepted(presentationsOf(*item))) return true;
   if (testIndex_ == kRetestIndex) {
     targetItemAndCheck(item);
   } else {
@@ -109,15 +113,17 @@ void ORNStandardHearingTest::targetItem(const Item& item) {
 void ORNStandardHearingTest::targetItemAndCheck(const Item& item) {
   const auto alive = shared_from_this();
   const int ears = earsStarted();
+  const bool isHeard = item->hearStatus() != -1;  // before the delegate is told, who may press
   ORNManualHearingTest::targetItem(item);
   testIndex_ = kIndexAfterRetest;
   const Item next = getNextColnTestItem();
-  // After a tone not heard the stream meets this item a second before it has an amplitude, and keeps it silent. After a
-  // heard one it is presented at once, so it must have its amplitude now.
-  if (item->hearStatus() != -1) prepareAmplitude(next);
-  setCurrentItem(next);
-  if (currentItem()) {
-    presentAfterPause(currentItem());
+  if (StandardSearch::isNextToneSilent(isHeard)) {
+    setCurrentItem(next);  // the stream meets it a second before it has an amplitude
+  } else {
+    makeCurrent(next);
+  }
+  if (next) {
+    presentAfterPause(next);
   } else {
     endEar(ears);
   }
@@ -126,7 +132,7 @@ void ORNStandardHearingTest::targetItemAndCheck(const Item& item) {
 void ORNStandardHearingTest::presentAfterPause(const Item& item) {
   afterThreshold([session = self(this), item] {
     // A tone that could not start has paused the test, and is told once.
-    if (!session->isCurrentToneMissing()) session->testItem(item);
+    if (!session->missingItem()) session->testItem(item);
   });
 }
 
@@ -134,9 +140,9 @@ ORNStandardHearingTest::Item ORNStandardHearingTest::getNextColnTestItem() {
   const std::vector<std::string> keys = hzs();
   if (testIndex_ < 0 || static_cast<std::size_t>(testIndex_) >= keys.size()) return nullptr;
   if (testIndex_ == kRetestIndex) {
-    return (isLeft() ? manageReTestLeftDictory() : manageReTestRightDictory()).at(kStartRow);
+    return (isLeft() ? manageReTestLeftDictory() : manageReTestRightDictory()).at(StandardSearch::startRow);
   }
-  return itemAt(currentGrid(), keys[static_cast<std::size_t>(testIndex_)], kStartRow);
+  return itemAt(currentGrid(), keys[static_cast<std::size_t>(testIndex_)], StandardSearch::startRow);
 }
 
 }  // namespace orn

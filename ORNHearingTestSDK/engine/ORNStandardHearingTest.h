@@ -42,6 +42,7 @@ class ORN_EXPORT ORNStandardHearingTest final : public TimedHearingTest {
  private:
   ORNStandardHearingTest() = default;
 
+  void goOn(const Item& judged, bool isHeard);
   void presentAfterPause(const Item& item);
 
   std::int32_t testIndex_ = 0;

@@ -42,28 +42,62 @@ void PresentationClock::move(std::chrono::nanoseconds tick) {
 }
 
 void PresentationClock::tickAfterPlayTime(const RunLoop::Action& timerUpdate) {
+  watch_.begin();
   setFireDate(timerUpdate, loop().now() + playTime());
 }
 
-void PresentationClock::tickNow(const RunLoop::Action& timerUpdate) { setFireDate(timerUpdate, loop().now()); }
+void PresentationClock::tickNow(const RunLoop::Action& timerUpdate) {
+  watch_.begin();
+  time_ = {};
+  setFireDate(timerUpdate, loop().now());
+}
 
-void PresentationClock::park(const RunLoop::Action& timerUpdate) { setFireDate(timerUpdate, RunLoop::distantFuture); }
+void PresentationClock::park(const RunLoop::Action& timerUpdate) {
+  watch_.end();
+  setFireDate(timerUpdate, RunLoop::distantFuture);
+}
 
 bool PresentationClock::isTickLate() {
   const auto now = loop().now();
-  const bool isLate = now - due_ > longestHoldUp;
-  due_ = now + interval_;
-  if (isLate && autoPlayTimer_) move(due_);
-  return isLate;
+  if (now < due_) return false;  // somebody else's call, not the timer's
+  const auto late = now - due_;
+  due_ += interval_;
+  if (late > longestDelay && autoPlayTimer_) move(now + interval_);
+  return late > longestHoldUp;
 }
 
-void PresentationClock::nextFrequencyComes(std::chrono::nanoseconds then) {
-  const auto now = loop().now();
-  const auto tick = now + interval_ - untilNextFrequency;
-  if (now - then > longestDelay && due_ < tick && autoPlayTimer_) move(tick);
+void PresentationClock::toneStarts(bool isFirstOfFrequency) {
+  start_ = loop().now();
+  // The ticks keep their rhythm through the pause before a further frequency.
+  time_ = interval_ - (isFirstOfFrequency ? untilNextFrequency : std::chrono::seconds(0));
+  heldUpBefore_ = watch_.total();
+  giveTime(time_);
+}
+
+void PresentationClock::toneCanBeAnswered() {
+  if (loop().now() - start_ <= longestDelay) return;
+  start_ = loop().now();
+  heldUpBefore_ = watch_.total();
+  giveTime(time_);
+}
+
+void PresentationClock::giveTime(std::chrono::nanoseconds time) {
+  const auto tick = loop().now() + time;
+  if (autoPlayTimer_ && due_ < tick - longestDelay) move(tick);
+}
+
+bool PresentationClock::hasMadeUpForHoldUp() {
+  const auto heldUp = watch_.total() - heldUpBefore_;
+  if (!autoPlayTimer_ || heldUp <= longestDelay) return false;
+  const auto answerable = loop().now() - start_ - heldUp;
+  const auto owed = time_ - answerable;
+  if (owed <= longestDelay) return false;
+  move(loop().now() + owed);
+  return true;
 }
 
 void PresentationClock::end() {
+  watch_.end();
   if (const auto timer = std::exchange(autoPlayTimer_, nullptr)) timer->invalidate();
 }
 

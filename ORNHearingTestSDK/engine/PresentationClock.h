@@ -4,17 +4,19 @@
 #include <cstdint>
 #include <memory>
 
+#include <ORNHearingTestSDK/engine/HoldUpWatch.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
 
 namespace orn {
 
-/// The clock of a timed test: a repeating timer whose interval is the time that each tone gets. Main thread.
+/// The clock of a timed test: a repeating timer whose interval is the time that each tone gets, and what a hold-up of
+/// the main thread takes away from a tone. Main thread.
 class ORN_EXPORT PresentationClock {
  public:
   /// From a settled threshold to the next frequency's tone.
   static constexpr std::chrono::seconds untilNextFrequency{1};
 
-  /// What a tick may be late by: half of the shortest tone.
+  /// By so much a tick may be late, half of the shortest tone, before nobody knows what was heard.
   static constexpr std::chrono::seconds longestHoldUp{2};
 
   /// What any call on a busy main thread may be late by.
@@ -29,15 +31,22 @@ class ORN_EXPORT PresentationClock {
   void tickAfterPlayTime(const RunLoop::Action& timerUpdate);
   void tickNow(const RunLoop::Action& timerUpdate);
   void park(const RunLoop::Action& timerUpdate);
+  bool isRunning() const { return autoPlayTimer_ != nullptr; }
 
-  /// Called once at each tick: whether it comes more than longestHoldUp after its time. Then the program was held up,
-  /// nobody knows what was heard meanwhile, and the ticks begin anew from here, so that the next tone has its whole
-  /// time.
+  /// Called once at each tick: whether it comes more than longestHoldUp after its time. After a late one the ticks
+  /// begin anew, so that the next tone has its whole time.
   bool isTickLate();
 
-  /// Called when the next frequency's tone comes that was to come then: where the program was held up, its tick moves,
-  /// so that the tone has its time.
-  void nextFrequencyComes(std::chrono::nanoseconds then);
+  /// A tone starts, the first of its frequency or not. Where its tick would come before it has had its time, the tick
+  /// moves.
+  void toneStarts(bool isFirstOfFrequency);
+
+  /// It can be answered from now on: what held up the thread since it started does not count as its time.
+  void toneCanBeAnswered();
+
+  /// At a tick: whether the thread was held up while the tone could have been answered. Then the tick is moved, to give
+  /// the tone the time that it has lost.
+  bool hasMadeUpForHoldUp();
 
   /// Ends the timer for good; the next operation makes a new one.
   void end();
@@ -45,10 +54,16 @@ class ORN_EXPORT PresentationClock {
  private:
   void setFireDate(const RunLoop::Action& timerUpdate, std::chrono::nanoseconds time);
   void move(std::chrono::nanoseconds tick);
+  void giveTime(std::chrono::nanoseconds time);
 
   std::shared_ptr<Timer> autoPlayTimer_;
   std::chrono::nanoseconds interval_{0};  // the timer's own, whatever the setting says since
   std::chrono::nanoseconds due_ = RunLoop::distantFuture;
+  HoldUpWatch watch_;
+  // Of the tone that started last.
+  std::chrono::nanoseconds start_{0};
+  std::chrono::nanoseconds time_{0};  // that it gets; none if it is to be judged at once
+  std::chrono::nanoseconds heldUpBefore_{0};
 };
 
 }  // namespace orn

@@ -1,8 +1,16 @@
 #include <ORNHearingTestSDK/engine/TimedHearingTest.h>
 
+#include <utility>
+
 #include <ORNHearingTestSDK/platform/Platform.h>
 
 namespace orn {
+namespace {
+
+/// How often a tone is presented again, in a row, for want of whole sound, before the output counts as of no use.
+constexpr int kMostTimesBroken = 3;
+
+}  // namespace
 
 RunLoop::Action TimedHearingTest::tick() {
   return [session = self(this)] { session->timerUpdate(); };
@@ -13,19 +21,27 @@ void TimedHearingTest::startTest(bool isLeft) {
   ORNManualHearingTest::startTest(isLeft);
   setIsLeft(isLeft);
   isAutomatic_ = true;
+  isNextToneDue_ = false;
+  timesBroken_ = 0;
   clock_.tickAfterPlayTime(tick());
 }
 
 void TimedHearingTest::pauseTest() {
   ORNManualHearingTest::pauseTest();
-  // The end of an ear pauses too, and may come within the call that has ended the test.
-  if (!isEnded()) clock_.park(tick());
+  // A clock holds the session, so one that has not begun or is through needs none.
+  const bool isUnderWay = earsStarted() > 0 && !isTestComplete();
+  if (!isEnded() && (isUnderWay || clock_.isRunning())) clock_.park(tick());
 }
 
 void TimedHearingTest::continueTest() {
   if (isEnded()) return;
   ORNManualHearingTest::continueTest();
-  clock_.tickNow(tick());
+  isNextToneDue_ = false;
+  if (isTellingOfMissing()) {
+    clock_.tickAfterPlayTime(tick());  // at once would be a loop where the tone is still missing
+  } else {
+    clock_.tickNow(tick());
+  }
 }
 
 void TimedHearingTest::endTest() {
@@ -36,25 +52,57 @@ void TimedHearingTest::endTest() {
 
 void TimedHearingTest::listened() { markHeard(); }
 
+void TimedHearingTest::testItem(const Item& item) {
+  if (!item || isEnded()) return;
+  const auto alive = shared_from_this();
+  clock_.toneStarts(std::exchange(isFirstOfFrequency_, false));
+  ORNManualHearingTest::testItem(item);
+  clock_.toneCanBeAnswered();
+}
+
 void TimedHearingTest::timerUpdate() {
+  // In a delegate's call that runs a loop of its own, and from a threshold to the next tone, no tone is to be judged.
+  if (isTelling() || isNextToneDue_) return;
   const bool isLate = clock_.isTickLate();
-  const bool isHeard = currentItem() && currentItem()->hearStatus() == 1;
-  if (isCurrentToneMissing() || (currentItem() && isLate && !isHeard)) {
-    testItem(Item(currentItem()));
-  } else if (isHeard) {
+  const Item current = currentItem();
+  if (missingItem()) {
+    testItem(Item(missingItem()));
+  } else if (current && current->hearStatus() == 1) {
+    timesBroken_ = 0;
     hasListened();
-  } else {
+  } else if (current && !hasSoundedWhole()) {
+    presentBrokenToneAgain(current);
+  } else if (current && isLate) {
+    testItem(current);  // nobody knows whether it could be answered
+  } else if (!current || !clock_.hasMadeUpForHoldUp()) {
+    timesBroken_ = 0;
     notListened();
   }
 }
 
+void TimedHearingTest::presentBrokenToneAgain(const Item& item) {
+  if (++timesBroken_ <= kMostTimesBroken) {
+    testItem(item);
+    return;
+  }
+  timesBroken_ = 0;
+  toneIsMissing(item, ToneMissingReason::Output);
+}
+
 void TimedHearingTest::afterThreshold(RunLoop::Action present) {
-  RunLoop& loop = *Platform::current().runLoop;
-  const auto then = loop.now() + PresentationClock::untilNextFrequency;
-  loop.performAfterDelay(PresentationClock::untilNextFrequency, [session = self(this), then, present] {
-    session->clock_.nextFrequencyComes(then);
-    present();
-  });
+  isNextToneDue_ = true;
+  Platform::current().runLoop->performAfterDelay(
+      PresentationClock::untilNextFrequency,
+      [session = self(this), present = std::move(present)] { session->presentNextFrequency(present); });
+}
+
+void TimedHearingTest::presentNextFrequency(const RunLoop::Action& present) {
+  // A delegate that runs a loop of its own is not called from within it.
+  if (isTelling()) return afterThreshold(present);
+  isNextToneDue_ = false;
+  isFirstOfFrequency_ = true;
+  present();
+  isFirstOfFrequency_ = false;
 }
 
 void TimedHearingTest::endEar(int ears) {

@@ -9,8 +9,11 @@
 namespace orn {
 
 /// What the automatic and the standard test share: a clock gives each tone its time, and the tone is judged at its end
-/// by whether the user has pressed. Where the search goes from there is each test's own. A tone without a press whose
-/// end comes late, since the process or its main thread was held up, is presented again: it may never have sounded.
+/// by whether the user has pressed. Where the search goes from there is each test's own.
+///
+/// Only a tone that could be heard and answered is judged as not heard. One that did not sound whole, or whose end
+/// comes very late, is presented again; what a hold-up of the main thread took from its time is made up for; where an
+/// output fails the same tone time after time, the test pauses and says so.
 ///
 /// The session lives from startTest() to the ear's last threshold, whoever else lets go of it. Main thread.
 class ORN_EXPORT TimedHearingTest : public ORNManualHearingTest {
@@ -21,9 +24,10 @@ class ORN_EXPORT TimedHearingTest : public ORNManualHearingTest {
   void listened() override;
   /// A tone that is due within the second after a threshold still comes.
   void pauseTest() override;
-  /// Judges the current tone at once, whatever time it had.
+  /// Judges the current tone at once, whatever time it had. A missing one is tried again.
   void continueTest() override;
   void endTest() override;
+  void testItem(const Item& item) override;
 
   /// Time of a presentation in seconds, 4 or more; the user default "BOFANGSHICHANG".
   std::int32_t getPlayTime() const { return PresentationClock::getPlayTime(); }
@@ -51,9 +55,14 @@ class ORN_EXPORT TimedHearingTest : public ORNManualHearingTest {
 
  private:
   RunLoop::Action tick();
+  void presentBrokenToneAgain(const Item& item);
+  void presentNextFrequency(const RunLoop::Action& present);
 
   PresentationClock clock_;
   bool isAutomatic_ = false;
+  bool isNextToneDue_ = false;       // a threshold is settled, and the next tone comes by itself
+  bool isFirstOfFrequency_ = false;  // while that tone is presented
+  int timesBroken_ = 0;              // in a row
 };
 
 }  // namespace orn

@@ -4,8 +4,6 @@
 #include <cstring>
 #include <utility>
 
-#include <ORNHearingTestSDK/common/NumericText.h>
-
 namespace orn {
 namespace {
 
@@ -13,7 +11,7 @@ constexpr std::array<std::uint8_t, kBlockBytes> WAV_NULL_DATA{};
 
 /// What one block of a fade changes: a whole fade takes 2000 / F blocks, two at the least.
 float fadeStep(const ORNHearingTestItem& item) {
-  const std::int32_t hz = intValue(item.hzValue());
+  const std::int32_t hz = item.frequency();
   const std::int32_t blocks = hz > 0 ? std::max(2000 / hz, 2) : 2;
   return item.zhenfu() / static_cast<float>(blocks);
 }

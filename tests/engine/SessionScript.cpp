@@ -78,7 +78,10 @@ void SessionScript::watch() {
   delegate->completeWithLeftResult = [this](ORNHearingTest&, const EarResult& left, const EarResult& right) {
     note("complete L " + text(left) + " R " + text(right));
   };
-  delegate->toneMissing = [this](ORNHearingTest&, ToneMissingReason, bool isLeft) { note(side(isLeft) + " missing"); };
+  delegate->toneMissing = [this](ORNHearingTest&, ToneMissingReason reason, bool isLeft) {
+    constexpr const char* names[] = {"calibration", "recording", "output"};
+    note(side(isLeft) + " missing " + names[static_cast<int>(reason)]);
+  };
 }
 
 void SessionScript::note(const std::string& what) {

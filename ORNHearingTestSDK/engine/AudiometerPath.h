@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+
+#include <ORNHearingTestSDK/engine/SoundPath.h>
+
+namespace orn {
+
+class ORNDeviceVolumeIOS;
+
+/// To the audiometer: one stream of samples, which Player asks the session for and in which a change of tone is a fade.
+class AudiometerPath final : public SoundPath {
+ public:
+  using Record = std::shared_ptr<const ORNDeviceVolumeIOS>;
+
+  /// The device's own record, and those of the two reference earplugs.
+  Record ab, aabb, xxyy;
+
+  /// Amplitude of a level in dB HL at a frequency key; an absent record counts as zeros.
+  double amplitude(std::int32_t db, const std::string& hz) const;
+
+  void startEar(const std::shared_ptr<PlayerGetDataSouce>& session) override;
+  Preparation prepare(ORNHearingTestItem& item, bool isLeft) override;
+  void leave(ORNHearingTestItem& item) override;
+  void silence(ORNHearingTestItem& item) override;
+  void pause(const PlayerGetDataSouce& session, ORNHearingTestItem* item) override;
+  void resume() override;
+
+ private:
+  bool play(ORNHearingTestItem& item, float volume) override;
+};
+
+}  // namespace orn

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+
+#include <ORNHearingTestSDK/engine/SoundPath.h>
+
+namespace orn {
+
+class ORNDeviceVolumeIOS;
+
+/// To earphones: each tone is a looping recording, with its own stereo position and gain.
+class EarphonePath final : public SoundPath {
+ public:
+  using Record = std::shared_ptr<const ORNDeviceVolumeIOS>;
+
+  /// The ears' records.
+  Record left, right;
+
+  void startEar(const std::shared_ptr<PlayerGetDataSouce>& session) override;
+  Preparation prepare(ORNHearingTestItem& item, bool isLeft) override;
+  void leave(ORNHearingTestItem& item) override;
+  void silence(ORNHearingTestItem& item) override;
+  void pause(const PlayerGetDataSouce& session, ORNHearingTestItem* item) override;
+  void resume() override;
+
+ private:
+  bool play(ORNHearingTestItem& item, float volume) override;
+};
+
+}  // namespace orn

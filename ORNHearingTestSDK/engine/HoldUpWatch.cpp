@@ -1,0 +1,45 @@
+#include <ORNHearingTestSDK/engine/HoldUpWatch.h>
+
+#include <utility>
+
+#include <ORNHearingTestSDK/platform/Platform.h>
+
+namespace orn {
+namespace {
+
+constexpr std::chrono::milliseconds kBeat{100};
+
+RunLoop& loop() { return *Platform::current().runLoop; }
+
+/// A beat that is only a little late is one of a busy thread.
+std::chrono::nanoseconds missedSince(std::chrono::nanoseconds last) {
+  const auto pause = loop().now() - last;
+  return pause < 2 * kBeat ? std::chrono::nanoseconds(0) : pause - kBeat;
+}
+
+}  // namespace
+
+HoldUpWatch::~HoldUpWatch() {
+  if (timer_) timer_->invalidate();
+}
+
+void HoldUpWatch::begin() {
+  if (timer_) return;
+  beats_->last = loop().now();
+  timer_ = loop().scheduledTimer(kBeat, [beats = beats_] {
+    beats->missed += missedSince(beats->last);
+    beats->last = loop().now();
+  });
+}
+
+void HoldUpWatch::end() {
+  if (!timer_) return;
+  beats_->missed = total();
+  std::exchange(timer_, nullptr)->invalidate();
+}
+
+std::chrono::nanoseconds HoldUpWatch::total() const {
+  return beats_->missed + (timer_ ? missedSince(beats_->last) : std::chrono::nanoseconds(0));
+}
+
+}  // namespace orn
