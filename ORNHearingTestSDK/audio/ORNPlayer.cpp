@@ -13,7 +13,7 @@ namespace orn {
 
 std::shared_ptr<ORNPlayer> ORNPlayer::shareInstance() {
   static PerPlatform<ORNPlayer> instance;
-  return instance.get([] { return std::make_shared<ORNPlayer>(); });
+  return instance.get([] { return std::shared_ptr<ORNPlayer>(new ORNPlayer); });
 }
 
 std::optional<std::string> ORNPlayer::pathForResource(const std::string& name, const std::string& type) const {

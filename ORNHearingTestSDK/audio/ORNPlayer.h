@@ -21,7 +21,6 @@ class ORN_EXPORT ORNPlayer {
   /// The one tone bank of the platform in force.
   static std::shared_ptr<ORNPlayer> shareInstance();
 
-  ORNPlayer() = default;
   ORNPlayer(const ORNPlayer&) = delete;
   ORNPlayer& operator=(const ORNPlayer&) = delete;
 
@@ -63,6 +62,8 @@ class ORN_EXPORT ORNPlayer {
   static constexpr std::size_t kDown = 0, kUp = 1;
   /// Levels up to this one take the quiet recording; the level mapping keeps to the same limit.
   static constexpr std::int64_t kQuietLimit = 40;
+
+  ORNPlayer() = default;  // there is one, and no second can be made
 
   TonePlayer player(std::size_t frequency, std::size_t recording);
 

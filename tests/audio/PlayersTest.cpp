@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -26,6 +27,8 @@ using testing::ElementsAre;
 
 using Bytes = std::vector<std::uint8_t>;
 using Samples = std::vector<std::int16_t>;
+
+static_assert(!std::is_default_constructible_v<ORNPlayer> && !std::is_copy_constructible_v<ORNPlayer>, "there is one");
 
 constexpr std::size_t kBlock = 3840;  // samples of 80 ms
 

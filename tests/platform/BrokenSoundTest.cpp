@@ -348,6 +348,26 @@ const std::vector<Copy> kOutputs = {
      })},
     {"useCurrentDevice() gives",
      outputThat([](ChangedOutput& output, AudioUnderTest&) { output.choosing = [] { return kFine; }; })},
+    {"status() gives", outputThat([](ChangedOutput& output, AudioUnderTest&) { output.heard = [] { return kFine; }; })},
+    {"sound that is whole", outputThat([](ChangedOutput& output, AudioUnderTest&) {
+       const auto stops = std::make_shared<std::uint64_t>(0);
+       output.player = [stops](ChangedPlayer& player, auto) {
+         player.stopping = [&player, stops] { ++*stops, player.real->stop(); };
+       };
+       output.lapsed = [stops, real = output.real.get()] { return real->lapses() + *stops; };
+     })},
+    {"a device that goes", outputThat([](ChangedOutput& output, AudioUnderTest& copy) {
+       const auto unseen = std::make_shared<std::uint64_t>(0);
+       output.lapsed = [unseen, real = output.real.get()] { return real->lapses() - *unseen; };
+       copy.takeDeviceAway = [unseen, real = output.real.get(), away = copy.takeDeviceAway] {
+         *unseen -= real->lapses();
+         away();
+         *unseen += real->lapses();
+       };
+     })},
+    {"a queue that runs dry is a lapse", outputThat([](ChangedOutput& output, AudioUnderTest&) {
+       output.lapsed = [real = output.real.get()] { return std::min<std::uint64_t>(real->lapses(), 1); };
+     })},
 };
 
 TEST(BrokenCopies, OfTheQueueAreNamed) { expectNamed("AudioQueue", checkAudioQueue, kQueues); }

@@ -101,6 +101,8 @@ struct ChangedOutput final : AudioOutput {
   explicit ChangedOutput(std::shared_ptr<AudioOutput> output) : real(std::move(output)) {}
 
   std::error_code useCurrentDevice() override { return choosing ? choosing() : real->useCurrentDevice(); }
+  std::error_code status() override { return heard ? heard() : real->status(); }
+  std::uint64_t lapses() override { return lapsed ? lapsed() : real->lapses(); }
   std::unique_ptr<AudioQueue> newOutputQueue(const AudioStreamBasicDescription& asked,
                                              AudioQueue::OutputCallback callback) override {
     auto made = std::make_unique<ChangedQueue>();
@@ -126,7 +128,8 @@ struct ChangedOutput final : AudioOutput {
   }
 
   std::shared_ptr<AudioOutput> real;
-  std::function<std::error_code()> choosing;
+  std::function<std::error_code()> choosing, heard;
+  std::function<std::uint64_t()> lapsed;
   std::function<AudioStreamBasicDescription(AudioStreamBasicDescription)> format;
   std::function<void(ChangedQueue&)> queue;
   std::function<std::unique_ptr<AudioPlayer>(const std::string&)> file;

@@ -130,8 +130,49 @@ TEST_F(SimulatedAudio, AQueueCallsBackFromNoOperationOfItsOwn) {
   loop_->holdUp(std::chrono::milliseconds(20));
   queue->setVolume(0.5F);  // perhaps under a lock that the callback takes
   EXPECT_EQ(calls, 0);
+  queue->pause();
+  loop_->runFor(std::chrono::milliseconds(100));
+  EXPECT_EQ(calls, 0) << "in a pause";
+  queue->start();
   loop_->runFor(std::chrono::milliseconds(100));
   EXPECT_EQ(calls, 1);
+  enqueue(*queue, Samples(480));
+  loop_->holdUp(std::chrono::milliseconds(10));
+  queue->pause();
+  EXPECT_EQ(calls, 1) << "it ended in this moment";
+  queue->start();
+  loop_->runFor(std::chrono::milliseconds(100));
+  EXPECT_EQ(calls, 2);
+}
+
+TEST_F(SimulatedAudio, SoundThatIsHeldBackIsSilentAndGoesOnFromWhereItWas) {
+  const auto player = looping({1, 2, 3}), later = looping({10});
+  const auto queue = newQueue();
+  enqueue(*queue, {100, 200});
+  player->play();
+  EXPECT_EQ(heardInBoth(2), (Samples{1, 2}));
+  output_->setHeldBack(true);
+  EXPECT_EQ(output_->status(), std::errc::device_or_resource_busy);
+  EXPECT_EQ(output_->lapses(), 1U);
+  EXPECT_EQ(queue->start(), std::errc::device_or_resource_busy);
+  EXPECT_EQ(heardInBoth(3), (Samples{0, 0, 0}));
+  output_->setHeldBack(false);
+  EXPECT_FALSE(output_->status());
+  EXPECT_EQ(heardInBoth(2), (Samples{103, 201}));
+  player->stop();
+  queue->pause();
+  EXPECT_EQ(output_->lapses(), 1U) << "one, whatever sounds";
+
+  output_->setHeldBack(true);
+  EXPECT_EQ(output_->lapses(), 1U) << "nothing sounds";
+  EXPECT_EQ(later->play(), std::errc::device_or_resource_busy);
+  EXPECT_EQ(output_->lapses(), 2U);
+  EXPECT_EQ(heardInBoth(2), (Samples{0, 0}));
+  output_->setDevicePresent(false);
+  EXPECT_EQ(output_->status(), std::errc::no_such_device);
+  output_->setDevicePresent(true);
+  output_->setHeldBack(false);
+  EXPECT_EQ(heardInBoth(2), (Samples{0, 0})) << "its device went";
 }
 
 TEST_F(SimulatedAudio, PanAndVolumeScaleEachChannelOfAPlayer) {
@@ -166,6 +207,9 @@ TEST_F(SimulatedAudio, APlayerLoopsWithoutASeamAndGoesOnFromWhereItWas) {
   EXPECT_EQ(heardInBoth(3), (Samples{3, 1, 2}));
   player->setNumberOfLoops(1);  // plays on to the end, and once more
   EXPECT_EQ(heardInBoth(6), (Samples{3, 1, 2, 3, 0, 0}));
+  player->play();
+  EXPECT_EQ(heardInBoth(7), (Samples{1, 2, 3, 1, 2, 3, 0})) << "as often as before";
+  EXPECT_EQ(output_->lapses(), 0U);
 }
 
 TEST_F(SimulatedAudio, SourcesAddUpAndTheSumSaturates) {

@@ -118,6 +118,76 @@ const Contract<AudioCheck> kContracts[] = {
        check.bringDeviceBack();
        expect(!check.output().useCurrentDevice(), "it fails with the device back");
      }},
+
+    {"status() gives no_such_device while the device is not there, and no error while all is heard",
+     [](AudioCheck& check) {
+       const auto player = check.newPlayer(constant(4800, 1000));
+       const auto expectFine = [&](const std::string& when) {
+         check.expectSteady(1000, 1000, when);
+         const auto error = check.output().status();
+         expect(!error, when + " there is an error: " + error.message());
+       };
+       expect(!player->play(), "a player does not play");
+       expectFine("at first");
+       check.takeDeviceAway();
+       expect(check.output().status() == std::errc::no_such_device, "it has no error, or another one");
+       check.bringDeviceBack();
+       (void)check.output().useCurrentDevice();
+       expect(!player->play(), "a player does not play with the device back");
+       expectFine("with the device back");
+     }},
+
+    {"sound that is whole is no lapse, nor is a pause, a stop, or the end of a recording",
+     [](AudioCheck& check) {
+       const auto looping = check.newPlayer(constant(4800, 1000)), once = check.newPlayer(constant(4800, 300), 0);
+       QueueUnderTest queue(check.output(),
+                            [](AudioQueue& self, AudioQueueBuffer& buffer) { self.enqueueBuffer(buffer); });
+       const std::uint64_t before = check.output().lapses();
+       queue.start();
+       for (int i = 0; i < 3; ++i) queue.enqueue(constant(QueueUnderTest::kBlock, 50));
+       for (int turn = 0; turn < 3; ++turn) {
+         queue.start();
+         expect(!looping->play() && !once->play(), "a player does not play");
+         check.runFor(600ms);
+         looping->setVolume(0.5F);
+         looping->setPan(-1);
+         expect(!queue->setVolume(0.5F), "the volume is not taken");
+         check.runFor(300ms);
+         looping->stop();
+         expect(!queue->pause(), "it can't be paused");
+         check.runFor(600ms);
+       }
+       expect(!queue->stop(), "it can't be stopped");
+       check.runFor(600ms);
+       const std::uint64_t lapses = check.output().lapses() - before;
+       expect(lapses == 0, "there were " + std::to_string(lapses));
+     }},
+
+    {"a device that goes is a lapse of what sounded, and a start that fails is none",
+     [](AudioCheck& check) {
+       const auto player = check.newPlayer(constant(4800, 1000));
+       expect(!player->play(), "a player does not play");
+       check.expectFrames(1000);
+       const std::uint64_t before = check.output().lapses();
+       check.takeDeviceAway();
+       const std::uint64_t without = check.output().lapses();
+       expect(without > before, "there was none");
+       (void)player->play();
+       expect(check.output().lapses() == without, "a start without a device is one");
+     }},
+
+    {"a queue that runs dry is a lapse, each time",
+     [](AudioCheck& check) {
+       QueueUnderTest queue(check.output());
+       queue.start();
+       for (int time = 0; time < 2; ++time) {
+         const std::uint64_t before = check.output().lapses();
+         queue.enqueueBlocks(constant(4 * QueueUnderTest::kBlock, 1000));
+         expect(check.runUntil([&] { return check.output().lapses() > before; }), "there was none");
+         check.runFor(400ms);
+         expect(check.output().lapses() == before + 1, "once counts more than one");
+       }
+     }},
 };
 
 }  // namespace

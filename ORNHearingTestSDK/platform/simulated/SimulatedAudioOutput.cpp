@@ -39,6 +39,13 @@ const std::vector<std::int16_t>& SimulatedAudioOutput::keptSamples() const {
 
 void SimulatedAudioOutput::setDevicePresent(bool isPresent) { mixer_->setDevicePresent(isPresent); }
 
+void SimulatedAudioOutput::setHeldBack(bool isHeldBack) { mixer_->setHeldBack(isHeldBack); }
+
+std::error_code SimulatedAudioOutput::status() { return mixer_->status(); }
+
+/// As far as time has been played: to play on from here would call back from a question.
+std::uint64_t SimulatedAudioOutput::lapses() { return mixer_->lapses(); }
+
 std::error_code SimulatedAudioOutput::useCurrentDevice() { return mixer_->device(); }
 
 std::unique_ptr<AudioQueue> SimulatedAudioOutput::newOutputQueue(const AudioStreamBasicDescription& format,

@@ -36,7 +36,14 @@ class ORN_EXPORT SimulatedAudioOutput final : public AudioOutput {
   /// Takes the device away, or brings it back; it is there at first. Observers of a simulated session are not told.
   void setDevicePresent(bool isPresent);
 
+  /// Holds all sound back, as a server that is in a call or stalled, or lets it go on. Time goes by in silence
+  /// meanwhile, and nothing is lost of what is to sound later; a play() or start() gives device_or_resource_busy and is
+  /// heard once it goes on. It is one lapse if something was to be heard meanwhile.
+  void setHeldBack(bool isHeldBack);
+
   std::error_code useCurrentDevice() override;
+  std::error_code status() override;
+  std::uint64_t lapses() override;
   std::unique_ptr<AudioQueue> newOutputQueue(const AudioStreamBasicDescription& format,
                                              AudioQueue::OutputCallback callback) override;
   std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path) override;

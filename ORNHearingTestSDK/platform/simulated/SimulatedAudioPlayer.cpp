@@ -30,7 +30,8 @@ std::error_code SimulatedAudioPlayer::play() {
   if (const auto missing = mixer_->device()) return missing;
   mixer_->catchUp();
   playing_ = !samples_.empty();
-  return {};
+  if (playing_) mixer_->soundIsDue();
+  return mixer_->status();
 }
 
 void SimulatedAudioPlayer::stop() {
@@ -52,8 +53,12 @@ void SimulatedAudioPlayer::mixInto(SimulatedMixer::Sums sums) {
 
 void SimulatedAudioPlayer::goOnOrEnd() {
   next_ = 0;
-  if (loopsLeft_ == 0) playing_ = false;
-  if (loopsLeft_ > 0) --loopsLeft_;
+  if (loopsLeft_ == 0) {
+    playing_ = false;
+    loopsLeft_ = loops_;
+  } else if (loopsLeft_ > 0) {
+    --loopsLeft_;
+  }
 }
 
 }  // namespace orn

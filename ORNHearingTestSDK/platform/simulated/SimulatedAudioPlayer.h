@@ -16,7 +16,7 @@ class SimulatedAudioPlayer final : public AudioPlayer, private SimulatedMixer::S
   SimulatedAudioPlayer(std::shared_ptr<SimulatedMixer> mixer, std::vector<std::int16_t> samples);
   ~SimulatedAudioPlayer() override;
 
-  void setNumberOfLoops(int loops) override { loopsLeft_ = loops; }
+  void setNumberOfLoops(int loops) override { loops_ = loopsLeft_ = loops; }
   std::error_code prepareToPlay() override { return mixer_->device(); }
   void setPan(float pan) override;
   void setVolume(float volume) override;
@@ -28,12 +28,14 @@ class SimulatedAudioPlayer final : public AudioPlayer, private SimulatedMixer::S
  private:
   void mixInto(SimulatedMixer::Sums sums) override;
   void fallSilent() override { playing_ = false; }
+  bool isSounding() const override { return playing_; }
   void goOnOrEnd();
 
   std::shared_ptr<SimulatedMixer> mixer_;
   std::vector<std::int16_t> samples_;
   std::size_t next_ = 0;
-  int loopsLeft_ = 0;
+  int loops_ = 0;
+  int loopsLeft_ = 0;  // until the recording's end
   float pan_ = 0;
   float volume_ = 1;
   StereoGain gain_;

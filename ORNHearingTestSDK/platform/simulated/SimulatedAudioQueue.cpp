@@ -24,7 +24,7 @@ SimulatedAudioQueue::SimulatedAudioQueue(std::shared_ptr<SimulatedMixer> mixer, 
 }
 
 SimulatedAudioQueue::~SimulatedAudioQueue() {
-  setPlaying(false);
+  mixer_->catchUp();
   mixer_->removeSource(this);
 }
 
@@ -46,6 +46,7 @@ std::error_code SimulatedAudioQueue::enqueueBuffer(AudioQueueBuffer& buffer) {
   samplesInto(buffer.mAudioData.first(size), (*own)->samples);
   (*own)->played = 0;
   enqueued_.push_back(own->get());
+  if (playing_) mixer_->soundIsDue();
   return {};
 }
 
@@ -62,24 +63,27 @@ void SimulatedAudioQueue::catchUpWithoutCallbacks() {
   holdsCallbacks_ = before;
 }
 
-void SimulatedAudioQueue::setPlaying(bool playing) {
-  mixer_->catchUp();
-  playing_ = playing;
-}
+void SimulatedAudioQueue::setSilent() { playing_ = hasPlayed_ = false; }
 
 std::error_code SimulatedAudioQueue::start() {
   if (const auto missing = mixer_->device()) return missing;
-  setPlaying(true);
-  return {};
+  mixer_->catchUp();
+  playing_ = true;
+  if (isSounding()) mixer_->soundIsDue();
+  return mixer_->status();
 }
 
 std::error_code SimulatedAudioQueue::pause() {
-  setPlaying(false);
+  isBeingPaused_ = true;
+  mixer_->catchUp();
+  isBeingPaused_ = false;
+  setSilent();
   return {};
 }
 
 std::error_code SimulatedAudioQueue::stop() {
-  setPlaying(false);
+  mixer_->catchUp();
+  setSilent();
   enqueued_.clear();
   ended_.clear();
   return {};
@@ -94,16 +98,19 @@ void SimulatedAudioQueue::mixInto(SimulatedMixer::Sums sums) {
     addScaled(samples, volume_, sums.left);
     addScaled(samples, volume_, sums.right);
     sums = sums.after(frames);
+    hasPlayed_ = true;
     buffer.played += frames;
     if (buffer.played < buffer.samples.size()) return;
     enqueued_.pop_front();
     ended_.push_back(&buffer);
-    giveBackEnded();
+    // What ends in the very moment of a pause comes back after it.
+    if (!isBeingPaused_ || sums.frames() > 0) giveBackEnded();
   }
+  if (playing_ && sums.frames() > 0 && std::exchange(hasPlayed_, false)) mixer_->addLapse();
 }
 
 void SimulatedAudioQueue::giveBackEnded() {
-  while (!holdsCallbacks_ && !ended_.empty()) {
+  while (playing_ && !holdsCallbacks_ && !ended_.empty()) {
     Buffer& buffer = *ended_.front();
     ended_.pop_front();
     callback_(*this, buffer);

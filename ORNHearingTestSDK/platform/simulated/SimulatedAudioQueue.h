@@ -10,7 +10,8 @@
 namespace orn {
 
 /// A queue whose buffers are played as the mixer asks for frames; a buffer's callback comes at its last frame,
-/// or with the next frames where an operation of the queue's own has played it to its end.
+/// or with the next frames where an operation of the queue's own has played it to its end. None comes while it does not
+/// play.
 class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Source {
  public:
   SimulatedAudioQueue(std::shared_ptr<SimulatedMixer> mixer, OutputCallback callback);
@@ -31,8 +32,9 @@ class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Sou
   };
 
   void mixInto(SimulatedMixer::Sums sums) override;
-  void fallSilent() override { playing_ = false; }
-  void setPlaying(bool playing);
+  void fallSilent() override { setSilent(); }
+  bool isSounding() const override { return playing_ && !enqueued_.empty(); }
+  void setSilent();
   void catchUpWithoutCallbacks();
   void giveBackEnded();
 
@@ -42,7 +44,9 @@ class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Sou
   std::deque<Buffer*> enqueued_, ended_;
   float volume_ = 1;
   bool playing_ = false;
+  bool hasPlayed_ = false;  // since it was started or last ran dry
   bool holdsCallbacks_ = false;
+  bool isBeingPaused_ = false;
 };
 
 }  // namespace orn

@@ -1,6 +1,7 @@
 #include <ORNHearingTestSDK/platform/simulated/SimulatedMixer.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace orn {
 namespace {
@@ -25,11 +26,32 @@ void SimulatedMixer::setDevicePresent(bool isPresent) {
   catchUp();
   isDevicePresent_ = isPresent;
   if (isPresent) return;
+  if (isSounding()) addLapse();
   for (Source* source : sources_) source->fallSilent();
 }
 
 std::error_code SimulatedMixer::device() const {
   return isDevicePresent_ ? std::error_code{} : std::make_error_code(std::errc::no_such_device);
+}
+
+void SimulatedMixer::setHeldBack(bool isHeldBack) {
+  catchUp();
+  if (!isHeldBack) hasHeldSoundBack_ = false;
+  isHeldBack_ = isHeldBack;
+  if (isSounding()) soundIsDue();
+}
+
+std::error_code SimulatedMixer::status() const {
+  if (const auto missing = device()) return missing;
+  return isHeldBack_ ? std::make_error_code(std::errc::device_or_resource_busy) : std::error_code{};
+}
+
+void SimulatedMixer::soundIsDue() {
+  if (isHeldBack_ && !std::exchange(hasHeldSoundBack_, true)) addLapse();
+}
+
+bool SimulatedMixer::isSounding() const {
+  return std::any_of(sources_.begin(), sources_.end(), [](const Source* source) { return source->isSounding(); });
 }
 
 void SimulatedMixer::catchUp() {
@@ -48,7 +70,7 @@ void SimulatedMixer::render(std::size_t frames) {
   std::fill(sums.left.begin(), sums.left.end(), 0);
   std::fill(sums.right.begin(), sums.right.end(), 0);
   // By index: a queue's callback may make further sources.
-  for (std::size_t i = 0; i < sources_.size(); ++i) sources_[i]->mixInto(sums);
+  for (std::size_t i = 0; i < sources_.size() && !isHeldBack_; ++i) sources_[i]->mixInto(sums);
   for (std::size_t i = 0; i < frames; ++i) {
     samples[2 * i] = static_cast<std::int16_t>(std::clamp(sums.left[i], -32768, 32767));
     samples[2 * i + 1] = static_cast<std::int16_t>(std::clamp(sums.right[i], -32768, 32767));

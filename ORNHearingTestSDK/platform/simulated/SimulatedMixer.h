@@ -34,6 +34,8 @@ class SimulatedMixer {
     virtual void mixInto(Sums sums) = 0;
     /// The device has gone: it is not to sound until it is told to.
     virtual void fallSilent() = 0;
+    /// It is told to sound and has something to.
+    virtual bool isSounding() const = 0;
   };
 
   /// The loop is not kept alive: what it holds may itself hold players, and so this mixer.
@@ -50,11 +52,24 @@ class SimulatedMixer {
   void setDevicePresent(bool isPresent);
   std::error_code device() const;
 
+  /// Lets no source sound or get on, or lets them go on.
+  void setHeldBack(bool isHeldBack);
+
+  /// The device, and whether what is told to sound is heard.
+  std::error_code status() const;
+
+  /// A source has something to sound that it had not.
+  void soundIsDue();
+
+  void addLapse() { ++lapses_; }
+  std::uint64_t lapses() const { return lapses_; }
+
   /// Renders up to the present. Called from within a listener or a source it does nothing.
   void catchUp();
 
  private:
   void render(std::size_t frames);
+  bool isSounding() const;
 
   std::weak_ptr<RunLoop> runLoop_;
   std::vector<Source*> sources_;
@@ -62,6 +77,9 @@ class SimulatedMixer {
   std::int64_t frame_ = 0;
   bool rendering_ = false;
   bool isDevicePresent_ = true;
+  bool isHeldBack_ = false;
+  bool hasHeldSoundBack_ = false;
+  std::uint64_t lapses_ = 0;
   std::array<std::int32_t, kMostFrames> left_{}, right_{};
   std::array<std::int16_t, 2 * kMostFrames> samples_{};
 };
