@@ -14,7 +14,8 @@ class ORN_EXPORT Timer {
   virtual ~Timer() = default;
 
   /// Moves the next firing; further firings follow at the interval from that time. A time that has passed fires at the
-  /// loop's next turn, never within this call. Nothing happens after invalidate().
+  /// loop's next turn, never within this call; from within the timer's own action, it counts when the action has
+  /// ended. Nothing happens after invalidate().
   virtual void setFireDate(std::chrono::nanoseconds time) = 0;
 
   /// Ends the timer for good and releases its action, also from within that action.
@@ -25,8 +26,9 @@ class ORN_EXPORT Timer {
 ///
 /// Due calls run one at a time on the thread that runs the loop, ordered by due time and, at the same time, by age.
 /// Calls handed over by dispatchAsync() run before timers that are due. An action may use the loop freely, and none is
-/// ever called from within the operation that takes it. A loop that goes releases all actions; a timer that outlives it
-/// does nothing.
+/// ever called from within the operation that takes it. Where an action itself runs the loop, as a dialog does, all
+/// other calls go on, but a timer does not fire again until its own action has ended. A loop that goes releases all
+/// actions; a timer that outlives it does nothing.
 class ORN_EXPORT RunLoop {
  public:
   using Action = std::function<void()>;

@@ -22,11 +22,9 @@ struct TimerQueue::Calls {
 
   explicit Calls(std::function<void()> whenChanged) : changed(std::move(whenChanged)) {}
 
-  Key add(Time due, std::shared_ptr<QueuedTimer> timer) {
-    const Key key{due, nextAge++};
+  void add(Key key, std::shared_ptr<QueuedTimer> timer) {
     waiting.emplace(key, std::move(timer));
     if (changed) changed();
-    return key;
   }
 
   std::map<Key, std::shared_ptr<QueuedTimer>> waiting;
@@ -44,7 +42,8 @@ class TimerQueue::QueuedTimer final : public Timer, public std::enable_shared_fr
     const auto calls = calls_.lock();
     if (!calls || !action_) return;
     calls->waiting.erase(key_);
-    key_ = calls->add(time, shared_from_this());
+    key_ = {time, calls->nextAge++};
+    if (!isRunning_) calls->add(key_, shared_from_this());
   }
 
   void invalidate() override {
@@ -55,8 +54,9 @@ class TimerQueue::QueuedTimer final : public Timer, public std::enable_shared_fr
 
   void fire(Time now) {
     const RunLoop::Action action = action_;
+    const Running running(*this);
     if (interval_ > Time::zero()) {
-      // Armed before the call, so that the call can move the date; the rhythm is kept, missed firings are not made up.
+      // Dated before the call, so that the call can move the date; the rhythm is kept, missed firings are not made up.
       const Time missed = between(key_.first, now) / interval_ * interval_;
       setFireDate(later(key_.first + missed, interval_));
     } else {
@@ -66,10 +66,22 @@ class TimerQueue::QueuedTimer final : public Timer, public std::enable_shared_fr
   }
 
  private:
+  /// Until its call has ended, a timer has a date but doesn't wait, so no loop that the call runs can fire it.
+  struct Running {
+    explicit Running(QueuedTimer& its) : timer(its) { timer.isRunning_ = true; }
+    ~Running() {
+      timer.isRunning_ = false;
+      const auto calls = timer.calls_.lock();
+      if (calls && timer.action_) calls->add(timer.key_, timer.shared_from_this());
+    }
+    QueuedTimer& timer;
+  };
+
   std::weak_ptr<Calls> calls_;
   Time interval_;
   RunLoop::Action action_;
   Calls::Key key_{};
+  bool isRunning_ = false;
 };
 
 TimerQueue::TimerQueue(std::function<void()> changed) : calls_(std::make_shared<Calls>(std::move(changed))) {}

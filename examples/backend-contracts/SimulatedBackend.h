@@ -22,7 +22,7 @@ using std::chrono::nanoseconds;
 
 inline orn::contract::RunLoopUnderTest loop() {
   const auto made = std::make_shared<orn::SimulatedRunLoop>();
-  return {made, [weak = std::weak_ptr(made)](nanoseconds span) { weak.lock()->runFor(span); }};
+  return {made, [weak = std::weak_ptr(made)](nanoseconds span) { weak.lock()->runFor(span); }, true};
 }
 
 inline orn::contract::AudioUnderTest audio() {

@@ -133,6 +133,16 @@ const std::vector<BrokenCopy<RunLoopUnderTest>> kLoops = {
        };
      })},
     {"missed firings", redating([](nanoseconds time, nanoseconds) { return time < 0ns ? time + 17ms : time; })},
+    {"a timer does not fire while", loopThat([](ChangedLoop& loop, RunLoop& real) {
+       loop.wrap = [&real](Action action, const auto&) {
+         return [&real, action, isRunning = std::make_shared<bool>(false)] {
+           *isRunning = true;
+           real.performAfterDelay(3ms, [=] { *isRunning ? action() : void(); });
+           action();
+           *isRunning = false;
+         };
+       };
+     })},
     {"calls come in the order", loopThat([](ChangedLoop& loop, RunLoop&) {
        // Of two timers at one time, the younger one fires first: they change their actions.
        const auto last = std::make_shared<std::weak_ptr<Action>>();

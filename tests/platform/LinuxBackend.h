@@ -23,11 +23,13 @@ namespace orn::contract {
 
 inline RunLoopUnderTest linuxLoop() {
   const auto made = std::make_shared<LinuxRunLoop>();
-  return {made, [weak = std::weak_ptr(made)](std::chrono::nanoseconds span) {
+  return {made,
+          [weak = std::weak_ptr(made)](std::chrono::nanoseconds span) {
             const auto loop = weak.lock();
             loop->performAfterDelay(span, [loop = loop.get()] { loop->stop(); });
             loop->run();
-          }};
+          },
+          true};
 }
 
 /// The request that these bytes are, but for its address.

@@ -1,7 +1,9 @@
 #include <chrono>
 #include <memory>
+#include <utility>
 
 #include <QtCore/QEventLoop>
+#include <QtWidgets/QDialog>
 
 #include <ORNHearingTestSDK/platform/contract/RunLoopContract.h>
 #include <ORNHearingTestSDK/platform/qt/QtRunLoop.h>
@@ -24,18 +26,25 @@ TEST(QtRunLoop, KeepsTheContractsOfALoop) {
   contract::expectKept(contract::checkRunLoop([] {
     const auto loop = std::make_shared<QtRunLoop>();
     return contract::RunLoopUnderTest{
-        loop, [weak = std::weak_ptr(loop)](std::chrono::nanoseconds span) { runFor(*weak.lock(), span); }};
+        loop, [weak = std::weak_ptr(loop)](std::chrono::nanoseconds span) { runFor(*weak.lock(), span); }, true};
   }));
 }
 
-TEST(QtRunLoop, CallsGoOnInALoopNestedInACall) {
+TEST(QtRunLoop, WhileATickHasADialogOpenOtherCallsGoOnAndTheTickWaits) {
   QtRunLoop loop;
-  QEventLoop dialog;
-  bool hasReturned = false;
-  loop.performAfterDelay(0ns, [&] { hasReturned = dialog.exec() == 7; });
-  loop.performAfterDelay(1ms, [&] { loop.dispatchAsync([&] { dialog.exit(7); }); });
-  runFor(loop, 50ms);
-  EXPECT_TRUE(hasReturned);
+  bool isOpen = false, overlaps = false;
+  int closed = 0;
+  const auto timer = loop.scheduledTimer(1ms, [&] {
+    overlaps = overlaps || isOpen;
+    if (std::exchange(isOpen, true)) return;
+    QDialog dialog;
+    loop.performAfterDelay(5ms, [&] { loop.dispatchAsync([&] { dialog.done(7); }); });
+    if (dialog.exec() == 7) ++closed;
+    isOpen = false;
+  });
+  for (int i = 0; i < 1000 && closed < 2; ++i) runFor(loop, 10ms);
+  EXPECT_GE(closed, 2);
+  EXPECT_FALSE(overlaps);
 }
 
 }  // namespace

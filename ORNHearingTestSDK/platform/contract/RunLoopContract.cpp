@@ -25,6 +25,7 @@ class LoopCheck {
   RunLoop& loop() { return *underTest_.loop; }
   nanoseconds now() { return loop().now(); }
   void runFor(nanoseconds span) { underTest_.runFor(span); }
+  bool runsWithin() const { return underTest_.runsWithin; }
 
   /// Runs until something holds, at most for ten seconds of the loop.
   template <class Condition>
@@ -170,6 +171,34 @@ const Contract<LoopCheck> kContracts[] = {
        timer->setFireDate(date);
        expect(check.runUntil([&] { return firings.size() >= 2; }), "it fired less than twice");
        expect(firings[1] >= date + 60ms, "more than one was made up for, or the rhythm was lost");
+     }},
+
+    {"a timer does not fire while its own action runs, not even in a loop that the action runs",
+     [](LoopCheck& check) {
+       if (!check.runsWithin()) throw NotChecked{"needs a loop that an action can run"};
+       for (const auto moved : {nanoseconds(0ns), nanoseconds(3ms)}) {
+         std::vector<nanoseconds> firings;
+         bool isRunning = false, overlaps = false, goesOn = false;
+         nanoseconds first = check.now() + 5ms, ended{};
+         std::shared_ptr<Timer> timer;
+         timer = check.loop().scheduledTimer(5ms, [&] {
+           overlaps = overlaps || isRunning;
+           firings.push_back(check.now());
+           if (firings.size() > 1) return;
+           isRunning = true;
+           if (moved > 0ns) timer->setFireDate(first = check.now() + moved);
+           check.loop().performAfterDelay(20ms, [&] { goesOn = true; });
+           check.runUntil([&] { return goesOn; });
+           isRunning = false;
+           ended = check.now();
+         });
+         expect(check.runUntil([&] { return firings.size() >= 3; }), "it fired less than 3 times");
+         timer->invalidate();
+         expect(!overlaps && firings[1] >= ended, "it fired within its own action");
+         expect(goesOn, "other calls waited as well");
+         if (moved > 0ns) firings.erase(firings.begin());
+         expectRhythm(firings, first, 5ms);
+       }
      }},
 
     {"calls come in the order of their due times and, at one time, of their age",

@@ -15,6 +15,9 @@ struct RunLoopUnderTest {
 
   /// Makes the calls that are due within a span of the loop's time, then returns.
   std::function<void(std::chrono::nanoseconds span)> runFor;
+
+  /// Whether `runFor` may be called from within an action as well, as a dialog runs the loop; it may then return early.
+  bool runsWithin = false;
 };
 
 Report checkRunLoop(const std::function<RunLoopUnderTest()>& make);

@@ -5,15 +5,10 @@
 
 namespace orn {
 
-using std::chrono::nanoseconds;
-
 namespace {
 // A time far off would overflow the clock's own type.
 constexpr std::chrono::hours longestWait{1};
 }  // namespace
-
-LinuxRunLoop::LinuxRunLoop() = default;
-LinuxRunLoop::~LinuxRunLoop() = default;
 
 void LinuxRunLoop::run() {
   while (true) {
@@ -25,20 +20,12 @@ void LinuxRunLoop::run() {
   }
 }
 
-bool LinuxRunLoop::makeDueCall() {
-  if (const auto action = dispatched_.takeFirst()) {
-    (*action)();
-    return true;
-  }
-  return timers_.fireNext(now());
-}
-
 void LinuxRunLoop::waitForWork() {
-  const auto due = timers_.nextDue();
+  const auto due = nextDue();
   std::unique_lock lock(mutex_);
   const auto awake = [this] { return hasWork_ || stopped_; };
   if (due) {
-    work_.wait_until(lock, start_ + std::min(*due, now() + longestWait), awake);
+    work_.wait_for(lock, std::min<std::chrono::nanoseconds>(*due - now(), longestWait), awake);
   } else {
     work_.wait(lock, awake);
   }
@@ -55,23 +42,6 @@ void LinuxRunLoop::stop() {
   const std::lock_guard lock(mutex_);
   stopped_ = true;
   work_.notify_one();
-}
-
-nanoseconds LinuxRunLoop::now() const { return std::chrono::steady_clock::now() - start_; }
-
-std::chrono::system_clock::time_point LinuxRunLoop::date() const { return std::chrono::system_clock::now(); }
-
-std::shared_ptr<Timer> LinuxRunLoop::scheduledTimer(nanoseconds interval, Action action) {
-  return timers_.addTimer(now(), interval, std::move(action));
-}
-
-void LinuxRunLoop::performAfterDelay(nanoseconds delay, Action action) {
-  timers_.addCall(now(), delay, std::move(action));
-}
-
-void LinuxRunLoop::dispatchAsync(Action action) {
-  dispatched_.add(std::move(action));
-  wake();
 }
 
 }  // namespace orn

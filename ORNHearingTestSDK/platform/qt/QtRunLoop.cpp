@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
-#include <utility>
 
 #include <QtCore/QSocketNotifier>
 #include <QtCore/QTimer>
@@ -48,8 +47,7 @@ class QtRunLoop::WakeUp {
 QtRunLoop::QtRunLoop()
     : wakeUp_(std::make_unique<WakeUp>()),
       notifier_(std::make_unique<QSocketNotifier>(wakeUp_->descriptor(), QSocketNotifier::Read)),
-      timer_(std::make_unique<QTimer>()),
-      timers_([this] { armTimer(); }) {
+      timer_(std::make_unique<QTimer>()) {
   timer_->setSingleShot(true);
   timer_->setTimerType(Qt::PreciseTimer);
   QObject::connect(timer_.get(), &QTimer::timeout, [this] { turn(); });
@@ -64,17 +62,13 @@ QtRunLoop::~QtRunLoop() = default;
 void QtRunLoop::turn() {
   // Armed before the call as well, so that a loop nested in the call makes the calls that follow.
   armTimer();
-  if (const auto action = dispatched_.takeFirst()) {
-    (*action)();
-  } else {
-    timers_.fireNext(now());
-  }
+  makeDueCall();
   armTimer();
 }
 
 void QtRunLoop::armTimer() {
   using std::chrono::milliseconds;
-  const auto due = timers_.nextDue();
+  const auto due = nextDue();
   if (!due) return timer_->stop();
   // No earlier than due, since the timer counts whole milliseconds, and within the range that it counts in.
   const nanoseconds time = now();
@@ -82,21 +76,6 @@ void QtRunLoop::armTimer() {
   timer_->start(isDue ? milliseconds(0) : std::chrono::ceil<milliseconds>(std::min(*due - time, longestWait)));
 }
 
-nanoseconds QtRunLoop::now() const { return std::chrono::steady_clock::now() - start_; }
-
-std::chrono::system_clock::time_point QtRunLoop::date() const { return std::chrono::system_clock::now(); }
-
-std::shared_ptr<Timer> QtRunLoop::scheduledTimer(nanoseconds interval, Action action) {
-  return timers_.addTimer(now(), interval, std::move(action));
-}
-
-void QtRunLoop::performAfterDelay(nanoseconds delay, Action action) {
-  timers_.addCall(now(), delay, std::move(action));
-}
-
-void QtRunLoop::dispatchAsync(Action action) {
-  dispatched_.add(std::move(action));
-  wakeUp_->add();
-}
+void QtRunLoop::wake() { wakeUp_->add(); }
 
 }  // namespace orn

@@ -1,7 +1,6 @@
 #include <ORNHearingTestSDK/platform/simulated/SimulatedRunLoop.h>
 
 #include <algorithm>
-#include <utility>
 
 namespace orn {
 
@@ -9,7 +8,6 @@ using std::chrono::nanoseconds;
 using std::chrono::system_clock;
 
 SimulatedRunLoop::SimulatedRunLoop(system_clock::time_point start) : start_(start) {}
-SimulatedRunLoop::~SimulatedRunLoop() = default;
 
 void SimulatedRunLoop::runFor(nanoseconds span) {
   runUntil([] { return false; }, span);
@@ -26,14 +24,11 @@ bool SimulatedRunLoop::runUntil(const std::function<bool()>& condition, nanoseco
 }
 
 bool SimulatedRunLoop::step(nanoseconds limit) {
-  if (const auto action = dispatched_.takeFirst()) {
-    (*action)();
-    return true;
-  }
-  const auto due = timers_.nextDue();
+  if (makeDispatchedCall()) return true;
+  const auto due = nextDue();
   if (!due || *due > limit) return false;
   now_ = std::max(now(), *due);
-  return timers_.fireNext(now());
+  return makeDueCall();
 }
 
 void SimulatedRunLoop::holdUp(nanoseconds span) {
@@ -49,15 +44,5 @@ nanoseconds SimulatedRunLoop::now() const { return now_; }
 system_clock::time_point SimulatedRunLoop::date() const {
   return start_.load() + std::chrono::duration_cast<system_clock::duration>(now());
 }
-
-std::shared_ptr<Timer> SimulatedRunLoop::scheduledTimer(nanoseconds interval, Action action) {
-  return timers_.addTimer(now(), interval, std::move(action));
-}
-
-void SimulatedRunLoop::performAfterDelay(nanoseconds delay, Action action) {
-  timers_.addCall(now(), delay, std::move(action));
-}
-
-void SimulatedRunLoop::dispatchAsync(Action action) { dispatched_.add(std::move(action)); }
 
 }  // namespace orn

@@ -3,22 +3,20 @@
 #include <atomic>
 #include <functional>
 
-#include <ORNHearingTestSDK/platform/DispatchQueue.h>
-#include <ORNHearingTestSDK/platform/RunLoop.h>
-#include <ORNHearingTestSDK/platform/TimerQueue.h>
+#include <ORNHearingTestSDK/platform/QueuedRunLoop.h>
 
 namespace orn {
 
 /// A run loop in virtual time: it jumps from one due call to the next, and time stands still while a call runs. The
 /// same calls come in the same order every time. Its operations are for the main thread, but for dispatchAsync(), now()
 /// and date().
-class ORN_EXPORT SimulatedRunLoop final : public RunLoop {
+class ORN_EXPORT SimulatedRunLoop final : public QueuedRunLoop {
  public:
   /// The wall clock starts at the given date.
   explicit SimulatedRunLoop(std::chrono::system_clock::time_point start = defaultStart);
-  ~SimulatedRunLoop() override;
 
-  /// Makes every call that is due within the span, then stands at its end. Not to be called from within a call.
+  /// Makes every call that is due within the span, then stands at its end. Also from within a call, which has then
+  /// taken so long.
   void runFor(std::chrono::nanoseconds span);
 
   /// Runs until the condition holds, which is asked after each call; true if it came to hold within the span.
@@ -33,9 +31,6 @@ class ORN_EXPORT SimulatedRunLoop final : public RunLoop {
 
   std::chrono::nanoseconds now() const override;
   std::chrono::system_clock::time_point date() const override;
-  std::shared_ptr<Timer> scheduledTimer(std::chrono::nanoseconds interval, Action action) override;
-  void performAfterDelay(std::chrono::nanoseconds delay, Action action) override;
-  void dispatchAsync(Action action) override;
 
  private:
   static constexpr std::chrono::system_clock::time_point defaultStart{std::chrono::seconds{1'767'225'600}};  // 2026
@@ -45,8 +40,6 @@ class ORN_EXPORT SimulatedRunLoop final : public RunLoop {
 
   std::atomic<std::chrono::nanoseconds> now_{std::chrono::nanoseconds::zero()};
   std::atomic<std::chrono::system_clock::time_point> start_;
-  DispatchQueue dispatched_;
-  TimerQueue timers_;
 };
 
 }  // namespace orn
