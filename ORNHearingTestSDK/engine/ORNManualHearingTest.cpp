@@ -151,9 +151,10 @@ void ORNManualHearingTest::testItem(const Item& item) {
   const auto alive = shared_from_this();
   if (currentItem()) currentItem()->stop();
   const SoundPath::Preparation tone = path().prepare(*item, isLeft_);
-  // A tone without a level must not get into the stream.
-  if (tone.missing) return toneIsMissing(item, *tone.missing);
+  // A tone without a level must not get into the stream, which would keep it at a wrong one.
+  if (tone.missing == ToneMissingReason::Calibration) return toneIsMissing(item, *tone.missing);
   setCurrentItem(item);
+  if (tone.missing) return toneIsMissing(item, *tone.missing);
   if (const auto missing = path().start(*item, tone.volume)) return toneIsMissing(item, *missing);
   missingItem_ = nullptr;
   results_.tonePresented(item->point(), startY_);
@@ -170,7 +171,7 @@ void ORNManualHearingTest::toneIsMissing(const Item& item, ToneMissingReason rea
 }
 
 bool ORNManualHearingTest::makeCurrent(const Item& item) {
-  if (item && path().prepare(*item, isLeft_).missing) return false;
+  if (item && path().prepare(*item, isLeft_).missing == ToneMissingReason::Calibration) return false;
   setCurrentItem(item);
   return true;
 }

@@ -141,8 +141,8 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   /// How often startTest() has been called.
   int earsStarted() const { return earsStarted_; }
 
-  /// Makes an item current before it is presented, or nothing current; false, and nothing changes, where its tone would
-  /// be missing.
+  /// Makes an item current before it is presented, or nothing current; false, and nothing changes, where it has
+  /// no level.
   bool makeCurrent(const Item& item);
 
   /// Makes an item current and presents it, or makes nothing current. Since it is then the last item too, the stream

@@ -250,6 +250,19 @@ TEST(AutoLife, IsHeldByTheClockUntilTheEarIsOver) {
   EXPECT_TRUE(life.expired());
 }
 
+TEST(AutoLife, IsNotHeldByAPauseBeforeTheStartOrAfterTheEnd) {
+  for (const bool isOver : {false, true}) {
+    AutoTest test;
+    const std::weak_ptr<ORNManualHearingTest> life = test.session;
+    for (const bool isLeft : {kRight, kLeft}) {
+      if (isOver) test.session->startTest(isLeft), test.run(30);
+    }
+    test.session->pauseTest();
+    test.session.reset();
+    EXPECT_TRUE(life.expired()) << isOver;
+  }
+}
+
 TEST(AutoLife, GoesOnWhilePausedAndAbandoned) {
   AutoTest test;
   const std::weak_ptr<ORNManualHearingTest> life = test.session;

@@ -1,3 +1,6 @@
+#include <map>
+#include <utility>
+
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
@@ -92,21 +95,6 @@ TEST(MissingCalibration, OfOneEarLeavesNothingBehindForTheOther) {
   }
 }
 
-TEST(MissingCalibration, OfAManualToneRecordsNothing) {
-  for (const Record& useless : uselessRecords()) {
-    SessionScript test(SessionScript::Manual);
-    test.session->setRightVolue(useless);
-    test.session->startTest(kRight);
-    test.session->playAtHz("1000hz", "40");
-    test.session->listened();
-    EXPECT_THAT(test.takeTrace(), ElementsAre("0 R missing calibration"));
-    test.session->setRightVolue(SessionScript::record("-60"));
-    test.session->playAtHz("1000hz", "40");
-    test.session->listened();
-    EXPECT_THAT(test.takeTrace(), ElementsAre("0 R 1000hz 40db", "0 R -> 1000hz 40db"));
-  }
-}
-
 /// Drives a test of both ears in which nothing is heard, with a delegate that does something in one of its calls.
 struct Careless : SessionScript {
   Careless(Type type, Path path) : SessionScript(type, path), type_(type), path_(path) {
@@ -186,6 +174,25 @@ TEST(CarelessDelegate, MayEndAndReleaseTheSessionInEachOfItsCalls) {
     test.go();
     EXPECT_EQ(calls, 1) << "nothing is told of a test that has ended";
     EXPECT_TRUE(life.expired());
+  });
+}
+
+TEST(CarelessDelegate, HearsNothingMoreOfATestThatItEndedAndNeitherDoesTheService) {
+  const std::map<std::string, int> last{{"tone", 1}, {"threshold", 4}, {"ear", 1}, {"test", 1}, {"missing", 1}};
+  forEachCall([&](Careless& test, const std::string& call) {
+    int left = last.at(call);
+    bool isOver = false;
+    test.doIn(call, [&] {
+      if (--left > 0 || std::exchange(isOver, true)) return;
+      test.takeTrace();
+      test.session->endTest();
+      test.session->listened();
+      test.session->continueTest();
+    });
+    test.go();
+    EXPECT_TRUE(isOver);
+    EXPECT_THAT(test.takeTrace(), IsEmpty());
+    EXPECT_THAT(test.submissions(), IsEmpty());
   });
 }
 

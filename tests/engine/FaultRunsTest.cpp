@@ -106,7 +106,8 @@ TEST(FaultRuns, AToneWhoseEndComesVeryLateIsPresentedAgainUnlessItWasHeard) {
   }
 }
 
-/// Holds the main thread up in every call of the delegate of one kind, or between events.
+/// Holds the main thread up in every call of the delegate of one kind, by a loop of the host's in one, or between
+/// events.
 void holdUpIn(SessionScript& test, const std::string& place, std::chrono::milliseconds span) {
   const auto hold = [&test, span] { test.machine.virtualTime->holdUp(span); };
   ORNHearingTestDelegate& told = *test.delegate;
@@ -114,32 +115,45 @@ void holdUpIn(SessionScript& test, const std::string& place, std::chrono::millis
     told.willTestAtHz = [hold, meet = told.willTestAtHz](auto&&... call) { hold(), meet(call...); };
   } else if (place == "threshold") {
     told.willSelectedAtHz = [hold, meet = told.willSelectedAtHz](auto&&... call) { meet(call...), hold(); };
+  } else if (place == "dialog") {
+    told.willTestAtHz = [&test, span, meet = told.willTestAtHz](auto&&... call) {
+      test.machine.virtualTime->runFor(span), meet(call...);
+    };
   } else if (place == "ear") {
     told.oneEarCompleteWithResult = [hold, meet = told.oneEarCompleteWithResult](auto&&... call) {
       meet(call...), hold();
     };
   } else {
-    for (double at = 4.3; at < 300; at += 5.9) test.at(at, hold);
+    for (double at = 4.3; at < 600; at += 5.9) test.at(at, hold);
   }
 }
 
+/// Both ears, however long they take.
+std::vector<std::string> testToItsEnd(SessionScript& test) {
+  test.hearsFrom(35);
+  for (const bool isLeft : {false, true}) {
+    test.session->startTest(isLeft);
+    const auto isOver = [&] { return isLeft ? test.session->isTestComplete() : test.session->isOneComplete(); };
+    EXPECT_TRUE(test.machine.virtualTime->runUntil(isOver, hours(3)));
+    test.run(5);
+  }
+  return order(test.takeTrace());
+}
+
 TEST(FaultRuns, AHoldUpAnywhereCostsTimeAndNoThreshold) {
-  const struct {
-    SessionScript::Type type;
-    SessionScript::Path path;
-    double secondsOfAnEar;
-  } tests[] = {{SessionScript::Auto, SessionScript::Earphones, 150},
-               {SessionScript::Auto, SessionScript::Audiometer, 150},
-               {SessionScript::Standard, SessionScript::Earphones, 1200}};
-  for (const auto& [type, path, ofAnEar] : tests) {
+  const std::pair<SessionScript::Type, SessionScript::Path> tests[] = {
+      {SessionScript::Auto, SessionScript::Earphones},
+      {SessionScript::Auto, SessionScript::Audiometer},
+      {SessionScript::Standard, SessionScript::Earphones}};
+  for (const auto& [type, path] : tests) {
     SessionScript well(type, path);
-    const auto wanted = order(wholeTest(well, ofAnEar));
+    const auto wanted = testToItsEnd(well);
     ASSERT_THAT(wanted.back(), testing::HasSubstr("complete L"));
-    for (const char* place : {"tone", "threshold", "ear", "between events"}) {
+    for (const char* place : {"tone", "threshold", "ear", "dialog", "between events"}) {
       for (const int span : {300, 1000, 3200, 9000}) {
         SessionScript test(type, path);
         holdUpIn(test, place, std::chrono::milliseconds(span));
-        EXPECT_EQ(order(wholeTest(test, ofAnEar + span / 2)), wanted) << type << path << place << span;
+        EXPECT_EQ(testToItsEnd(test), wanted) << type << path << place << span;
         EXPECT_EQ(test.submissions(), well.submissions());
       }
     }
@@ -212,6 +226,22 @@ TEST(FaultRuns, TwoSessionsInTurnOnTheOnePlayerDoNotHearEachOther) {
     const auto &all = test.machine.audioOutput->keptSamples(), &wanted = alone.machine.audioOutput->keptSamples();
     EXPECT_TRUE(std::equal(all.begin() + 12 * 2 * 48000, all.end(), wanted.begin(), wanted.end()));
   }
+}
+
+TEST(FaultRuns, ASessionThatIsOverDoesNotSilenceTheNextOne) {
+  SessionScript test(SessionScript::Auto, SessionScript::Audiometer);
+  wholeTest(test);
+  const auto next = std::dynamic_pointer_cast<ORNManualHearingTest>(ORNHearingTest::initWithTestType(0));
+  next->setKV50MAC("BB");
+  next->setAb(SessionScript::record("-50"));
+  next->startTest(false);
+  test.run(5);
+  test.session->pauseTest();
+  test.session->endTest();
+  test.session->pauseTest();
+  test.run(1);
+  EXPECT_GT(test.loudest(105.5, 106), 0);
+  next->endTest();
 }
 
 }  // namespace

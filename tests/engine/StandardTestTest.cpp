@@ -168,6 +168,19 @@ TEST(StandardRetest, LeavesTheNextToneSilentAfterAnUnheardAcceptanceOnTheAudiome
   EXPECT_NEAR(heard.loudest(heard.acceptance + 0.6, heard.acceptance + 3.9), 32767 * 0.0316228, 2);
 }
 
+TEST(StandardRetest, LeavesItSilentAlsoWhereTheHostPressesWithinTheTelling) {
+  StandardTest test(SessionScript::Audiometer);
+  test.presses(std::string(4 * 7, 'N') + "HHNNHNNN");
+  double acceptance = 0;
+  test.delegate->willSelectedAtHz = [&, settled = 0](ORNHearingTest& session, auto&&...) mutable {
+    if (++settled == 5) acceptance = test.now(), session.listened();
+  };
+  test.session->startTest(kRight);
+  test.machine.virtualTime->runUntil([&] { return acceptance > 0; }, std::chrono::seconds(500));
+  test.run(3.9);
+  EXPECT_EQ(test.loudest(acceptance + 0.6, acceptance + 3.9), 0);
+}
+
 TEST(StandardPause, ParksTheClockAndJudgesAtTheNextContinue) {
   StandardTest test;
   test.presses("H");

@@ -1,0 +1,235 @@
+// Every way in which a tone may not sound: it is never judged, the host is told why, and the test goes on where it was.
+
+#include <gmock/gmock.h>
+
+#include <ORNHearingTestSDK/audio/ORNPlayer.h>
+
+#include "SessionScript.h"
+
+namespace orn {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr bool kRight = false;
+
+/// The library's bundles, which may be left out.
+class Bundles final : public PosixFileManager {
+ public:
+  std::string documentsDirectory() const override { return {}; }
+  std::optional<std::string> resourceBundle(const std::string& name) const override {
+    return areShipped ? PosixFileManager::resourceBundle(name) : std::nullopt;
+  }
+
+  bool areShipped = true;
+};
+
+/// A right ear that hears 1000 Hz from 60 dB on, by what really comes out of the output.
+struct Ear : SessionScript {
+  Ear(Type type, Path path) : SessionScript(type, path) {
+    Platform platform = machine.platform();
+    platform.fileManager = bundles;
+    Platform::setCurrent(platform);
+    session->setTestHzs({"1000hz"});
+    if (path == Earphones) machine.audioOutput->keepSamples();
+    hearsFrom(60);
+  }
+
+  void calibrate(const ORNManualHearingTest::Record& record) {
+    session->setAb(record);
+    session->setRightVolue(record);
+  }
+
+  std::shared_ptr<Bundles> bundles = std::make_shared<Bundles>();
+};
+
+struct Way {
+  const char* name;
+  const char* told;
+  std::vector<SessionScript::Path> paths;
+  std::function<void(Ear&, bool isBroken)> set;
+};
+
+const std::vector<SessionScript::Path> kBoth{SessionScript::Earphones, SessionScript::Audiometer};
+
+ORNManualHearingTest::Record withoutValue() {
+  const auto record = SessionScript::record("-60");
+  record->setS1000(std::nullopt);
+  return record;
+}
+
+const Way kNoDevice{"no device", "output", kBoth,
+                    [](Ear& ear, bool isBroken) { ear.machine.audioOutput->setDevicePresent(!isBroken); }};
+const Way kHeldBack{"held back", "output", kBoth,
+                    [](Ear& ear, bool isBroken) { ear.machine.audioOutput->setHeldBack(isBroken); }};
+
+const Way kWays[] = {
+    kNoDevice,
+    kHeldBack,
+    {"no tone files",
+     "recording",
+     {SessionScript::Earphones},
+     [](Ear& ear, bool isBroken) { ear.bundles->areShipped = !isBroken; }},
+    {"no record", "calibration", kBoth,
+     [](Ear& ear, bool isBroken) { ear.calibrate(isBroken ? nullptr : SessionScript::record("-60")); }},
+    {"no value", "calibration", kBoth,
+     [](Ear& ear, bool isBroken) { ear.calibrate(isBroken ? withoutValue() : SessionScript::record("-60")); }},
+    {"no amplitude",
+     "calibration",
+     {SessionScript::Audiometer},
+     [](Ear& ear, bool isBroken) { ear.calibrate(SessionScript::record(isBroken ? "1e9" : "-60")); }},
+};
+
+void forEach(std::span<const Way> ways, const std::function<void(Ear&, const Way&)>& meet) {
+  for (const Way& way : ways) {
+    for (const auto path : way.paths) {
+      for (const auto type : {SessionScript::Auto, SessionScript::Standard}) {
+        SCOPED_TRACE(std::string(way.name) + " path " + std::to_string(path) + " type " + std::to_string(type));
+        Ear ear(type, path);
+        meet(ear, way);
+      }
+    }
+  }
+}
+
+std::string firstTone(const Ear& ear) {
+  const bool isStandard = ear.session->hzs().size() > 1;
+  return std::string(" R 1000hz ") + (isStandard ? "60db" : "40db");
+}
+
+/// Runs until the first threshold, which is the true one.
+void expectTruth(Ear& ear) {
+  std::string found;
+  ear.delegate->willSelectedAtHz = [&](auto&&, const std::string& hz, const std::string& db, bool) {
+    if (found.empty()) found = hz + " " + db;
+  };
+  ear.machine.virtualTime->runUntil([&] { return !found.empty(); }, std::chrono::seconds(100));
+  EXPECT_EQ(found, "1000hz 60db");
+}
+
+TEST(Silence, FromTheStartIsToldAndNotJudgedAndEndsWhereTheTestBegan) {
+  forEach(kWays, [](Ear& ear, const Way& way) {
+    way.set(ear, true);
+    ear.session->startTest(kRight);
+    ear.at(10, [&] { ear.session->listened(); });
+    ear.run(20);
+    EXPECT_THAT(ear.takeTrace(), ElementsAre(std::string("4 R missing ") + way.told));
+    EXPECT_THAT(*ear.session->getTestResult(kRight), IsEmpty());
+    EXPECT_EQ(ear.session->getTestProgress(), 0);
+    EXPECT_EQ(ear.loudest(0, 20), 0);
+    ear.session->continueTest();
+    ear.run(4);
+    EXPECT_THAT(ear.takeTrace(), ElementsAre(std::string("20 R missing ") + way.told));
+    way.set(ear, false);
+    ear.session->continueTest();
+    ear.run(1);
+    EXPECT_THAT(ear.takeTrace(), ElementsAre("24" + firstTone(ear)));
+    EXPECT_GT(ear.loudest(24.3, 25), 0);
+    expectTruth(ear);
+  });
+}
+
+TEST(Silence, IsTriedAgainOncePerToneWhereTheHostContinuesWithinTheTelling) {
+  forEach(kWays, [](Ear& ear, const Way& way) {
+    const auto told = ear.delegate->toneMissing;
+    ear.delegate->toneMissing = [told](ORNHearingTest& test, ToneMissingReason reason, bool isLeft) {
+      told(test, reason, isLeft);
+      test.continueTest();
+      dynamic_cast<ORNManualHearingTest&>(test).playAtHz("1000hz", "60");
+    };
+    way.set(ear, true);
+    ear.session->startTest(kRight);
+    ear.at(14, [&] { way.set(ear, false); });
+    ear.run(17);
+    const std::string missing = std::string(" R missing ") + way.told;
+    EXPECT_THAT(ear.takeTrace(), ElementsAre("4" + missing, "8" + missing, "12" + missing, "16" + firstTone(ear)));
+    expectTruth(ear);
+  });
+}
+
+TEST(Silence, WithinAToneHasItPresentedAgainUnlessItWasHeard) {
+  const Way ways[] = {kNoDevice, kHeldBack};
+  forEach(ways, [](Ear& ear, const Way& way) {
+    ear.hearsFrom(100);
+    ear.session->startTest(kRight);
+    ear.at(5.5, [&] { way.set(ear, true); });
+    ear.at(7, [&] { way.set(ear, false); });
+    ear.run(9);
+    EXPECT_THAT(ear.takeTrace(), ElementsAre("4" + firstTone(ear), "8" + firstTone(ear)));
+    EXPECT_GT(ear.loudest(8.3, 9), 0);
+    // Gone at the tone's end, and back later.
+    ear.at(11.9, [&] { way.set(ear, true); });
+    ear.run(10);
+    EXPECT_THAT(ear.takeTrace(), ElementsAre("12 R missing output"));
+    way.set(ear, false);
+    ear.hearsFrom(60);
+    ear.session->continueTest();
+    expectTruth(ear);
+  });
+}
+
+TEST(Silence, AfterAPressTakesNothingFromIt) {
+  forEach(std::span(&kNoDevice, 1), [](Ear& ear, const Way& way) {
+    ear.hearsFrom(15);
+    ear.session->startTest(kRight);
+    ear.at(5.5, [&] { way.set(ear, true); });
+    ear.run(9);
+    EXPECT_THAT(ear.takeTrace(), ElementsAre("4" + firstTone(ear), "8 R missing output")) << "of the next tone";
+    way.set(ear, false);
+    ear.session->continueTest();
+    ear.run(1);
+    EXPECT_THAT(ear.takeTrace(),
+                ElementsAre(firstTone(ear) == " R 1000hz 60db" ? "9 R 1000hz 50db" : "9 R 1000hz 30db"));
+  });
+}
+
+TEST(Silence, InOneToneAfterAnotherPausesTheTest) {
+  const Way ways[] = {kNoDevice, kHeldBack};
+  forEach(ways, [](Ear& ear, const Way& way) {
+    ear.hearsFrom(100);
+    for (const double start : {4, 8, 12, 16}) {
+      ear.at(start + 1, [&] { way.set(ear, true); });
+      ear.at(start + 2, [&] { way.set(ear, false); });
+    }
+    ear.session->startTest(kRight);
+    ear.run(60);
+    const std::string tone = firstTone(ear);
+    EXPECT_THAT(ear.takeTrace(), ElementsAre("4" + tone, "8" + tone, "12" + tone, "16" + tone, "20 R missing output"));
+    ear.hearsFrom(60);
+    ear.session->continueTest();
+    expectTruth(ear);
+  });
+}
+
+TEST(Silence, OfAManualToneRecordsNothing) {
+  for (const Way& way : kWays) {
+    for (const auto path : way.paths) {
+      Ear ear(SessionScript::Manual, path);
+      way.set(ear, true);
+      ear.session->startTest(kRight);
+      ear.session->playAtHz("1000hz", "60");
+      ear.session->listened();
+      EXPECT_THAT(ear.takeTrace(), ElementsAre(std::string("0 R missing ") + way.told)) << way.name;
+      way.set(ear, false);
+      ear.session->playAtHz("1000hz", "60");
+      ear.session->listened();
+      EXPECT_THAT(ear.takeTrace(), ElementsAre("0 R 1000hz 60db", "0 R -> 1000hz 60db", "0 R complete 1000hz=60"))
+          << way.name;
+    }
+  }
+}
+
+TEST(Silence, OfAFrequencyWithoutATableIsToldOnTheAudiometer) {
+  for (const char* hz : {"750hz", "abc", "", "99999999999999999999hz", "-1000hz"}) {
+    Ear ear(SessionScript::Auto, SessionScript::Audiometer);
+    ear.session->setTestHzs({hz});
+    ear.session->startTest(kRight);
+    ear.run(60);
+    EXPECT_THAT(ear.takeTrace(), ElementsAre("4 R missing recording")) << hz;
+    EXPECT_EQ(ear.loudest(0, 60), 0);
+  }
+}
+
+}  // namespace
+}  // namespace orn
