@@ -81,7 +81,7 @@ std::shared_ptr<ORNHearingTestViewController> ORNHearingTestViewController::init
 ORNHearingTestViewController::~ORNHearingTestViewController() {
   try {
     withTest([](ORNHearingTest& session) { session.endTest(); });
-    ORNSystemVolumeManager::reStoreSystemVolume();
+    putVolumeBack();
   } catch (const std::logic_error&) {
     // The platform has gone before its windows; there is no volume to put back.
   }
@@ -135,8 +135,7 @@ void ORNHearingTestViewController::observeRoute() {
 }
 
 void ORNHearingTestViewController::viewDidLoad() {
-  ORNSystemVolumeManager::saveSystemVolume();
-  ORNSystemVolumeManager::setSystemVolumeToMax();
+  driveVolume();
   for (ChessboardView* one : {chessView(), rightChessView()}) {
     one->setDelegate(boardDelegate_);
     one->setDatasource(boardSource_);
@@ -152,15 +151,25 @@ void ORNHearingTestViewController::viewDidLoad() {
 }
 
 void ORNHearingTestViewController::viewDidAppear() {
-  ORNSystemVolumeManager::setSystemVolumeToMax();
+  driveVolume();
   setBoardsTouchable(isManual(test_));
 }
 
 void ORNHearingTestViewController::viewDidDisappear() {
   withTest([](ORNHearingTest& session) { session.pauseTest(); });
-  ORNSystemVolumeManager::reStoreSystemVolume();
+  putVolumeBack();
   // Gone for good: no tone that is still due may sound where there is no screen.
   if (!navigationController()) withTest([](ORNHearingTest& session) { session.endTest(); });
+}
+
+/// Saves what it puts back, once until then: between two times on screen the volume is the user's.
+void ORNHearingTestViewController::driveVolume() {
+  if (!std::exchange(drivesVolume_, true)) ORNSystemVolumeManager::saveSystemVolume();
+  ORNSystemVolumeManager::setSystemVolumeToMax();
+}
+
+void ORNHearingTestViewController::putVolumeBack() {
+  if (std::exchange(drivesVolume_, false)) ORNSystemVolumeManager::reStoreSystemVolume();
 }
 
 void ORNHearingTestViewController::layOut() {

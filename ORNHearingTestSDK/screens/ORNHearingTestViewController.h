@@ -121,6 +121,8 @@ class ORN_SCREENS_EXPORT ORNHearingTestViewController final : public Screen {
   void watchSession();
   void watchBoards();
   void observeRoute();
+  void driveVolume();
+  void putVolumeBack();
   ChessboardView* board(bool isLeft) { return isLeft ? chessView() : rightChessView(); }
   ChessboardView* makeBoard(QPointer<ChessboardView>& slot, bool isLeft);
   QRect boardFrame() const;
@@ -131,6 +133,7 @@ class ORN_SCREENS_EXPORT ORNHearingTestViewController final : public Screen {
 
   std::shared_ptr<ORNHearingTest> test_;
   bool isFirstRight_ = true;
+  bool drivesVolume_ = false;
   std::vector<std::string> testHzs_;
   QPointer<HeardButton> heardDragButton_;
   QPointer<ChessboardView> chessView_, rightChessView_;

@@ -208,6 +208,49 @@ TEST(TestScreen, ClosesAtAnyMomentInSilenceAndLeavesNothing) {
   }
 }
 
+TEST(TestScreen, PutsTheVolumeBackOnceAndOnlyWhereItDroveIt) {
+  const auto userSetsVolume = [](ScreensScript& script) { script.machine.audioSession->setOutputVolume(0.75F); };
+  const std::tuple<const char*, std::function<void(ScreensScript&)>, float> table[] = {
+      {"its calibration is not fetched",
+       [](ScreensScript& script) {
+         script.plug(0);
+         script.answers(std::nullopt);
+         script.clickRow(0);
+         script.run();
+         ASSERT_TRUE(script.test()) << "kept, and never shown";
+       },
+       kUsersVolume},
+      {"the user sets the volume after the test",
+       [&](ScreensScript& script) {
+         script.startTest(0);
+         script.test()->cancelButtonClicked();
+         script.run();
+         userSetsVolume(script);
+       },
+       0.75F},
+      {"the user sets the volume while another screen is over it",
+       [&](ScreensScript& script) {
+         script.startTest(0);
+         script.window->front()->push(ORNTestResultViewController::init());
+         script.run();
+         userSetsVolume(script);
+         script.click("‹ 右耳测试");
+         EXPECT_EQ(script.volume(), 1.0F);
+         script.test()->cancelButtonClicked();
+         script.run();
+       },
+       0.75F},
+  };
+  for (const auto& [name, use, volume] : table) {
+    ScreensScript script;
+    use(script);
+    script.select.reset();
+    script.window.reset();
+    Hands::settle();
+    EXPECT_EQ(script.volume(), volume) << name;
+  }
+}
+
 TEST(TestScreen, WithoutCalibrationSaysSoAndCloses) {
   for (const char* reply : {R"({"rspCode":1})", R"({"rspCode":0,"deviceVolumeIOS":[{"ear":2}]})"}) {
     ScreensScript script;
