@@ -117,6 +117,13 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   const Record& xxyy() const { return xxyy_; }
   void setXxyy(Record record) { xxyy_ = std::move(record); }
 
+  /// What setNosiseValue() was given is dropped.
+  std::optional<double> nosiseValue() const { return std::nullopt; }
+
+  /// Kept and without effect.
+  bool isShowLog() const { return isShowLog_; }
+  void setIsShowLog(bool isShowLog) { isShowLog_ = isShowLog; }
+
   /// Any thread, one at a time; see PlayerGetDataSouce. Always a full block.
   std::span<const std::uint8_t> playerGetData() override;
 
@@ -173,6 +180,7 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   int earsStarted_ = 0;
   bool isEnded_ = false;
   bool isCurrentToneMissing_ = false;
+  bool isShowLog_ = false;
   float per_ = 0;
   const std::int32_t startY_ = 0;
   std::optional<std::string> KV50MAC_;
