@@ -24,6 +24,8 @@ class ORN_EXPORT ORNPlayer {
   ORNPlayer(const ORNPlayer&) = delete;
   ORNPlayer& operator=(const ORNPlayer&) = delete;
 
+  /// Kept and without effect.
+  bool isShowLog() const { return isShowLog_; }
   void setLogEnable(bool enabled) { isShowLog_ = enabled; }
 
   // For each frequency: the recordings for levels up to 40 dB and above; null if a recording can't be opened, and the

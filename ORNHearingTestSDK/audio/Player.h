@@ -59,6 +59,9 @@ class ORN_EXPORT Player {
 
   const AudioStreamBasicDescription& audioDescription() const { return audioDescription_; }
 
+  /// Always null: blocks go from the source to the queue's own buffers.
+  const std::uint8_t* pcmDataBuffer() const { return nullptr; }
+
   /// Least size of a buffer in bytes; read once, when the player is made.
   std::uint64_t bufferSize() const { return bufferSize_; }
   void setBufferSize(std::uint64_t bufferSize) { bufferSize_ = bufferSize; }

@@ -25,7 +25,7 @@ void ORNDeviceCorrectAction::saveCorrect(std::int32_t /*correct*/) {
 
 void ORNDeviceCorrectAction::getDeviceCorrectsWithErji(std::int32_t /*erji*/, Completion completion) {
   const Platform& platform = Platform::current();
-  if (integerValue(platform.userDefaults->value("LOCAL")) == 0) return;
+  if (!boolValue(platform.userDefaults->value("LOCAL"))) return;
   platform.runLoop->dispatchAsync([done = std::move(completion)] {
     if (done) done(nullptr);
   });

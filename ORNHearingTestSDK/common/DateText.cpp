@@ -6,8 +6,11 @@
 namespace orn {
 
 std::string dateText(std::chrono::system_clock::time_point date, const char* pattern) {
-  const std::time_t seconds =
-      std::chrono::floor<std::chrono::seconds>(date).time_since_epoch() / std::chrono::seconds(1);
+  return dateText(std::chrono::floor<std::chrono::seconds>(date), pattern);
+}
+
+std::string dateText(std::chrono::sys_seconds date, const char* pattern) {
+  const std::time_t seconds = date.time_since_epoch().count();
   std::tm calendar{};
   if (!localtime_r(&seconds, &calendar)) return {};
   std::array<char, 64> text{};

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include <ORNHearingTestSDK/common/EarResult.h>
+#include <ORNHearingTestSDK/platform/URLSession.h>
 
 namespace orn {
 
@@ -40,6 +42,10 @@ struct ORNHearingTestDelegate {
   /// has been paused. In a timed test continueTest() tries the same tone again, at once or, called from within this
   /// call, one presentation time later; in a manual one playAtHz() does, but not from within this call.
   std::function<void(ORNHearingTest& hearingTest, ToneMissingReason reason, bool isLeft)> toneMissing;
+
+  /// The submission of the session's result has ended, once for each: without an error if the service has taken it,
+  /// else with the reason, a refusal in the service's own words included. See ResultSubmission::submit.
+  std::function<void(ORNHearingTest& hearingTest, const std::optional<Error>& error)> submissionEnded;
 };
 
 }  // namespace orn

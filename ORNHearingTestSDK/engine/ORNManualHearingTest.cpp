@@ -241,8 +241,11 @@ void ORNManualHearingTest::callAllComplete() {
   tellDelegate(&ORNHearingTestDelegate::completeWithLeftResult, *getTestResult(true), *getTestResult(false));
   if (isEnded_) return;
   // An audiometer's result carries its address in the model's place.
-  listenTestWithLeft(*getTestResult(true), *getTestResult(false), usesAudiometer() ? KV50MAC_ : earPlugModel(),
-                     [](std::nullptr_t, const std::optional<Error>&) {});
+  ResultSubmission::submit(*getTestResult(true), *getTestResult(false), usesAudiometer() ? KV50MAC_ : earPlugModel(),
+                           [session = std::weak_ptr(self(this))](const std::optional<Error>& error) {
+                             const auto told = session.lock();
+                             if (told) told->tellDelegate(&ORNHearingTestDelegate::submissionEnded, error);
+                           });
 }
 
 std::optional<EarResult> ORNManualHearingTest::getTestResult(bool isLeft) const { return results_.dictionary(isLeft); }

@@ -120,6 +120,13 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   const Record& xxyy() const { return audiometer_.xxyy; }
   void setXxyy(Record record) { audiometer_.xxyy = std::move(record); }
 
+  /// What setNosiseValue() was given is dropped.
+  std::optional<double> nosiseValue() const { return std::nullopt; }
+
+  /// Kept and without effect.
+  bool isShowLog() const { return isShowLog_; }
+  void setIsShowLog(bool isShowLog) { isShowLog_ = isShowLog; }
+
   /// Any thread, one at a time; see PlayerGetDataSouce. Always a full block.
   std::span<const std::uint8_t> playerGetData() override;
 
@@ -183,6 +190,7 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   bool isEnded_ = false;
   Item missingItem_;
   bool isTellingOfMissing_ = false;
+  bool isShowLog_ = false;
   const std::int32_t startY_ = 0;
   std::optional<std::string> KV50MAC_;
 };

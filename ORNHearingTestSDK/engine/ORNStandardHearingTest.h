@@ -39,6 +39,9 @@ class ORN_EXPORT ORNStandardHearingTest final : public TimedHearingTest {
   HearingTestColumn& manageReTestLeftDictory();
   HearingTestColumn& manageReTestRightDictory();
 
+  /// Always null: the search has no clock of its own.
+  std::shared_ptr<Timer> autoFindPlayTimer() const { return nullptr; }
+
  private:
   ORNStandardHearingTest() = default;
 

@@ -13,7 +13,8 @@ namespace orn {
 /// A persisted value with its type; a date at least to the second.
 using DefaultsValue = std::variant<bool, std::int64_t, double, std::string, std::chrono::system_clock::time_point>;
 
-/// Persistent store of the application's settings, by key. Any thread.
+/// Persistent store of the application's settings, by key. A text comes back as it was set, whatever its bytes: control
+/// characters, NUL, or what is no UTF-8. Keys are printable UTF-8. Any thread.
 class ORN_EXPORT UserDefaults {
  public:
   virtual ~UserDefaults() = default;

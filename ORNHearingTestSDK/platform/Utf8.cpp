@@ -5,10 +5,8 @@
 #include <cstdint>
 
 namespace orn {
-namespace {
 
-/// Length of the well-formed character that the text begins with; 0 if it begins with none.
-std::size_t characterLength(std::string_view text) {
+std::size_t utf8Length(std::string_view text) {
   constexpr std::array<std::uint32_t, 5> lowestOfLength = {0, 0, 0x80, 0x800, 0x10000};
   const auto first = static_cast<std::uint8_t>(text.front());
   const auto ones = static_cast<std::size_t>(std::countl_one(first));
@@ -25,11 +23,9 @@ std::size_t characterLength(std::string_view text) {
   return code < lowestOfLength[ones] || code > 0x10FFFF || isSurrogate ? 0 : ones;
 }
 
-}  // namespace
-
 bool isUtf8(std::string_view text) {
   while (!text.empty()) {
-    const auto length = characterLength(text);
+    const auto length = utf8Length(text);
     if (length == 0) return false;
     text.remove_prefix(length);
   }

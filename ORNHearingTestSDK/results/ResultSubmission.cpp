@@ -39,22 +39,46 @@ URLRequest submissionRequest(const ServiceIdentity& identity) {
                         percentEscaped(identity.appKey, kUnreserved));
 }
 
+/// What of a reply a callback is told.
+using Telling = const std::optional<Error>& (ServiceReply::*)() const;
+
+void send(URLRequest request, Telling telling, ResultSubmission::Ended ended) {
+  sendRequest(std::move(request), [main = MainQueue::current(), telling, ended = std::move(ended)](
+                                      const ServiceReply& reply, const json&) mutable {
+    main.dispatchAsync([ended = std::move(ended), error = (reply.*telling)()] {
+      if (ended) ended(error);
+    });
+  });
+}
+
+void sendResult(const EarResult& left, const EarResult& right, const std::optional<std::string>& earPlugModel,
+                const ServiceIdentity& identity, Telling telling, ResultSubmission::Ended ended) {
+  URLRequest request = submissionRequest(identity);
+  setHttpHeader(request);
+  setJSONBody(request, submissionBody(left, right, "0", earPlugModel));
+  send(std::move(request), telling, std::move(ended));
+}
+
 }  // namespace
 
 void ResultSubmission::listenTestWithLeft(const EarResult& left, const EarResult& right,
                                           const std::optional<std::string>& earPlugModel, Completion completion) {
-  const json body = submissionBody(left, right, "0", earPlugModel);
   const auto identity = serviceIdentity();
   if (!identity) return;
-  URLRequest request = submissionRequest(*identity);
-  setHttpHeader(request);
-  setJSONBody(request, body);
-  // The service's own code makes no difference to the callback.
-  sendRequest(std::move(request), [main = MainQueue::current(), done = std::move(completion)](const ServiceReply& reply,
-                                                                                              const json&) mutable {
-    main.dispatchAsync([done = std::move(done), error = reply.readingError()] {
-      if (done) done(nullptr, error);
-    });
+  // The service's own code makes no difference to this callback.
+  sendResult(left, right, earPlugModel, *identity, &ServiceReply::readingError,
+             [done = std::move(completion)](const std::optional<Error>& error) {
+               if (done) done(nullptr, error);
+             });
+}
+
+void ResultSubmission::submit(const EarResult& left, const EarResult& right,
+                              const std::optional<std::string>& earPlugModel, Ended ended) {
+  if (const auto identity = serviceIdentity()) {
+    return sendResult(left, right, earPlugModel, *identity, &ServiceReply::failure, std::move(ended));
+  }
+  MainQueue::current().dispatchAsync([ended = std::move(ended)] {
+    if (ended) ended(Error{kNotRegistered, 0, "nothing was sent: no application key or no user id is stored"});
   });
 }
 
@@ -68,12 +92,7 @@ void ResultSubmission::postListenTestWithLeft(const EarResult& left, const EarRe
   (void)HearingScore::computeEarTestResult(right);
   URLRequest request = submissionRequest(*identity);
   setJSONBody(request, submissionBody(left, right, base ? "1" : "0", earPlugModel));
-  sendRequest(std::move(request), [main = MainQueue::current(), done = std::move(completion)](const ServiceReply& reply,
-                                                                                              const json&) mutable {
-    main.dispatchAsync([done = std::move(done), error = reply.error()] {
-      if (done) done(error);
-    });
-  });
+  send(std::move(request), &ServiceReply::error, std::move(completion));
 }
 
 }  // namespace orn

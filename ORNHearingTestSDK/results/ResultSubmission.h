@@ -16,14 +16,21 @@ class ORN_EXPORT ResultSubmission {
  public:
   /// The first argument is always nothing. Success and a refusal by the service look alike.
   using Completion = std::function<void(std::nullptr_t, std::optional<Error>)>;
+  using Ended = std::function<void(const std::optional<Error>&)>;
   using PostCompletion = std::function<void(std::optional<Error>)>;
 
   ResultSubmission() = delete;
 
-  /// The submission that a session makes by itself. `earPlugModel` is the earphones' model, or the audiometer's address
+  /// A finished test to the service. `earPlugModel` is the earphones' model, or the audiometer's address
   /// in its place; the empty text if there is neither.
   static void listenTestWithLeft(const EarResult& left, const EarResult& right,
                                  const std::optional<std::string>& earPlugModel, Completion completion);
+
+  /// The same, told in full: no error if the service has taken the result, else the transport's or the parser's error,
+  /// a refusal as an error of the domain kServiceDomain, or one of kNotRegistered if there was nobody to send it for.
+  static void submit(const EarResult& left, const EarResult& right, const std::optional<std::string>& earPlugModel,
+                     Ended ended);
+  static constexpr auto kNotRegistered = "registration";
 
   /// A second entry for the host: `base` goes with the result, no common headers are sent and the timeout is 10 s.
   static void postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base,

@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <cctype>
 #include <exception>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/common/DefaultsReading.h>
 #include <ORNHearingTestSDK/common/JsonReading.h>
+#include <ORNHearingTestSDK/common/OneLine.h>
 #include <ORNHearingTestSDK/common/PercentEscapes.h>
 #include <ORNHearingTestSDK/platform/Device.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
@@ -53,7 +55,7 @@ json parseJSON(const std::string& text, std::optional<Error>& error) {
     if (value.is_structured()) return value;
     error = Error{"json", 1, "the reply is neither a JSON object nor a list"};
   } catch (const json::exception& failure) {
-    error = Error{"json", failure.id, failure.what()};
+    error = Error{"json", failure.id, oneLine(failure.what())};
   }
   return {};
 }
@@ -62,6 +64,15 @@ json asObject(json value, std::optional<Error>& error) {
   if (value.is_object()) return value;
   if (!error) error = Error{"json", 3, "the reply is no JSON object"};
   return json::object();
+}
+
+std::optional<Error> refusalIn(const json& reply) {
+  using Codes = std::numeric_limits<int>;
+  const std::int64_t code = jsonInteger(jsonMember(reply, "rspCode"));
+  if (code == 0) return std::nullopt;
+  const std::string words = oneLine(jsonText(jsonMember(reply, "rspDesc")).value_or(""));
+  const auto number = std::clamp<std::int64_t>(code, Codes::min(), Codes::max());
+  return Error{kServiceDomain, static_cast<int>(number), words.empty() ? "refused without a word" : words};
 }
 
 }  // namespace
@@ -118,13 +129,14 @@ json parseObject(const std::string& text, std::optional<Error>& error) {
 
 void sendRequest(URLRequest request, std::function<void(const ServiceReply&, json)> handler) {
   auto received = [handler = std::move(handler)](URLReply reply) {
-    ServiceReply result{std::move(reply.body), std::move(reply.error), {}, {}};
+    ServiceReply result{std::move(reply.body), std::move(reply.error), {}, {}, {}};
     json object = json::object();
     if (result.body) {
       result.sessionError.reset();
       json value = parseJSON(*result.body, result.parseError);
       result.envelopeError = result.parseError;
       object = asObject(std::move(value), result.envelopeError);
+      result.refusal = refusalIn(object);
     }
     handler(result, std::move(object));
   };

@@ -52,11 +52,21 @@ struct ServiceReply {
   std::optional<Error> sessionError;   ///< Present without a body, absent with one.
   std::optional<Error> parseError;     ///< Present if there is a body that is neither a JSON object nor a JSON list.
   std::optional<Error> envelopeError;  ///< Present if there is a body that is no JSON object.
+  std::optional<Error> refusal;        ///< Present if its "rspCode" is not 0: the service's own number and words.
 
   /// What the callback of an operation is told that reads nothing in the reply, and of one that does.
   const std::optional<Error>& error() const { return body ? parseError : sessionError; }
   const std::optional<Error>& readingError() const { return body ? envelopeError : sessionError; }
+
+  /// What whoever wants to know is told: the same, or the refusal.
+  const std::optional<Error>& failure() const { return readingError() ? readingError() : refusal; }
 };
+
+/// The domain of a refusal's error.
+inline constexpr auto kServiceDomain = "service";
+
+/// Whether an operation tells a refusal by the service as an error or as it tells a success.
+enum class Refusals { LookLikeSuccess, AreErrors };
 
 /// Sends a request. The handler is called once, on a thread of the URL session, with the reply and its JSON object,
 /// which is empty unless there is one.

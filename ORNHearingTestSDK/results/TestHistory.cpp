@@ -13,19 +13,19 @@ namespace orn {
 
 using nlohmann::json;
 
-void TestHistory::getListenTestWithCompletion(Completion completion) {
+void TestHistory::getListenTestWithCompletion(Completion completion, Refusals refusals) {
   const auto identity = serviceIdentity();
   if (!identity) return;
   URLRequest request = serviceRequest("user/acquireListenTest");
   setHttpHeader(request);
   setFormBody(request, {{"sdkKey", identity->appKey}, {"sdkUseId", identity->userID}});
-  sendRequest(std::move(request), [main = MainQueue::current(), done = std::move(completion)](const ServiceReply& reply,
-                                                                                              json object) mutable {
+  sendRequest(std::move(request), [main = MainQueue::current(), refusals, done = std::move(completion)](
+                                      const ServiceReply& reply, json object) mutable {
     // Moved and shared: a long list is not copied on its way.
     const auto tests = std::make_shared<json>();
-    const bool isAccepted = !reply.readingError() && jsonInteger(jsonMember(object, "rspCode")) == 0;
-    if (isAccepted && object.contains("listenTests")) *tests = std::move(object["listenTests"]);
-    main.dispatchAsync([done = std::move(done), tests, error = reply.readingError()] {
+    if (!reply.failure() && object.contains("listenTests")) *tests = std::move(object["listenTests"]);
+    main.dispatchAsync([done = std::move(done), tests,
+                        error = refusals == Refusals::AreErrors ? reply.failure() : reply.readingError()] {
       if (done) done(error, *tests);
     });
   });

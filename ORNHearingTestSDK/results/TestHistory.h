@@ -5,7 +5,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include <ORNHearingTestSDK/platform/URLSession.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
 
 namespace orn {
 
@@ -13,14 +13,14 @@ namespace orn {
 class ORN_EXPORT TestHistory {
  public:
   /// An error or nothing, then the list or null: dictionaries as the service sent them, in its order. A refusal by the
-  /// service gives neither.
+  /// service gives neither, or is the error where refusals are errors.
   using Completion = std::function<void(std::optional<Error>, const nlohmann::json& listenTests)>;
 
   TestHistory() = delete;
 
   /// Without a stored application key and user id nothing is sent and no callback comes; else it comes once, on the
   /// main thread. Main thread.
-  static void getListenTestWithCompletion(Completion completion);
+  static void getListenTestWithCompletion(Completion completion, Refusals refusals = Refusals::LookLikeSuccess);
 };
 
 }  // namespace orn

@@ -28,7 +28,8 @@ void store(UserDefaults& defaults, const StoredProfile& profile) {
 
 void UserProfile::setAppUserID(std::optional<std::string> appUserID, std::optional<std::string> username, bool isWomen,
                                std::optional<std::chrono::system_clock::time_point> birthday,
-                               std::optional<std::string> phone, CompletionHandler completionHandler) {
+                               std::optional<std::string> phone, CompletionHandler completionHandler,
+                               Refusals refusals) {
   if (!appUserID || !birthday || !phone) return;
   const std::string name = username.value_or("");
   const Platform& platform = Platform::current();
@@ -46,14 +47,15 @@ void UserProfile::setAppUserID(std::optional<std::string> appUserID, std::option
                                {"BIRTHDAY", *birthday},
                                {"PHONE", *phone},
                                {"USERNAME", name}}};
-  sendRequest(std::move(request),
-              [profile, defaults = platform.userDefaults, main = MainQueue::current(),
-               done = std::move(completionHandler)](const ServiceReply& reply, const auto&) mutable {
-                if (!reply.error()) store(*defaults, profile);
-                main.dispatchAsync([done = std::move(done), error = reply.error()] {
-                  if (done) done(error);
-                });
-              });
+  sendRequest(
+      std::move(request), [profile, defaults = platform.userDefaults, main = MainQueue::current(), refusals,
+                           done = std::move(completionHandler)](const ServiceReply& reply, const auto&) mutable {
+        if (!reply.error()) store(*defaults, profile);
+        main.dispatchAsync(
+            [done = std::move(done), error = refusals == Refusals::AreErrors ? reply.failure() : reply.error()] {
+              if (done) done(error);
+            });
+      });
 }
 
 }  // namespace orn

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include <ORNHearingTestSDK/platform/URLSession.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
 
 namespace orn {
 
@@ -19,10 +19,11 @@ class ORN_EXPORT UserProfile {
   /// Registers the user with the service and, once it has answered with JSON, whatever its answer, keeps the profile in
   /// the user defaults: USERID, USERSEX, BIRTHDAY, PHONE, USERNAME. Without an id, a birthday or a phone number nothing
   /// happens and the callback is never called; else it is called once, on the main thread, with the transport's or the
-  /// parser's error or with nothing. Main thread.
+  /// parser's error or with nothing; or, where refusals are errors, with the service's own. Main thread.
   static void setAppUserID(std::optional<std::string> appUserID, std::optional<std::string> username, bool isWomen,
                            std::optional<std::chrono::system_clock::time_point> birthday,
-                           std::optional<std::string> phone, CompletionHandler completionHandler);
+                           std::optional<std::string> phone, CompletionHandler completionHandler,
+                           Refusals refusals = Refusals::LookLikeSuccess);
 };
 
 }  // namespace orn

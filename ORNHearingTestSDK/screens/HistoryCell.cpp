@@ -1,11 +1,8 @@
 #include <ORNHearingTestSDK/screens/HistoryCell.h>
 
-#include <chrono>
-#include <cmath>
-
-#include <ORNHearingTestSDK/common/DateText.h>
 #include <ORNHearingTestSDK/results/HistoryScores.h>
 #include <ORNHearingTestSDK/results/ORNListenTest.h>
+#include <ORNHearingTestSDK/results/TestTime.h>
 #include <ORNHearingTestSDK/screens/Appearance.h>
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
 #include <ORNHearingTestSDK/screens/TextLabel.h>
@@ -15,15 +12,8 @@ namespace {
 
 constexpr double kLineSpace = 4;
 constexpr int kFontSize = 18;
-constexpr double kLatestMilliseconds = 9.2e12;  // what the system clock's nanoseconds hold: to the year 2261
 
 }  // namespace
-
-std::string testTimeText(double createDate) {
-  if (!(std::abs(createDate) < kLatestMilliseconds)) return {};
-  const std::chrono::milliseconds since1970(static_cast<std::int64_t>(std::floor(createDate)));
-  return dateText(std::chrono::system_clock::time_point(since1970), "%Y-%m-%d %H:%M:%S");
-}
 
 TextLabel* HistoryCell::viewWithTag(int tag) {
   const QString name = QString::number(tag);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include <QtCore/QString>
 
 #include <ORNHearingTestSDK/screens/TableCell.h>
@@ -34,8 +32,5 @@ class HistoryCell : public TableCell {
  private:
   void setText(int tag, const QString& text, const QRectF& frame);
 };
-
-/// A moment in milliseconds since 1970 in the device's time zone; empty for one that no calendar reaches.
-std::string testTimeText(double createDate);
 
 }  // namespace orn

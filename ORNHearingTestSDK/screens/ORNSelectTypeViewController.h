@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include <QtCore/QPointer>
@@ -37,6 +38,9 @@ class ORN_SCREENS_EXPORT ORNSelectTypeViewController final : public TableScreen 
   /// The test screen that is being prepared or shown, kept until the next one takes its place.
   const std::shared_ptr<ORNHearingTestViewController>& testVC() const { return testVC_; }
   void setTestVC(std::shared_ptr<ORNHearingTestViewController> testVC) { testVC_ = std::move(testVC); }
+
+  /// Always empty; the tests are the history screen's.
+  std::vector<std::string> tests() const { return {}; }
 
   /// Sizes of the rows' detail texts as last shown, in points.
   QSizeF jianceyiSize() const { return jianceyiSize_; }

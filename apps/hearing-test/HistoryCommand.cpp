@@ -1,16 +1,14 @@
 #include "hearing-test/HistoryCommand.h"
 
-#include <chrono>
 #include <cstdio>
 #include <stdexcept>
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include <ORNHearingTestSDK/common/DateText.h>
-#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
 #include <ORNHearingTestSDK/results/HistoryScores.h>
 #include <ORNHearingTestSDK/results/ORNListenTest.h>
-#include <ORNHearingTestSDK/results/ServiceRequest.h>
+#include <ORNHearingTestSDK/results/TestHistory.h>
+#include <ORNHearingTestSDK/results/TestTime.h>
 
 #include "hearing-test/HostMachine.h"
 
@@ -19,17 +17,14 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string dateOf(const ORNListenTest& test) {
-  // Beyond these no calendar goes; a service's nonsense shows as no date.
-  if (!(test.createDate() > -1e14 && test.createDate() < 1e14)) return {};
-  const auto sinceEpoch = std::chrono::milliseconds(static_cast<std::int64_t>(test.createDate()));
-  return dateText(std::chrono::system_clock::time_point(sinceEpoch), "%Y-%m-%d %H:%M:%S");
-}
-
 Json rowOf(const nlohmann::json& stored) {
   const auto test = ORNListenTest::modelObjectWithDictionary(stored);
   const HistoryScores scores = scoresOf(*test);
-  Json row{{"date", dateOf(*test)}, {"rightScore", scores.right}, {"leftScore", scores.left}, {"total", scores.total}};
+  const std::string date = testTimeText(test->createDate());
+  Json row{{"date", date.empty() ? "unreadable date" : date},
+           {"rightScore", scores.right},
+           {"leftScore", scores.left},
+           {"total", scores.total}};
   for (const bool isLeft : {true, false}) {
     Json& ear = row[isLeft ? "left" : "right"] = Json::object();
     for (const auto& [hz, db] : earResultOf(*test, isLeft)) ear[hz] = db;
@@ -60,14 +55,15 @@ int HistoryCommand::run() {
   if (!serviceIdentity()) throw std::runtime_error("nobody is registered: run 'hearing-test register' first");
   std::optional<Error> failure;
   Json rows = Json::array();
-  ORNHearingTest::getListenTestWithCompletion([&](std::optional<Error> error, const nlohmann::json& tests) {
+  const auto answered = [&](std::optional<Error> error, const nlohmann::json& tests) {
     failure = std::move(error);
     for (const auto& test : tests) rows.push_back(rowOf(test));
     stopLoopOf(machine);
-  });
+  };
+  TestHistory::getListenTestWithCompletion(answered, Refusals::AreErrors);
   runLoopOf(machine);
   Platform::clearCurrent();
-  if (failure) throw std::runtime_error("the service did not answer: " + failure->message);
+  if (failure) throw std::runtime_error("the service did not send the tests: " + failure->message);
   if (json_) {
     std::printf("%s\n", Json{{"tests", rows}}.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
   } else {

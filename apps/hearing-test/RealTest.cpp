@@ -6,7 +6,6 @@
 #include <utility>
 
 #include <ORNHearingTestSDK/audio/AudioRoute.h>
-#include <ORNHearingTestSDK/audio/ORNSystemVolumeManager.h>
 #include <ORNHearingTestSDK/engine/PresentationClock.h>
 #include <ORNHearingTestSDK/platform/AudioSession.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
@@ -38,8 +37,7 @@ RealTest::RealTest(RealTestPlan plan, TerminalInput& input)
       input_(input),
       audiogram_(plan_.out, plan_.frequencies),
       observer_(std::make_shared<AudioSessionObserver>()) {
-  ORNSystemVolumeManager::saveSystemVolume();
-  ORNSystemVolumeManager::setSystemVolumeToMax();
+  volume_.emplace();
   run_ = std::make_shared<TestRun>(plan_.type, plan_.frequencies, watch());
   observer_->routeChange = [this](std::int32_t reason) {
     if (reason == kAudioSessionRouteChangeReasonOldDeviceUnavailable) run_->fail("the device was disconnected");
@@ -48,31 +46,28 @@ RealTest::RealTest(RealTestPlan plan, TerminalInput& input)
     if (type != kAudioSessionInterruptionTypeEnded) run_->fail("another sound, a call say, has interrupted the test");
   };
   Platform::current().audioSession->addObserver(observer_);
-  input_.onInterrupt = [this] { run_->fail("interrupted; nothing of the test is kept"); };
+  input_.onInterrupt = [this] { interrupt(); };
 }
 
 RealTest::~RealTest() {
   input_.onKey = input_.onInterrupt = nullptr;
   if (pulse_) pulse_->invalidate();
-  monitor_.reset();
-  ORNSystemVolumeManager::reStoreSystemVolume();
 }
 
 simulation::TestWatch RealTest::watch() {
   simulation::TestWatch watch;
   watch.earStarts = [this](bool isLeft) { sayProgress(isLeft, 0); };
-  watch.tonePlays = [](const std::string&, const std::string&, bool) {
-    // Whoever turns the volume down in mid-test would make every level wrong.
-    if (ORNSystemVolumeManager::getSystemVolume() != 1) ORNSystemVolumeManager::setSystemVolumeToMax();
-  };
+  watch.tonePlays = [this](const std::string&, const std::string&, bool) { volume_->hold(); };
   watch.thresholdFound = [this](bool isLeft, const std::string& hz, const std::string& db) {
     audiogram_.setThreshold(isLeft, hz, db);
     sayProgress(isLeft, run_->progress());
   };
   watch.earEnds = [this](TestRun&, bool nextIsLeft) { startEarWhenReady(nextIsLeft); };
   watch.isOver = [this] {
-    if (finished_) finished_();
+    volume_.reset();
+    (outcome().isComplete ? completed_ : ended_)();
   };
+  watch.submissionEnded = [this] { ended_(); };
   return watch;
 }
 
@@ -81,8 +76,9 @@ void RealTest::sayProgress(bool isLeft, double progress) {
   audiogram_.say("Testing the " + earName(isLeft) + " ear: " + std::to_string(std::lround(progress * 100)) + " %");
 }
 
-void RealTest::begin(const ConnectedDevice& device, std::function<void()> finished) {
-  finished_ = std::move(finished);
+void RealTest::begin(const ConnectedDevice& device, std::function<void()> completed, std::function<void()> ended) {
+  completed_ = std::move(completed);
+  ended_ = std::move(ended);
   const auto start = [this] {
     if (run_->isOver()) return;
     if (plan_.listener) letListenerHear();
@@ -133,7 +129,16 @@ void RealTest::startEarWhenReady(bool isLeft) {
                  " ear. Press any key each time you hear a tone. Press one to start.");
 }
 
+void RealTest::interrupt() {
+  if (run_->isOver()) {
+    run_->giveSubmissionUp("interrupted before the service had taken the result");
+  } else {
+    run_->fail("interrupted; nothing of the test is kept");
+  }
+}
+
 void RealTest::keyCame() {
+  if (run_->isOver()) return;
   if (nextEar_) {
     run_->startEar(*std::exchange(nextEar_, std::nullopt));
   } else {

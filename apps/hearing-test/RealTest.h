@@ -8,6 +8,7 @@
 
 #include <ORNHearingTestSDK/platform/Platform.h>
 
+#include "hearing-test/FullVolume.h"
 #include "hearing-test/TerminalAudiogram.h"
 #include "simulation/TestRun.h"
 
@@ -39,8 +40,8 @@ struct ConnectedDevice {
   static ConnectedDevice find();
 };
 
-/// One test on the platform in force, in real time, with the volume held at full from its making to its end. A test
-/// whose process is suspended for some seconds fails, since a tone was judged that did not sound. Main thread.
+/// One test on the platform in force, in real time, with the volume held at full from its making until it is over. A
+/// test whose process is suspended for some seconds fails, since a tone was judged that did not sound. Main thread.
 class RealTest {
  public:
   RealTest(RealTestPlan plan, TerminalInput& input);
@@ -48,9 +49,10 @@ class RealTest {
   RealTest(const RealTest&) = delete;
   RealTest& operator=(const RealTest&) = delete;
 
-  /// Has the test going; finished is called once, when it is over.
-  void begin(const ConnectedDevice& device, std::function<void()> finished);
-  simulation::TestOutcome takeOutcome() { return run_->takeOutcome(); }
+  /// Has the test going. `completed` is called if it gets there, with the volume put back and the result not yet sent
+  /// to the service; `ended` once, when nothing more is to come.
+  void begin(const ConnectedDevice& device, std::function<void()> completed, std::function<void()> ended);
+  const simulation::TestOutcome& outcome() const { return run_->outcome(); }
 
  private:
   simulation::TestWatch watch();
@@ -59,11 +61,13 @@ class RealTest {
   void watchForHoldUps();
   void startEarWhenReady(bool isLeft);
   void keyCame();
+  void interrupt();
 
   RealTestPlan plan_;
   TerminalInput& input_;
   TerminalAudiogram audiogram_;
-  std::function<void()> finished_;
+  std::optional<FullVolume> volume_;
+  std::function<void()> completed_, ended_;
   std::optional<bool> nextEar_;  // waits for a key
   std::shared_ptr<AudioSessionObserver> observer_;
   std::shared_ptr<simulation::TestRun> run_;

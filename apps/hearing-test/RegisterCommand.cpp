@@ -2,34 +2,25 @@
 
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <optional>
 #include <stdexcept>
 #include <CLI/CLI.hpp>
 
-#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
+#include <ORNHearingTestSDK/common/ORNUtils.h>
+#include <ORNHearingTestSDK/results/AppRegistration.h>
+#include <ORNHearingTestSDK/results/UserProfile.h>
 
 #include "hearing-test/HostMachine.h"
 
 namespace orn {
 namespace {
 
-using std::chrono::system_clock;
-
-/// Local midnight of a date written as yyyy-MM-dd.
-std::optional<system_clock::time_point> dateOf(const std::string& text) {
-  std::tm calendar{};
-  const char* end = strptime(text.c_str(), "%Y-%m-%d", &calendar);
-  if (!end || *end != '\0') return std::nullopt;
-  const std::tm asked = calendar;
-  calendar.tm_isdst = -1;
-  const std::time_t seconds = std::mktime(&calendar);
-  if (calendar.tm_mday != asked.tm_mday || calendar.tm_mon != asked.tm_mon) return std::nullopt;  // no such day
-  return system_clock::from_time_t(seconds);
-}
-
-std::string checkDate(const std::string& text) {
-  return dateOf(text) ? std::string() : "'" + text + "' is no date of the form yyyy-MM-dd";
+/// A slip of the year would give the score another age, and with it another allowance.
+std::string checkBirthday(const std::string& text) {
+  const DateFormatter days = ORNUtils::birthdayFormatter();
+  const auto birthday = days.dateFromString(text);
+  const bool isPossible = birthday >= days.dateFromString("1900-01-01") && birthday <= std::chrono::system_clock::now();
+  return isPossible ? "" : "'" + text + "' is no day from 1900-01-01 to today, as yyyy-MM-dd";
 }
 
 }  // namespace
@@ -39,7 +30,7 @@ RegisterCommand::RegisterCommand(CLI::App& app) {
   command->add_option("--host", host_, "The service, as host or host:port; kept for the other commands")->required();
   command->add_option("--app-key", appKey_, "The application's key")->required();
   command->add_option("--id", id_, "Your id")->required();
-  command->add_option("--birthday", birthday_, "Your birthday, yyyy-MM-dd")->required()->check(checkDate);
+  command->add_option("--birthday", birthday_, "Your birthday, yyyy-MM-dd")->required()->check(checkBirthday);
   command->add_option("--phone", phone_, "Your phone number")->required();
   command->add_option("--name", name_, "Your name");
   command->add_flag("--woman", isWoman_, "You are a woman; a man if not given");
@@ -49,12 +40,14 @@ int RegisterCommand::run() {
   const Platform machine = hostMachine();
   Platform::setCurrent(machine);
   setServiceHost(machine, host_);
-  ORNHearingTest::registerAppKey(appKey_);
+  registerAppKey(appKey_);
   std::optional<Error> failure;
-  ORNHearingTest::setAppUserID(id_, name_, isWoman_, dateOf(birthday_), phone_, [&](std::optional<Error> error) {
+  const auto answered = [&](std::optional<Error> error) {
     failure = std::move(error);
     stopLoopOf(machine);
-  });
+  };
+  UserProfile::setAppUserID(id_, name_, isWoman_, ORNUtils::birthdayFormatter().dateFromString(birthday_), phone_,
+                            answered, Refusals::AreErrors);
   runLoopOf(machine);
   Platform::clearCurrent();
   if (failure) throw std::runtime_error("the service did not take the profile: " + failure->message);

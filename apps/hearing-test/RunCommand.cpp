@@ -1,7 +1,6 @@
 #include "hearing-test/RunCommand.h"
 
 #include <cstdio>
-#include <memory>
 #include <stdexcept>
 #include <CLI/CLI.hpp>
 
@@ -13,7 +12,6 @@
 #include "hearing-test/RealTest.h"
 #include "hearing-test/SimulateReport.h"
 #include "hearing-test/TerminalInput.h"
-#include "simulation/BlockingURLSession.h"
 
 namespace orn {
 namespace {
@@ -43,9 +41,7 @@ RunCommand::RunCommand(CLI::App& app) {
 
 int RunCommand::run() {
   holdEndingSignals();
-  Platform machine = hostMachine();
-  // A request is awaited, so that the result is with the service before the program ends.
-  machine.urlSession = std::make_shared<simulation::BlockingURLSession>(machine.urlSession);
+  const Platform machine = hostMachine();
   Platform::setCurrent(machine);
   setServiceHost(machine, host_);
   RealTestPlan plan;
@@ -60,18 +56,25 @@ int RunCommand::run() {
     const ConnectedDevice device = ConnectedDevice::find();
     if (!calibration_.empty()) plan.calibrationReply = calibrationReply(device.path, calibration_);
     RealTest test(plan, input);
-    test.begin(device, [&machine] { stopLoopOf(machine); });
+    test.begin(
+        device, [&] { print(test.outcome()); }, [&machine] { stopLoopOf(machine); });
     runLoopOf(machine);
-    outcome = test.takeOutcome();
+    outcome = test.outcome();
   }
   Platform::clearCurrent();
   if (!outcome.isComplete) throw std::runtime_error(outcome.failure);
+  if (!outcome.submissionFailure.empty()) throw std::runtime_error(outcome.submissionFailure);
+  return 0;
+}
+
+/// At once, since the service may take its time.
+void RunCommand::print(const simulation::TestOutcome& outcome) const {
   if (json_) {
     std::printf("%s\n", jsonReport(outcome).c_str());
   } else {
     printResult(outcome);
   }
-  return 0;
+  std::fflush(stdout);
 }
 
 }  // namespace orn

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "hearing-test/ListenerOptions.h"
+#include "simulation/TestOutcome.h"
 
 namespace CLI {
 class App;
@@ -20,6 +21,8 @@ class RunCommand {
   int run();
 
  private:
+  void print(const simulation::TestOutcome& outcome) const;
+
   std::string type_ = "auto";
   std::vector<std::string> frequencies_{"1000", "2000", "4000", "500"};
   bool hasListener_ = false;

@@ -93,6 +93,7 @@ int SimulateCommand::run() {
   } else {
     printReport(test, outcome);
   }
+  if (!outcome.submissionFailure.empty()) throw std::runtime_error(outcome.submissionFailure);
   return 0;
 }
 

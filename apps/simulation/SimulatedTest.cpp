@@ -41,10 +41,13 @@ const char* deviceOf(OutputPath path) {
   return path == OutputPath::Audiometer ? kSimulatedAddress : kSimulatedEarphoneModel;
 }
 
+/// What a reply has handed to the main thread.
+void hearReplies(Machine& machine) { machine.simulated.virtualTime->runFor(seconds(0)); }
+
 void calibrate(TestRun& run, const TestPlan& plan, Machine& machine) {
   if (!plan.service) return run.calibrate(plan.path, deviceOf(plan.path), plan.calibrationReply);
   run.fetchCalibration(plan.path, deviceOf(plan.path), [] {});
-  machine.simulated.virtualTime->runFor(seconds(0));  // what the reply has handed to the main thread
+  hearReplies(machine);
 }
 
 }  // namespace
@@ -68,6 +71,7 @@ TestOutcome runSimulatedTest(const TestPlan& plan, const TestWatch& watch) {
   if (!machine.simulated.virtualTime->runUntil([&run] { return run->isOver(); }, kLongestTest)) {
     run->fail("the test did not come to an end");
   }
+  hearReplies(machine);
   TestOutcome outcome = run->takeOutcome();
   outcome.elapsedSeconds = std::chrono::duration<double>(wallClock.now()).count();
   if (plan.keepsSamples) outcome.samples = output->keptSamples();

@@ -28,6 +28,7 @@ struct TestOutcome {
   EarResult left, right;
   std::int64_t leftLoss = 0, rightLoss = 0;  ///< dB, by the profile in the settings.
   std::string leftVerdict, rightVerdict;
+  std::string submissionFailure;  ///< One line, where the service should have the result and has not.
   std::vector<Presentation> presentations;
   double simulatedSeconds = 0;        ///< In the loop's time.
   double elapsedSeconds = 0;          ///< On the wall.

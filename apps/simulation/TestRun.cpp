@@ -6,6 +6,7 @@
 #include <ORNHearingTestSDK/engine/PresentationClock.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
+#include <ORNHearingTestSDK/results/ResultSubmission.h>
 
 namespace orn::simulation {
 namespace {
@@ -110,6 +111,11 @@ void TestRun::fail(const std::string& why) {
   if (watch_.isOver) watch_.isOver();
 }
 
+void TestRun::giveSubmissionUp(const std::string& why) {
+  outcome_.submissionFailure = why;
+  if (watch_.submissionEnded) watch_.submissionEnded();
+}
+
 void TestRun::watchDelegate() {
   delegate_->willTestAtHz = [this](ORNHearingTest&, const std::string& hz, const std::string& db, float volume,
                                    bool isLeft) { presented(hz, db, volume, isLeft); };
@@ -125,6 +131,12 @@ void TestRun::watchDelegate() {
   };
   delegate_->toneMissing = [this](ORNHearingTest&, ToneMissingReason reason, bool isLeft) {
     fail(whyMissing(reason, isLeft ? "left" : "right"));
+  };
+  delegate_->submissionEnded = [this](ORNHearingTest&, const std::optional<Error>& error) {
+    // Without a registered user there is no service to send a result to.
+    const bool isFailure = error && error->domain != ResultSubmission::kNotRegistered;
+    if (isFailure) outcome_.submissionFailure = "the service did not take the result: " + error->message;
+    if (watch_.submissionEnded) watch_.submissionEnded();
   };
 }
 

@@ -29,8 +29,11 @@ struct TestWatch {
   /// The first ear is done; the other one, the left if that is told, waits for TestRun::startEar().
   std::function<void(TestRun& run, bool nextIsLeft)> earEnds;
 
-  /// The test is complete or has failed.
+  /// The test is complete or has failed; a complete one has not yet been submitted.
   std::function<void()> isOver;
+
+  /// Nothing more is to come of a complete test: the service has the result or not, or nobody is registered there.
+  std::function<void()> submissionEnded;
 };
 
 /// One test of both ears on the platform in force, from its calibration to its outcome: a session, its delegate and, if
@@ -65,6 +68,9 @@ class TestRun {
 
   /// Ends the test without a result.
   void fail(const std::string& why);
+
+  /// Waits no longer for the service to take the result of a complete test.
+  void giveSubmissionUp(const std::string& why);
 
   /// Of the ear under test, 0 to 1.
   double progress() const;

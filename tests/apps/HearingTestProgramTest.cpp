@@ -9,9 +9,13 @@
 #include <string>
 #include <nlohmann/json.hpp>
 
+#include "hearing-service/HearingService.h"
+
 namespace {
 
 using nlohmann::json;
+using orn::service::HearingService;
+using orn::service::Misbehaviour;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -35,8 +39,8 @@ class HearingTestProgram : public testing::Test {
   void TearDown() override { std::filesystem::remove_all(folder_); }
 
   ProgramRun run(const std::string& arguments) {
-    const std::string command = std::string(ORN_HEARING_TEST) + " " + arguments + " >" + (folder_ / "out").string() +
-                                " 2>" + (folder_ / "err").string();
+    const std::string command = "HOME=" + folder_.string() + " " + ORN_HEARING_TEST + " " + arguments + " >" +
+                                (folder_ / "out").string() + " 2>" + (folder_ / "err").string();
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(folder_ / "out"), contents(folder_ / "err")};
   }
@@ -122,6 +126,43 @@ TEST_F(HearingTestProgram, WrongUsageIsExitTwoAndFailuresAreOneLine) {
   }
   EXPECT_EQ(run("--help").code, 0);
   EXPECT_EQ(run("simulate --help").code, 0);
+}
+
+/// "--host" and where the service is, and whoever it is that registers.
+std::string hostOf(const HearingService& service) { return " --host 127.0.0.1:" + std::to_string(service.port()); }
+std::string registers(const HearingService& service, const std::string& birthday = "1980-03-05") {
+  return "register --app-key KEY --id user --phone 1 --birthday " + birthday + hostOf(service);
+}
+
+TEST_F(HearingTestProgram, WhatTheServiceDoesNotTakeIsSaidInOneLine) {
+  HearingService service;
+  const std::string simulates = "simulate --json --frequencies 1000" + hostOf(service);
+  for (const std::string& command : {simulates, registers(service), simulates, std::string("history")}) {
+    ASSERT_EQ(run(command).code, 0) << command;
+  }
+  const std::pair<Misbehaviour::Kind, const char*> table[] = {{Misbehaviour::Kind::Refuse, "refused as it was told to"},
+                                                              {Misbehaviour::Kind::Garbage, "parse error"},
+                                                              {Misbehaviour::Kind::NoBody, "the reply has no body"}};
+  for (const auto& [kind, why] : table) {
+    service.misbehave({kind});
+    for (const std::string& command : {simulates, registers(service), std::string("history")}) {
+      const ProgramRun ran = run(command);
+      EXPECT_EQ(ran.code, 1) << command;
+      EXPECT_THAT(ran.err, HasSubstr(why)) << command;
+      EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;
+      EXPECT_EQ(ran.out.empty(), command != simulates) << "the calibration is cached, and the test was taken";
+    }
+  }
+}
+
+TEST_F(HearingTestProgram, ABirthdayIsADayFrom1900ToToday) {
+  const HearingService service;
+  for (const char* birthday : {"1080-03-05", "1899-12-31", "2200-01-01", "1980-02-30", "1980-03", "05.03.1980"}) {
+    EXPECT_EQ(run(registers(service, birthday)).code, 2) << birthday;
+  }
+  for (const char* birthday : {"1900-01-01", "$(date +%Y-%m-%d)"}) {
+    EXPECT_EQ(run(registers(service, birthday)).code, 0) << birthday;
+  }
 }
 
 }  // namespace

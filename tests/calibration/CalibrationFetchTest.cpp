@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include <tests/results/ServiceScript.h>
+#include <ORNHearingTestSDK/calibration/ORNDeviceAction.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
 #include <ORNHearingTestSDK/common/PropertyList.h>
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
@@ -256,6 +257,27 @@ TEST_F(CalibrationFetch, ASessionReleasedMeanwhileIsNotMissed) {
   run();
   EXPECT_THAT(heard, ElementsAre("ok", "ok"));
   EXPECT_THAT(files(), ElementsAre("Phone1,1_1", "__AA_BB_CC_DD_EE_FF"));
+}
+
+TEST_F(CalibrationFetch, OfTheActionIsAnsweredWhereASettingIsTrue) {
+  const std::pair<std::optional<DefaultsValue>, bool> table[] = {
+      {true, true},          {std::int64_t{-1}, true},
+      {0.5, true},           {"YES"s, true},
+      {"true"s, true},       {"1"s, true},
+      {false, false},        {std::int64_t{0}, false},
+      {0.0, false},          {"NO"s, false},
+      {""s, false},          {"0"s, false},
+      {"no Y"s, false},      {std::chrono::system_clock::time_point(), false},
+      {std::nullopt, false},
+  };
+  for (const auto& [setting, isAnswered] : table) {
+    machine.userDefaults->removeValue("LOCAL");
+    if (setting) machine.userDefaults->setValue("LOCAL", *setting);
+    int answers = 0;
+    ORNDeviceCorrectAction::getDeviceCorrectsWithErji(0, [&](const auto& records) { answers += records ? 10 : 1; });
+    run();
+    EXPECT_EQ(answers, isAnswered ? 1 : 0) << (setting ? setting->index() : 99);
+  }
 }
 
 }  // namespace

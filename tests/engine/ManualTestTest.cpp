@@ -168,6 +168,41 @@ TEST(ManualCompletion, ComesAgainWithASecondPress) {
   test.run(1);  // the service answers
 }
 
+TEST(ManualCompletion, TellsWhatBecameOfItsSubmission) {
+  const struct {
+    URLReply reply;
+    bool isRegistered, isHeld;
+    std::string told;
+  } table[] = {
+      {{R"({"rspCode":0})", {}}, true, true, "taken"},
+      {{R"({"rspCode":7,"rspDesc":"no such user"})", {}}, true, true, "service: no such user"},
+      {{{}, Error{"transport", 7, "gone"}}, true, true, "transport: gone"},
+      {{R"({"rspCode":0})", {}},
+       false,
+       true,
+       "registration: nothing was sent: no application key or no user id is stored"},
+      {{R"({"rspCode":7})", {}}, true, false, ""},
+      {{R"({"rspCode":7})", {}}, false, false, ""},
+  };
+  for (const auto& [reply, isRegistered, isHeld, told] : table) {
+    ManualTest test;
+    test.machine.urlSession->script("", reply);
+    if (!isRegistered) test.machine.userDefaults->removeValue("USERID");
+    std::string heard;
+    test.delegate->submissionEnded = [&](ORNHearingTest& session, const std::optional<Error>& error) {
+      EXPECT_EQ(&session, test.session.get());
+      heard += error ? error->domain + ": " + error->message : "taken";
+    };
+    test.settleAll("40");
+    test.session->startTest(kLeft);
+    test.settleAll("40");
+    EXPECT_EQ(heard, "") << "within the call";
+    if (!isHeld) test.session.reset();
+    test.run(1);
+    EXPECT_EQ(heard, told);
+  }
+}
+
 TEST(ManualStart, EmptiesTheListOfItsEarAlone) {
   ManualTest test;
   test.settle("1000hz", "40");

@@ -2,6 +2,8 @@
 #include <thread>
 #include <utility>
 
+#include <ORNHearingTestSDK/results/ResultSubmission.h>
+
 #include "ServiceScript.h"
 
 namespace orn {
@@ -39,6 +41,9 @@ TEST(FailureTable, TellsEachCallbackWhatCameOfItsRequest) {
   } table[] = {
       {"getListenTest", "transport 7 gone", "json", "json", "ok", "ok [{\"id\":2},{\"id\":1}]"},
       {"listenTest", "transport 7 gone", "json", "json", "ok", "ok"},
+      {"submit", "transport 7 gone", "json", "json", "service", "ok"},
+      {"getListenTest, refusals told", "transport 7 gone", "json", "json", "service", "ok [{\"id\":2},{\"id\":1}]"},
+      {"setAppUserID, refusals told", "transport 7 gone", "json", "json", "service", "ok"},
       {"postListenTest", "transport 7 gone", "json", "ok", "ok", "ok"},
       {"setAppUserID", "transport 7 gone", "json", "ok", "ok", "ok"},
       {"setKV50MAC", "transport 7 gone", "ok", "ok", "ok", "ok"},
@@ -77,6 +82,42 @@ TEST(FailureTable, WithoutAKeyNothingIsSentAndNothingHeard) {
       EXPECT_EQ(heardBy(script, serviceOperation(operation)), "nothing") << operation << " without " << missing;
       EXPECT_EQ(script.requestCount(), 0U);
     }
+    ServiceScript script;
+    script.knowsUser();
+    script.machine.userDefaults->removeValue(missing);
+    EXPECT_EQ(heardBy(script, serviceOperation("submit")), "registration 0") << "this one tells it";
+    EXPECT_EQ(script.requestCount(), 0U);
+  }
+}
+
+TEST(FailureTable, TellsARefusalInTheServicesWordsOnOneShortLine) {
+  const std::string ears = "\u542c\u529b", filler(1000, 'x');
+  const std::pair<std::string, std::string> table[] = {
+      {R"({"rspCode":7,"rspDesc":"no such user"})", "service 7: no such user"},
+      {R"({"rspCode":"-2","rspDesc":")" + ears + R"("})", "service -2: " + ears},
+      {R"({"rspCode":1,"rspDesc":"a\r\n\tb\u0000\u0085\u2028c\u007f"})", "service 1: a   b   c "},
+      {R"({"rspCode":1,"rspDesc":")" + filler + "\"}", "service 1: " + filler.substr(0, 200) + "..."},
+      {R"({"rspCode":1,"rspDesc":")" + filler.substr(0, 199) + ears + "\"}",
+       "service 1: " + filler.substr(0, 199) + "..."},
+      {R"({"rspCode":1e30,"rspDesc":5})", "service 2147483647: refused without a word"},
+      {R"({"rspCode":1,"rspDesc":""})", "service 1: refused without a word"},
+      {"{\"a\xFF\n" + filler, ""},
+      {"\x01\xE5\x90", ""},
+  };
+  for (const auto& [reply, expected] : table) {
+    ServiceScript script;
+    script.knowsUser();
+    script.answers(reply);
+    std::optional<Error> heard;
+    ResultSubmission::submit({}, {}, "model", [&](const std::optional<Error>& error) { heard = error; });
+    script.run();
+    ASSERT_TRUE(heard) << reply;
+    if (!expected.empty()) {
+      EXPECT_EQ(heard->domain + " " + std::to_string(heard->code) + ": " + heard->message, expected);
+    }
+    EXPECT_LE(heard->message.size(), 203U);
+    EXPECT_EQ(heard->message.find('\n'), std::string::npos);
+    EXPECT_NO_THROW((void)nlohmann::json(heard->message).dump()) << "is to be UTF-8";
   }
 }
 

@@ -1,11 +1,15 @@
+#include <cmath>
+#include <cstdlib>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/results/ORNListenTest.h>
+#include <ORNHearingTestSDK/results/TestTime.h>
 
 namespace orn {
 namespace {
@@ -102,6 +106,25 @@ TEST(ORNListenTest, ConvertsNumbersAndFlags) {
     EXPECT_EQ(test->createDate(), row.number) << row.sent;
     EXPECT_EQ(test->diagnose(), row.flag) << row.sent;
   }
+}
+
+TEST(ORNListenTest, ATimeIsShownAsItIsOrNotAtAll) {
+  setenv("TZ", "UTC", 1);
+  tzset();
+  const std::pair<double, const char*> table[] = {
+      {0, "1970-01-01 00:00:00"},
+      {-1, "1969-12-31 23:59:59"},
+      {1'767'225'600'999, "2026-01-01 00:00:00"},
+      {9.3e12, "2264-09-14 21:20:00"},
+      {-9.3e12, "1675-04-18 02:40:00"},
+      {1e17, "3170843-11-07 09:46:40"},
+      {1e22, ""},
+      {-1e99, ""},
+      {NAN, ""},
+  };
+  for (const auto& [createDate, text] : table) EXPECT_EQ(testTimeText(createDate), text) << createDate;
+  unsetenv("TZ");
+  tzset();
 }
 
 TEST(ORNListenTest, ArchiveRoundTrip) {

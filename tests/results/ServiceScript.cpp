@@ -5,6 +5,10 @@
 #include <memory>
 
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/results/ResultSubmission.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
+#include <ORNHearingTestSDK/results/TestHistory.h>
+#include <ORNHearingTestSDK/results/UserProfile.h>
 
 namespace orn {
 
@@ -33,7 +37,8 @@ void ServiceScript::run() { machine.virtualTime->runFor(std::chrono::millisecond
 
 std::string told(const std::optional<Error>& error, const json& list) {
   std::string text = "ok";
-  if (error) text = error->domain == "json" ? "json" : error->domain + " " + std::to_string(error->code);
+  const bool isBare = error && (error->domain == "json" || error->domain == kServiceDomain);
+  if (error) text = isBare ? error->domain : error->domain + " " + std::to_string(error->code);
   if (error && error->message == "gone") text += " gone";
   return list.is_null() ? text : text + " " + list.dump();
 }
@@ -51,6 +56,11 @@ std::vector<ServiceOperation> serviceOperations() {
          ORNHearingTest::listenTestWithLeft(
              left, right, "model", [done](std::nullptr_t, const std::optional<Error>& error) { done(told(error)); });
        }},
+      {"submit",
+       [](const Done& done) {
+         ResultSubmission::submit(left, right, "model",
+                                  [done](const std::optional<Error>& error) { done(told(error)); });
+       }},
       {"postListenTest",
        [](const Done& done) {
          ORNManualHearingTest::postListenTestWithLeft(left, right, true, 1, 2, "noise", "another user", "start", "end",
@@ -61,6 +71,18 @@ std::vector<ServiceOperation> serviceOperations() {
        [](const Done& done) {
          ORNHearingTest::setAppUserID("id", "name", true, system_clock::time_point(std::chrono::hours(12)), "phone",
                                       [done](const std::optional<Error>& error) { done(told(error)); });
+       }},
+      {"getListenTest, refusals told",
+       [](const Done& done) {
+         TestHistory::getListenTestWithCompletion(
+             [done](const std::optional<Error>& error, const json& list) { done(told(error, list)); },
+             Refusals::AreErrors);
+       }},
+      {"setAppUserID, refusals told",
+       [](const Done& done) {
+         UserProfile::setAppUserID(
+             "id", "name", true, system_clock::time_point(std::chrono::hours(12)), "phone",
+             [done](const std::optional<Error>& error) { done(told(error)); }, Refusals::AreErrors);
        }},
       {"setKV50MAC",
        [](const Done& done) {

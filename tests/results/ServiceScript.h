@@ -35,7 +35,7 @@ struct ServiceScript {
   SimulatedPlatform machine;
 };
 
-/// What a callback was told, such as "ok", "transport 7 gone", "json" and, with a list, "ok [1,2]".
+/// What a callback was told, such as "ok", "transport 7 gone", "json", "service" and, with a list, "ok [1,2]".
 std::string told(const std::optional<Error>& error, const nlohmann::json& list = nullptr);
 
 /// An operation that asks the service; `done` is told what its callback was told.
@@ -44,7 +44,7 @@ struct ServiceOperation {
   std::function<void(std::function<void(const std::string&)> done)> start;
 };
 
-/// All seven of them, each with the same sample arguments.
+/// All of them, each with the same sample arguments.
 std::vector<ServiceOperation> serviceOperations();
 ServiceOperation serviceOperation(const std::string& name);
 

@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "SoundFixture.h"
+#include "hearing-service/HearingService.h"
 
 namespace orn {
 namespace {
@@ -53,24 +54,33 @@ class SoundProgram : public testing::Test {
     return {std::istreambuf_iterator<char>(stream), {}};
   }
 
-  /// Waits until the test's tones have begun, by what is printed then.
-  bool isUnderWay() const {
-    for (int i = 0; i < 1000; ++i) {
-      if (printed("out").find("Testing the right ear") != std::string::npos) return true;
+  template <class Condition>
+  static bool comes(Condition condition, std::chrono::seconds longest = 10s) {
+    for (auto waited = 0ms; waited < longest; waited += 10ms) {
+      if (condition()) return true;
       std::this_thread::sleep_for(10ms);
     }
     return false;
   }
 
+  /// Waits until the test's tones have begun, by what is printed then.
+  bool isUnderWay() const {
+    return comes([&] { return printed("out").find("Testing the right ear") != std::string::npos; });
+  }
   bool isFull() const {
-    for (int i = 0; i < 1000; ++i) {
-      if (server_.volumes("audiometer").find("100%") != std::string::npos) return true;
-      std::this_thread::sleep_for(10ms);
-    }
-    return false;
+    return comes([&] { return server_.volumes("audiometer").find("100%") != std::string::npos; });
+  }
+
+  /// Registers somebody whose service answers nothing from then on.
+  std::string slowService() {
+    const std::string host = " --host 127.0.0.1:" + std::to_string(service_.port());
+    EXPECT_EQ(exitCode(start("register --app-key KEY --id user --birthday 1980-03-05 --phone 1" + host)), 0);
+    service_.misbehave({service::Misbehaviour::Kind::Delay, 10min});
+    return host;
   }
 
   TestSoundServer server_{ServerKind::PulseAudio};
+  service::HearingService service_;
   std::string audiometer_, volumes_;
 };
 
@@ -90,8 +100,15 @@ TEST_F(SoundProgram, ShowsTheDevices) {
   EXPECT_THAT(printed("err"), HasSubstr("neither to an audiometer nor to earphones"));
 }
 
-TEST_F(SoundProgram, AVirtualListenerTakesTheTestFromTheOutput) {
-  ASSERT_EQ(exitCode(start(kRun + " --json --right 1000=41 --left 1000=53")), 0) << printed("err");
+TEST_F(SoundProgram, AVirtualListenerTakesTheTestAndTheServiceIsNotWaitedFor) {
+  slowService();
+  const pid_t program = start(kRun + " --json --right 1000=41 --left 1000=53");
+  ASSERT_TRUE(comes([&] { return json::accept(printed("out")); }, 120s)) << printed("err");
+  EXPECT_TRUE(comes([&] { return server_.volumes("audiometer") == volumes_; }));
+  EXPECT_EQ(waitpid(program, nullptr, WNOHANG), 0) << "the service has the result";
+  kill(program, SIGTERM);
+  EXPECT_EQ(exitCode(program), 1);
+  EXPECT_THAT(printed("err"), EndsWith("hearing-test: interrupted before the service had taken the result\n"));
   const json report = json::parse(printed("out"));
   EXPECT_EQ(report["right"], json::parse(R"({"1000hz":"45"})"));
   EXPECT_EQ(report["left"], json::parse(R"({"1000hz":"55"})"));
@@ -99,7 +116,6 @@ TEST_F(SoundProgram, AVirtualListenerTakesTheTestFromTheOutput) {
     const double level = std::stod(tone["db"].get<std::string>());
     EXPECT_NEAR(tone["measured"].get<double>(), level, 1) << tone;
   }
-  EXPECT_EQ(server_.volumes("audiometer"), volumes_);
 }
 
 TEST_F(SoundProgram, AnInterruptOrALostDevicePutsTheVolumeBack) {
@@ -117,6 +133,13 @@ TEST_F(SoundProgram, AnInterruptOrALostDevicePutsTheVolumeBack) {
     EXPECT_EQ(server_.volumes("audiometer"), volumes_);
     std::ofstream(server_.folder() + "/out");
   }
+  const pid_t fetching = start("run --listener" + slowService());
+  ASSERT_TRUE(isFull());
+  kill(fetching, SIGHUP);
+  EXPECT_EQ(exitCode(fetching), 1);
+  EXPECT_EQ(printed("err"), "hearing-test: interrupted; nothing of the test is kept\n");
+  EXPECT_EQ(server_.volumes("audiometer"), volumes_);
+
   const std::string elsewhere = server_.volumes("speaker");
   const pid_t program = start(kRun);
   ASSERT_TRUE(isUnderWay());

@@ -27,6 +27,8 @@ std::vector<DefaultsValue> values() {
           std::string(),
           std::string(" a<b>&\"'\n"),
           std::string("1"),
+          std::string("a\0\x01\x1B\x7F\r\n", 7),
+          std::string("\xFF\xC0\x80\xED\xA0\x80\xEF\xBF\xBE"),
           std::string("\xE5\x90\xAC\xE5\x8A\x9B"),
           Date(std::chrono::seconds(0)),
           Date(std::chrono::seconds(1'700'000'000)),

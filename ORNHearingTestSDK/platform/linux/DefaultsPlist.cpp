@@ -16,6 +16,7 @@ using std::chrono::seconds;
 using std::chrono::system_clock;
 
 constexpr const char* distantDateKey = "secondsSince1970";
+constexpr const char* rawTextKey = "text";
 constexpr std::int64_t plistEpoch = 978'307'200;  // 2001-01-01, in seconds since 1970
 constexpr std::int64_t earliest =
     std::chrono::duration_cast<seconds>(system_clock::time_point::min().time_since_epoch()).count();
@@ -29,7 +30,13 @@ std::int64_t secondsOf(system_clock::time_point date) {
 plist_t node(bool value) { return plist_new_bool(value ? 1 : 0); }
 plist_t node(std::int64_t value) { return plist_new_uint(static_cast<std::uint64_t>(value)); }
 plist_t node(double value) { return plist_new_real(value); }
-plist_t node(const std::string& value) { return plist_new_string(value.c_str()); }
+
+plist_t node(const std::string& value) {
+  if (isXmlText(value)) return plist_new_string(value.c_str());
+  plist_t bytes = plist_new_dict();
+  plist_dict_set_item(bytes, rawTextKey, plist_new_data(value.data(), value.size()));
+  return bytes;
+}
 
 plist_t node(system_clock::time_point date) {
   using Limits = std::numeric_limits<std::int32_t>;
@@ -56,9 +63,7 @@ std::optional<DefaultsValue> dateIn(plist_t item) {
   return system_clock::time_point(seconds(plistEpoch + offset));
 }
 
-std::optional<DefaultsValue> distantDateIn(plist_t item) {
-  const plist_t since1970 = plist_dict_get_item(item, distantDateKey);
-  if (plist_dict_get_size(item) != 1 || !PLIST_IS_UINT(since1970)) return std::nullopt;
+std::optional<DefaultsValue> distantDateIn(plist_t since1970) {
   const std::int64_t value = integerIn(since1970);
   if (value < earliest || value > latest) return std::nullopt;
   return system_clock::time_point(seconds(value));
@@ -68,7 +73,24 @@ std::optional<DefaultsValue> textIn(plist_t item) {
   std::uint64_t length = 0;
   const char* const text = plist_get_string_ptr(item, &length);
   if (!text) return std::nullopt;
-  return DefaultsPlist::kept(std::string(text, length));
+  return std::string(text, length);
+}
+
+std::optional<DefaultsValue> rawTextIn(plist_t data) {
+  std::uint64_t length = 0;
+  const char* const bytes = plist_get_data_ptr(data, &length);
+  if (!bytes) return std::nullopt;
+  return std::string(bytes, length);
+}
+
+/// What the form has no type of its own for.
+std::optional<DefaultsValue> wrappedIn(plist_t item) {
+  if (plist_dict_get_size(item) != 1) return std::nullopt;
+  const plist_t date = plist_dict_get_item(item, distantDateKey);
+  if (PLIST_IS_UINT(date)) return distantDateIn(date);
+  const plist_t text = plist_dict_get_item(item, rawTextKey);
+  if (PLIST_IS_DATA(text)) return rawTextIn(text);
+  return std::nullopt;
 }
 
 std::optional<DefaultsValue> valueIn(plist_t item) {
@@ -88,7 +110,7 @@ std::optional<DefaultsValue> valueIn(plist_t item) {
     case PLIST_DATE:
       return dateIn(item);
     case PLIST_DICT:
-      return distantDateIn(item);
+      return wrappedIn(item);
     default:
       return std::nullopt;
   }
@@ -106,8 +128,7 @@ std::optional<DefaultsPlist> DefaultsPlist::fromXml(std::span<const std::uint8_t
 
 std::optional<std::string> DefaultsPlist::xml() const { return xmlOfPlist(root_.get()); }
 
-std::optional<DefaultsValue> DefaultsPlist::kept(DefaultsValue value) {
-  if (const auto* const text = std::get_if<std::string>(&value); text && !isXmlText(*text)) return std::nullopt;
+DefaultsValue DefaultsPlist::kept(DefaultsValue value) {
   if (const auto* const date = std::get_if<system_clock::time_point>(&value)) {
     return system_clock::time_point(seconds(secondsOf(*date)));
   }

@@ -16,7 +16,8 @@ namespace orn {
 ///
 /// The form has a type for each of DefaultsValue. Its dates are whole seconds, and the library that writes them knows
 /// the years 1932 to 2069 only; a date outside them, such as an early birthday, is a dictionary with the single integer
-/// "secondsSince1970".
+/// "secondsSince1970". A text that XML can't hold, since it is not UTF-8 or has control characters other than tab, line
+/// feed and carriage return, is a dictionary with the single data "text".
 class DefaultsPlist {
  public:
   DefaultsPlist();
@@ -27,14 +28,13 @@ class DefaultsPlist {
   /// Nothing if it can't be put into words.
   std::optional<std::string> xml() const;
 
-  /// What a value will be when it comes back: a date is rounded down to the second. Nothing for a text that XML can't
-  /// hold: one that is not UTF-8, or has control characters other than tab, line feed and carriage return.
-  static std::optional<DefaultsValue> kept(DefaultsValue value);
+  /// What a value will be when it comes back: a date is rounded down to the second.
+  static DefaultsValue kept(DefaultsValue value);
 
   /// Everything that is a DefaultsValue. Data, lists and other dictionaries are not, but stay in the list.
   std::map<std::string, DefaultsValue> values() const;
 
-  /// The value must be one that kept() gave, and the key a text that it would give.
+  /// The value must be one that kept() gave, and the key a text that XML can hold.
   void set(const std::string& key, const DefaultsValue& value);
   void remove(const std::string& key);
 

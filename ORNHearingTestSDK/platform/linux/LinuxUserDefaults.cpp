@@ -47,10 +47,9 @@ std::optional<DefaultsValue> LinuxUserDefaults::value(const std::string& key) co
 }
 
 void LinuxUserDefaults::setValue(const std::string& key, DefaultsValue value) {
-  auto kept = DefaultsPlist::kept(std::move(value));
-  if (!kept || !isXmlText(key)) return;
+  if (!isXmlText(key)) return;
   const std::lock_guard lock(mutex_);
-  changes_.insert_or_assign(key, std::move(kept));
+  changes_.insert_or_assign(key, DefaultsPlist::kept(std::move(value)));
 }
 
 void LinuxUserDefaults::removeValue(const std::string& key) {

@@ -18,9 +18,8 @@ class DefaultsPlist;
 /// object is made and after synchronize(). Any thread; calls wait while another process is writing.
 ///
 /// - Dates are kept to the second, rounded down when they are set.
-/// - A key or text that XML can't hold (not UTF-8, or with NUL or other control characters) is not taken: setValue()
-/// does
-///   nothing and the key keeps the value that it had.
+/// - A key that XML can't hold (not UTF-8, or with NUL or other control characters) is not taken: setValue() does
+///   nothing. A text that XML can't hold is kept all the same, in another form.
 /// - Values of other types that the file holds (data, lists, dictionaries) are not seen here but stay in the file.
 /// - A file that is no property list is renamed to end in ".corrupt", or ".corrupt-2" and so on where that is taken,
 /// and
