@@ -1,5 +1,6 @@
 #include <ORNHearingTestSDK/calibration/LevelMapping.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -30,6 +31,12 @@ std::optional<std::string> calibrationText(const ORNDeviceVolumeIOS* record, std
 
 double valueOrZero(const ORNDeviceVolumeIOS* record, std::int32_t hz) {
   return doubleValue(calibrationText(record, hz).value_or("0"));
+}
+
+/// As doubleValue reads one; what it reads as 0 may be no number at all.
+bool startsWithNumber(std::string_view text) {
+  const auto digit = text.find_first_not_of(" \t\n+-.");
+  return digit != text.npos && text[digit] >= '0' && text[digit] <= '9';
 }
 
 double batchFactor(const ORNDeviceVolumeIOS* ab) { return ab && ab->batch() == 1 ? batchOneFactor : 1.0; }
@@ -73,6 +80,13 @@ std::optional<double> earphoneLevel(const ORNDeviceVolumeIOS* record, std::int32
   const auto text = calibrationText(record, hz);
   if (!text) return std::nullopt;
   return 20.0 * std::log10(fullScaleFactor * fullScale) + static_cast<double>(floatValue(*text));
+}
+
+bool hasCalibration(const ORNDeviceVolumeIOS* record, const std::vector<std::string>& hzs) {
+  return record && std::all_of(hzs.begin(), hzs.end(), [&](const std::string& hz) {
+           const auto value = record->valueForKey("s" + std::to_string(intValue(hz)));
+           return value.is_string() && startsWithNumber(value.get_ref<const std::string&>());
+         });
 }
 
 }  // namespace orn

@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
 #include <ORNHearingTestSDK/platform/Export.h>
@@ -38,5 +40,9 @@ ORN_EXPORT double audiometerLevel(const ORNDeviceVolumeIOS* ab, const ORNDeviceV
 /// minus infinity; nothing if the record is null or lacks the value.
 ORN_EXPORT std::optional<double> earphoneLevel(const ORNDeviceVolumeIOS* record, std::int32_t hz,
                                                double fullScaleFactor);
+
+/// For whoever decides whether a test can be taken: whether the record holds a number for each of these frequency keys.
+/// A null record, and a key that records have no field for, are a no.
+ORN_EXPORT bool hasCalibration(const ORNDeviceVolumeIOS* record, const std::vector<std::string>& hzs);
 
 }  // namespace orn

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <utility>
 
 #include <QtGui/QHideEvent>
@@ -82,31 +83,51 @@ bool NavigationWindow::dismiss(const std::shared_ptr<NavigationController>& navi
 }
 
 void NavigationWindow::showAlert(const Alert& alert, std::function<void(int tag, int buttonIndex)> handler) {
+  showAlert(alert, std::move(handler), nullptr);
+}
+
+void NavigationWindow::showAlert(const Alert& alert, std::function<void(int tag, int buttonIndex)> handler,
+                                 const Screen* owner) {
   auto* shown = new AlertView(alert, this);
   shown->onAnswer = [this, shown, tag = alert.tag, handler = std::move(handler)](int buttonIndex) {
     const auto told = handler;  // a copy, since the alert goes first
-    answered(shown);
+    takeAway([shown](const ShownAlert& one) { return one.view == shown; });
     if (told) told(tag, buttonIndex);
   };
-  alerts_.push_back(shown);
+  alerts_.push_back({shown, owner, alert.tag});
   arrangeAlerts();
   shown->appear();
 }
 
-void NavigationWindow::answered(AlertView* alert) {
-  std::erase(alerts_, alert);
-  alert->hide();
-  alert->deleteLater();  // its button's event is under way
+bool NavigationWindow::showsAlert(const Screen* owner, int tag) const {
+  return std::any_of(alerts_.begin(), alerts_.end(),
+                     [&](const ShownAlert& one) { return one.owner == owner && one.tag == tag; });
+}
+
+void NavigationWindow::withdrawAlerts(const Screen* owner, std::optional<int> tag) {
+  takeAway([&](const ShownAlert& one) { return one.owner == owner && (!tag || one.tag == *tag); });
+}
+
+template <class Condition>
+void NavigationWindow::takeAway(Condition isMeant) {
+  const auto gone = std::stable_partition(alerts_.begin(), alerts_.end(), std::not_fn(isMeant));
+  if (gone == alerts_.end()) return;
+  const std::vector<ShownAlert> taken(gone, alerts_.end());
+  alerts_.erase(gone, alerts_.end());
+  for (const ShownAlert& one : taken) {
+    one.view->hide();
+    one.view->deleteLater();  // perhaps its button's event is under way
+  }
   arrangeAlerts();
   focusFront();
 }
 
 void NavigationWindow::arrangeAlerts() {
   if (overEverything_) overEverything_->raise();
-  for (AlertView* one : alerts_) {
-    one->setGeometry(rect());
-    one->raise();
-    one->setVisible(one == alerts_.back());
+  for (const ShownAlert& one : alerts_) {
+    one.view->setGeometry(rect());
+    one.view->raise();
+    one.view->setVisible(one.view == alerts_.back().view);
   }
 }
 
@@ -120,7 +141,7 @@ void NavigationWindow::showOverEverything(QWidget* view) {
 
 void NavigationWindow::focusFront() {
   if (!alerts_.empty()) {
-    alerts_.back()->takeFocus();
+    alerts_.back().view->takeFocus();
   } else if (overEverything_ && !overEverything_->isHidden()) {
     overEverything_->setFocus();
   } else if (const auto top = front()->topScreen(); top && top->firstFocus()) {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <QtCore/QPointer>
@@ -14,6 +15,7 @@ namespace orn {
 
 class AlertView;
 class NavigationController;
+class Screen;
 
 /// The window that all screens live in: a stack of screens, the stacks that are presented over it, views over
 /// everything, and alerts on top of all. As large as a phone's screen at first; any size is fine. The screens call its
@@ -58,11 +60,24 @@ class ORN_SCREENS_EXPORT NavigationWindow : public QWidget {
   void hideEvent(QHideEvent* event) override;
 
  private:
-  void answered(AlertView* alert);
+  friend class Screen;
+  struct ShownAlert {
+    AlertView* view;
+    const Screen* owner;  // whose handler is told; null for a host's own
+    int tag;
+  };
+
+  void showAlert(const Alert& alert, std::function<void(int tag, int buttonIndex)> handler, const Screen* owner);
+  bool showsAlert(const Screen* owner, int tag) const;
+
+  /// Unanswered. Of one tag, or of any.
+  void withdrawAlerts(const Screen* owner, std::optional<int> tag = {});
+  template <class Condition>
+  void takeAway(Condition isMeant);
   void arrangeAlerts();
 
   std::vector<std::shared_ptr<NavigationController>> stacks_;
-  std::vector<AlertView*> alerts_;
+  std::vector<ShownAlert> alerts_;
   QPointer<QWidget> overEverything_;
   int statusBarHeight_ = 0;
 };

@@ -7,14 +7,23 @@ namespace {
 
 QString noticeTitle() { return QStringLiteral("温馨提示"); }
 
+QString whyMissing(ToneMissingReason reason) {
+  switch (reason) {
+    case ToneMissingReason::Calibration:
+      return QStringLiteral("没有测试设备的校准数据，无法进行测试");
+    case ToneMissingReason::Recording:
+      return QStringLiteral("没有测试音的录音文件，无法进行测试");
+    case ToneMissingReason::Output:
+    default:
+      return QStringLiteral("测试设备没有播放声音，无法继续测试。请检查设备的连接后重新测试");
+  }
+}
+
 }  // namespace
 
-void ORNHearingTestViewController::toneMissing(ORNHearingTest& /*hearingTest*/, ToneMissingReason /*reason*/,
+void ORNHearingTestViewController::toneMissing(ORNHearingTest& /*hearingTest*/, ToneMissingReason reason,
                                                bool /*isLeft*/) {
-  showAlert({kCalibrationMissingAlert,
-             noticeTitle(),
-             QStringLiteral("没有测试设备的校准数据，无法进行测试"),
-             {QStringLiteral("我知道了")}});
+  showAlert({kToneMissingAlert, noticeTitle(), whyMissing(reason), {QStringLiteral("我知道了")}});
 }
 
 void ORNHearingTestViewController::showTishi() {
@@ -63,7 +72,7 @@ void ORNHearingTestViewController::alertView(int tag, int buttonIndex) {
       }
       break;
     case kDisconnectedAlert:
-    case kCalibrationMissingAlert:
+    case kToneMissingAlert:
       cancelButtonClicked();
       break;
     case kReservedAlert:

@@ -88,9 +88,11 @@ ORNHearingTestViewController::~ORNHearingTestViewController() {
 }
 
 const std::vector<std::string>& ORNHearingTestViewController::testHzs() {
-  if (testHzs_.empty()) testHzs_ = {"1000hz", "2000hz", "4000hz", "500hz"};
+  if (testHzs_.empty()) testHzs_ = testedHzs();
   return testHzs_;
 }
+
+std::vector<std::string> ORNHearingTestViewController::testedHzs() { return {"1000hz", "2000hz", "4000hz", "500hz"}; }
 
 void ORNHearingTestViewController::showHearingTestViewControllerByNavigation(
     const std::shared_ptr<NavigationController>& navigation, const std::optional<QString>& leftBarTitle,
@@ -323,6 +325,8 @@ void ORNHearingTestViewController::changeToAnother() {
 }
 
 void ORNHearingTestViewController::gotoResultVC() {
+  // Of a test that is over there is nothing to start or to end.
+  for (const int tag : {kInstructionAlert, kChangeEarAlert, kEndAlert}) withdrawAlert(tag);
   const auto result = ORNTestResultViewController::init();
   if (test_) {
     result->setLeft(test_->getTestResult(true).value_or(EarResult()));

@@ -31,7 +31,7 @@ class ORN_SCREENS_EXPORT ORNHearingTestViewController final : public Screen {
   static constexpr int kEndAlert = 99999;
   static constexpr int kDisconnectedAlert = 7764776;
   static constexpr int kReservedAlert = 111222;
-  static constexpr int kCalibrationMissingAlert = 7764777;
+  static constexpr int kToneMissingAlert = 7764777;
 
   /// Always null: the two creators below make a screen.
   static std::shared_ptr<ORNHearingTestViewController> init();
@@ -59,6 +59,8 @@ class ORN_SCREENS_EXPORT ORNHearingTestViewController final : public Screen {
 
   /// The frequencies in test order.
   const std::vector<std::string>& testHzs();
+  /// Those of every such screen, for hosts that look into a calibration before there is one.
+  static std::vector<std::string> testedHzs();
 
   // Made at first use; null while the screen has no view.
   ChessboardView* chessView();

@@ -150,11 +150,11 @@ void ORNSelectTypeViewController::startAudiometerRow(TableCell* cell) {
     return;
   }
   testVC_ = ORNHearingTestViewController::initKV50TestByCompletionHandler(
-      [self = weakSelf(this), cell = QPointer(cell)](const std::optional<Error>& error) {
+      [self = weakSelf(this), start = ++starts_, cell = QPointer(cell)](const std::optional<Error>& error) {
         // Later, since a cached calibration calls this before the test screen has been kept.
         if (!error) {
-          MainQueue::current().dispatchAsync([self] {
-            if (const auto screen = self.lock()) screen->gotoTest();
+          MainQueue::current().dispatchAsync([self, start] {
+            if (const auto screen = self.lock()) screen->gotoTest(start);
           });
         }
         if (cell) cell->setEnabled(true);
@@ -169,9 +169,9 @@ void ORNSelectTypeViewController::startEarphoneRow(TableCell* cell) {
   }
   // A cached calibration does not call back: the cell then stays as it is, which is meant.
   testVC_ = ORNHearingTestViewController::initEarphoneTestByCompletionHandler(
-      [self = weakSelf(this), cell = QPointer(cell)](const std::optional<Error>& error) {
+      [self = weakSelf(this), start = ++starts_, cell = QPointer(cell)](const std::optional<Error>& error) {
         const auto screen = self.lock();
-        if (screen && !error) screen->gotoTest();
+        if (screen && !error) screen->gotoTest(start);
         if (cell) cell->setEnabled(true);
       });
 }
@@ -182,14 +182,15 @@ void ORNSelectTypeViewController::refuse(const QString& message) {
 
 void ORNSelectTypeViewController::startErjiTest() {
   testVC_ = ORNHearingTestViewController::initEarphoneTestByCompletionHandler(
-      [self = weakSelf(this)](const std::optional<Error>& error) {
+      [self = weakSelf(this), start = ++starts_](const std::optional<Error>& error) {
         const auto screen = self.lock();
-        if (screen && !error) screen->gotoTest();
+        if (screen && !error) screen->gotoTest(start);
       });
 }
 
-void ORNSelectTypeViewController::gotoTest() {
-  if (!testVC_ || testVC_->navigationController()) return;
+/// The test whose calibration has come, unless another one has been started since.
+void ORNSelectTypeViewController::gotoTest(int start) {
+  if (start != starts_ || !testVC_ || testVC_->navigationController()) return;
   const auto navigation = NavigationController::initWithRootViewController(testVC_);
   navigation->setTranslucent(true);
   present(navigation);

@@ -82,10 +82,11 @@ class ORN_SCREENS_EXPORT ORNSelectTypeViewController final : public TableScreen 
   void startAudiometerRow(TableCell* cell);
   void startEarphoneRow(TableCell* cell);
   void refuse(const QString& message);
-  void gotoTest();
+  void gotoTest(int start);
 
   std::weak_ptr<ORNSelectTypeDelegate> delegate_;
   std::shared_ptr<ORNHearingTestViewController> testVC_;
+  int starts_ = 0;  // of tests, by a row or by the host
   QSizeF jianceyiSize_{0, 0}, erjiSize_{0, 0};
   QPointer<UserHeaderView> header_;
   QPointer<ShopFooterView> footer_;

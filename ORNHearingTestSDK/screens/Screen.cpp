@@ -80,10 +80,17 @@ int Screen::statusBarHeight() const { return window_ ? window_->statusBarHeight(
 NavigationWindow* Screen::window() const { return window_; }
 
 void Screen::showAlert(const Alert& alert) {
-  if (!window_) return;
-  window_->showAlert(alert, [self = weak_from_this()](int tag, int buttonIndex) {
-    if (const auto screen = self.lock()) screen->alertView(tag, buttonIndex);
-  });
+  if (!window_ || !navigationController() || window_->showsAlert(this, alert.tag)) return;
+  window_->showAlert(
+      alert,
+      [self = weak_from_this()](int tag, int buttonIndex) {
+        if (const auto screen = self.lock()) screen->alertView(tag, buttonIndex);
+      },
+      this);
+}
+
+void Screen::withdrawAlert(int tag) {
+  if (window_) window_->withdrawAlerts(this, tag);
 }
 
 void Screen::alertView(int /*tag*/, int /*buttonIndex*/) {}
@@ -105,6 +112,7 @@ void Screen::load(NavigationWindow* window, QWidget* parent) {
 void Screen::detach() {
   navigationController_.reset();  // first, so that the screen knows that it leaves for good
   setOnScreen(false);
+  if (window_) window_->withdrawAlerts(this);
   if (!view_) return;
   view_->hide();
   view_->setParent(window_);  // for whoever still holds the screen

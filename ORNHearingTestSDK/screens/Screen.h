@@ -81,8 +81,10 @@ class ORN_SCREENS_EXPORT Screen : public std::enable_shared_from_this<Screen> {
   int topBars() const { return barHeight() + statusBarHeight(); }
   NavigationWindow* window() const;
 
-  /// Shows an alert over everything; alertView() is told the answer, if the screen still lives then.
+  /// Shows an alert over everything; alertView() is told the answer. It goes unanswered when the screen leaves its
+  /// stack. Nothing happens on a screen that stands in no stack, or while an alert of its with that tag is there.
   void showAlert(const Alert& alert);
+  void withdrawAlert(int tag);
   virtual void alertView(int tag, int buttonIndex);
 
   virtual QWidget* loadView(QWidget* parent);

@@ -7,7 +7,7 @@
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QAbstractButton>
 
-#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 #include <ORNHearingTestSDK/screens/NavigationController.h>
@@ -15,12 +15,14 @@
 #include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
 #include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
 
-#include "hearing-app/EarphoneCache.h"
+#include "hearing-app/CalibrationFiles.h"
+#include "hearing-app/ClosingDelay.h"
 #include "hearing-app/FirstFrame.h"
 #include "hearing-app/ProfileScreen.h"
+#include "hearing-app/ResultKeeper.h"
 #include "hearing-app/ServiceNotices.h"
+#include "hearing-app/ServiceReplies.h"
 #include "hearing-app/WatchedURLSession.h"
-#include "simulation/SessionCalibration.h"
 
 namespace orn {
 namespace {
@@ -37,23 +39,26 @@ std::optional<std::string> setting(const char* key) {
 }  // namespace
 
 HostApplication::HostApplication(Platform platform, const std::optional<Profile>& profile) {
+  platform.fileManager = std::make_shared<CalibrationFiles>(platform.fileManager);
   platform.urlSession = std::make_shared<WatchedURLSession>(
-      platform.urlSession, platform.runLoop,
-      [this, life = std::weak_ptr(life_)](const std::string& url, const URLReply& reply) {
-        if (life.lock()) replied(url, reply);
+      platform.urlSession, platform.runLoop, judged, [this, life = std::weak_ptr(life_)](const URLRequest& request) {
+        return life.lock() ? watch(request) : std::function<void(const URLReply&)>();
       });
   Platform::setCurrent(std::move(platform));
-  clearEarphoneCache();
+  results_ = std::make_shared<ResultKeeper>([this](const QString& message) { say(message); });
   ORNHearingTest::registerAppKey(setting(kAppKeyDefault).value_or(kAppKey));
   if (profile) keepProfile(*profile);
   delegate_ = std::make_shared<ORNSelectTypeDelegate>();
   delegate_->buyButtonClick = [this](QWidget*) { openShop(); };
   window_ = std::make_unique<NavigationWindow>();
   window_->setWindowTitle(QStringLiteral("听力测试"));
+  delayClosing();
 }
 
 HostApplication::~HostApplication() {
   life_.reset();
+  results_.reset();
+  closing_.reset();
   selection_.reset();
   window_.reset();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);  // views that look at the platform as they go
@@ -98,6 +103,7 @@ void HostApplication::meetService() {
     say(*notice);
   } else {
     registerProfile();
+    offerUnsentResults();
   }
 }
 
@@ -117,26 +123,45 @@ void HostApplication::openShop() {
   }
 }
 
-void HostApplication::replied(const std::string& url, const URLReply& reply) {
-  if (isCalibrationReply(url)) {
-    clearEarphoneCache();
-    if (reply.body && !isCalibrated()) return refuseTest();
+void HostApplication::offerUnsentResults() {
+  const auto count = results_->unsent();
+  if (count == 0) return;
+  const QString what = count == 1 ? QStringLiteral("上次测试的结果") : QStringLiteral("有%1次测试的结果").arg(count);
+  window_->showAlert({0,
+                      QStringLiteral("温馨提示"),
+                      what + QStringLiteral("还没有提交到测试记录，现在提交吗？"),
+                      {QStringLiteral("以后再说"), QStringLiteral("现在提交")},
+                      0},
+                     [this](int, int button) {
+                       if (button == 1) results_->submitUnsent();
+                     });
+}
+
+std::function<void(const URLReply&)> HostApplication::watch(const URLRequest& request) {
+  switch (askedFor(request.url)) {
+    case Asked::Submission:
+      return results_->submissionBegins(request);
+    case Asked::Calibration:
+      return [this, life = std::weak_ptr(life_)](const URLReply& reply) {
+        if (reply.error && life.lock()) say(noticeOfCalibration(*reply.error));
+      };
+    case Asked::Registration:  // its callback tells
+    case Asked::Other:
+    default:
+      return {};
   }
-  if (const auto notice = noticeOfReply(url, reply)) say(*notice);
 }
 
-bool HostApplication::isCalibrated() const {
-  const auto test = std::dynamic_pointer_cast<ORNManualHearingTest>(session());
-  if (!test) return true;
-  const auto path = test->KV50MAC() ? simulation::OutputPath::Audiometer : simulation::OutputPath::Earphones;
-  return hasRecords(*test, path);
-}
-
-/// An audiometer's test would go on in silence and find thresholds in it. It has not been presented yet; that of
-/// earphones has, and closes itself at its first tone.
-void HostApplication::refuseTest() {
-  selection_->setTestVC(nullptr);
-  say(QStringLiteral("测听服务器没有这台设备的校准数据，无法测试。"));
+void HostApplication::delayClosing() {
+  closing_ = std::make_unique<ClosingDelay>(*window_);
+  closing_->onClose = [this] {
+    if (const auto test = session()) test->endTest();
+  };
+  closing_->isBusy = [this] { return results_->isSubmitting(); };
+  closing_->onHeld = [this] {
+    window_->showAlert({0, QStringLiteral("温馨提示"), QStringLiteral("正在提交测试结果…"), {}});
+  };
+  results_->onIdle = [this] { closing_->release(); };
 }
 
 void HostApplication::say(const QString& message) {

@@ -16,9 +16,11 @@ class QAbstractButton;
 
 namespace orn {
 
+class ClosingDelay;
 class NavigationWindow;
 class ORNHearingTest;
 class ORNSelectTypeViewController;
+class ResultKeeper;
 struct ORNSelectTypeDelegate;
 
 /// The settings that this application adds to the library's.
@@ -27,8 +29,8 @@ inline constexpr auto kShopURLDefault = "SHOPURL";  ///< http or https
 /// The application: its window with the device selection, the way to the history and to the shop, and what the user is
 /// told of the service. Main thread, after the QApplication.
 ///
-/// A host developer minds one thing besides: the earphones' cached calibration, see clearEarphoneCache(), which this
-/// host calls at its start and after each fetch, so that the earphone row works every time.
+/// What a host developer minds besides: which replies of the service are good for a test (judged()) and which cached
+/// ones (CalibrationFiles), and that no result is lost (ResultKeeper, ClosingDelay).
 class HostApplication {
  public:
   /// Puts the platform in force for its life. A given profile is registered without asking for one.
@@ -60,13 +62,15 @@ class HostApplication {
   void meetService();
   void registerProfile();
   void openShop();
-  void replied(const std::string& url, const URLReply& reply);
-  bool isCalibrated() const;
-  void refuseTest();
+  void offerUnsentResults();
+  std::function<void(const URLReply&)> watch(const URLRequest& request);
+  void delayClosing();
   void say(const QString& message);
 
   std::shared_ptr<Life> life_ = std::make_shared<Life>();
+  std::shared_ptr<ResultKeeper> results_;
   std::unique_ptr<NavigationWindow> window_;
+  std::unique_ptr<ClosingDelay> closing_;
   std::shared_ptr<ORNSelectTypeViewController> selection_;
   std::shared_ptr<ORNSelectTypeDelegate> delegate_;
 };

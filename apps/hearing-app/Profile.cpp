@@ -10,14 +10,15 @@
 #include <ORNHearingTestSDK/engine/ORNHearingTest.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
 
 namespace orn {
 namespace {
 
 using std::chrono::system_clock;
 
-/// Set once the service has answered; the library's keys are there before.
-constexpr auto kIsRegistered = "PROFILEREGISTERED";
+/// The service that has taken the profile; the library's keys are there before.
+constexpr auto kRegisteredWith = "PROFILEREGISTERED";
 
 UserDefaults& defaults() { return *Platform::current().userDefaults; }
 
@@ -44,17 +45,19 @@ void keepProfile(const Profile& profile) {
   defaults().setValue("BIRTHDAY", startOf(profile.birthday));
   defaults().setValue("PHONE", profile.phone.toStdString());
   defaults().setValue("USERNAME", profile.name.toStdString());
-  defaults().removeValue(kIsRegistered);
+  defaults().removeValue(kRegisteredWith);
   defaults().synchronize();
 }
 
 void registerKeptProfile(std::function<void(std::optional<Error>)> done) {
-  if (!isProfileKept() || kept<bool>(kIsRegistered).value_or(false)) return;
+  const auto service = kept<std::string>(kServiceHostDefault);
+  if (!isProfileKept() || !service || service == kept<std::string>(kRegisteredWith)) return;
   ORNHearingTest::setAppUserID(kept<std::string>("USERID"), kept<std::string>("USERNAME"),
                                kept<bool>("USERSEX").value_or(false), kept<system_clock::time_point>("BIRTHDAY"),
-                               kept<std::string>("PHONE"), [done = std::move(done)](const std::optional<Error>& error) {
+                               kept<std::string>("PHONE"),
+                               [service = *service, done = std::move(done)](const std::optional<Error>& error) {
                                  if (!error) {
-                                   defaults().setValue(kIsRegistered, true);
+                                   defaults().setValue(kRegisteredWith, service);
                                    defaults().synchronize();
                                  }
                                  done(error);

@@ -25,8 +25,9 @@ bool isProfileKept();
 /// Keeps a new profile under a new user id, not yet registered.
 void keepProfile(const Profile& profile);
 
-/// Registers the kept profile with the service, unless that has been done. `done` is told once there is an answer, and
-/// not at all if there is nothing to do. A profile that was not taken is sent again at the next call.
+/// Registers the kept profile with the service of the settings, unless that one has it. `done` is told once there is an
+/// answer, and not at all if there is nothing to do. A profile that was not taken is sent again at the next call. Where
+/// the service's refusal is to count as one, it must come as an error: see judged().
 void registerKeptProfile(std::function<void(std::optional<Error>)> done);
 
 }  // namespace orn

@@ -38,14 +38,26 @@ ScreenshotScript::ScreenshotScript(const PhoneScreen& screen, QString folder, co
                                    const std::string& serviceHost)
     : screen_(screen), folder_(std::move(folder)) {
   machine_.userDefaults->setValue(kServiceHostDefault, serviceHost);
+  start(profile);
+}
+
+void ScreenshotScript::start(const std::optional<Profile>& profile) {
   host_ = std::make_unique<HostApplication>(machine_.platform(), profile);
   listener_ = std::make_unique<ScreenListener>(*machine_.audioOutput, *host_, sampleListener());
   host_->window().resize(screen_.points);
 }
 
-void ScreenshotScript::answer(const std::string& addressPart, const std::optional<std::string>& body) {
+void ScreenshotScript::reopen() {
+  listener_.reset();
+  host_.reset();
+  start({});
+  open();
+}
+
+void ScreenshotScript::answer(const std::string& addressPart, const std::optional<std::string>& body,
+                              std::chrono::milliseconds delay) {
   const std::optional<Error> error = body ? std::nullopt : std::optional(Error{"transport", 7, "unreachable"});
-  machine_.urlSession->script(addressPart, {body, error});
+  machine_.urlSession->script(addressPart, {body, error}, delay);
 }
 
 void ScreenshotScript::answerAll(const std::string& tests) {

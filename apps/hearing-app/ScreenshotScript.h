@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,7 +31,8 @@ class ScreenshotScript {
                    const std::string& serviceHost = "service.example");
 
   /// What the service answers to requests whose address has this part; nothing stands for an unreachable service.
-  void answer(const std::string& addressPart, const std::optional<std::string>& body);
+  void answer(const std::string& addressPart, const std::optional<std::string>& body,
+              std::chrono::milliseconds delay = std::chrono::milliseconds(10));
 
   /// The service answers everything well, with sample calibration of what is plugged in and this list of tests as
   /// JSON.
@@ -38,6 +40,9 @@ class ScreenshotScript {
 
   /// Opens the application and lets it meet the service.
   void open();
+
+  /// Ends the application and opens it again on the same machine.
+  void reopen();
 
   void run(double seconds);
 
@@ -63,6 +68,7 @@ class ScreenshotScript {
 
  private:
   static void settle();
+  void start(const std::optional<Profile>& profile);
 
   const PhoneScreen screen_;
   const QString folder_;

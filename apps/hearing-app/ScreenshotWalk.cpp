@@ -1,5 +1,6 @@
 #include "hearing-app/ScreenshotWalk.h"
 
+#include <chrono>
 #include <stdexcept>
 #include <nlohmann/json.hpp>
 
@@ -210,15 +211,24 @@ class Walk {
       script.press(kEarphones);
       script.shoot("earphones-calibration-missing");
     }
-    {
-      ScreenshotScript script = openTest(kAudiometer);
-      script.answer("/user/sdkJonDiagnose2", std::nullopt);
-      script.press(kReady);
-      script.runUntilSeen(QStringLiteral("右耳测试结束"));
-      script.press(kGoOn);
-      script.runUntilSeen(QStringLiteral("没有保存"));
-      script.shoot("result-not-stored");
-    }
+    resultsNotTaken();
+  }
+
+  void resultsNotTaken() {
+    ScreenshotScript script = openTest(kAudiometer);
+    script.answer("/user/sdkJonDiagnose2", std::nullopt, std::chrono::seconds(5));
+    script.press(kReady);
+    script.runUntilSeen(QStringLiteral("右耳测试结束"));
+    script.press(kGoOn);
+    script.runUntilSeen(QStringLiteral("测试结果"));
+    script.host().window().close();
+    script.run(1);
+    script.shoot("result-being-submitted");
+    script.reopen();
+    script.shoot("result-left-over");
+    script.press(QStringLiteral("现在提交"));
+    script.runUntilSeen(QStringLiteral("没有保存"));
+    script.shoot("result-not-stored");
   }
 
   void unregistered() {

@@ -11,18 +11,16 @@ namespace orn {
 
 // What the application says of the service where the library says nothing. The history speaks for itself.
 
-/// Nothing where all is well, or where somebody else says it.
-std::optional<QString> noticeOfReply(const std::string& url, const URLReply& reply);
-
+QString noticeOfCalibration(const Error& error);
 QString noticeOfRegistration(const Error& error);
+
+/// A result that is kept can be submitted later.
+QString noticeOfSubmission(const Error& error, bool isKept);
 
 /// Nothing where a host is set that a request can be sent to.
 std::optional<QString> noticeOfMissingHost();
 
 /// Whether a text can be the service's host, as host or host:port.
 bool isServiceHost(const std::string& text);
-
-/// Whether a reply may have left a calibration in the cache.
-bool isCalibrationReply(const std::string& url);
 
 }  // namespace orn

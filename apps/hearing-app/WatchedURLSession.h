@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <string>
 
 #include <ORNHearingTestSDK/platform/URLSession.h>
 
@@ -10,13 +9,18 @@ namespace orn {
 
 class RunLoop;
 
-/// Lets a host know what became of the library's requests, some of which fail without a word to anyone.
+/// Lets a host judge the replies to the library's requests, some of which fail without a word to anyone, and know what
+/// became of each.
 class WatchedURLSession final : public URLSession {
  public:
-  /// Called on the main thread, after the library's own handling there.
-  using Watcher = std::function<void(const std::string& url, const URLReply& reply)>;
+  /// Makes of a reply what the library gets. On the session's thread.
+  using Judge = std::function<URLReply(const URLRequest&, URLReply)>;
+  /// Called on the main thread, after the library's own handling there; may be empty.
+  using Ended = std::function<void(const URLReply&)>;
+  /// Told of each request as it starts, where it is started.
+  using Watcher = std::function<Ended(const URLRequest&)>;
 
-  WatchedURLSession(std::shared_ptr<URLSession> session, std::weak_ptr<RunLoop> runLoop, Watcher watcher);
+  WatchedURLSession(std::shared_ptr<URLSession> session, std::weak_ptr<RunLoop> runLoop, Judge judge, Watcher watcher);
   ~WatchedURLSession() override;
 
   void dataTask(URLRequest request, CompletionHandler completionHandler) override;
@@ -24,6 +28,7 @@ class WatchedURLSession final : public URLSession {
  private:
   std::shared_ptr<URLSession> session_;
   std::weak_ptr<RunLoop> runLoop_;
+  Judge judge_;
   Watcher watcher_;
 };
 

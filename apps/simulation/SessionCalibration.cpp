@@ -22,9 +22,21 @@ void calibrate(ORNManualHearingTest& session, OutputPath path, const std::string
   }
 }
 
-bool hasRecords(const ORNManualHearingTest& session, OutputPath path) {
-  return path == OutputPath::Audiometer ? session.ab() && session.aabb() && session.xxyy()
-                                        : session.leftVolume() && session.rightVolue();
+bool hasRecords(ORNManualHearingTest& session, OutputPath path) {
+  const auto hzs = session.hzs();
+  const auto has = [&](const auto& record) { return hasCalibration(record.get(), hzs); };
+  return path == OutputPath::Audiometer ? has(session.ab()) && has(session.aabb()) && has(session.xxyy())
+                                        : has(session.leftVolume()) && has(session.rightVolue());
+}
+
+bool isCalibration(OutputPath path, const std::string& reply, const std::vector<std::string>& hzs) {
+  const auto parsed = ORNDeviceCorrect::parse(reply);
+  if (parsed->rspCode() != 0) return false;
+  const auto has = [&](const auto& record) { return hasCalibration(record.get(), hzs); };
+  const auto device = audiometerRecords(*parsed);
+  const auto ears = earphoneRecords(*parsed);
+  return path == OutputPath::Audiometer ? has(device.ab) && has(device.aabb) && has(device.xxyy)
+                                        : has(ears.left) && has(ears.right);
 }
 
 std::optional<double> levelOf(const ORNManualHearingTest& session, OutputPath path, std::int32_t hz, double amplitude) {

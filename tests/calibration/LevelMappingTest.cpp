@@ -50,6 +50,16 @@ TEST(AudiometerAmplitude, ReadsWhatIsMissingAsZero) {
   }
 }
 
+TEST(Calibration, IsThereWithANumberAtEachFrequencyUnderTest) {
+  auto record = with1000Hz("-50");
+  record.setS500(" +.5");
+  record.setS2000("none");
+  const std::pair<std::vector<std::string>, bool> table[] = {
+      {{"1000hz", "500hz"}, true}, {{"1000hz", "2000hz"}, false}, {{"4000hz"}, false}, {{"750hz"}, false}};
+  for (const auto& [hzs, isThere] : table) EXPECT_EQ(hasCalibration(&record, hzs), isThere) << hzs.back();
+  EXPECT_FALSE(hasCalibration(nullptr, {"1000hz"}));
+}
+
 TEST(EarphoneGain, AddsFortyUpToLevelForty) {
   EXPECT_NEAR(gain("-40", 40).value(), 0.1, 1e-9);
   EXPECT_NEAR(gain("-40", 41).value(), 0.1 * std::pow(10.0, -39 / 20.0), 1e-9);

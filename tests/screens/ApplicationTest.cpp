@@ -1,9 +1,13 @@
+#include <algorithm>
+#include <cmath>
+
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QTextBrowser>
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/engine/ORNHearingTest.h>
 #include <ORNHearingTestSDK/platform/qt/QtRunLoop.h>
+#include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
 #include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
 
 #include "EndingSignals.h"
@@ -133,7 +137,6 @@ TEST_P(ApplicationPaths, AServiceThatFailsIsSaidAndNoTestOpens) {
     app.click(kRows[GetParam()]);
     EXPECT_TRUE(app.hands.sees(notice));
     app.click("好的");
-    if (kind == Refuse && GetParam() == 1) continue;  // the test screen itself closes it
     EXPECT_TRUE(app.hands.sees("选择设备"));
     app.service.misbehave({});
     app.click(kRows[GetParam()]);
@@ -155,15 +158,21 @@ TEST(ApplicationProfile, IsAskedForOnceAndSentUntilTheServiceHasIt) {
     EXPECT_TRUE(hands.sees("选择设备") && hands.sees("小明"));
     return hands.alert();
   };
-  service.misbehave({service::Misbehaviour::Kind::NoBody, {}});
-  for (const auto& profile : {std::optional(sampleProfile()), std::optional<Profile>()}) {
-    EXPECT_TRUE(alertAtOpening(profile).contains("您的资料还没有登记"));
+  using enum service::Misbehaviour::Kind;
+  const std::tuple<service::Misbehaviour::Kind, std::optional<Profile>, QString> table[] = {
+      {NoBody, sampleProfile(), "连接不上"}, {Refuse, {}, "没有接受"}, {Garbage, {}, "无法识别"}};
+  for (const auto& [kind, profile, why] : table) {
+    service.misbehave({kind, {}});
+    const QString alert = alertAtOpening(profile);
+    EXPECT_TRUE(alert.contains("您的资料还没有登记") && alert.contains(why)) << alert.toStdString();
   }
   service.misbehave({});
   for (int opening = 0; opening < 2; ++opening) {
     EXPECT_EQ(alertAtOpening({}), "");
-    service.misbehave({service::Misbehaviour::Kind::NoBody, {}});  // which is no matter any more
+    service.misbehave({NoBody, {}});  // which is no matter any more
   }
+  machine.machine().userDefaults->setValue("SERVICEHOST", std::string("localhost:1"));
+  EXPECT_TRUE(alertAtOpening({}).contains("您的资料还没有登记")) << "another service does not have it";
   machine.machine().userDefaults->setValue("SERVICEHOST", std::string());
   EXPECT_TRUE(alertAtOpening({}).contains("还没有设置测听服务器"));
 }
@@ -185,6 +194,214 @@ TEST(ApplicationShop, OpensAWebPageOrSaysWhyNot) {
     if (!notice.isEmpty()) app.click("好的");
   }
   QDesktopServices::unsetUrlHandler("https");
+}
+
+/// The application with a scripted service; it can be closed and opened again on the same machine. Nobody presses.
+struct ScriptedApplication {
+  explicit ScriptedApplication(int testedRow) : row(testedRow) {
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    machine.userDefaults->setValue("SERVICEHOST", std::string("service.example"));
+    answer("", R"({"rspCode":0})");
+    answer(kCalibration, replyOf(row));
+    open(sampleProfile());
+    plug(row);
+  }
+  ~ScriptedApplication() {
+    host.reset();
+    QGuiApplication::setQuitOnLastWindowClosed(true);
+  }
+  static std::string replyOf(int row) {
+    return std::string(row == 0 ? simulation::sampleAudiometerReply() : simulation::sampleEarphonesReply());
+  }
+  void answer(const std::string& part, const std::optional<std::string>& body, int milliseconds = 10) {
+    const std::optional<Error> error = body ? std::nullopt : std::optional(Error{"transport", 7, "gone"});
+    machine.urlSession->script(part, {body, error}, std::chrono::milliseconds(milliseconds));
+  }
+  std::size_t asked(const std::string& part) const {
+    const auto& all = machine.urlSession->requests();
+    return static_cast<std::size_t>(std::count_if(
+        all.begin(), all.end(), [&](const URLRequest& one) { return one.url.find(part) != std::string::npos; }));
+  }
+  void plug(int which) {
+    which == 0 ? machine.audioSession->plugAudiometer("KV60S", simulation::kSimulatedAddress)
+               : machine.audioSession->plugEarphones();
+    run(1);
+  }
+  void open(const std::optional<Profile>& profile = {}) {
+    host.reset();
+    host = std::make_unique<HostApplication>(machine.platform(), profile);
+    hands = std::make_unique<ApplicationHands>(*host);
+    host->open();
+    Hands::settle();  // exposes the window
+    run(1);
+  }
+  void run(double time) {
+    Hands::settle();
+    machine.virtualTime->runFor(std::chrono::milliseconds(std::lround(time * 1000)));
+    Hands::settle();
+  }
+  void click(const QString& name) {
+    hands->click(name);
+    run(1);
+  }
+  void startTest() {
+    click(kRows[row]);
+    click(kReady);
+  }
+  void runUntil(const QString& text) {
+    EXPECT_TRUE(machine.virtualTime->runUntil([&] { return hands->sees(text); }, seconds(600))) << text.toStdString();
+  }
+  void takeTest() {
+    startTest();
+    runUntil("右耳测试结束");
+    click("准备好了，继续测试");
+    runUntil("测试结果");
+  }
+
+  static constexpr auto kCalibration = "/findSdkDeviceValue", kSubmission = "/sdkJonDiagnose2/";
+  const int row;
+  SimulatedPlatform machine;
+  std::unique_ptr<HostApplication> host;
+  std::unique_ptr<ApplicationHands> hands;
+};
+
+/// A good reply without one record, or without its value at 500 Hz.
+std::string incomplete(int row, int record, bool isWhole) {
+  auto reply = nlohmann::json::parse(ScriptedApplication::replyOf(row));
+  auto& records = reply["deviceVolumeIOS"];
+  if (isWhole) {
+    records.erase(static_cast<std::size_t>(record));
+  } else {
+    records[static_cast<std::size_t>(record)].erase("s500");
+  }
+  return reply.dump();
+}
+
+TEST_P(ApplicationPaths, NoTestOpensWithoutItsOwnDevicesCalibrationAndNoneIsKept) {
+  const int row = GetParam();
+  const std::string useless[] = {R"({"rspCode":1})",
+                                 R"({"rspCode":0})",
+                                 "no JSON",
+                                 incomplete(row, 0, true),
+                                 incomplete(row, 1, true),
+                                 incomplete(row, 0, false),
+                                 incomplete(row, 1, false),
+                                 ScriptedApplication::replyOf(1 - row)};
+  for (const std::string& reply : useless) {
+    ScriptedApplication app(1 - row);
+    app.click(kRows[1 - row]);
+    app.host->selection()->testVC()->dismiss();  // another device's test was well calibrated
+    app.plug(row);
+    app.answer(app.kCalibration, reply);
+    const std::string folder = app.machine.fileManager->documentsDirectory();
+    for (const std::size_t taps : {1U, 2U}) {
+      app.click(kRows[row]);
+      EXPECT_EQ(app.hands->alert(), "温馨提示|测听服务器没有这台设备的校准数据，无法测试。|好的") << reply;
+      app.click("好的");
+      EXPECT_EQ(app.hands->title(), "选择设备");
+      EXPECT_EQ(app.asked(app.kCalibration), 1 + taps);
+    }
+    // As a host that judges nothing leaves it.
+    const std::vector<std::uint8_t> bytes(reply.begin(), reply.end());
+    if (row == 0) app.machine.fileManager->writeAtomically(folder + "/__AA_BB_CC_DD_EE_FF", bytes);
+    app.click(kRows[row]);
+    EXPECT_EQ(app.hands->title(), "选择设备") << "from the cache: " << reply;
+    app.click("好的");
+    app.answer(app.kCalibration, ScriptedApplication::replyOf(row));
+    app.click(kRows[row]);
+    EXPECT_TRUE(app.hands->button(kReady));
+  }
+}
+
+TEST_P(ApplicationPaths, AResultThatWasNotTakenIsOfferedUntilItIsTakenOnce) {
+  const QString question = "温馨提示|上次测试的结果还没有提交到测试记录，现在提交吗？|以后再说|现在提交";
+  const std::optional<std::string> failures[] = {std::nullopt, R"({"rspCode":1})", "no JSON"};
+  for (const bool isTakenUnheard : {false, true}) {
+    for (const auto& failure : failures) {
+      ScriptedApplication app(GetParam());
+      app.answer(app.kSubmission, failure);
+      app.takeTest();
+      app.runUntil("没有保存到测试记录，下次打开时可以再提交");
+      auto sent = nlohmann::json::parse(app.machine.urlSession->requests().back().body);
+      app.open();
+      EXPECT_EQ(app.hands->alert(), question);
+      app.click("以后再说");
+      app.open();
+      app.click("现在提交");
+      if (!failure) {
+        EXPECT_TRUE(app.hands->sees("没有保存到测试记录"));
+        app.open();
+      }
+      app.answer(app.kSubmission, R"({"rspCode":0})");
+      if (isTakenUnheard) {
+        const auto now = app.machine.virtualTime->date().time_since_epoch();
+        sent["createDate"] = std::chrono::duration<double, std::milli>(now).count();
+        app.answer("/acquireListenTest", nlohmann::json{{"rspCode", 0}, {"listenTests", {sent}}}.dump());
+      }
+      const std::size_t before = app.asked(app.kSubmission);
+      app.open();
+      app.click("现在提交");
+      EXPECT_TRUE(app.hands->sees("测试结果已经提交到测试记录"));
+      EXPECT_EQ(app.asked(app.kSubmission), before + !isTakenUnheard);
+      if (!isTakenUnheard) {
+        EXPECT_EQ(nlohmann::json::parse(app.machine.urlSession->requests().back().body), sent);
+      }
+      app.open();
+      EXPECT_EQ(app.hands->alert(), "");
+    }
+  }
+}
+
+TEST_P(ApplicationPaths, AClosedWindowWaitsForAResultOnItsWay) {
+  for (const int delay : {4, 30}) {
+    ScriptedApplication app(GetParam());
+    app.answer(app.kSubmission, R"({"rspCode":0})", delay * 1000);
+    app.takeTest();
+    for (int times = 0; times < 2; ++times) app.host->window().close();
+    EXPECT_EQ(app.hands->alert(), "温馨提示|正在提交测试结果…");
+    app.run(delay == 4 ? 3 : 9);
+    EXPECT_TRUE(app.host->window().isVisible());
+    app.run(2);
+    EXPECT_FALSE(app.host->window().isVisible());
+    app.open();
+    EXPECT_EQ(app.hands->alert().isEmpty(), delay == 4);
+  }
+}
+
+TEST_P(ApplicationPaths, ClosingTheWindowEndsATestAtAnyMoment) {
+  using App = ScriptedApplication;
+  const std::pair<const char*, std::function<void(App&)>> moments[] = {
+      {"fetch under way",
+       [](App& app) {
+         app.answer(app.kCalibration, App::replyOf(app.row), 5000);
+         app.click(kRows[app.row]);
+       }},
+      {"instruction", [](App& app) { app.click(kRows[app.row]); }},
+      {"tone", [](App& app) { app.startTest(), app.run(5); }},
+      {"question", [](App& app) { app.startTest(), app.click("取消"); }},
+      {"notice", [](App& app) { app.startTest(), app.machine.audioSession->unplug(), app.run(1); }},
+      {"change-over", [](App& app) { app.startTest(), app.runUntil("右耳测试结束"); }},
+      {"change of ears",
+       [](App& app) {
+         app.startTest(), app.runUntil("右耳测试结束"), app.hands->click(QString("准备好了，继续测试"));
+       }},
+      {"result on its way", [](App& app) { app.answer(app.kSubmission, "{}", 3000), app.takeTest(); }},
+  };
+  for (const auto& [name, reach] : moments) {
+    App app(GetParam());
+    reach(app);
+    const auto heard = std::make_shared<bool>(false);
+    const std::weak_ptr<ORNHearingTest> session = app.host->session();
+    app.host->window().close();
+    app.machine.audioOutput->addListener([heard](std::int64_t, std::span<const std::int16_t> samples) {
+      for (const std::int16_t one : samples) *heard = *heard || one != 0;
+    });
+    app.run(20);
+    EXPECT_FALSE(app.host->window().isVisible()) << name;
+    EXPECT_FALSE(*heard) << name;
+    app.host.reset();
+    EXPECT_TRUE(session.expired()) << name;
+  }
 }
 
 /// The application on the wall's clock, perhaps a hasty one, with a real sound server's audiometer and a service.

@@ -33,8 +33,11 @@ TEST(SelectScreen, RouteDecidesWhatTheRowsSayAndDo) {
       script.run();
       EXPECT_EQ(script.title(), isThere ? "右耳测试" : "选择设备");
       EXPECT_TRUE(isThere || script.alert() == kRefusals[row]);
-      if (isThere) script.test()->dismiss();
-      script.click(QString(isThere ? "准备好了，开始测试" : "好的"));
+      if (isThere) {
+        script.test()->dismiss();
+      } else {
+        script.click(QString("好的"));
+      }
       script.run();
     }
     script.machine.audioSession->unplug();
@@ -66,6 +69,23 @@ TEST(SelectScreen, RowIsClosedWhileItsCalibrationIsFetched) {
       script.run(6);
       EXPECT_TRUE(select.expired()) << "closed while the calibration is fetched";
     }
+  }
+}
+
+TEST(SelectScreen, ADeviceThatIsTappedWhileAnotherOnesCalibrationIsFetchedOpensWithItsOwn) {
+  for (const int row : {0, 1}) {
+    ScreensScript script;
+    script.plug(row);
+    script.answers(calibration(row), 3000);
+    script.clickRow(row);
+    script.plug(1 - row);
+    script.answers(calibration(1 - row), 5000);
+    script.clickRow(1 - row);
+    script.run(3);
+    EXPECT_EQ(script.title(), "选择设备");
+    script.run(3);
+    EXPECT_EQ(script.title(), "右耳测试");
+    EXPECT_EQ(script.test()->test()->earPlugModel().has_value(), row == 0);
   }
 }
 

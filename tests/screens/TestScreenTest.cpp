@@ -74,6 +74,10 @@ TEST_P(BothPaths, WholeTestFromTheDeviceToTheResult) {
   script.click(kIsee);
   script.run();
   EXPECT_EQ(script.title(), "选择设备");
+  script.plug(GetParam());
+  script.machine.audioSession->unplug();
+  script.run(0.1);
+  EXPECT_EQ(script.alert(), "") << "the screen has gone, though it is still held";
 }
 
 TEST_P(BothPaths, EndIsAskedForAndTheTestWaitsMeanwhile) {
@@ -101,7 +105,7 @@ TEST_P(BothPaths, EndAskedForByTheHostBetweenTheEarsSetsTheFirstOneGoingAgain) {
   EXPECT_EQ(script.alert(), kChangeOver);
   EXPECT_TRUE(script.sounds(10));
   script.test()->cancelButtonClicked();
-  script.click(kReadyForTheOther);
+  EXPECT_EQ(script.alert(), "") << "goes with its test";
   expectClosedInSilence();
 }
 
@@ -118,8 +122,7 @@ TEST_P(BothPaths, LostDeviceLeadsOnlyToTheEnd) {
   EXPECT_EQ(script.alert(), kDisconnected) << "over the one that is there";
   EXPECT_FALSE(script.sounds(30));
   script.click(kIsee);
-  EXPECT_EQ(script.alert(), kInstruction);
-  script.click(kReady);  // starts no test that has ended
+  EXPECT_EQ(script.alert(), "") << "goes with its test";
   expectClosedInSilence();
 }
 
@@ -265,6 +268,37 @@ TEST(TestScreen, WithoutCalibrationSaysSoAndCloses) {
     script.run();
     EXPECT_EQ(script.title(), "选择设备");
     EXPECT_EQ(script.volume(), kUsersVolume);
+  }
+}
+
+TEST(TestScreen, ADialogGoesWithATestThatIsOver) {
+  ScreensScript script;
+  script.openTest(0);
+  script.test()->showEndAlert();
+  script.test()->hearingTestDelegate()->completeWithLeftResult(*script.test()->test(), {}, {});
+  script.run();
+  EXPECT_EQ(script.title(), "测试结果");
+  EXPECT_EQ(script.alert(), "");
+}
+
+TEST(TestScreen, AToneThatDoesNotSoundIsToldOnceWithItsReason) {
+  using enum ToneMissingReason;
+  const std::pair<ToneMissingReason, QString> table[] = {
+      {Calibration, "没有测试设备的校准数据，无法进行测试"},
+      {Recording, "没有测试音的录音文件，无法进行测试"},
+      {Output, "测试设备没有播放声音，无法继续测试。请检查设备的连接后重新测试"}};
+  for (const auto& [reason, text] : table) {
+    ScreensScript script;
+    script.startTest(0);
+    script.test()->test()->pauseTest();
+    for (int time = 0; time < 2; ++time) {
+      script.test()->hearingTestDelegate()->toneMissing(*script.test()->test(), reason, false);
+    }
+    EXPECT_EQ(script.alert(), "温馨提示|" + text + "|我知道了");
+    script.click(kIsee);
+    script.run();
+    EXPECT_EQ(script.alert(), "");
+    EXPECT_EQ(script.title(), "选择设备");
   }
 }
 

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <QtCore/QString>
+
+#include <ORNHearingTestSDK/platform/URLSession.h>
+
+#include "hearing-app/UnsentResults.h"
+
+namespace orn {
+
+/// Sees to it that no finished test is lost: a result is on the disk from when its submission begins until the service
+/// has taken it, also where this program ends in between. What is left over can be submitted later, once: a result that
+/// the service holds already, because only its answer was lost, is not sent again. Main thread.
+class ResultKeeper : public std::enable_shared_from_this<ResultKeeper> {
+ public:
+  /// `say` tells the user what became of a result.
+  explicit ResultKeeper(std::function<void(const QString&)> say) : say_(std::move(say)) {}
+
+  /// A submission, by a session or by this object, begins; what is to be told of its judged reply.
+  std::function<void(const URLReply&)> submissionBegins(const URLRequest& request);
+
+  bool isSubmitting() const { return underWay_ > 0; }
+  /// Called when the last submission that was under way has ended.
+  std::function<void()> onIdle;
+
+  /// Results of the user of the settings that are left over, those under way among them.
+  std::size_t unsent() const;
+  /// Submits them one after the other, until one fails.
+  void submitUnsent();
+
+ private:
+  void submissionEnded(const UnsentResult& result, bool isKept, const URLReply& reply);
+  void submitNext(std::vector<UnsentResult> results);
+
+  std::function<void(const QString&)> say_;
+  int underWay_ = 0;
+  std::optional<UnsentResult> resubmitted_;  // whose submission is just about to begin
+};
+
+}  // namespace orn
