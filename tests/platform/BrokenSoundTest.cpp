@@ -84,7 +84,7 @@ const std::vector<Copy> kQueues = {
     {"buffers of any length",
      enqueueThat([held = std::make_shared<Buffer*>()](ChangedQueue& queue, Buffer& buffer, int n) {
        // The second and the third change places, if they are small.
-       if (buffer.mAudioData.size() > 2000 || n == 1) return queue.real->enqueueBuffer(buffer);
+       if (buffer.mAudioData.size() > 1500 || n == 1) return queue.real->enqueueBuffer(buffer);
        if (n == 2) return *held = &buffer, kFine;
        const auto error = queue.real->enqueueBuffer(buffer);
        return *held ? queue.real->enqueueBuffer(*std::exchange(*held, nullptr)) : error;

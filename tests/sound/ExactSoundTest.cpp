@@ -174,6 +174,7 @@ TEST_P(ExactSound, EverySampleOfAWholeTestReachesTheAudiometer) {
   EXPECT_LT(comparison.seek(left, mostLost), inFlight) << "of the right ear's last tone";
   EXPECT_GE(comparison.follow(left), left.size() - inFlight);
   EXPECT_LE(comparison.gaps(), 1) << "only after the ear";
+  EXPECT_EQ(output_->lapses(), 0U);
 }
 
 TEST_P(ExactSound, ARecordingIsHeardByItsPanAndGainAndNeverRewound) {
@@ -231,6 +232,7 @@ TEST_P(ExactSound, ARecordingIsHeardByItsPanAndGainAndNeverRewound) {
       place = start + last - first;
     }
   }
+  EXPECT_EQ(output_->lapses(), 0U);
 }
 
 ORN_ON_BOTH_SERVERS(ExactSound);

@@ -105,6 +105,14 @@ void TestSoundServer::kill() {
   }
 }
 
+void TestSoundServer::standStill() const {
+  for (const pid_t process : processes_) ::kill(process, SIGSTOP);
+}
+
+void TestSoundServer::goOn() const {
+  for (const pid_t process : processes_) ::kill(process, SIGCONT);
+}
+
 std::string TestSoundServer::control(const std::string& arguments) const {
   const std::string command =
       "LC_ALL=C HOME=" + folder_ + " PULSE_SERVER=" + address() + " pactl " + arguments + " 2>&1";

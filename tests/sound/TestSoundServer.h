@@ -25,6 +25,10 @@ class TestSoundServer {
   void start();
   void kill();
 
+  /// Lets the processes stand still, and go on.
+  void standStill() const;
+  void goOn() const;
+
   /// Adds an output; the properties as key=value texts. Gives the number by which it is removed.
   std::string addSink(const std::string& name, const std::string& description,
                       const std::vector<std::string>& properties = {});

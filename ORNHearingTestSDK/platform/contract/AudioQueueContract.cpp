@@ -73,25 +73,28 @@ const Contract<AudioCheck> kContracts[] = {
 
     {"what the callback enqueues follows without a gap",
      [](AudioCheck& check) {
-       const Samples whole = ramp(10 * kBlock / 2);
-       std::size_t place = 0;
-       const auto fillNext = [&](AudioQueueBuffer& buffer) {
-         const auto part = std::span(whole).subspan(place, kBlock / 2);
-         QueueUnderTest::fill(buffer, Samples(part.begin(), part.end()));
-         place += part.size();
-       };
-       QueueUnderTest queue(check.output(), [&](AudioQueue& self, AudioQueueBuffer& buffer) {
-         if (place == whole.size()) return;
-         fillNext(buffer);
-         self.enqueueBuffer(buffer);
-       });
-       for (int i = 0; i < 6; ++i) {
-         AudioQueueBuffer& buffer = queue.newBuffer(kBlock / 2);
-         fillNext(buffer);
-         expect(!queue->enqueueBuffer(buffer), "a buffer is not taken");
+       const Samples whole = ramp(5 * kBlock);
+       for (const auto& [frames, count] : {std::pair{kBlock / 2, 6}, {kBlock / 4, 3}}) {
+         std::size_t place = 0;
+         const auto fillNext = [&, frames = frames](AudioQueueBuffer& buffer) {
+           const auto part = std::span(whole).subspan(place, frames);
+           QueueUnderTest::fill(buffer, Samples(part.begin(), part.end()));
+           place += part.size();
+         };
+         QueueUnderTest queue(check.output(), [&](AudioQueue& self, AudioQueueBuffer& buffer) {
+           if (place == whole.size()) return;
+           fillNext(buffer);
+           self.enqueueBuffer(buffer);
+         });
+         for (int i = 0; i < count; ++i) {
+           AudioQueueBuffer& buffer = queue.newBuffer(frames);
+           fillNext(buffer);
+           expect(!queue->enqueueBuffer(buffer), "a buffer is not taken");
+         }
+         check.forget();
+         queue.start();
+         check.expectSound(whole);
        }
-       queue.start();
-       check.expectSound(whole);
      }},
 
     {"setVolume() may be called from within the callback",

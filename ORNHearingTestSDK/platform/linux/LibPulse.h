@@ -44,9 +44,13 @@ struct LibPulse : SharedLibrary {
   ORN_FUNCTION(pa_stream_get_context);
   ORN_FUNCTION(pa_stream_get_state);
   ORN_FUNCTION(pa_stream_is_corked);
+  ORN_FUNCTION(pa_stream_is_suspended);
   ORN_FUNCTION(pa_stream_new_with_proplist);
   ORN_FUNCTION(pa_stream_set_event_callback);
+  ORN_FUNCTION(pa_stream_set_started_callback);
   ORN_FUNCTION(pa_stream_set_state_callback);
+  ORN_FUNCTION(pa_stream_set_suspended_callback);
+  ORN_FUNCTION(pa_stream_set_underflow_callback);
   ORN_FUNCTION(pa_stream_set_write_callback);
   ORN_FUNCTION(pa_stream_unref);
   ORN_FUNCTION(pa_stream_writable_size);

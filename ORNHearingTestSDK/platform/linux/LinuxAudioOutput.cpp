@@ -22,6 +22,16 @@ std::error_code LinuxAudioOutput::useCurrentDevice() {
   return device_->chooseCurrent() ? std::error_code{} : std::make_error_code(std::errc::no_such_device);
 }
 
+std::error_code LinuxAudioOutput::status() {
+  const PulseLock lock(device_->connection());
+  return device_->status();
+}
+
+std::uint64_t LinuxAudioOutput::lapses() {
+  const PulseLock lock(device_->connection());
+  return device_->lapses();
+}
+
 std::unique_ptr<AudioQueue> LinuxAudioOutput::newOutputQueue(const AudioStreamBasicDescription& format,
                                                              AudioQueue::OutputCallback callback) {
   if (!isPlayable(format)) return nullptr;

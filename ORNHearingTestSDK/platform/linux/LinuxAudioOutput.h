@@ -14,6 +14,8 @@ class LinuxAudioOutput final : public AudioOutput {
   ~LinuxAudioOutput() override;
 
   std::error_code useCurrentDevice() override;
+  std::error_code status() override;
+  std::uint64_t lapses() override;
   std::unique_ptr<AudioQueue> newOutputQueue(const AudioStreamBasicDescription& format,
                                              AudioQueue::OutputCallback callback) override;
   std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path) override;

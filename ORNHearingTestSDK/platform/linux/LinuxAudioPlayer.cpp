@@ -19,6 +19,7 @@ LinuxAudioPlayer::LinuxAudioPlayer(std::shared_ptr<SoundDevice> device, std::vec
 
 LinuxAudioPlayer::~LinuxAudioPlayer() {
   const PulseLock lock(device_->connection());
+  stream_.pause();
   stream_.close();
 }
 
@@ -58,8 +59,6 @@ std::error_code LinuxAudioPlayer::play() {
   const bool isHeardOut = !stream_.isOpen() || stream_.room() >= stream_.bufferBytes();
   if (framesToPlay() == 0 && isHeardOut) frame_ = 0;
   isPlaying_ = true;
-  if (const std::error_code error = stream_.open()) return error;
-  write();
   return stream_.play();
 }
 

@@ -32,6 +32,7 @@ class LinuxAudioPlayer final : public AudioPlayer, private PulseStream::Writer {
   void goBackToWhatIsHeard();
 
   void serverWantsSamples() override;
+  bool isAtEnd() const override { return framesToPlay() == 0; }
   void deviceWasLost() override { inServer_ = 0; }
 
   std::shared_ptr<SoundDevice> device_;

@@ -26,6 +26,7 @@ LinuxAudioQueue::LinuxAudioQueue(std::shared_ptr<SoundDevice> device, OutputCall
 LinuxAudioQueue::~LinuxAudioQueue() {
   const PulseLock lock(device_->connection());
   isRunning_ = false;
+  stream_.pause();
   stream_.close();
 }
 
@@ -57,7 +58,9 @@ std::error_code LinuxAudioQueue::enqueueBuffer(AudioQueueBuffer& buffer) {
   enqueued->samples.resize(size / 2);
   std::memcpy(enqueued->samples.data(), buffer.mAudioData.data(), size / 2 * 2);
   waiting_.push_back(enqueued);
-  write();
+  // What there is still room for is asked for at once: the server itself asks for 80 ms at a time, and would run dry
+  // before that where less is in flight.
+  serverWantsSamples();
   return {};
 }
 
@@ -90,8 +93,6 @@ std::error_code LinuxAudioQueue::start() {
   const PulseLock lock(device_->connection());
   isRunning_ = true;
   callbacks_.setHeldBack(false);
-  if (const std::error_code error = stream_.open()) return error;
-  write();
   return stream_.play();
 }
 

@@ -38,6 +38,7 @@ class LinuxAudioQueue final : public AudioQueue, private PulseStream::Writer {
   void handBackWhatIsPlayed();
 
   void serverWantsSamples() override;
+  bool isAtEnd() const override { return false; }
   void deviceWasLost() override { takeBackFromServer(); }
 
   std::shared_ptr<SoundDevice> device_;

@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::chrono::milliseconds kFirstDelay = 100ms, kLongestDelay = 5s, kLongestWait = 1s;
+constexpr std::chrono::milliseconds kFirstDelay = 100ms, kLongestDelay = 5s, kLongestWait = 1s, kShortWait = 100ms;
 
 pa_usec_t after(std::chrono::microseconds delay) {
   return libpulse().pa_rtclock_now() + static_cast<pa_usec_t>(delay.count());
@@ -69,10 +69,13 @@ bool PulseConnection::waitUntil(const std::function<bool()>& holds) {
     static_cast<Wait*>(waiting)->connection.signal();
   };
   pa_time_event* limit =
-      context_ ? libpulse().pa_context_rttime_new(context_, after(kLongestWait), end, &wait) : nullptr;
+      context_ ? libpulse().pa_context_rttime_new(context_, after(isAnswering_ ? kLongestWait : kShortWait), end, &wait)
+               : nullptr;
   while (limit && !wait.isOver && !holds()) libpulse().pa_threaded_mainloop_wait(loop_);
   if (limit) libpulse().pa_threaded_mainloop_get_api(loop_)->time_free(limit);
-  return holds();
+  if (holds()) return true;
+  if (wait.isOver) isAnswering_ = false;
+  return false;
 }
 
 pa_context* PulseConnection::newContext() const {
@@ -106,7 +109,7 @@ void PulseConnection::tryToConnect() {
 void PulseConnection::stateChanged() {
   const pa_context_state_t state = libpulse().pa_context_get_state(context_);
   if (state == PA_CONTEXT_READY) {
-    hasAnswered_ = wasReady_ = true;
+    hasAnswered_ = wasReady_ = isAnswering_ = true;
     delay_ = kFirstDelay;
     if (onReady) onReady();
   } else if (!PA_CONTEXT_IS_GOOD(state)) {
@@ -116,7 +119,7 @@ void PulseConnection::stateChanged() {
 }
 
 void PulseConnection::tryLater() {
-  hasAnswered_ = true;
+  hasAnswered_ = isAnswering_ = true;  // there is none that could be silent
   if (std::exchange(wasReady_, false) && onLost) onLost();
   if (retry_) return;
   retry_ = libpulse().pa_context_rttime_new(

@@ -42,9 +42,15 @@ class PulseConnection {
   static void close(pa_context*& context);
 
   /// With the lock held, on any thread but the connection's own: waits until a condition holds that callbacks bring
-  /// about, each of which has to signal(). False if it does not hold within a second.
+  /// about, each of which has to signal(). False if it does not hold within a second; as long as a server that has let
+  /// a second pass says nothing, it is waited for a moment only.
   bool waitUntil(const std::function<bool()>& holds);
   void signal() { libpulse().pa_threaded_mainloop_signal(loop_, 0); }
+
+  /// With the lock held: whether the server has let a wait end without an answer, and said nothing since; to be told
+  /// of what it says.
+  bool isAnswering() const { return isAnswering_; }
+  void heardOfServer() { isAnswering_ = true; }
 
  private:
   friend class PulseLock;
@@ -60,6 +66,7 @@ class PulseConnection {
   std::chrono::milliseconds delay_;
   bool isRunning_ = false;
   bool wasReady_ = false;
+  bool isAnswering_ = true;
   bool hasAnswered_ = false;  // it came, refused, or let its time pass, at least once
 };
 

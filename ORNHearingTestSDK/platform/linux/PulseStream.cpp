@@ -23,10 +23,12 @@ pa_proplist* properties() {
   return list;
 }
 
+SoundWatch::Time now() { return SoundWatch::Time(libpulse().pa_rtclock_now()); }
+
 }  // namespace
 
 PulseStream::PulseStream(std::shared_ptr<SoundDevice> device, PulseStreamFormat format, Writer& writer)
-    : device_(std::move(device)), format_(format), writer_(writer) {}
+    : device_(std::move(device)), format_(format), writer_(writer), watch_(device_->lapseCounter()) {}
 
 PulseStream::~PulseStream() { close(); }
 
@@ -54,16 +56,7 @@ std::error_code PulseStream::connect(const SoundOutput& output) {
   deviceKey_ = output.key;
   device_->add(*this);
 
-  libpulse().pa_stream_set_state_callback(
-      stream_, [](pa_stream*, void* self) { static_cast<PulseStream*>(self)->stateChanged(); }, this);
-  libpulse().pa_stream_set_write_callback(
-      stream_,
-      [](pa_stream*, std::size_t, void* self) { static_cast<PulseStream*>(self)->writer_.serverWantsSamples(); }, this);
-  libpulse().pa_stream_set_event_callback(
-      stream_,
-      [](pa_stream*, const char* name, pa_proplist*, void* self) { static_cast<PulseStream*>(self)->eventCame(name); },
-      this);
-
+  setCallbacks();
   // A stream of the server's own choosing of latency would be moved about in time, and one that it may move to another
   // device would go to a loudspeaker. The volume is told, so that the server puts none of its own on the stream.
   const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_INTERPOLATE_TIMING |
@@ -81,16 +74,55 @@ std::error_code PulseStream::connect(const SoundOutput& output) {
   connection.waitUntil([this] { return !stream_ || libpulse().pa_stream_get_state(stream_) != PA_STREAM_CREATING; });
   if (isReady_) return {};
   if (stream_ && libpulse().pa_stream_get_state(stream_) == PA_STREAM_CREATING) {
+    device_->server().refresh();  // tells when it answers again
     return std::make_error_code(std::errc::timed_out);
   }
   return std::make_error_code(std::errc::no_such_device);
 }
+
+void PulseStream::setCallbacks() {
+  libpulse().pa_stream_set_state_callback(
+      stream_, [](pa_stream*, void* self) { static_cast<PulseStream*>(self)->stateChanged(); }, this);
+  libpulse().pa_stream_set_write_callback(
+      stream_, [](pa_stream*, std::size_t, void* self) { static_cast<PulseStream*>(self)->ask(); }, this);
+  libpulse().pa_stream_set_event_callback(
+      stream_,
+      [](pa_stream*, const char* name, pa_proplist*, void* self) { static_cast<PulseStream*>(self)->eventCame(name); },
+      this);
+  libpulse().pa_stream_set_started_callback(
+      stream_, [](pa_stream*, void* self) { static_cast<PulseStream*>(self)->watch_.started(now()); }, this);
+  libpulse().pa_stream_set_underflow_callback(
+      stream_, [](pa_stream*, void* self) { static_cast<PulseStream*>(self)->ranDry(); }, this);
+  libpulse().pa_stream_set_suspended_callback(
+      stream_, [](pa_stream*, void* self) { static_cast<PulseStream*>(self)->heldBackChanged(); }, this);
+}
+
+void PulseStream::serverWasHeardOf() {
+  device_->connection().heardOfServer();
+  watch_.answered(now());
+}
+
+void PulseStream::ask() {
+  serverWasHeardOf();
+  writer_.serverWantsSamples();
+}
+
+void PulseStream::ranDry() { watch_.ranDry(now(), writer_.isAtEnd()); }
+
+void PulseStream::heldBackChanged() {
+  watch_.setHeldBack(isInterrupted_ || libpulse().pa_stream_is_suspended(stream_) == 1, now());
+}
+
+std::error_code PulseStream::status() const { return watch_.status(now()); }
+
+void PulseStream::lookForLapse() { watch_.look(now()); }
 
 void PulseStream::stateChanged() {
   const pa_stream_state_t state = libpulse().pa_stream_get_state(stream_);
   if (state == PA_STREAM_READY) {
     isReady_ = true;
     bufferBytes_ = libpulse().pa_stream_get_buffer_attr(stream_)->tlength;
+    serverWasHeardOf();
   } else if (!PA_STREAM_IS_GOOD(state)) {
     loseDevice();
   }
@@ -101,6 +133,7 @@ void PulseStream::eventCame(std::string_view name) {
   const bool begins = name == PA_STREAM_EVENT_REQUEST_CORK;
   if (!begins && name != PA_STREAM_EVENT_REQUEST_UNCORK) return;
   isInterrupted_ = begins;
+  heldBackChanged();
   // The server has muted the stream by now; corked, it goes on later with the very next sample.
   check(libpulse().pa_stream_cork(stream_, begins || !isMeantToPlay_, nullptr, nullptr));
   if (const auto& tell = device_->server().onInterruption) tell(begins);
@@ -113,8 +146,16 @@ std::error_code PulseStream::check(pa_operation* operation) const {
 }
 
 std::error_code PulseStream::play() {
-  if (!isReady_) return std::make_error_code(std::errc::not_connected);
+  const std::error_code error = start();
+  device_->startEnded(*this, isReady_ ? std::error_code{} : error);
+  return error;
+}
+
+std::error_code PulseStream::start() {
+  if (const std::error_code error = open()) return error;
+  writer_.serverWantsSamples();
   isMeantToPlay_ = true;
+  watch_.setToPlay(true, now());
   if (isInterrupted_) return std::make_error_code(std::errc::device_or_resource_busy);
   if (libpulse().pa_stream_is_corked(stream_) == 0) return {};
   const auto tell = [](pa_stream*, int, void* connection) { static_cast<PulseConnection*>(connection)->signal(); };
@@ -125,18 +166,26 @@ std::error_code PulseStream::play() {
   // A server that does not answer must not pass for one that plays.
   const bool hasAnswered = connection.waitUntil([&] { return !stream_ || !isRunning(); });
   libpulse().pa_operation_unref(uncork);
-  if (!hasAnswered) return std::make_error_code(std::errc::timed_out);
+  if (!hasAnswered) {
+    device_->server().refresh();  // tells when it answers again
+    return std::make_error_code(std::errc::timed_out);
+  }
+  if (isReady_) serverWasHeardOf();
   return isReady_ ? std::error_code{} : std::make_error_code(std::errc::no_such_device);
 }
 
 std::error_code PulseStream::pause() {
   isMeantToPlay_ = false;
+  watch_.setToPlay(false, now());
+  device_->silenced(*this);
   if (!isReady_ || libpulse().pa_stream_is_corked(stream_) == 1) return {};
   return check(libpulse().pa_stream_cork(stream_, 1, nullptr, nullptr));
 }
 
 std::error_code PulseStream::drop() {
-  return isReady_ ? check(libpulse().pa_stream_flush(stream_, nullptr, nullptr)) : std::error_code{};
+  if (!isReady_) return {};
+  watch_.dropped(now());
+  return check(libpulse().pa_stream_flush(stream_, nullptr, nullptr));
 }
 
 std::size_t PulseStream::room() const {
@@ -149,16 +198,21 @@ std::error_code PulseStream::write(std::span<const std::int16_t> samples) {
   if (libpulse().pa_stream_write(stream_, samples.data(), samples.size_bytes(), nullptr, 0, PA_SEEK_RELATIVE) < 0) {
     return pulseError(libpulse().pa_context_errno(libpulse().pa_stream_get_context(stream_)));
   }
+  watch_.wrote(now());
   return {};
 }
 
 void PulseStream::close() {
   isReady_ = isMeantToPlay_ = isInterrupted_ = false;
+  watch_.lost(now());
   if (!stream_) return;
   device_->remove(*this);
   libpulse().pa_stream_set_state_callback(stream_, nullptr, nullptr);
   libpulse().pa_stream_set_write_callback(stream_, nullptr, nullptr);
   libpulse().pa_stream_set_event_callback(stream_, nullptr, nullptr);
+  libpulse().pa_stream_set_started_callback(stream_, nullptr, nullptr);
+  libpulse().pa_stream_set_underflow_callback(stream_, nullptr, nullptr);
+  libpulse().pa_stream_set_suspended_callback(stream_, nullptr, nullptr);
   if (PA_STREAM_IS_GOOD(libpulse().pa_stream_get_state(stream_))) libpulse().pa_stream_disconnect(stream_);
   libpulse().pa_stream_unref(stream_);
   stream_ = nullptr;

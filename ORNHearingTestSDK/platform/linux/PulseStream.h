@@ -9,6 +9,7 @@
 #include <pulse/stream.h>
 
 #include <ORNHearingTestSDK/platform/linux/SoundDevice.h>
+#include <ORNHearingTestSDK/platform/linux/SoundWatch.h>
 
 namespace orn {
 
@@ -29,6 +30,8 @@ class PulseStream {
     virtual ~Writer() = default;
     /// There is room for samples.
     virtual void serverWantsSamples() = 0;
+    /// All of the sound was written, and the server is to run dry.
+    virtual bool isAtEnd() const = 0;
     /// The device or the server has gone, and what the server held with it; the stream is closed.
     virtual void deviceWasLost() = 0;
   };
@@ -44,9 +47,9 @@ class PulseStream {
   bool isOpen() const { return isReady_; }
   const SoundOutputKey& device() const { return deviceKey_; }
 
-  /// Lets it sound, or silences it with all that the server holds kept. While the server wants the stream to make way
-  /// it is silent all the same, and play() gives std::errc::device_or_resource_busy; it sounds when the server allows
-  /// it.
+  /// Opens it, has it filled, and lets it sound; or silences it with all that the server holds kept. While the server
+  /// wants the stream to make way it is silent all the same, and play() gives std::errc::device_or_resource_busy; it
+  /// sounds when the server allows it.
   std::error_code play();
   std::error_code pause();
 
@@ -63,10 +66,22 @@ class PulseStream {
   /// Closes it and tells the writer.
   void loseDevice();
 
+  /// Whether its sound is heard if it is to be, without waiting: std::errc::device_or_resource_busy or timed_out.
+  std::error_code status() const;
+
+  /// Counts what is missing right now.
+  void lookForLapse();
+
  private:
   std::error_code connect(const SoundOutput& output);
+  void setCallbacks();
+  std::error_code start();
+  void serverWasHeardOf();
+  void ask();
+  void ranDry();
   void stateChanged();
   void eventCame(std::string_view name);
+  void heldBackChanged();
   std::error_code check(pa_operation* operation) const;
 
   std::shared_ptr<SoundDevice> device_;
@@ -78,6 +93,7 @@ class PulseStream {
   bool isReady_ = false;
   bool isMeantToPlay_ = false;
   bool isInterrupted_ = false;
+  SoundWatch watch_;
 };
 
 }  // namespace orn

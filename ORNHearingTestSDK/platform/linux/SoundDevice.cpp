@@ -37,6 +37,26 @@ const SoundOutput* SoundDevice::present() const {
   return chosen_ && !isClosed_ ? server_->knownState().find(*chosen_) : nullptr;
 }
 
+std::error_code SoundDevice::status() const {
+  if (!server_->connection().isAnswering()) return std::make_error_code(std::errc::timed_out);
+  // Nothing has sounded yet where nothing was chosen.
+  const bool isThere = chosen_ ? present() != nullptr : !server_->isKnown() || server_->knownState().current();
+  if (!isThere) return std::make_error_code(std::errc::no_such_device);
+  for (const PulseStream* stream : streams_) {
+    if (const std::error_code error = stream->status()) return error;
+  }
+  return lastStart_.error;
+}
+
+std::uint64_t SoundDevice::lapses() {
+  for (PulseStream* stream : streams_) stream->lookForLapse();
+  return lapses_;
+}
+
+void SoundDevice::silenced(const PulseStream& stream) {
+  if (lastStart_.stream == &stream) lastStart_ = {};
+}
+
 void SoundDevice::close() {
   isClosed_ = true;
   silenceIfGone();

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <list>
 #include <memory>
 #include <optional>
+#include <system_error>
 
 #include <ORNHearingTestSDK/platform/linux/SoundServer.h>
 
@@ -31,6 +33,17 @@ class SoundDevice {
   /// With the lock held: the device, if it is there.
   const SoundOutput* present() const;
 
+  /// With the lock held, without waiting: whether what is told to sound is heard, and how often it was not.
+  std::error_code status() const;
+  std::uint64_t lapses();
+
+  /// With the lock held: how a stream's start ended, which counts until another one starts or that one is to be silent.
+  void startEnded(const PulseStream& stream, std::error_code error) { lastStart_ = {&stream, error}; }
+  void silenced(const PulseStream& stream);
+
+  /// Where streams count what was not heard; guarded by the lock.
+  std::uint64_t& lapseCounter() { return lapses_; }
+
   /// With the lock held: the output that made it has gone, and nothing sounds any more.
   void close();
 
@@ -45,6 +58,11 @@ class SoundDevice {
   std::optional<SoundOutputKey> chosen_;
   bool isClosed_ = false;
   std::list<PulseStream*> streams_;
+  struct {
+    const PulseStream* stream = nullptr;
+    std::error_code error;
+  } lastStart_;
+  std::uint64_t lapses_ = 0;
   std::list<SoundServer::StateObserver>::iterator observer_;
 };
 

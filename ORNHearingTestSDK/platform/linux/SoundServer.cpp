@@ -105,6 +105,7 @@ void SoundServer::answered() {
 
 void SoundServer::change(SoundServerState now) {
   state_ = std::move(now);
+  connection_.heardOfServer();
   for (const StateObserver& observer : observers_) observer(state_);
   connection_.signal();
 }

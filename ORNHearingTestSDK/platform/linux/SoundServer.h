@@ -35,6 +35,7 @@ class SoundServer {
 
   /// The same with the lock held, and without waiting.
   const SoundServerState& knownState() const { return state_; }
+  bool isKnown() const { return hasAnswered_; }
 
   /// Asks again; with the lock held.
   void refresh();
