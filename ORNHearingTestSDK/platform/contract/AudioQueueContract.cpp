@@ -73,7 +73,7 @@ const Contract<AudioCheck> kContracts[] = {
 
     {"what the callback enqueues follows without a gap",
      [](AudioCheck& check) {
-       const Samples whole = ramp(5 * kBlock);
+       const Samples whole = ramp(8 * kBlock);
        for (const auto& [frames, count] : {std::pair{kBlock / 2, 6}, {kBlock / 4, 3}}) {
          std::size_t place = 0;
          const auto fillNext = [&, frames = frames](AudioQueueBuffer& buffer) {
