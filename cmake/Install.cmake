@@ -34,7 +34,7 @@ set(ORN_PRIVATE_HEADERS
     AlertView Animation Appearance AttributedButton AudioCheck AudiogramSummary AudioSessionObservers BoardGrid
     BoardLabels BoardMarks CalibrationFetch CallbackThread Checking DefaultSinkQuestion DefaultsPlist DefaultsReading
     DeviceCell FileLock FingerScroller HeardButton HistoryCell JsonReading LibCurl LibPulse LibraryFolder
-    LinuxAudioOutput LinuxAudioPlayer LinuxAudioQueue LinuxAudioSession MainQueue NavigationBar OutputVolumes PercentEscapes
+    LinuxAudioOutput LinuxAudioPlayer LinuxAudioQueue LinuxAudioSession MainQueue NavigationBar OneLine OutputVolumes PercentEscapes
     PerPlatform PhotoAlbum PlayableFormat PlistXml PosixFiles PropertyList PulseConnection PulseError PulseStream
     RequestCheck ReturnKey SectionHeading SharedLibrary ShopFooterView SimulatedAudioPlayer SimulatedAudioQueue
     SimulatedMixer SoundDevice SoundOutput SoundServer StereoGain TapRecognizer TemporaryFolder TextLabel Transfer TransferQueue
