@@ -385,6 +385,14 @@ TEST_P(ApplicationPaths, ClosingTheWindowEndsATestAtAnyMoment) {
        [](App& app) {
          app.startTest(), app.runUntil("右耳测试结束"), app.hands->click(QString("准备好了，继续测试"));
        }},
+      {"tone, with the last test's result on its way",
+       [](App& app) {
+         app.answer(app.kSubmission, "{}", 150'000);
+         app.takeTest();
+         app.click("完成");
+         app.startTest();
+         app.run(5);
+       }},
       {"result on its way", [](App& app) { app.answer(app.kSubmission, "{}", 3000), app.takeTest(); }},
   };
   for (const auto& [name, reach] : moments) {
