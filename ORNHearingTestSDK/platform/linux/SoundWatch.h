@@ -15,7 +15,7 @@ class SoundWatch {
 
   /// A server that plays asks for samples several times in what it holds of them, 0.24 s, and a device has some tens of
   /// milliseconds more. When nothing has come for so long, the sound has stopped.
-  static constexpr Time kPatience{400'000};
+  static constexpr Time kPatience{300'000};
 
   /// Whoever drops samples and writes others may be overtaken by the device; a queue that ran dry is told of later.
   static constexpr Time kAfterDrop{200'000};
