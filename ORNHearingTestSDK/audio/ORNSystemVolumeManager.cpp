@@ -27,6 +27,6 @@ void ORNSystemVolumeManager::setSystemVolumeToMax() { setSystemVolume(1.0F); }
 
 void ORNSystemVolumeManager::setSystemVolume(float volume) { session().setOutputVolume(volume); }
 
-void ORNSystemVolumeManager::reStoreSystemVolume() { setSystemVolume(shareInstance()->systemV_); }
+void ORNSystemVolumeManager::reStoreSystemVolume() { session().restoreOutputVolume(shareInstance()->systemV_); }
 
 }  // namespace orn

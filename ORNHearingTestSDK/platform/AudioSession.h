@@ -60,6 +60,10 @@ class ORN_EXPORT AudioSession {
   /// std::errc::no_such_device where there is none.
   virtual std::error_code setOutputVolume(float volume) = 0;
 
+  /// Puts the volume back to the one that outputVolume() told before setOutputVolume() first changed it. Unless a
+  /// system keeps more of it than this number, such as a volume for each ear, that is to set it. The same errors.
+  virtual std::error_code restoreOutputVolume(float volume) { return setOutputVolume(volume); }
+
   /// Notices go to the observer for as long as somebody else keeps it alive. From within a notice observers may be
   /// added and let go of.
   virtual void addObserver(std::weak_ptr<const AudioSessionObserver> observer) = 0;

@@ -25,6 +25,9 @@ struct ChangedSession final : AudioSession {
   std::error_code setOutputVolume(float level) override {
     return volume ? volume(level) : real->setOutputVolume(level);
   }
+  std::error_code restoreOutputVolume(float level) override {
+    return restore ? restore() : real->restoreOutputVolume(level);
+  }
   void addObserver(std::weak_ptr<const AudioSessionObserver> observer) override {
     if (adding) adding(observer);
     const auto forwards = [observer](const Tell& tell, std::int32_t value) {
@@ -42,6 +45,7 @@ struct ChangedSession final : AudioSession {
   std::function<std::optional<std::string>()> text;
   std::function<AudioRouteDescription()> route;
   std::function<std::error_code(float)> volume;
+  std::function<std::error_code()> restore;
   std::function<void(std::weak_ptr<const AudioSessionObserver>)> adding;
   Tell tellRoute = [](const AudioSessionObserver& observer, std::int32_t reason) {
     if (observer.routeChange) observer.routeChange(reason);
@@ -82,6 +86,8 @@ const std::vector<BrokenCopy<AudioSessionUnderTest>> kSessions = {
      })},
     {"the volume that is set", volumeThat([](float level) { return level == 0.9F ? 0.8F : level; })},
     {"beyond 0 and 1", volumeThat([](float level) { return level > 1 ? 0 : level; })},
+    {"restoreOutputVolume() puts",
+     sessionThat([](ChangedSession& session, AudioSession&) { session.restore = [] { return std::error_code(); }; })},
     {"without an output there is", sessionThat([](ChangedSession& session, AudioSession& real) {
        session.text = [&real] { return real.routeText().value_or("Speaker"); };
      })},

@@ -130,24 +130,26 @@ TEST_P(Route, AServerThatIsKilledInMidTestIsSurvived) {
 }
 
 TEST_P(Route, TheVolumeIsPutBackToTheVeryValue) {
-  const std::pair<std::string, std::string> table[] = {{"30% 30%", "0"}, {"21% 64%", "1"},  {"130% 130%", "0"},
-                                                       {"0% 0%", "0"},   {"100% 40%", "0"}, {"100% 100%", "0"}};
+  // One test after the other, and before each the user sets another volume.
+  const std::pair<std::string, std::string> table[] = {{"100% 100%", "0"}, {"30% 30%", "0"}, {"21% 64%", "1"},
+                                                       {"130% 130%", "0"}, {"0% 0%", "0"},   {"140% 60%", "0"}};
+  std::string audiometer = server_.addAudiometer();
+  server_.addSpeaker();
+  usePlatform();
   for (const auto& [volume, muted] : table) {
     for (const bool isLost : {false, true}) {
-      const std::string audiometer = server_.addAudiometer(), speaker = server_.addSpeaker();
       server_.setDefault("audiometer");
+      ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "HeadsetBT"; }));
       server_.control("set-sink-volume audiometer " + volume);
       server_.control("set-sink-mute audiometer " + muted);
       server_.control("set-sink-volume speaker 40%");
       const std::string before = server_.volumes("audiometer"), elsewhere = server_.volumes("speaker");
-      usePlatform();
       ORNSystemVolumeManager::saveSystemVolume();
       ORNSystemVolumeManager::setSystemVolumeToMax();
       ORNSystemVolumeManager::setSystemVolumeToMax();
       EXPECT_EQ(ORNSystemVolumeManager::getSystemVolume(), 1);
       EXPECT_THAT(server_.volumes("audiometer"), testing::AllOf(testing::HasSubstr("100%"), testing::HasSubstr("no"),
                                                                 testing::HasSubstr("balance 0.00")));
-      std::string again = audiometer;
       if (isLost) {
         server_.remove(audiometer);
         ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "Speaker"; }));
@@ -155,12 +157,9 @@ TEST_P(Route, TheVolumeIsPutBackToTheVeryValue) {
       // A screen that closes puts it back, and once more when it is let go of.
       for (int time = 0; time < 2; ++time) ORNSystemVolumeManager::reStoreSystemVolume();
       EXPECT_EQ(server_.volumes("speaker"), elsewhere);
-      if (isLost) again = server_.addAudiometer();
+      if (isLost) audiometer = server_.addAudiometer();
       EXPECT_TRUE(loop_->runUntil([&] { return server_.volumes("audiometer") == before; }, 5s))
           << before << (isLost ? " lost: " : ": ") << server_.volumes("audiometer");
-      Platform::clearCurrent();
-      server_.remove(again);
-      server_.remove(speaker);
     }
   }
 }

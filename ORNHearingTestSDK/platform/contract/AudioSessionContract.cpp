@@ -108,6 +108,14 @@ const Contract<SessionCheck> kContracts[] = {
        }
      }},
 
+    {"restoreOutputVolume() puts back the volume that was there before it was set",
+     [](SessionCheck& check) {
+       const float before = check.session().outputVolume();
+       (void)check.session().setOutputVolume(before < 0.5F ? 0.9F : 0.1F);
+       expect(!check.session().restoreOutputVolume(before), "it fails");
+       expect(isNear(check.session().outputVolume(), before), "the volume is another one");
+     }},
+
     {"without an output there is no route text and no port",
      [](SessionCheck& check) {
        check.unplugAll();

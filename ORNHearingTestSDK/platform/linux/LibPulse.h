@@ -26,7 +26,6 @@ struct LibPulse : SharedLibrary {
   ORN_FUNCTION(pa_context_subscribe);
   ORN_FUNCTION(pa_context_unref);
   ORN_FUNCTION(pa_cvolume_avg);
-  ORN_FUNCTION(pa_cvolume_equal);
   ORN_FUNCTION(pa_cvolume_set);
   ORN_FUNCTION(pa_operation_cancel);
   ORN_FUNCTION(pa_operation_get_state);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,7 +17,7 @@ struct SoundOutputKey {
   std::string sink;
   std::string port;
 
-  bool operator==(const SoundOutputKey&) const = default;
+  auto operator<=>(const SoundOutputKey&) const = default;
 };
 
 /// One output of the sound server, as it was when the server was asked.
