@@ -5,12 +5,12 @@
 #include <utility>
 #include <vector>
 
-#include <ORNHearingTestSDK/platform/contract/AudioSessionContract.h>
-#include <ORNHearingTestSDK/platform/contract/AudioUnderTest.h>
-#include <ORNHearingTestSDK/platform/contract/FileManagerContract.h>
-#include <ORNHearingTestSDK/platform/contract/RunLoopContract.h>
-#include <ORNHearingTestSDK/platform/contract/URLSessionContract.h>
-#include <ORNHearingTestSDK/platform/contract/UserDefaultsContract.h>
+#include <ORNHearingTestSDK/contracts/AudioSessionContract.h>
+#include <ORNHearingTestSDK/contracts/AudioUnderTest.h>
+#include <ORNHearingTestSDK/contracts/FileManagerContract.h>
+#include <ORNHearingTestSDK/contracts/RunLoopContract.h>
+#include <ORNHearingTestSDK/contracts/URLSessionContract.h>
+#include <ORNHearingTestSDK/contracts/UserDefaultsContract.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 
 // The library's simulated backend, as the suite of contracts wants a backend to be handed in. Hooks that would hold

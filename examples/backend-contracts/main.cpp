@@ -1,9 +1,9 @@
 // Runs the suite of contracts against a backend, here the simulated one; a porter's own program looks like this one.
 
-#include <ORNHearingTestSDK/platform/contract/AudioOutputContract.h>
-#include <ORNHearingTestSDK/platform/contract/AudioPlayerContract.h>
-#include <ORNHearingTestSDK/platform/contract/AudioQueueContract.h>
-#include <ORNHearingTestSDK/platform/contract/DeviceContract.h>
+#include <ORNHearingTestSDK/contracts/AudioOutputContract.h>
+#include <ORNHearingTestSDK/contracts/AudioPlayerContract.h>
+#include <ORNHearingTestSDK/contracts/AudioQueueContract.h>
+#include <ORNHearingTestSDK/contracts/DeviceContract.h>
 
 #include "SimulatedBackend.h"
 

@@ -5,10 +5,10 @@
 #include <QtCore/QEventLoop>
 #include <QtWidgets/QDialog>
 
-#include <ORNHearingTestSDK/platform/contract/RunLoopContract.h>
+#include <ORNHearingTestSDK/contracts/RunLoopContract.h>
 #include <ORNHearingTestSDK/platform/qt/QtRunLoop.h>
 
-#include "../platform/ContractExpectations.h"
+#include "../contracts/ContractExpectations.h"
 
 namespace orn {
 namespace {

@@ -1,15 +1,15 @@
 #include <memory>
 #include <utility>
 
-#include <ORNHearingTestSDK/platform/contract/AudioCheck.h>
-#include <ORNHearingTestSDK/platform/contract/AudioOutputContract.h>
-#include <ORNHearingTestSDK/platform/contract/AudioPlayerContract.h>
-#include <ORNHearingTestSDK/platform/contract/AudioQueueContract.h>
-#include <ORNHearingTestSDK/platform/contract/AudioSessionContract.h>
+#include <ORNHearingTestSDK/contracts/AudioCheck.h>
+#include <ORNHearingTestSDK/contracts/AudioOutputContract.h>
+#include <ORNHearingTestSDK/contracts/AudioPlayerContract.h>
+#include <ORNHearingTestSDK/contracts/AudioQueueContract.h>
+#include <ORNHearingTestSDK/contracts/AudioSessionContract.h>
 
 #include "SoundFixture.h"
-#include "platform/ContractExpectations.h"
-#include "platform/LinuxBackend.h"
+#include "contracts/ContractExpectations.h"
+#include "contracts/LinuxBackend.h"
 
 namespace orn::contract {
 namespace {

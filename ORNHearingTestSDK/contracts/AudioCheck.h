@@ -10,8 +10,8 @@
 #include <thread>
 #include <vector>
 
-#include <ORNHearingTestSDK/platform/contract/AudioUnderTest.h>
-#include <ORNHearingTestSDK/platform/contract/Checking.h>
+#include <ORNHearingTestSDK/contracts/AudioUnderTest.h>
+#include <ORNHearingTestSDK/contracts/Checking.h>
 
 namespace orn::contract {
 

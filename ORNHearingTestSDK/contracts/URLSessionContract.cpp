@@ -1,11 +1,11 @@
-#include <ORNHearingTestSDK/platform/contract/URLSessionContract.h>
+#include <ORNHearingTestSDK/contracts/URLSessionContract.h>
 
 #include <algorithm>
 #include <mutex>
 #include <thread>
 #include <utility>
 
-#include <ORNHearingTestSDK/platform/contract/Checking.h>
+#include <ORNHearingTestSDK/contracts/Checking.h>
 
 namespace orn::contract {
 namespace {

@@ -1,4 +1,4 @@
-#include <ORNHearingTestSDK/platform/contract/Checking.h>
+#include <ORNHearingTestSDK/contracts/Checking.h>
 
 #include <exception>
 #include <utility>

@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include <ORNHearingTestSDK/platform/contract/Contract.h>
+#include <ORNHearingTestSDK/contracts/Contract.h>
 
 // How the contracts are written down: a table of sentences with a function each, which throws what it finds. Nothing
 // throws from within a call of the backend, which need not let exceptions through.

@@ -1,11 +1,11 @@
-#include <ORNHearingTestSDK/platform/contract/UserDefaultsContract.h>
+#include <ORNHearingTestSDK/contracts/UserDefaultsContract.h>
 
 #include <limits>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include <ORNHearingTestSDK/platform/contract/Checking.h>
+#include <ORNHearingTestSDK/contracts/Checking.h>
 
 namespace orn::contract {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <ORNHearingTestSDK/platform/contract/AudioUnderTest.h>
-#include <ORNHearingTestSDK/platform/contract/Contract.h>
+#include <ORNHearingTestSDK/contracts/AudioUnderTest.h>
+#include <ORNHearingTestSDK/contracts/Contract.h>
 
 namespace orn::contract {
 

@@ -3,10 +3,10 @@
 #include <cstring>
 #include <thread>
 
-#include <ORNHearingTestSDK/platform/contract/AudioCheck.h>
-#include <ORNHearingTestSDK/platform/contract/AudioOutputContract.h>
-#include <ORNHearingTestSDK/platform/contract/AudioPlayerContract.h>
-#include <ORNHearingTestSDK/platform/contract/AudioQueueContract.h>
+#include <ORNHearingTestSDK/contracts/AudioCheck.h>
+#include <ORNHearingTestSDK/contracts/AudioOutputContract.h>
+#include <ORNHearingTestSDK/contracts/AudioPlayerContract.h>
+#include <ORNHearingTestSDK/contracts/AudioQueueContract.h>
 
 #include "BrokenCopies.h"
 #include "ChangedSound.h"

@@ -1,4 +1,4 @@
-#include <ORNHearingTestSDK/platform/contract/DeviceContract.h>
+#include <ORNHearingTestSDK/contracts/DeviceContract.h>
 
 #include <algorithm>
 #include <string>
@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include <ORNHearingTestSDK/platform/contract/Checking.h>
+#include <ORNHearingTestSDK/contracts/Checking.h>
 
 namespace orn::contract {
 namespace {

@@ -1,10 +1,10 @@
-#include <ORNHearingTestSDK/platform/contract/AudioOutputContract.h>
+#include <ORNHearingTestSDK/contracts/AudioOutputContract.h>
 
 #include <algorithm>
 #include <utility>
 
-#include <ORNHearingTestSDK/platform/contract/AudioCheck.h>
-#include <ORNHearingTestSDK/platform/contract/TemporaryFolder.h>
+#include <ORNHearingTestSDK/contracts/AudioCheck.h>
+#include <ORNHearingTestSDK/contracts/TemporaryFolder.h>
 
 namespace orn::contract {
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include <ORNHearingTestSDK/contracts/Contract.h>
 #include <ORNHearingTestSDK/platform/URLSession.h>
-#include <ORNHearingTestSDK/platform/contract/Contract.h>
 
 namespace orn::contract {
 

@@ -1,4 +1,4 @@
-#include <ORNHearingTestSDK/platform/contract/AudioCheck.h>
+#include <ORNHearingTestSDK/contracts/AudioCheck.h>
 
 #include <algorithm>
 #include <cmath>

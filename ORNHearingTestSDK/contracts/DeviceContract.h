@@ -3,8 +3,8 @@
 #include <functional>
 #include <memory>
 
+#include <ORNHearingTestSDK/contracts/Contract.h>
 #include <ORNHearingTestSDK/platform/Device.h>
-#include <ORNHearingTestSDK/platform/contract/Contract.h>
 
 namespace orn::contract {
 

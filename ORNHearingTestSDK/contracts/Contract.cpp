@@ -1,4 +1,4 @@
-#include <ORNHearingTestSDK/platform/contract/Contract.h>
+#include <ORNHearingTestSDK/contracts/Contract.h>
 
 #include <cstdio>
 #include <map>

@@ -2,7 +2,7 @@
 #include <thread>
 #include <utility>
 
-#include <ORNHearingTestSDK/platform/contract/DeviceContract.h>
+#include <ORNHearingTestSDK/contracts/DeviceContract.h>
 
 #include "BrokenCopies.h"
 #include "examples/backend-contracts/SimulatedBackend.h"

@@ -7,15 +7,15 @@
 #include <string>
 #include <thread>
 
-#include <ORNHearingTestSDK/platform/contract/RunLoopContract.h>
-#include <ORNHearingTestSDK/platform/contract/URLSessionContract.h>
-#include <ORNHearingTestSDK/platform/contract/UserDefaultsContract.h>
+#include <ORNHearingTestSDK/contracts/RunLoopContract.h>
+#include <ORNHearingTestSDK/contracts/URLSessionContract.h>
+#include <ORNHearingTestSDK/contracts/UserDefaultsContract.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxRunLoop.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxURLSession.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxUserDefaults.h>
 
+#include "../platform/LoopbackServer.h"
 #include "ContractExpectations.h"
-#include "LoopbackServer.h"
 
 // The parts of the Linux backend that need no sound server, as the suite of contracts wants them.
 

@@ -1,4 +1,4 @@
-#include <ORNHearingTestSDK/platform/contract/AudioSessionContract.h>
+#include <ORNHearingTestSDK/contracts/AudioSessionContract.h>
 
 #include <cmath>
 #include <limits>
@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include <ORNHearingTestSDK/platform/contract/Checking.h>
+#include <ORNHearingTestSDK/contracts/Checking.h>
 
 namespace orn::contract {
 namespace {

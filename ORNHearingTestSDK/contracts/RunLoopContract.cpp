@@ -1,4 +1,4 @@
-#include <ORNHearingTestSDK/platform/contract/RunLoopContract.h>
+#include <ORNHearingTestSDK/contracts/RunLoopContract.h>
 
 #include <algorithm>
 #include <atomic>
@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include <ORNHearingTestSDK/platform/contract/Checking.h>
+#include <ORNHearingTestSDK/contracts/Checking.h>
 
 namespace orn::contract {
 namespace {

@@ -1,9 +1,9 @@
 #include <cstdlib>
 
-#include <ORNHearingTestSDK/platform/contract/AudioOutputContract.h>
-#include <ORNHearingTestSDK/platform/contract/AudioPlayerContract.h>
-#include <ORNHearingTestSDK/platform/contract/AudioQueueContract.h>
-#include <ORNHearingTestSDK/platform/contract/DeviceContract.h>
+#include <ORNHearingTestSDK/contracts/AudioOutputContract.h>
+#include <ORNHearingTestSDK/contracts/AudioPlayerContract.h>
+#include <ORNHearingTestSDK/contracts/AudioQueueContract.h>
+#include <ORNHearingTestSDK/contracts/DeviceContract.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxDevice.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxFileManager.h>
 

@@ -5,8 +5,8 @@
 #include <functional>
 #include <memory>
 
+#include <ORNHearingTestSDK/contracts/Contract.h>
 #include <ORNHearingTestSDK/platform/AudioSession.h>
-#include <ORNHearingTestSDK/platform/contract/Contract.h>
 
 namespace orn::contract {
 

@@ -1,4 +1,4 @@
-#include <ORNHearingTestSDK/platform/contract/FileManagerContract.h>
+#include <ORNHearingTestSDK/contracts/FileManagerContract.h>
 
 #include <atomic>
 #include <filesystem>
@@ -7,7 +7,7 @@
 #include <thread>
 #include <utility>
 
-#include <ORNHearingTestSDK/platform/contract/Checking.h>
+#include <ORNHearingTestSDK/contracts/Checking.h>
 
 namespace orn::contract {
 namespace {

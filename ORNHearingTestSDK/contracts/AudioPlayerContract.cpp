@@ -1,9 +1,9 @@
-#include <ORNHearingTestSDK/platform/contract/AudioPlayerContract.h>
+#include <ORNHearingTestSDK/contracts/AudioPlayerContract.h>
 
 #include <algorithm>
 #include <limits>
 
-#include <ORNHearingTestSDK/platform/contract/AudioCheck.h>
+#include <ORNHearingTestSDK/contracts/AudioCheck.h>
 
 namespace orn::contract {
 namespace {

@@ -4,8 +4,8 @@
 #include <functional>
 #include <memory>
 
+#include <ORNHearingTestSDK/contracts/Contract.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
-#include <ORNHearingTestSDK/platform/contract/Contract.h>
 
 namespace orn::contract {
 

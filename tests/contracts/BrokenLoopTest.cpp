@@ -3,7 +3,7 @@
 #include <thread>
 #include <utility>
 
-#include <ORNHearingTestSDK/platform/contract/RunLoopContract.h>
+#include <ORNHearingTestSDK/contracts/RunLoopContract.h>
 
 #include "BrokenCopies.h"
 #include "examples/backend-contracts/SimulatedBackend.h"

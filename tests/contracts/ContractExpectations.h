@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
-#include <ORNHearingTestSDK/platform/contract/Contract.h>
+#include <ORNHearingTestSDK/contracts/Contract.h>
 
 namespace orn::contract {
 
