@@ -333,12 +333,17 @@ TEST_P(ApplicationPaths, AResultThatWasNotTakenIsOfferedUntilItIsTakenOnce) {
         app.open();
       }
       app.answer(app.kSubmission, R"({"rspCode":0})");
+      app.answer("/acquireListenTest", failure);  // whether it was taken can't be known
+      const std::size_t before = app.asked(app.kSubmission);
+      app.open();
+      app.click("现在提交");
+      EXPECT_TRUE(app.hands->sees("没有保存到测试记录"));
+      app.answer("/acquireListenTest", R"({"rspCode":0})");
       if (isTakenUnheard) {
         const auto now = app.machine.virtualTime->date().time_since_epoch();
         sent["createDate"] = std::chrono::duration<double, std::milli>(now).count();
         app.answer("/acquireListenTest", nlohmann::json{{"rspCode", 0}, {"listenTests", {sent}}}.dump());
       }
-      const std::size_t before = app.asked(app.kSubmission);
       app.open();
       app.click("现在提交");
       EXPECT_TRUE(app.hands->sees("测试结果已经提交到测试记录"));
