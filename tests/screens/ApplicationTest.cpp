@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QtCore/QTimer>
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QTextBrowser>
 #include <nlohmann/json.hpp>
@@ -362,7 +363,12 @@ TEST_P(ApplicationPaths, AClosedWindowWaitsForAResultOnItsWay) {
     ScriptedApplication app(GetParam());
     app.answer(app.kSubmission, R"({"rspCode":0})", delay * 1000);
     app.takeTest();
-    for (int times = 0; times < 2; ++times) app.host->window().close();
+    app.host->window().close();
+    QTimer::singleShot(0, [] {  // as at a signal
+      QApplication::quit();
+      QApplication::exit();
+    });
+    QApplication::exec();
     EXPECT_EQ(app.hands->alert(), "温馨提示|正在提交测试结果…");
     app.run(delay == 4 ? 3 : 9);
     EXPECT_TRUE(app.host->window().isVisible());
