@@ -145,7 +145,6 @@ std::function<void(const URLReply&)> HostApplication::watch(const URLRequest& re
       return [this, life = std::weak_ptr(life_)](const URLReply& reply) {
         if (reply.error && life.lock()) say(noticeOfCalibration(*reply.error));
       };
-    case Asked::Registration:  // its callback tells
     case Asked::Other:
     default:
       return {};

@@ -7,10 +7,10 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QUuid>
 
-#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
+#include <ORNHearingTestSDK/results/UserProfile.h>
 
 namespace orn {
 namespace {
@@ -52,16 +52,17 @@ void keepProfile(const Profile& profile) {
 void registerKeptProfile(std::function<void(std::optional<Error>)> done) {
   const auto service = kept<std::string>(kServiceHostDefault);
   if (!isProfileKept() || !service || service == kept<std::string>(kRegisteredWith)) return;
-  ORNHearingTest::setAppUserID(kept<std::string>("USERID"), kept<std::string>("USERNAME"),
-                               kept<bool>("USERSEX").value_or(false), kept<system_clock::time_point>("BIRTHDAY"),
-                               kept<std::string>("PHONE"),
-                               [service = *service, done = std::move(done)](const std::optional<Error>& error) {
-                                 if (!error) {
-                                   defaults().setValue(kRegisteredWith, service);
-                                   defaults().synchronize();
-                                 }
-                                 done(error);
-                               });
+  UserProfile::setAppUserID(
+      kept<std::string>("USERID"), kept<std::string>("USERNAME"), kept<bool>("USERSEX").value_or(false),
+      kept<system_clock::time_point>("BIRTHDAY"), kept<std::string>("PHONE"),
+      [service = *service, done = std::move(done)](const std::optional<Error>& error) {
+        if (!error) {
+          defaults().setValue(kRegisteredWith, service);
+          defaults().synchronize();
+        }
+        done(error);
+      },
+      Refusals::AreErrors);
 }
 
 }  // namespace orn

@@ -26,8 +26,7 @@ bool isProfileKept();
 void keepProfile(const Profile& profile);
 
 /// Registers the kept profile with the service of the settings, unless that one has it. `done` is told once there is an
-/// answer, and not at all if there is nothing to do. A profile that was not taken is sent again at the next call. Where
-/// the service's refusal is to count as one, it must come as an error: see judged().
+/// answer, and not at all if there is nothing to do. A profile that was not taken is sent again at the next call.
 void registerKeptProfile(std::function<void(std::optional<Error>)> done);
 
 }  // namespace orn

@@ -3,10 +3,11 @@
 #include <chrono>
 #include <utility>
 
-#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
+#include <ORNHearingTestSDK/results/ResultSubmission.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
+#include <ORNHearingTestSDK/results/TestHistory.h>
 
 #include "hearing-app/ServiceNotices.h"
 
@@ -54,7 +55,7 @@ void ResultKeeper::submissionEnded(const UnsentResult& result, bool isKept, cons
 std::size_t ResultKeeper::unsent() const { return leftOver().size(); }
 
 void ResultKeeper::submitUnsent() {
-  ORNHearingTest::getListenTestWithCompletion(
+  TestHistory::getListenTestWithCompletion(
       [weak = weak_from_this(), results = leftOver()](const std::optional<Error>& error, const nlohmann::json& stored) {
         const auto self = weak.lock();
         if (!self) return;
@@ -68,7 +69,8 @@ void ResultKeeper::submitUnsent() {
           }
         }
         self->submitNext(std::move(missing));
-      });
+      },
+      Refusals::AreErrors);
 }
 
 void ResultKeeper::submitNext(std::vector<UnsentResult> results) {
@@ -76,12 +78,11 @@ void ResultKeeper::submitNext(std::vector<UnsentResult> results) {
   const UnsentResult next = results.front();
   results.erase(results.begin());
   resubmitted_ = next;
-  ORNHearingTest::listenTestWithLeft(
-      next.left, next.right, next.headset,
-      [weak = weak_from_this(), rest = std::move(results)](std::nullptr_t, const std::optional<Error>& error) {
-        const auto self = weak.lock();
-        if (self && !error) self->submitNext(rest);  // of an error the end of the submission tells
-      });
+  ResultSubmission::submit(next.left, next.right, next.headset,
+                           [weak = weak_from_this(), rest = std::move(results)](const std::optional<Error>& error) {
+                             const auto self = weak.lock();
+                             if (self && !error) self->submitNext(rest);  // of an error the end of the submission tells
+                           });
   resubmitted_.reset();
 }
 

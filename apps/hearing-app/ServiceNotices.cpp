@@ -7,8 +7,6 @@
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 
-#include "hearing-app/ServiceReplies.h"
-
 namespace orn {
 namespace {
 
@@ -22,9 +20,9 @@ QString noticeOfCalibration(const Error& error) {
 }
 
 QString noticeOfRegistration(const Error& error) {
-  const QString why = isUnreachable(error)       ? QStringLiteral("连接不上测听服务器")
-                      : error.domain == kRefusal ? QStringLiteral("测听服务器没有接受您的资料")
-                                                 : QStringLiteral("测听服务器的回答无法识别");
+  const QString why = isUnreachable(error)             ? QStringLiteral("连接不上测听服务器")
+                      : error.domain == kServiceDomain ? QStringLiteral("测听服务器没有接受您的资料")
+                                                       : QStringLiteral("测听服务器的回答无法识别");
   return why + QStringLiteral("，您的资料还没有登记，下次打开时会再试。");
 }
 

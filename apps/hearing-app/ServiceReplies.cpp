@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
 #include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
 
 #include "simulation/SessionCalibration.h"
@@ -14,7 +15,7 @@ std::optional<Error> failureIn(const std::string& body) {
   if (!reply.is_object()) return Error{"json", 0, "the reply is no JSON object"};
   const auto code = reply.find("rspCode");  // one that is not there reads as 0, as everywhere
   if (code == reply.end() || code->is_null() || *code == 0 || *code == "0") return std::nullopt;
-  return Error{kRefusal, 0, "the service does not take it"};
+  return Error{kServiceDomain, 0, "the service does not take it"};
 }
 
 bool isCalibrationFor(const URLRequest& request, const std::string& body) {
@@ -28,7 +29,6 @@ bool isCalibrationFor(const URLRequest& request, const std::string& body) {
 Asked askedFor(const std::string& url) {
   const auto isTo = [&](const char* endpoint) { return url.find(endpoint) != std::string::npos; };
   if (isTo("/user/findSdkDeviceValue")) return Asked::Calibration;
-  if (isTo("/user/sdkRegister")) return Asked::Registration;
   if (isTo("/user/sdkJonDiagnose2/")) return Asked::Submission;
   return Asked::Other;
 }
@@ -37,7 +37,7 @@ URLReply judged(const URLRequest& request, URLReply reply) {
   const Asked asked = askedFor(request.url);
   if (!reply.body || asked == Asked::Other) return reply;
   std::optional<Error> failure;
-  if (asked != Asked::Calibration) {
+  if (asked == Asked::Submission) {
     failure = failureIn(*reply.body);
   } else if (!isCalibrationFor(request, *reply.body)) {
     failure = Error{kNoCalibration, 0, "no calibration for this device"};

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QtCore/QTimer>
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QTextBrowser>
 #include <nlohmann/json.hpp>
@@ -333,12 +334,17 @@ TEST_P(ApplicationPaths, AResultThatWasNotTakenIsOfferedUntilItIsTakenOnce) {
         app.open();
       }
       app.answer(app.kSubmission, R"({"rspCode":0})");
+      app.answer("/acquireListenTest", failure);  // whether it was taken can't be known
+      const std::size_t before = app.asked(app.kSubmission);
+      app.open();
+      app.click("现在提交");
+      EXPECT_TRUE(app.hands->sees("没有保存到测试记录"));
+      app.answer("/acquireListenTest", R"({"rspCode":0})");
       if (isTakenUnheard) {
         const auto now = app.machine.virtualTime->date().time_since_epoch();
         sent["createDate"] = std::chrono::duration<double, std::milli>(now).count();
         app.answer("/acquireListenTest", nlohmann::json{{"rspCode", 0}, {"listenTests", {sent}}}.dump());
       }
-      const std::size_t before = app.asked(app.kSubmission);
       app.open();
       app.click("现在提交");
       EXPECT_TRUE(app.hands->sees("测试结果已经提交到测试记录"));
@@ -357,7 +363,12 @@ TEST_P(ApplicationPaths, AClosedWindowWaitsForAResultOnItsWay) {
     ScriptedApplication app(GetParam());
     app.answer(app.kSubmission, R"({"rspCode":0})", delay * 1000);
     app.takeTest();
-    for (int times = 0; times < 2; ++times) app.host->window().close();
+    app.host->window().close();
+    QTimer::singleShot(0, [] {  // as at a signal
+      QApplication::quit();
+      QApplication::exit();
+    });
+    QApplication::exec();
     EXPECT_EQ(app.hands->alert(), "温馨提示|正在提交测试结果…");
     app.run(delay == 4 ? 3 : 9);
     EXPECT_TRUE(app.host->window().isVisible());
