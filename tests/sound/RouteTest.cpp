@@ -28,6 +28,13 @@ class Route : public SoundTest {
     return loop_->runUntil([&] { return tones_ >= before + tones && !recording.isSilentSince(0); });
   }
 
+  /// The next tone can't sound, and the test says so instead of taking it for one that nobody heard.
+  void expectEnd(const simulation::TestRun& run) {
+    EXPECT_TRUE(loop_->runUntil([&] { return run.isOver(); })) << "the session goes on";
+    EXPECT_EQ(run.outcome().failure, "the sound output is gone or does not play");
+    EXPECT_TRUE(run.outcome().left.empty() && run.outcome().right.empty());
+  }
+
   int tones_ = 0;
 };
 
@@ -80,21 +87,16 @@ TEST_P(Route, ALostDeviceIsToldOfAndItsTonesNeverGoToAnother) {
       ASSERT_TRUE(isHeard(*run, 2));
       server_.remove(audiometer);
       ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kDeviceGone); }));
-      const int before = tones_;
-      EXPECT_TRUE(loop_->runUntil([&] { return tones_ >= before + 3; })) << "the session goes on";
-      run->pauseTest();
-      run->continueTest();
-      EXPECT_TRUE(loop_->runUntil([&] { return tones_ >= before + 5; }));
+      expectEnd(*run);
+      loop_->runFor(300ms);
       EXPECT_GT(elsewhere.frames(), 0U);
       EXPECT_TRUE(elsewhere.isSilentSince(0)) << "the loudspeaker has played";
-      run->pauseTest();
     }
     // Plugged in again, a test that is started anew is heard.
     const std::string again = server_.addAudiometer();
     server_.setDefault("audiometer");
     ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "HeadsetBT"; }));
-    EXPECT_TRUE(isHeard(*run, 0));
-    run->pauseTest();
+    EXPECT_TRUE(isHeard(*newTest(path), 0));
     Platform::clearCurrent();
     server_.remove(again);
     server_.remove(speaker);
@@ -115,16 +117,13 @@ TEST_P(Route, AServerThatIsKilledInMidTestIsSurvived) {
     EXPECT_EQ(session_->routeText(), std::nullopt);
     EXPECT_EQ(session_->setOutputVolume(1), std::errc::no_such_device);
     EXPECT_EQ(output_->useCurrentDevice(), std::errc::no_such_device);
-    const int before = tones_;
-    EXPECT_TRUE(loop_->runUntil([&] { return tones_ >= before + 2; })) << "the session goes on";
-    run->pauseTest();
+    expectEnd(*run);
 
     reasons_.clear();
     server_.start();
     server_.addAudiometer();
     ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kNewDevice) && session_->routeText() == "HeadsetBT"; }));
-    EXPECT_TRUE(isHeard(*run, 0));
-    run->pauseTest();
+    EXPECT_TRUE(isHeard(*newTest(path), 0));
     Platform::clearCurrent();
   }
 }
