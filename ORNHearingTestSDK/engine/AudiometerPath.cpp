@@ -6,7 +6,7 @@
 namespace orn {
 
 double AudiometerPath::amplitude(std::int32_t db, const std::string& hz) const {
-  return audiometerAmplitude(ab.get(), aabb.get(), xxyy.get(), db, hz);
+  return audiometerAmplitude(records_.ab().get(), records_.aabb().get(), records_.xxyy().get(), db, hz);
 }
 
 void AudiometerPath::startEar(const std::shared_ptr<PlayerGetDataSouce>& session) {
@@ -16,7 +16,7 @@ void AudiometerPath::startEar(const std::shared_ptr<PlayerGetDataSouce>& session
 }
 
 SoundPath::Preparation AudiometerPath::prepare(ORNHearingTestItem& item, bool /*isLeft*/) {
-  if (!hasCalibrationAt(ab.get(), item.frequency())) return {ToneMissingReason::Calibration};
+  if (!hasCalibrationAt(records_.ab().get(), item.frequency())) return {ToneMissingReason::Calibration};
   // The level comes from the row and not from dbValue; on the retest scale that is 20 dB more, and is meant.
   const auto level = kGridScale.levelOf(static_cast<int>(item.point().y));
   const auto volume = static_cast<float>(amplitude(level, item.hzValue()));

@@ -2,19 +2,15 @@
 
 #include <memory>
 
+#include <ORNHearingTestSDK/calibration/CalibrationRecords.h>
 #include <ORNHearingTestSDK/engine/SoundPath.h>
 
 namespace orn {
 
-class ORNDeviceVolumeIOS;
-
 /// To the audiometer: one stream of samples, which Player asks the session for and in which a change of tone is a fade.
 class AudiometerPath final : public SoundPath {
  public:
-  using Record = std::shared_ptr<const ORNDeviceVolumeIOS>;
-
-  /// The device's own record, and those of the two reference earplugs.
-  Record ab, aabb, xxyy;
+  explicit AudiometerPath(const CalibrationRecords& records) : records_(records) {}
 
   /// Amplitude of a level in dB HL at a frequency key; an absent record counts as zeros.
   double amplitude(std::int32_t db, const std::string& hz) const;
@@ -28,6 +24,8 @@ class AudiometerPath final : public SoundPath {
 
  private:
   bool play(ORNHearingTestItem& item, float volume) override;
+
+  const CalibrationRecords& records_;
 };
 
 }  // namespace orn

@@ -11,7 +11,7 @@ void EarphonePath::startEar(const std::shared_ptr<PlayerGetDataSouce>& /*session
 SoundPath::Preparation EarphonePath::prepare(ORNHearingTestItem& item, bool isLeft) {
   const std::int32_t hz = item.frequency();
   const std::int32_t level = intValue(item.dbValue());
-  const auto gain = earphoneGain((isLeft ? left : right).get(), hz, level);
+  const auto gain = earphoneGain((isLeft ? records_.leftVolume() : records_.rightVolue()).get(), hz, level);
   if (!gain) return {ToneMissingReason::Calibration};
   // The player is shared by many items, so pan and gain are set for each tone; the side asked for here is overruled.
   item.setPlayer(ORNPlayer::shareInstance()->playerWithHzValue(static_cast<std::uint64_t>(hz), level, false));

@@ -2,19 +2,15 @@
 
 #include <memory>
 
+#include <ORNHearingTestSDK/calibration/CalibrationRecords.h>
 #include <ORNHearingTestSDK/engine/SoundPath.h>
 
 namespace orn {
 
-class ORNDeviceVolumeIOS;
-
 /// To earphones: each tone is a looping recording, with its own stereo position and gain.
 class EarphonePath final : public SoundPath {
  public:
-  using Record = std::shared_ptr<const ORNDeviceVolumeIOS>;
-
-  /// The ears' records.
-  Record left, right;
+  explicit EarphonePath(const CalibrationRecords& records) : records_(records) {}
 
   void startEar(const std::shared_ptr<PlayerGetDataSouce>& session) override;
   Preparation prepare(ORNHearingTestItem& item, bool isLeft) override;
@@ -25,6 +21,8 @@ class EarphonePath final : public SoundPath {
 
  private:
   bool play(ORNHearingTestItem& item, float volume) override;
+
+  const CalibrationRecords& records_;
 };
 
 }  // namespace orn

@@ -1,8 +1,23 @@
 #include <ORNHearingTestSDK/engine/HearingTestGrid.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace orn {
+
+const std::vector<std::string>& defaultHzs() {
+  static const std::vector<std::string> hzs{"1000hz", "2000hz", "4000hz", "8000hz", "500hz", "250hz", "125hz"};
+  return hzs;
+}
+
+std::vector<std::string> withoutRepeats(std::vector<std::string> hzs) {
+  auto end = hzs.begin();
+  for (std::string& hz : hzs) {
+    if (std::find(hzs.begin(), end, hz) == end) *end++ = std::move(hz);
+  }
+  hzs.erase(end, hzs.end());
+  return hzs;
+}
 
 HearingTestColumn makeColumn(const ColumnLayout& layout) {
   HearingTestColumn column;

@@ -10,6 +10,12 @@
 
 namespace orn {
 
+/// The frequency keys of a session that was given none, in test order: the seven, from 1000 Hz up and then down.
+const std::vector<std::string>& defaultHzs();
+
+/// A key that comes again is left out: it would have no way to a column after it.
+std::vector<std::string> withoutRepeats(std::vector<std::string> hzs);
+
 /// Items of one frequency by row; row 0 is the quietest.
 using HearingTestColumn = std::map<int, std::shared_ptr<ORNHearingTestItem>>;
 

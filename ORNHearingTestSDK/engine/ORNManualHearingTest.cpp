@@ -1,21 +1,13 @@
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
 
-#include <algorithm>
 #include <utility>
 
-#include <ORNHearingTestSDK/calibration/CalibrationFetch.h>
-#include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
 #include <ORNHearingTestSDK/platform/AudioOutput.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/results/ResultSubmission.h>
 
 namespace orn {
-namespace {
-
-const std::vector<std::string> kDefaultHzs{"1000hz", "2000hz", "4000hz", "8000hz", "500hz", "250hz", "125hz"};
-
-}  // namespace
 
 ORNManualHearingTest::ORNManualHearingTest() = default;
 
@@ -25,27 +17,15 @@ std::shared_ptr<ORNManualHearingTest> ORNManualHearingTest::init() {
 }
 
 std::vector<std::string> ORNManualHearingTest::hzs() {
-  if (hzs_.empty()) hzs_ = kDefaultHzs;
+  if (hzs_.empty()) hzs_ = defaultHzs();
   return hzs_;
 }
 
-void ORNManualHearingTest::setTestHzs(std::vector<std::string> hzs) {
-  // A key that came twice would have no way to a column after it.
-  std::vector<std::string> once;
-  for (std::string& hz : hzs) {
-    if (std::find(once.begin(), once.end(), hz) == once.end()) once.push_back(std::move(hz));
-  }
-  setHzs(std::move(once));
-}
+void ORNManualHearingTest::setTestHzs(std::vector<std::string> hzs) { setHzs(withoutRepeats(std::move(hzs))); }
 
-HearingTestGrid& ORNManualHearingTest::manageLeftDictory() {
-  if (!manageLeftDictory_) manageLeftDictory_ = makeGrid(hzs(), true);
-  return *manageLeftDictory_;
-}
-
-HearingTestGrid& ORNManualHearingTest::manageRightDictory() {
-  if (!manageRightDictory_) manageRightDictory_ = makeGrid(hzs(), false);
-  return *manageRightDictory_;
+HearingTestGrid& ORNManualHearingTest::grid(std::optional<HearingTestGrid>& made, bool isLeft) {
+  if (!made) made = makeGrid(hzs(), isLeft);
+  return *made;
 }
 
 void ORNManualHearingTest::setCurrentItem(Item item) { stream_.setCurrentItem(std::move(item)); }
@@ -55,36 +35,21 @@ std::span<const std::uint8_t> ORNManualHearingTest::playerGetData() { return str
 void ORNManualHearingTest::addItem(const Item& item, std::vector<Item>& forArray) { TestResults::add(item, forArray); }
 
 /// Records that arrive after the session has gone are of no use to anyone.
-std::function<void(const ORNDeviceCorrect&)> ORNManualHearingTest::assignment(
-    void (ORNManualHearingTest::*assign)(const ORNDeviceCorrect&)) {
-  return [session = std::weak_ptr(self(this)), assign](const ORNDeviceCorrect& reply) {
-    if (const auto alive = session.lock()) ((*alive).*assign)(reply);
+CalibrationAssignment ORNManualHearingTest::taking(void (CalibrationRecords::*take)(const ORNDeviceCorrect&)) {
+  return [session = std::weak_ptr(self(this)), take](const ORNDeviceCorrect& reply) {
+    if (const auto alive = session.lock()) ((*alive).*take)(reply);
   };
-}
-
-void ORNManualHearingTest::assignAudiometer(const ORNDeviceCorrect& reply) {
-  const AudiometerRecords records = audiometerRecords(reply);
-  if (records.ab) audiometer_.ab = records.ab;
-  if (records.aabb) audiometer_.aabb = records.aabb;
-  if (records.xxyy) audiometer_.xxyy = records.xxyy;
-}
-
-void ORNManualHearingTest::assignEarphones(const ORNDeviceCorrect& reply) {
-  const EarphoneRecords records = earphoneRecords(reply);
-  if (records.left) earphones_.left = records.left;
-  if (records.right) earphones_.right = records.right;
 }
 
 void ORNManualHearingTest::setKV50MAC(const std::string& KV50MAC, CompletionHandler completionHandler) {
   KV50MAC_ = KV50MAC;
-  fetchAudiometerCalibration("", KV50MAC, assignment(&ORNManualHearingTest::assignAudiometer),
-                             std::move(completionHandler));
+  fetchAudiometerCalibration("", KV50MAC, taking(&CalibrationRecords::takeAudiometer), std::move(completionHandler));
 }
 
 void ORNManualHearingTest::getTestHistoryByMAC(
     const std::string& KV50MAC, std::function<void(std::optional<Error>, std::nullptr_t)> completionHandler) {
   KV50MAC_ = KV50MAC;
-  fetchAudiometerCalibration("history", KV50MAC, assignment(&ORNManualHearingTest::assignAudiometer),
+  fetchAudiometerCalibration("history", KV50MAC, taking(&CalibrationRecords::takeAudiometer),
                              [done = std::move(completionHandler)](std::optional<Error> error) {
                                if (done) done(std::move(error), nullptr);
                              });
@@ -92,8 +57,7 @@ void ORNManualHearingTest::getTestHistoryByMAC(
 
 void ORNManualHearingTest::setEarPlugModel(const std::string& earPlugModel, CompletionHandler completionHandler) {
   setEarPlugModel(std::optional(earPlugModel));
-  fetchEarphoneCalibration(earPlugModel, assignment(&ORNManualHearingTest::assignEarphones),
-                           std::move(completionHandler));
+  fetchEarphoneCalibration(earPlugModel, taking(&CalibrationRecords::takeEarphones), std::move(completionHandler));
 }
 
 void ORNManualHearingTest::postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base,

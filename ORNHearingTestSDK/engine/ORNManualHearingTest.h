@@ -8,6 +8,8 @@
 #include <vector>
 
 #include <ORNHearingTestSDK/audio/Player.h>
+#include <ORNHearingTestSDK/calibration/CalibrationFetch.h>
+#include <ORNHearingTestSDK/calibration/CalibrationRecords.h>
 #include <ORNHearingTestSDK/engine/AudiometerPath.h>
 #include <ORNHearingTestSDK/engine/EarphonePath.h>
 #include <ORNHearingTestSDK/engine/HearingTestGrid.h>
@@ -17,18 +19,14 @@
 
 namespace orn {
 
-class ORNDeviceCorrect;
-class ORNDeviceVolumeIOS;
-
 /// The manual test, and the engine under the timed ones: it starts and stops tones on either output path, keeps the
 /// thresholds, and knows when an ear and the test are complete. As a manual test, playAtHz() presents a tone and
 /// listened() makes it the threshold of its frequency.
 ///
 /// With KV50MAC set, tones go to the audiometer as a stream of samples; without it, to earphones by looping recordings.
-class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetDataSouce {
+class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetDataSouce, public CalibrationRecords {
  public:
   using Item = std::shared_ptr<ORNHearingTestItem>;
-  using Record = std::shared_ptr<const ORNDeviceVolumeIOS>;
 
   static std::shared_ptr<ORNManualHearingTest> init();
 
@@ -66,8 +64,8 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   void setHzs(std::vector<std::string> hzs) { hzs_ = std::move(hzs); }
 
   /// The grids, made from hzs() at their first read and never again; the items remember what they went through.
-  HearingTestGrid& manageLeftDictory();
-  HearingTestGrid& manageRightDictory();
+  HearingTestGrid& manageLeftDictory() { return grid(manageLeftDictory_, true); }
+  HearingTestGrid& manageRightDictory() { return grid(manageRightDictory_, false); }
 
   /// Settled thresholds, at most one for each column, by column.
   const std::vector<Item>& leftEarTestResultArray() const { return results_.of(true); }
@@ -107,18 +105,6 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
                                      double rscore, const nlohmann::json& noise, const nlohmann::json& userID,
                                      const nlohmann::json& startTime, const nlohmann::json& endTime,
                                      const std::optional<std::string>& earPlugModel, CompletionHandler completion);
-
-  /// Calibration of the earphones by ear, and of the audiometer: its own record and the two reference ones.
-  const Record& leftVolume() const { return earphones_.left; }
-  void setLeftVolume(Record record) { earphones_.left = std::move(record); }
-  const Record& rightVolue() const { return earphones_.right; }
-  void setRightVolue(Record record) { earphones_.right = std::move(record); }
-  const Record& ab() const { return audiometer_.ab; }
-  void setAb(Record record) { audiometer_.ab = std::move(record); }
-  const Record& aabb() const { return audiometer_.aabb; }
-  void setAabb(Record record) { audiometer_.aabb = std::move(record); }
-  const Record& xxyy() const { return audiometer_.xxyy; }
-  void setXxyy(Record record) { audiometer_.xxyy = std::move(record); }
 
   /// What setNosiseValue() was given is dropped.
   std::optional<double> nosiseValue() const { return std::nullopt; }
@@ -173,17 +159,15 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
  private:
   SoundPath& path();
   bool takesPresses() const { return !isEnded_ && !missingItem_; }
-  void assignAudiometer(const ORNDeviceCorrect& reply);
-  void assignEarphones(const ORNDeviceCorrect& reply);
-  std::function<void(const ORNDeviceCorrect&)> assignment(
-      void (ORNManualHearingTest::*assign)(const ORNDeviceCorrect&));
+  HearingTestGrid& grid(std::optional<HearingTestGrid>& made, bool isLeft);
+  CalibrationAssignment taking(void (CalibrationRecords::*take)(const ORNDeviceCorrect&));
 
   std::vector<std::string> hzs_;
   std::optional<HearingTestGrid> manageLeftDictory_;
   std::optional<HearingTestGrid> manageRightDictory_;
   TestResults results_;
-  AudiometerPath audiometer_;
-  EarphonePath earphones_;
+  AudiometerPath audiometer_{*this};
+  EarphonePath earphones_{*this};
   ToneStream stream_;
   bool isLeft_ = false;
   int earsStarted_ = 0;

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
+#include <ORNHearingTestSDK/platform/Export.h>
+
+namespace orn {
+
+class ORNDeviceCorrect;
+
+/// The calibration that a session has: the earphones' records by ear, and the audiometer's own with those of the two
+/// reference earplugs, models "2" and "1". Null where none has come. Main thread.
+class ORN_EXPORT CalibrationRecords {
+ public:
+  using Record = std::shared_ptr<const ORNDeviceVolumeIOS>;
+
+  const Record& leftVolume() const { return leftVolume_; }
+  void setLeftVolume(Record record) { leftVolume_ = std::move(record); }
+  const Record& rightVolue() const { return rightVolue_; }
+  void setRightVolue(Record record) { rightVolue_ = std::move(record); }
+  const Record& ab() const { return ab_; }
+  void setAb(Record record) { ab_ = std::move(record); }
+  const Record& aabb() const { return aabb_; }
+  void setAabb(Record record) { aabb_ = std::move(record); }
+  const Record& xxyy() const { return xxyy_; }
+  void setXxyy(Record record) { xxyy_ = std::move(record); }
+
+  /// Takes what a reply has of a device's records; the others stay as they are.
+  void takeAudiometer(const ORNDeviceCorrect& reply);
+  void takeEarphones(const ORNDeviceCorrect& reply);
+
+ private:
+  Record leftVolume_, rightVolue_;
+  Record ab_, aabb_, xxyy_;
+};
+
+}  // namespace orn
