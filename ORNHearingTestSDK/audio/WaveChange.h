@@ -32,8 +32,8 @@ ORN_EXPORT uint8_t* creatWaveData(const uint8_t* data, int64_t size, float ampli
 ORN_EXPORT uint8_t* creatWaveDataF(const uint8_t* data, int64_t size, int32_t repetitions, float start, float end);
 
 /// `rampTimes` cycles, each at one gain, and behind them `steadyTimes` cycles at `end`. The ramp rises from 0 to one
-/// step short of |start - end|, whichever of the two is larger: only the size of the change counts, and this is meant.
-/// A count below 1 leaves its part out.
+/// step short of |start - end|, whichever of the two is larger: only the size of the change counts, and this is meant,
+/// see docs/BEHAVIOURS.md. A count below 1 leaves its part out.
 ORN_EXPORT uint8_t* creatWaveDataByTimes(const uint8_t* data, int64_t size, float start, float end, int32_t steadyTimes,
                                          int32_t rampTimes);
 

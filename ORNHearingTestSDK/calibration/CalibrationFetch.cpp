@@ -96,7 +96,8 @@ void fetchEarphoneCalibration(const std::string& model, CalibrationAssignment as
     if (const auto dictionary = dictionaryOfPropertyList(*cached)) {
       const Reply records = ORNDeviceCorrect::initWithDictionary(*dictionary);
       if (records->rspCode() == 0) assign(*records);
-      return;  // without the completion: only an answer of the service calls it, and that is meant
+      return;  // without the completion: only an answer of the service calls it, and that is meant, see
+               // docs/BEHAVIOURS.md
     }
   }
   askService(

@@ -9,7 +9,7 @@
 namespace orn {
 namespace {
 
-constexpr std::string_view levelKey = "Marlowe_Fennikarp_3746";
+constexpr std::string_view kLevelKey = "Marlowe_Fennikarp_3746";
 
 /// A character of several bytes goes as a whole, so that base64 is left whatever the character is.
 std::string_view withoutLastCharacter(std::string_view text) {
@@ -23,14 +23,14 @@ std::string_view withoutLastCharacter(std::string_view text) {
 
 std::string encipheredLevel(std::string_view value) {
   const auto ciphertext =
-      AES256EncryptWithKey({reinterpret_cast<const std::uint8_t*>(value.data()), value.size()}, levelKey);
+      AES256EncryptWithKey({reinterpret_cast<const std::uint8_t*>(value.data()), value.size()}, kLevelKey);
   return ciphertext ? encodeBase64(*ciphertext) + 'x' : std::string();
 }
 
 std::optional<std::string> decipheredLevel(std::string_view enciphered) {
   const auto ciphertext = decodeBase64(withoutLastCharacter(enciphered));
   if (!ciphertext) return std::nullopt;
-  const auto plaintext = AES256DecryptWithKey(*ciphertext, levelKey);
+  const auto plaintext = AES256DecryptWithKey(*ciphertext, kLevelKey);
   if (!plaintext) return std::nullopt;
   std::string value(plaintext->begin(), plaintext->end());
   if (!isUtf8(value)) return std::nullopt;

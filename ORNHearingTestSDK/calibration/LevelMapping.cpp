@@ -11,10 +11,10 @@
 namespace orn {
 namespace {
 
-constexpr double fullScale = 10000000.0;
-constexpr double justBelowFullScale = 0.9999999;
-constexpr double batchOneFactor = 0.316;  // very nearly -10 dB
-constexpr std::int32_t highestLevelOfQuietRecording = 40;
+constexpr double kFullScale = 10000000.0;
+constexpr double kJustBelowFullScale = 0.9999999;
+constexpr double kBatchOneFactor = 0.316;  // very nearly -10 dB
+constexpr std::int32_t kHighestLevelOfQuietRecording = 40;
 
 float powerOfTen(float exponent) { return static_cast<float>(std::pow(10.0, static_cast<double>(exponent))); }
 
@@ -39,7 +39,7 @@ bool startsWithNumber(std::string_view text) {
   return digit != text.npos && text[digit] >= '0' && text[digit] <= '9';
 }
 
-double batchFactor(const ORNDeviceVolumeIOS* ab) { return ab && ab->batch() == 1 ? batchOneFactor : 1.0; }
+double batchFactor(const ORNDeviceVolumeIOS* ab) { return ab && ab->batch() == 1 ? kBatchOneFactor : 1.0; }
 
 }  // namespace
 
@@ -48,9 +48,11 @@ double audiometerAmplitude(const ORNDeviceVolumeIOS* ab, const ORNDeviceVolumeIO
   const auto frequency = intValue(hz);
   const double A = valueOrZero(ab, frequency), B = valueOrZero(aabb, frequency), C = valueOrZero(xxyy, frequency);
   const double t = B + ((static_cast<double>(db) - A) - C);
-  double X = static_cast<double>(powerOfTen(static_cast<float>(t / 20.0))) / fullScale;
+  double X = static_cast<double>(powerOfTen(static_cast<float>(t / 20.0))) / kFullScale;
   if (std::isnan(X)) return 0.0;
-  if (X > 1.0) X = justBelowFullScale;  // exactly 1 stays, and the cap comes before the batch: both are meant
+  if (X > 1.0)
+    X = kJustBelowFullScale;  // exactly 1 stays, and the cap comes before the batch: both are meant, see
+                              // docs/BEHAVIOURS.md
   return X * batchFactor(ab);
 }
 
@@ -58,8 +60,8 @@ std::optional<double> earphoneGain(const ORNDeviceVolumeIOS* record, std::int32_
   const auto text = calibrationText(record, hz);
   if (!text) return std::nullopt;
   float t = static_cast<float>(level) - floatValue(*text);
-  if (level <= highestLevelOfQuietRecording) t = t + 40.0F;
-  const double gain = static_cast<double>(powerOfTen(t / 20.0F)) / fullScale;
+  if (level <= kHighestLevelOfQuietRecording) t = t + 40.0F;
+  const double gain = static_cast<double>(powerOfTen(t / 20.0F)) / kFullScale;
   const auto volume = static_cast<float>(gain);
   if (!std::isfinite(volume) || volume <= 0) return std::nullopt;
   return gain;
@@ -72,14 +74,14 @@ bool hasCalibrationAt(const ORNDeviceVolumeIOS* record, std::int32_t hz) {
 double audiometerLevel(const ORNDeviceVolumeIOS* ab, const ORNDeviceVolumeIOS* aabb, const ORNDeviceVolumeIOS* xxyy,
                        double amplitude, std::string_view hz) {
   const auto frequency = intValue(hz);
-  return 20.0 * std::log10(amplitude * fullScale / batchFactor(ab)) + valueOrZero(ab, frequency) -
+  return 20.0 * std::log10(amplitude * kFullScale / batchFactor(ab)) + valueOrZero(ab, frequency) -
          valueOrZero(aabb, frequency) + valueOrZero(xxyy, frequency);
 }
 
 std::optional<double> earphoneLevel(const ORNDeviceVolumeIOS* record, std::int32_t hz, double fullScaleFactor) {
   const auto text = calibrationText(record, hz);
   if (!text) return std::nullopt;
-  return 20.0 * std::log10(fullScaleFactor * fullScale) + static_cast<double>(floatValue(*text));
+  return 20.0 * std::log10(fullScaleFactor * kFullScale) + static_cast<double>(floatValue(*text));
 }
 
 bool hasCalibration(const ORNDeviceVolumeIOS* record, const std::vector<std::string>& hzs) {

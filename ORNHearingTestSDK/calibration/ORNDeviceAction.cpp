@@ -19,7 +19,7 @@ std::shared_ptr<ORNDeviceCorrect> ORNDeviceCorrectAction::getDeviceCorrectWithNa
 
 void ORNDeviceCorrectAction::saveCorrect(std::int32_t /*correct*/) {
   const auto defaults = Platform::current().userDefaults;
-  // What is found is dropped, and that is meant.
+  // What is found is dropped, and that is meant, see docs/BEHAVIOURS.md.
   for (int hz = 125; hz <= 8000; hz *= 2) (void)defaults->value("LEFT" + std::to_string(hz) + "HZ");
 }
 

@@ -13,7 +13,7 @@ namespace {
 using nlohmann::json;
 using Untyped = std::shared_ptr<const json>;
 
-constexpr int deepestNesting = 64;
+constexpr int kDeepestNesting = 64;
 
 bool nestsDeeper(const json& value, int levels) {
   if (!value.is_structured()) return false;
@@ -23,7 +23,7 @@ bool nestsDeeper(const json& value, int levels) {
 
 /// Copying goes down the nesting level by level, so a hostile depth would exhaust the stack.
 Untyped held(const json& value) {
-  if (value.is_null() || nestsDeeper(value, deepestNesting)) return nullptr;
+  if (value.is_null() || nestsDeeper(value, kDeepestNesting)) return nullptr;
   return std::make_shared<const json>(value);
 }
 

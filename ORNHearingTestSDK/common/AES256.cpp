@@ -12,8 +12,8 @@
 namespace orn {
 namespace {
 
-constexpr std::size_t blockLength = 16;
-constexpr std::array<std::uint8_t, blockLength> zeroVector{};
+constexpr std::size_t kBlockLength = 16;
+constexpr std::array<std::uint8_t, kBlockLength> zeroVector{};
 
 enum class Direction { Decrypt = 0, Encrypt = 1 };
 
@@ -44,13 +44,13 @@ class ErrorQueueMark {
 std::optional<Bytes> crypt(Direction direction, std::span<const std::uint8_t> input, std::string_view keyText) {
   keyText = keyText.substr(0, keyText.find('\0'));
   if (keyText.size() > KeyBuffer::length) return std::nullopt;
-  if (input.size() > std::numeric_limits<int>::max() - blockLength) return std::nullopt;
+  if (input.size() > std::numeric_limits<int>::max() - kBlockLength) return std::nullopt;
 
   const ErrorQueueMark mark;
   const KeyBuffer key(keyText);
   const std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)> context(EVP_CIPHER_CTX_new(),
                                                                                 &EVP_CIPHER_CTX_free);
-  Bytes output(input.size() + blockLength);
+  Bytes output(input.size() + kBlockLength);
   int body = 0, last = 0;
   const bool done =
       context != nullptr &&

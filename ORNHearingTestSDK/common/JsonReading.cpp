@@ -12,18 +12,18 @@ namespace {
 
 using nlohmann::json;
 
-constexpr auto highest = std::numeric_limits<std::int64_t>::max();
-constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
+constexpr auto kHighest = std::numeric_limits<std::int64_t>::max();
+constexpr auto kLowest = std::numeric_limits<std::int64_t>::min();
 
 std::int64_t saturated(double value) {
   constexpr double limit = 9223372036854775808.0;  // 2^63
   if (std::isnan(value)) return 0;
-  if (value >= limit) return highest;
-  return value < -limit ? lowest : static_cast<std::int64_t>(value);
+  if (value >= limit) return kHighest;
+  return value < -limit ? kLowest : static_cast<std::int64_t>(value);
 }
 
 std::int64_t saturated(std::uint64_t value) {
-  return value > static_cast<std::uint64_t>(highest) ? highest : static_cast<std::int64_t>(value);
+  return value > static_cast<std::uint64_t>(kHighest) ? kHighest : static_cast<std::int64_t>(value);
 }
 
 }  // namespace

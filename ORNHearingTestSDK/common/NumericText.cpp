@@ -9,7 +9,7 @@
 namespace orn {
 namespace {
 
-constexpr std::string_view digits = "0123456789";
+constexpr std::string_view kDigits = "0123456789";
 
 struct SignedText {
   bool negative;
@@ -37,7 +37,7 @@ Integer leadingInteger(std::string_view text) {
 
 bool beginsNumber(std::string_view text) {
   if (text.starts_with('.')) text.remove_prefix(1);
-  return !text.empty() && digits.find(text.front()) != std::string_view::npos;
+  return !text.empty() && kDigits.find(text.front()) != std::string_view::npos;
 }
 
 /// Tells overflow from underflow, which from_chars reports alike: the power of ten of the first digit that counts.

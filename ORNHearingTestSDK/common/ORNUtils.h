@@ -34,7 +34,7 @@ class ORN_EXPORT ORNUtils {
   static DateFormatter dayFormatter();       ///< "yyyyMMdd"
   static DateFormatter timeFormatter();      ///< "yyyy-MM-dd HH:mm:ss"
 
-  /// A plain address whose last part has two to four letters; longer ones fail, which is meant.
+  /// A plain address whose last part has two to four letters; longer ones fail, which is meant, see docs/BEHAVIOURS.md.
   static bool validateEmail(std::string_view text);
 
   /// 13 characters beginning with "861" or 11 beginning with "1"; what follows is not looked at. Characters are counted

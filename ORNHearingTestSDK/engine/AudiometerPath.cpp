@@ -17,7 +17,8 @@ void AudiometerPath::startEar(const std::shared_ptr<PlayerGetDataSouce>& session
 
 SoundPath::Preparation AudiometerPath::prepare(ORNHearingTestItem& item, bool /*isLeft*/) {
   if (!hasCalibrationAt(records_.ab().get(), item.frequency())) return {ToneMissingReason::Calibration};
-  // The level comes from the row and not from dbValue; on the retest scale that is 20 dB more, and is meant.
+  // The level comes from the row and not from dbValue; on the retest scale that is 20 dB more, and is meant, see
+  // docs/BEHAVIOURS.md.
   const auto level = kGridScale.levelOf(static_cast<int>(item.point().y));
   const auto volume = static_cast<float>(amplitude(level, item.hzValue()));
   if (!(volume > 0)) return {ToneMissingReason::Calibration};

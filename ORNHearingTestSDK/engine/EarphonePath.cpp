@@ -34,7 +34,7 @@ void EarphonePath::pause(const PlayerGetDataSouce& /*session*/, ORNHearingTestIt
   if (item) item->stop();
 }
 
-/// A stopped tone is not resumed: that is meant.
+/// A stopped tone is not resumed: that is meant, see docs/BEHAVIOURS.md.
 void EarphonePath::resume() {}
 
 }  // namespace orn

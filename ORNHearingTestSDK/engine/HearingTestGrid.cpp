@@ -10,13 +10,12 @@ const std::vector<std::string>& defaultHzs() {
   return hzs;
 }
 
-std::vector<std::string> withoutRepeats(std::vector<std::string> hzs) {
-  auto end = hzs.begin();
-  for (std::string& hz : hzs) {
-    if (std::find(hzs.begin(), end, hz) == end) *end++ = std::move(hz);
+std::vector<std::string> withoutRepeats(const std::vector<std::string>& hzs) {
+  std::vector<std::string> once;
+  for (const std::string& hz : hzs) {
+    if (std::find(once.begin(), once.end(), hz) == once.end()) once.push_back(hz);
   }
-  hzs.erase(end, hzs.end());
-  return hzs;
+  return once;
 }
 
 HearingTestColumn makeColumn(const ColumnLayout& layout) {

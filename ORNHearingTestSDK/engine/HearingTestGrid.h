@@ -14,7 +14,7 @@ namespace orn {
 const std::vector<std::string>& defaultHzs();
 
 /// A key that comes again is left out: it would have no way to a column after it.
-std::vector<std::string> withoutRepeats(std::vector<std::string> hzs);
+std::vector<std::string> withoutRepeats(const std::vector<std::string>& hzs);
 
 /// Items of one frequency by row; row 0 is the quietest.
 using HearingTestColumn = std::map<int, std::shared_ptr<ORNHearingTestItem>>;

@@ -6,15 +6,15 @@ namespace orn {
 
 /// The scale that levels are tested on: rows of 5 dB HL each, row 0 the quietest.
 struct LevelScale {
-  static constexpr int step = 5;
+  static constexpr int kStep = 5;
 
   int rows;
   int lowest;  ///< dB HL of row 0
 
-  constexpr int levelOf(int row) const { return lowest + step * row; }
+  constexpr int levelOf(int row) const { return lowest + kStep * row; }
 
   /// Cut towards zero, so that on the grid 12 dB is row 0 like 15 dB, and 10 dB is row -1. Any level has an answer.
-  constexpr std::int64_t rowOf(std::int64_t level) const { return (level - lowest) / step; }
+  constexpr std::int64_t rowOf(std::int64_t level) const { return (level - lowest) / kStep; }
 };
 
 /// Of every column of a session's grid: 15 to 90 dB HL.

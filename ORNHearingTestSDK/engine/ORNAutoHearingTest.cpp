@@ -57,7 +57,7 @@ ORNAutoHearingTest::Item ORNAutoHearingTest::getNextColnTestItem() {
     key = std::find(keys.begin(), keys.end(), currentItem()->hzValue());
     if (key != keys.end()) ++key;
   }
-  return key == keys.end() ? nullptr : itemAt(currentGrid(), *key, AutomaticSearch::startRow);
+  return key == keys.end() ? nullptr : itemAt(currentGrid(), *key, AutomaticSearch::kStartRow);
 }
 
 }  // namespace orn

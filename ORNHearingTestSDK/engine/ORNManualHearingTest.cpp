@@ -21,7 +21,7 @@ std::vector<std::string> ORNManualHearingTest::hzs() {
   return hzs_;
 }
 
-void ORNManualHearingTest::setTestHzs(std::vector<std::string> hzs) { setHzs(withoutRepeats(std::move(hzs))); }
+void ORNManualHearingTest::setTestHzs(std::vector<std::string> hzs) { setHzs(withoutRepeats(hzs)); }
 
 HearingTestGrid& ORNManualHearingTest::grid(std::optional<HearingTestGrid>& made, bool isLeft) {
   if (!made) made = makeGrid(hzs(), isLeft);

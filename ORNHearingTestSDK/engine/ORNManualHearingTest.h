@@ -139,7 +139,7 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   bool makeCurrent(const Item& item);
 
   /// Makes an item current and presents it, or makes nothing current. Since it is then the last item too, the stream
-  /// starts it at full amplitude, and that is meant.
+  /// starts it at full amplitude, and that is meant, see docs/BEHAVIOURS.md.
   void presentAtOnce(const Item& item);
 
   /// Marks the current item as heard and silences its player; the search waits for the clock. Nothing for a tone that

@@ -12,7 +12,7 @@ constexpr std::int32_t kIndexAfterRetest = 5;
 constexpr double kRetestX = 8;  // beyond every column of the grid
 
 HearingTestColumn makeRetestScale(bool isLeft) {
-  // Panned to the left for both ears: that is meant.
+  // Panned to the left for both ears: that is meant, see docs/BEHAVIOURS.md.
   HearingTestColumn scale = makeColumn({.x = kRetestX, .hzValue = "1000hz", .pan = -1.0F, .scale = kRetestScale});
   for (const auto& [row, item] : scale) {
     item->setPlayer(ORNPlayer::shareInstance()->playerWithHzValue(1000, intValue(item->dbValue()), isLeft));
@@ -140,9 +140,9 @@ ORNStandardHearingTest::Item ORNStandardHearingTest::getNextColnTestItem() {
   const std::vector<std::string> keys = hzs();
   if (testIndex_ < 0 || static_cast<std::size_t>(testIndex_) >= keys.size()) return nullptr;
   if (testIndex_ == kRetestIndex) {
-    return (isLeft() ? manageReTestLeftDictory() : manageReTestRightDictory()).at(StandardSearch::startRow);
+    return (isLeft() ? manageReTestLeftDictory() : manageReTestRightDictory()).at(StandardSearch::kStartRow);
   }
-  return itemAt(currentGrid(), keys[static_cast<std::size_t>(testIndex_)], StandardSearch::startRow);
+  return itemAt(currentGrid(), keys[static_cast<std::size_t>(testIndex_)], StandardSearch::kStartRow);
 }
 
 }  // namespace orn

@@ -62,20 +62,20 @@ bool PresentationClock::isTickLate() {
   if (now < due_) return false;  // somebody else's call, not the timer's
   const auto late = now - due_;
   due_ += interval_;
-  if (late > longestDelay && autoPlayTimer_) move(now + interval_);
-  return late > longestHoldUp;
+  if (late > kLongestDelay && autoPlayTimer_) move(now + interval_);
+  return late > kLongestHoldUp;
 }
 
 void PresentationClock::toneStarts(bool isFirstOfFrequency) {
   start_ = loop().now();
   // The ticks keep their rhythm through the pause before a further frequency.
-  time_ = interval_ - (isFirstOfFrequency ? untilNextFrequency : std::chrono::seconds(0));
+  time_ = interval_ - (isFirstOfFrequency ? kUntilNextFrequency : std::chrono::seconds(0));
   heldUpBefore_ = watch_.total();
   giveTime(time_);
 }
 
 void PresentationClock::toneCanBeAnswered() {
-  if (loop().now() - start_ <= longestDelay) return;
+  if (loop().now() - start_ <= kLongestDelay) return;
   start_ = loop().now();
   heldUpBefore_ = watch_.total();
   giveTime(time_);
@@ -83,15 +83,15 @@ void PresentationClock::toneCanBeAnswered() {
 
 void PresentationClock::giveTime(std::chrono::nanoseconds time) {
   const auto tick = loop().now() + time;
-  if (autoPlayTimer_ && due_ < tick - longestDelay) move(tick);
+  if (autoPlayTimer_ && due_ < tick - kLongestDelay) move(tick);
 }
 
 bool PresentationClock::hasMadeUpForHoldUp() {
   const auto heldUp = watch_.total() - heldUpBefore_;
-  if (!autoPlayTimer_ || heldUp <= longestDelay) return false;
+  if (!autoPlayTimer_ || heldUp <= kLongestDelay) return false;
   const auto answerable = loop().now() - start_ - heldUp;
   const auto owed = time_ - answerable;
-  if (owed <= longestDelay) return false;
+  if (owed <= kLongestDelay) return false;
   move(loop().now() + owed);
   return true;
 }

@@ -14,13 +14,13 @@ namespace orn {
 class ORN_EXPORT PresentationClock {
  public:
   /// From a settled threshold to the next frequency's tone.
-  static constexpr std::chrono::seconds untilNextFrequency{1};
+  static constexpr std::chrono::seconds kUntilNextFrequency{1};
 
   /// By so much a tick may be late, half of the shortest tone, before nobody knows what was heard.
-  static constexpr std::chrono::seconds longestHoldUp{2};
+  static constexpr std::chrono::seconds kLongestHoldUp{2};
 
   /// What any call on a busy main thread may be late by.
-  static constexpr std::chrono::milliseconds longestDelay{100};
+  static constexpr std::chrono::milliseconds kLongestDelay{100};
 
   /// Time of a presentation in seconds: the user default "BOFANGSHICHANG" where it is above 4, else 4.
   static std::int32_t getPlayTime();
@@ -33,7 +33,7 @@ class ORN_EXPORT PresentationClock {
   void park(const RunLoop::Action& timerUpdate);
   bool isRunning() const { return autoPlayTimer_ != nullptr; }
 
-  /// Called once at each tick: whether it comes more than longestHoldUp after its time. After a late one the ticks
+  /// Called once at each tick: whether it comes more than kLongestHoldUp after its time. After a late one the ticks
   /// begin anew, so that the next tone has its whole time.
   bool isTickLate();
 

@@ -5,7 +5,7 @@
 namespace orn {
 
 bool StandardSearch::isAccepted(const Presentations& level) {
-  return level.heard > level.notHeard && level.heard + level.notHeard >= leastPresentations;
+  return level.heard > level.notHeard && level.heard + level.notHeard >= kLeastPresentations;
 }
 
 SearchMove StandardSearch::next(const Presentations& level, int row, int rows, bool isHeard) {

@@ -17,8 +17,8 @@ struct Presentations {
 /// level has been heard more often than not over at least three presentations. A rule over answers, with neither sound
 /// nor time.
 struct ORN_EXPORT StandardSearch {
-  static constexpr int startRow = 9;
-  static constexpr std::int64_t leastPresentations = 3;
+  static constexpr int kStartRow = 9;
+  static constexpr std::int64_t kLeastPresentations = 3;
 
   /// A level can be accepted by a tone that was not heard, after two that were.
   static bool isAccepted(const Presentations& level);
@@ -28,7 +28,7 @@ struct ORN_EXPORT StandardSearch {
 
   /// Whether the first tone after an accepted retest is silent on the audiometer path, by the presentation that the
   /// retest was accepted on. One that was not heard leaves the stream the second until that tone to keep it so, and
-  /// that is meant: the search goes 5 dB up from it.
+  /// that is meant (docs/BEHAVIOURS.md): the search goes 5 dB up from it.
   static constexpr bool isNextToneSilent(bool isRetestHeard) { return !isRetestHeard; }
 };
 

@@ -92,7 +92,7 @@ void TimedHearingTest::presentBrokenToneAgain(const Item& item) {
 void TimedHearingTest::afterThreshold(RunLoop::Action present) {
   isNextToneDue_ = true;
   Platform::current().runLoop->performAfterDelay(
-      PresentationClock::untilNextFrequency,
+      PresentationClock::kUntilNextFrequency,
       [session = self(this), present = std::move(present)] { session->presentNextFrequency(present); });
 }
 

@@ -44,7 +44,8 @@ struct AudioQueueBuffer {
 class ORN_EXPORT AudioQueue {
  public:
   /// Called on the queue's own thread, always the same one, with a buffer that has been played. In a simulated queue
-  /// that thread is the one that runs the loop.
+  /// that thread is the one that runs the loop. It has some 80 ms until the sound runs dry, so it allocates nothing,
+  /// reads and writes no file, and waits for no lock that another thread may hold for long.
   using OutputCallback = std::function<void(AudioQueue&, AudioQueueBuffer&)>;
 
   virtual ~AudioQueue() = default;

@@ -69,7 +69,7 @@ std::int64_t HearingScore::computeEarTestResult(const EarResult& earResult) {
   for (std::int64_t i = 0; i < count; ++i) {
     const auto& [hz, threshold] = kept[static_cast<std::size_t>(i)];
     // The column goes by the entry's place and the octave is added to it, on into the next band: every score rests on
-    // this reading, and it is meant.
+    // this reading, and it is meant, see docs/BEHAVIOURS.md.
     const std::int64_t index = sex + 2 * i + octaveOf(hz) % count;
     sum += std::int64_t{threshold} - allowanceAt(kRowLength * row + index);
   }

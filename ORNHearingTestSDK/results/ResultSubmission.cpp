@@ -87,7 +87,7 @@ void ResultSubmission::postListenTestWithLeft(const EarResult& left, const EarRe
                                               PostCompletion completion) {
   const auto identity = serviceIdentity();
   if (!identity) return;
-  // Both losses are computed and dropped, and that is meant.
+  // Both losses are computed and dropped, and that is meant, see docs/BEHAVIOURS.md.
   (void)HearingScore::computeEarTestResult(left);
   (void)HearingScore::computeEarTestResult(right);
   URLRequest request = submissionRequest(*identity);

@@ -110,7 +110,7 @@ void RealTest::watchForHoldUps() {
   lastPulse_ = loop->now();
   pulse_ = loop->scheduledTimer(kPulse, [this, now = std::weak_ptr(loop)] {
     const auto last = std::exchange(lastPulse_, now.lock()->now());
-    if (lastPulse_ - last <= PresentationClock::longestHoldUp) return;
+    if (lastPulse_ - last <= PresentationClock::kLongestHoldUp) return;
     run_->fail("the program was held up; nothing of the test is kept");
   });
 }

@@ -18,7 +18,7 @@ constexpr double kAllowance = 1.0 - 0.01;
 
 // The audiometer's tone sounds on for a second after its threshold is settled. What outlasts that must be the same tone
 // presented again; any sooner, a listener would press twice for one tone.
-constexpr auto kLongestRest = PresentationClock::untilNextFrequency;
+constexpr auto kLongestRest = PresentationClock::kUntilNextFrequency;
 
 bool isSame(double a, double b) { return std::abs(a - b) <= kSameLevel; }
 

@@ -33,7 +33,7 @@ std::string line(std::string answers, const LevelScale& scale, int row,
 
 std::string automatic(const std::string& answers, std::vector<Answer> known = {}) {
   known.resize(static_cast<std::size_t>(kGridScale.rows), Answer::NotJudged);
-  return line(answers, kGridScale, AutomaticSearch::startRow, [&](int row, bool isHeard) {
+  return line(answers, kGridScale, AutomaticSearch::kStartRow, [&](int row, bool isHeard) {
     known[static_cast<std::size_t>(row)] = isHeard ? Answer::Heard : Answer::NotHeard;
     return AutomaticSearch::next(known, row, isHeard);
   });
@@ -41,7 +41,7 @@ std::string automatic(const std::string& answers, std::vector<Answer> known = {}
 
 std::string standard(const std::string& answers, const LevelScale& scale) {
   std::vector<Presentations> levels(static_cast<std::size_t>(scale.rows));
-  return line(answers, scale, StandardSearch::startRow, [&](int row, bool isHeard) {
+  return line(answers, scale, StandardSearch::kStartRow, [&](int row, bool isHeard) {
     Presentations& level = levels[static_cast<std::size_t>(row)];
     ++(isHeard ? level.heard : level.notHeard);
     return StandardSearch::next(level, row, scale.rows, isHeard);

@@ -15,8 +15,8 @@ namespace {
 using std::chrono::seconds;
 using std::chrono::system_clock;
 
-constexpr const char* distantDateKey = "secondsSince1970";
-constexpr const char* rawTextKey = "text";
+constexpr const char* kDistantDateKey = "secondsSince1970";
+constexpr const char* kRawTextKey = "text";
 constexpr std::int64_t plistEpoch = 978'307'200;  // 2001-01-01, in seconds since 1970
 constexpr std::int64_t earliest =
     std::chrono::duration_cast<seconds>(system_clock::time_point::min().time_since_epoch()).count();
@@ -34,7 +34,7 @@ plist_t node(double value) { return plist_new_real(value); }
 plist_t node(const std::string& value) {
   if (isXmlText(value)) return plist_new_string(value.c_str());
   plist_t bytes = plist_new_dict();
-  plist_dict_set_item(bytes, rawTextKey, plist_new_data(value.data(), value.size()));
+  plist_dict_set_item(bytes, kRawTextKey, plist_new_data(value.data(), value.size()));
   return bytes;
 }
 
@@ -44,7 +44,7 @@ plist_t node(system_clock::time_point date) {
   // The two limits themselves are what libplist gives for any date that is too far.
   if (offset > Limits::min() && offset < Limits::max()) return plist_new_date(static_cast<std::int32_t>(offset), 0);
   plist_t distant = plist_new_dict();
-  plist_dict_set_item(distant, distantDateKey, node(secondsOf(date)));
+  plist_dict_set_item(distant, kDistantDateKey, node(secondsOf(date)));
   return distant;
 }
 
@@ -86,9 +86,9 @@ std::optional<DefaultsValue> rawTextIn(plist_t data) {
 /// What the form has no type of its own for.
 std::optional<DefaultsValue> wrappedIn(plist_t item) {
   if (plist_dict_get_size(item) != 1) return std::nullopt;
-  const plist_t date = plist_dict_get_item(item, distantDateKey);
+  const plist_t date = plist_dict_get_item(item, kDistantDateKey);
   if (PLIST_IS_UINT(date)) return distantDateIn(date);
-  const plist_t text = plist_dict_get_item(item, rawTextKey);
+  const plist_t text = plist_dict_get_item(item, kRawTextKey);
   if (PLIST_IS_DATA(text)) return rawTextIn(text);
   return std::nullopt;
 }

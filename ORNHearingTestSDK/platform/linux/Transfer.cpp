@@ -14,7 +14,7 @@
 namespace orn {
 namespace {
 
-constexpr std::size_t largestBody = 16 * 1024 * 1024;
+constexpr std::size_t kLargestBody = 16 * 1024 * 1024;
 
 long curlTimeout(std::chrono::milliseconds timeout) {
   // 0 would mean none at all.
@@ -102,7 +102,7 @@ void Transfer::addHeader(const std::string& line) {
 
 std::size_t Transfer::receive(char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept {
   auto& self = *static_cast<Transfer*>(transfer);
-  self.tooLarge_ = self.body_.size() + size * count > largestBody;
+  self.tooLarge_ = self.body_.size() + size * count > kLargestBody;
   if (self.tooLarge_) return 0;
   self.body_.append(bytes, size * count);
   return size * count;

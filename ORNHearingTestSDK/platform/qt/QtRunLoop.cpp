@@ -15,7 +15,7 @@ namespace orn {
 using std::chrono::nanoseconds;
 
 namespace {
-constexpr nanoseconds longestWait = std::chrono::hours(1);
+constexpr nanoseconds kLongestWait = std::chrono::hours(1);
 }
 
 /// Counts the calls handed over and not yet seen; readable while there are any. Any thread.
@@ -73,7 +73,7 @@ void QtRunLoop::armTimer() {
   // No earlier than due, since the timer counts whole milliseconds, and within the range that it counts in.
   const nanoseconds time = now();
   const bool isDue = *due <= time;
-  timer_->start(isDue ? milliseconds(0) : std::chrono::ceil<milliseconds>(std::min(*due - time, longestWait)));
+  timer_->start(isDue ? milliseconds(0) : std::chrono::ceil<milliseconds>(std::min(*due - time, kLongestWait)));
 }
 
 void QtRunLoop::wake() { wakeUp_->add(); }

@@ -13,7 +13,7 @@ namespace orn {
 class ORN_EXPORT SimulatedRunLoop final : public QueuedRunLoop {
  public:
   /// The wall clock starts at the given date.
-  explicit SimulatedRunLoop(std::chrono::system_clock::time_point start = defaultStart);
+  explicit SimulatedRunLoop(std::chrono::system_clock::time_point start = kDefaultStart);
 
   /// Makes every call that is due within the span, then stands at its end. Also from within a call, which has then
   /// taken so long.
@@ -33,7 +33,7 @@ class ORN_EXPORT SimulatedRunLoop final : public QueuedRunLoop {
   std::chrono::system_clock::time_point date() const override;
 
  private:
-  static constexpr std::chrono::system_clock::time_point defaultStart{std::chrono::seconds{1'767'225'600}};  // 2026
+  static constexpr std::chrono::system_clock::time_point kDefaultStart{std::chrono::seconds{1'767'225'600}};  // 2026
 
   /// Makes one call that is due by the limit, moving time to it; false if there is none.
   bool step(std::chrono::nanoseconds limit);
