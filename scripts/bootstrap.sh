@@ -18,7 +18,7 @@ packages=(
   dbus pipewire-pulse pulseaudio pulseaudio-utils wireplumber
 )
 case "${1-}" in
-  clang) packages+=(clang-14) ;;
+  clang) packages+=(clang-14 googletest libc++-14-dev libc++abi-14-dev) ;;
   fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
   bench) packages+=(gstreamer1.0-plugins-base gstreamer1.0-tools libstk-dev sox xauth xvfb) ;;
   deb) packages+=(desktop-file-utils dpkg-dev file) ;;

@@ -6,7 +6,8 @@ make deb
 as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo)
 work=$(mktemp -d)
-names=(libornhearingtestsdk1 libornhearingtestscreens1 libornhearingtestsdk-dev ornhearingtestsdk-tools)
+names=(libornhearingtestsdk1 libornhearingtestlinuxbackend1 libornhearingtestscreens1 libornhearingtestsdk-dev
+  ornhearingtestsdk-tools)
 remove() {
   "${as_root[@]}" apt-get purge -y -qq "${names[@]}" > /dev/null
 }

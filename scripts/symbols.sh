@@ -4,9 +4,10 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/build.sh release ORNHearingTestSDK ORNHearingTestScreens
+libraries=(ORNHearingTestSDK ORNHearingTestLinuxBackend ORNHearingTestScreens)
+scripts/build.sh release "${libraries[@]}"
 result=0
-for library in ORNHearingTestSDK ORNHearingTestScreens; do
+for library in "${libraries[@]}"; do
   list=cmake/symbols/$library.txt
   exported=$(nm --dynamic --defined-only --demangle "build/release/lib/lib$library.so" | cut -d' ' -f3- | LC_ALL=C sort -u)
   if [ "${1-}" = --accept ]; then

@@ -14,6 +14,9 @@ namespace orn {
 // 5652, 6.3). The key is a text, filled up with zero bytes to 32; it ends at its first zero byte, and a longer one
 // gives no result. There is no authentication: a wrong key is found out by its bad padding, and about one in 256 is
 // not. No state; any thread.
+//
+// The implementation is OpenSSL's. A platform without it brings its own one of these two functions, as the file that
+// the build option ORN_CIPHER_SOURCE names.
 
 /// The ciphertext, always longer than the input; nothing on failure.
 ORN_EXPORT std::optional<Bytes> AES256EncryptWithKey(std::span<const std::uint8_t> plaintext, std::string_view key);

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
+#include <cstdlib>
 #include <limits>
+#include <string>
 #include <system_error>
+
+#include <ORNHearingTestSDK/platform/PointForDecimals.h>
 
 namespace orn {
 namespace {
@@ -40,13 +43,17 @@ bool beginsNumber(std::string_view text) {
   return !text.empty() && kDigits.find(text.front()) != std::string_view::npos;
 }
 
-/// Tells overflow from underflow, which from_chars reports alike: the power of ten of the first digit that counts.
-double outOfRangeValue(std::string_view number) {
-  const auto mantissa = number.substr(0, number.find_first_of("eE"));
-  const auto exponent = mantissa.size() < number.size() ? integerValue(number.substr(mantissa.size() + 1)) : 0;
-  const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
-  const auto first = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
-  return exponent > first - point ? HUGE_VAL : 0.0;
+std::size_t digitsFrom(std::string_view text, std::size_t at) {
+  return std::min(text.find_first_not_of(digits, at), text.size());
+}
+
+/// The leading number: digits, a point and digits, an exponent if it has digits.
+std::string_view leadingNumber(std::string_view text) {
+  std::size_t end = digitsFrom(text, 0);
+  if (text.substr(end).starts_with('.')) end = digitsFrom(text, end + 1);
+  if (text.find_first_of("eE", end) != end) return text.substr(0, end);
+  const std::size_t exponent = end + (text.find_first_of("+-", end + 1) == end + 1 ? 2 : 1);
+  return text.substr(0, digitsFrom(text, exponent) > exponent ? digitsFrom(text, exponent) : end);
 }
 
 }  // namespace
@@ -58,9 +65,9 @@ std::int64_t integerValue(std::string_view text) { return leadingInteger<std::in
 double doubleValue(std::string_view text) {
   const auto [negative, rest] = withoutSpaceAndSign(text);
   if (!beginsNumber(rest)) return 0;
-  double value = 0;
-  const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), value);
-  if (error == std::errc::result_out_of_range) value = outOfRangeValue({rest.data(), end});
+  // Not every standard library has std::from_chars for it.
+  const PointForDecimals point;
+  const double value = std::strtod(std::string(leadingNumber(rest)).c_str(), nullptr);
   return negative ? -value : value;
 }
 

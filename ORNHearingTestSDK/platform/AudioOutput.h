@@ -11,7 +11,8 @@
 
 namespace orn {
 
-/// Makes the queues and players of a platform. Main thread. What it makes may outlive it, and is silent then.
+/// Makes the queues and players of a platform; a backend derives from ToneOutput. Main thread. What it makes may
+/// outlive it, and is silent then.
 ///
 /// All of them sound on one device, together, and add up. When that goes away they fall silent, and their start() and
 /// play() fail until it is back or another one is chosen.
@@ -39,8 +40,9 @@ class ORN_EXPORT AudioOutput {
   virtual std::unique_ptr<AudioQueue> newOutputQueue(const AudioStreamBasicDescription& format,
                                                      AudioQueue::OutputCallback callback) = 0;
 
-  /// A player of a WAV file (16-bit mono PCM at 48000 Hz); null if it can't be read or is no such file.
-  virtual std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path) = 0;
+  /// A player of a WAV file (16-bit mono PCM at 48000 Hz); null if it can't be read or is no such file. Reads it, and
+  /// asks playerWithData().
+  virtual std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path);
 
   /// The same for a WAV file in memory, whose bytes are copied.
   virtual std::unique_ptr<AudioPlayer> playerWithData(std::span<const std::uint8_t> wavFile) = 0;

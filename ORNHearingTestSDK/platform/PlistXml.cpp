@@ -1,29 +1,14 @@
 #include <ORNHearingTestSDK/platform/PlistXml.h>
 
-#include <locale.h>
 #include <plist/plist.h>
 
 #include <limits>
 #include <string_view>
 
+#include <ORNHearingTestSDK/platform/PointForDecimals.h>
+
 namespace orn {
 namespace {
-
-/// The number parser of libplist follows the locale, and a comma for a point would cut every real short.
-class PointForDecimals {
- public:
-  PointForDecimals() : plain_(newlocale(LC_NUMERIC_MASK, "C", nullptr)), before_(uselocale(plain_)) {}
-  ~PointForDecimals() {
-    uselocale(before_);
-    if (plain_) freelocale(plain_);
-  }
-  PointForDecimals(const PointForDecimals&) = delete;
-  PointForDecimals& operator=(const PointForDecimals&) = delete;
-
- private:
-  locale_t plain_;
-  locale_t before_;
-};
 
 /// libplist frees a list level by level on the stack. A count of all levels bounds their depth, too.
 bool isNestedTooOften(std::string_view xml) {

@@ -7,11 +7,13 @@
 #include <span>
 #include <string>
 
+#include <ORNHearingTestSDK/platform/Export.h>
+
 namespace orn {
 
 // libplist, held so that its memory is freed and no file can bring it down. Any thread.
 
-struct PlistFree {
+struct ORN_EXPORT PlistFree {
   void operator()(void* node) const;
 };
 using PlistNode = std::unique_ptr<void, PlistFree>;
@@ -23,9 +25,9 @@ using PlistText = std::unique_ptr<char, PlistTextFree>;
 
 /// The root of an XML property list; null if the bytes are none, or hold what libplist would crash on: NUL, or more
 /// than 10,000 lists and dictionaries, which could stand within each other.
-PlistNode plistOfXml(std::span<const std::uint8_t> bytes);
+ORN_EXPORT PlistNode plistOfXml(std::span<const std::uint8_t> bytes);
 
 /// Nothing if there is no memory. The node stays the caller's.
-std::optional<std::string> xmlOfPlist(void* node);
+ORN_EXPORT std::optional<std::string> xmlOfPlist(void* node);
 
 }  // namespace orn

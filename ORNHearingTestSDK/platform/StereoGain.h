@@ -19,6 +19,9 @@ struct StereoGain {
   }
 };
 
+/// A volume from 0 to 1: beyond, the nearer end counts, and what is no number is silence.
+inline float volumeInRange(float volume) { return std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F); }
+
 /// A sample times a gain, to the nearest 16-bit value, halves away from zero; beyond the range it clips.
 inline std::int32_t scaledSample(std::int16_t sample, float gain) {
   // The greatest value below a half: with a half itself, the value just below one half would be rounded up in the sum.

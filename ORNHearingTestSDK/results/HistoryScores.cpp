@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include <nlohmann/json.hpp>
+
 #include <ORNHearingTestSDK/results/HearingScore.h>
 #include <ORNHearingTestSDK/results/ORNListenTest.h>
 

@@ -1,9 +1,7 @@
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include <ORNHearingTestSDK/platform/linux/LinuxRunLoop.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedRunLoop.h>
 
 namespace orn {
@@ -26,27 +24,6 @@ TEST(SimulatedRunLoop, JumpsFromCallToCallAndStandsAtTheEndOfTheSpan) {
   timer->setFireDate(4ms);  // missed: 4, 7, 10, 13; next in rhythm: 16
   loop.runFor(1ms);
   EXPECT_EQ(std::vector(called.end() - 2, called.end()), (std::vector<nanoseconds>{15ms, 16ms}));
-}
-
-TEST(LinuxRunLoop, StopEndsRunAfterTheCallThatIsGoingOn) {
-  LinuxRunLoop loop;
-  std::string said;
-  loop.dispatchAsync([&] {
-    said += "a";
-    loop.stop();
-  });
-  loop.dispatchAsync([&] {
-    said += "b";
-    loop.stop();
-  });
-  loop.run();
-  EXPECT_EQ(said, "a");
-  loop.run();
-  EXPECT_EQ(said, "ab");
-  loop.stop();
-  loop.dispatchAsync([&] { said += "c"; });
-  loop.run();
-  EXPECT_EQ(said, "ab");
 }
 
 }  // namespace

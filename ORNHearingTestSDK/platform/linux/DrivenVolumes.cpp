@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include <ORNHearingTestSDK/platform/StereoGain.h>
+
 namespace orn {
 namespace {
 
@@ -12,7 +14,7 @@ using Loudness = DrivenVolumes::Loudness;
 Loudness loudnessOf(const SoundOutput& output) { return {output.volume, output.isMuted}; }
 
 Loudness levelled(Loudness loudness, float volume) {
-  const float level = std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F);
+  const float level = volumeInRange(volume);
   std::fill_n(loudness.volume.values, loudness.volume.channels,
               static_cast<pa_volume_t>(std::lround(level * PA_VOLUME_NORM)));
   loudness.isMuted = false;

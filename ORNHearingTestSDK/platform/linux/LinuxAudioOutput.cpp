@@ -2,9 +2,6 @@
 
 #include <utility>
 
-#include <ORNHearingTestSDK/platform/PlayableFormat.h>
-#include <ORNHearingTestSDK/platform/PosixFiles.h>
-#include <ORNHearingTestSDK/platform/WaveFile.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxAudioPlayer.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxAudioQueue.h>
 
@@ -32,21 +29,12 @@ std::uint64_t LinuxAudioOutput::lapses() {
   return device_->lapses();
 }
 
-std::unique_ptr<AudioQueue> LinuxAudioOutput::newOutputQueue(const AudioStreamBasicDescription& format,
-                                                             AudioQueue::OutputCallback callback) {
-  if (!isPlayable(format)) return nullptr;
+std::unique_ptr<AudioQueue> LinuxAudioOutput::newQueue(AudioQueue::OutputCallback callback) {
   return std::make_unique<LinuxAudioQueue>(device_, std::move(callback));
 }
 
-std::unique_ptr<AudioPlayer> LinuxAudioOutput::playerWithContentsOfFile(const std::string& path) {
-  const auto file = readFile(path);
-  return file ? playerWithData(*file) : nullptr;
-}
-
-std::unique_ptr<AudioPlayer> LinuxAudioOutput::playerWithData(std::span<const std::uint8_t> wavFile) {
-  auto samples = samplesOfWaveFile(wavFile);
-  if (!samples) return nullptr;
-  return std::make_unique<LinuxAudioPlayer>(device_, std::move(*samples));
+std::unique_ptr<AudioPlayer> LinuxAudioOutput::newPlayer(std::vector<std::int16_t> samples) {
+  return std::make_unique<LinuxAudioPlayer>(device_, std::move(samples));
 }
 
 }  // namespace orn

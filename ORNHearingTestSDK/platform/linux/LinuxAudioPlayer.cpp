@@ -13,7 +13,7 @@ constexpr PulseStreamFormat kFormat{.channels = 2, .bufferBytes = 12 * kRequestB
 }  // namespace
 
 LinuxAudioPlayer::LinuxAudioPlayer(std::shared_ptr<SoundDevice> device, std::vector<std::int16_t> samples)
-    : device_(std::move(device)), samples_(std::move(samples)), stream_(device_, kFormat, *this) {
+    : device_(std::move(device)), stream_(device_, kFormat, *this), recording_(std::move(samples)) {
   stereo_.reserve(kFormat.bufferBytes / sizeof(stereo_[0]));
 }
 
@@ -25,7 +25,7 @@ LinuxAudioPlayer::~LinuxAudioPlayer() {
 
 void LinuxAudioPlayer::setNumberOfLoops(int loops) {
   const PulseLock lock(device_->connection());
-  loops_ = loops;
+  recording_.setNumberOfLoops(loops);
 }
 
 std::error_code LinuxAudioPlayer::prepareToPlay() {
@@ -34,19 +34,9 @@ std::error_code LinuxAudioPlayer::prepareToPlay() {
   return stream_.open();
 }
 
-void LinuxAudioPlayer::setPan(float pan) {
-  pan_ = pan;
-  setGain();
-}
-
-void LinuxAudioPlayer::setVolume(float volume) {
-  volume_ = volume;
-  setGain();
-}
-
-void LinuxAudioPlayer::setGain() {
+void LinuxAudioPlayer::setGain(StereoGain gain) {
   const PulseLock lock(device_->connection());
-  gain_ = StereoGain::of(pan_, volume_);
+  gain_ = gain;
   if (!isPlaying_) return;
   goBackToWhatIsHeard();
   write();
@@ -55,9 +45,9 @@ void LinuxAudioPlayer::setGain() {
 std::error_code LinuxAudioPlayer::play() {
   device_->chooseIfNone();
   const PulseLock lock(device_->connection());
-  if (samples_.empty()) return {};
+  if (recording_.isEmpty()) return {};
   const bool isHeardOut = !stream_.isOpen() || stream_.room() >= stream_.bufferBytes();
-  if (framesToPlay() == 0 && isHeardOut) frame_ = 0;
+  if (recording_.left() == 0 && isHeardOut) recording_.rewind();
   isPlaying_ = true;
   return stream_.play();
 }
@@ -73,7 +63,7 @@ void LinuxAudioPlayer::stop() {
 void LinuxAudioPlayer::goBackToWhatIsHeard() {
   if (!stream_.isOpen()) return;
   const std::size_t played = std::min<std::size_t>(stream_.room(), stream_.bufferBytes());
-  frame_ -= std::min(static_cast<std::int64_t>((stream_.bufferBytes() - played) / kFrameBytes), inServer_);
+  recording_.move(-std::min(static_cast<std::int64_t>((stream_.bufferBytes() - played) / kFrameBytes), inServer_));
   inServer_ = 0;
   stream_.drop();
 }
@@ -82,25 +72,25 @@ void LinuxAudioPlayer::serverWantsSamples() {
   if (isPlaying_) write();
 }
 
-/// Frames from the next one to the last; without an end there are always enough.
-std::int64_t LinuxAudioPlayer::framesToPlay() const {
-  if (loops_ < 0) return kFormat.bufferBytes;
-  return std::max<std::int64_t>(0, (std::int64_t{loops_} + 1) * static_cast<std::int64_t>(samples_.size()) - frame_);
-}
-
 void LinuxAudioPlayer::write() {
-  const auto room = static_cast<std::int64_t>(stream_.room() / kFrameBytes);
-  const std::int64_t frames = std::min({room, framesToPlay(), std::int64_t{kFormat.bufferBytes / kFrameBytes}});
-  if (frames <= 0) return;
+  const auto room = std::min<std::int64_t>(stream_.room(), kFormat.bufferBytes) / kFrameBytes;
+  std::int64_t frames = 0;
   stereo_.clear();
-  for (std::int64_t i = 0; i < frames; ++i) {
-    const std::int16_t sample = samples_[static_cast<std::size_t>(frame_ + i) % samples_.size()];
-    stereo_.push_back(static_cast<std::int16_t>(scaledSample(sample, gain_.left)));
-    stereo_.push_back(static_cast<std::int16_t>(scaledSample(sample, gain_.right)));
+  while (frames < room && recording_.left() > 0) {
+    const auto samples = recording_.next(room - frames);
+    for (const std::int16_t sample : samples) {
+      stereo_.push_back(static_cast<std::int16_t>(scaledSample(sample, gain_.left)));
+      stereo_.push_back(static_cast<std::int16_t>(scaledSample(sample, gain_.right)));
+    }
+    recording_.move(static_cast<std::int64_t>(samples.size()));
+    frames += static_cast<std::int64_t>(samples.size());
   }
-  if (stream_.write(stereo_)) return;
-  frame_ += frames;
-  inServer_ += frames;
+  if (frames == 0) return;
+  if (stream_.write(stereo_)) {
+    recording_.move(-frames);
+  } else {
+    inServer_ += frames;
+  }
 }
 
 }  // namespace orn

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
-#include <cstring>
 #include <utility>
 
 #include <ORNHearingTestSDK/platform/StereoGain.h>
@@ -31,32 +29,20 @@ LinuxAudioQueue::~LinuxAudioQueue() {
 }
 
 AudioQueueBuffer* LinuxAudioQueue::allocateBuffer(std::uint32_t byteSize) {
-  auto buffer = std::make_unique<Buffer>();
-  buffer->room.resize(byteSize);
-  buffer->samples.reserve(byteSize / 2);
-  buffer->mAudioData = buffer->room;
   const PulseLock lock(device_->connection());
-  Buffer* made = buffers_.emplace_back(std::move(buffer)).get();
-  for (Line* line : {&waiting_, &written_, &returned_}) line->reserve(buffers_.size());
-  scaled_.reserve(std::max(scaled_.capacity(), made->samples.capacity()));
-  callbacks_.reserve(buffers_.size());
-  return made;
-}
-
-LinuxAudioQueue::Buffer* LinuxAudioQueue::own(const AudioQueueBuffer& buffer) {
-  const auto one =
-      std::find_if(buffers_.begin(), buffers_.end(), [&](const auto& candidate) { return candidate.get() == &buffer; });
-  return one == buffers_.end() ? nullptr : one->get();
+  Buffer& made = buffers_.allocate(byteSize);
+  for (Line* line : {&waiting_, &written_, &returned_}) line->reserve(buffers_.count());
+  scaled_.reserve(std::max(scaled_.capacity(), made.samples.capacity()));
+  callbacks_.reserve(buffers_.count());
+  return &made;
 }
 
 std::error_code LinuxAudioQueue::enqueueBuffer(AudioQueueBuffer& buffer) {
   const PulseLock lock(device_->connection());
-  const std::size_t size = std::min<std::size_t>(buffer.mAudioDataByteSize, buffer.mAudioData.size());
-  Buffer* enqueued = own(buffer);
-  if (!enqueued || size < 2) return std::make_error_code(std::errc::invalid_argument);
+  Buffer* const enqueued = buffers_.playable(buffer);
+  if (!enqueued) return std::make_error_code(std::errc::invalid_argument);
   withdraw(*enqueued);
-  enqueued->samples.resize(size / 2);
-  std::memcpy(enqueued->samples.data(), buffer.mAudioData.data(), size / 2 * 2);
+  enqueued->takeSamples();
   waiting_.push_back(enqueued);
   // What there is still room for is asked for at once: the server itself asks for 80 ms at a time, and would run dry
   // before that where less is in flight.
@@ -84,7 +70,7 @@ void LinuxAudioQueue::takeBackFromServer() {
 
 std::error_code LinuxAudioQueue::setVolume(float volume) {
   const PulseLock lock(device_->connection());
-  volume_ = std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F);
+  volume_ = volumeInRange(volume);
   return {};
 }
 

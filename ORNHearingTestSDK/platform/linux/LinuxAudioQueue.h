@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include <ORNHearingTestSDK/platform/AudioQueue.h>
+#include <ORNHearingTestSDK/platform/AudioQueueBuffers.h>
 #include <ORNHearingTestSDK/platform/linux/CallbackThread.h>
 #include <ORNHearingTestSDK/platform/linux/PulseStream.h>
 
@@ -25,13 +25,9 @@ class LinuxAudioQueue final : public AudioQueue, private PulseStream::Writer {
   std::error_code stop() override;
 
  private:
-  struct Buffer : AudioQueueBuffer {
-    std::vector<std::uint8_t> room;
-    std::vector<std::int16_t> samples;
-  };
+  using Buffer = AudioQueueBuffers::Buffer;
   using Line = std::vector<Buffer*>;
 
-  Buffer* own(const AudioQueueBuffer& buffer);
   void withdraw(Buffer& buffer);
   void takeBackFromServer();
   void write();
@@ -44,7 +40,7 @@ class LinuxAudioQueue final : public AudioQueue, private PulseStream::Writer {
   std::shared_ptr<SoundDevice> device_;
   // All of these are guarded by the connection's lock.
   PulseStream stream_;
-  std::vector<std::unique_ptr<Buffer>> buffers_;
+  AudioQueueBuffers buffers_;
   Line waiting_;   // enqueued, the next one first
   Line written_;   // with the server, the oldest first
   Line returned_;  // handed back and not enqueued again

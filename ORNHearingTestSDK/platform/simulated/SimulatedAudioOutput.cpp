@@ -2,9 +2,6 @@
 
 #include <chrono>
 
-#include <ORNHearingTestSDK/platform/PlayableFormat.h>
-#include <ORNHearingTestSDK/platform/PosixFiles.h>
-#include <ORNHearingTestSDK/platform/WaveFile.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedAudioPlayer.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedAudioQueue.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedMixer.h>
@@ -48,21 +45,12 @@ std::uint64_t SimulatedAudioOutput::lapses() { return mixer_->lapses(); }
 
 std::error_code SimulatedAudioOutput::useCurrentDevice() { return mixer_->device(); }
 
-std::unique_ptr<AudioQueue> SimulatedAudioOutput::newOutputQueue(const AudioStreamBasicDescription& format,
-                                                                 AudioQueue::OutputCallback callback) {
-  if (!isPlayable(format)) return nullptr;
+std::unique_ptr<AudioQueue> SimulatedAudioOutput::newQueue(AudioQueue::OutputCallback callback) {
   return std::make_unique<SimulatedAudioQueue>(mixer_, std::move(callback));
 }
 
-std::unique_ptr<AudioPlayer> SimulatedAudioOutput::playerWithContentsOfFile(const std::string& path) {
-  const auto file = readFile(path);
-  return file ? playerWithData(*file) : nullptr;
-}
-
-std::unique_ptr<AudioPlayer> SimulatedAudioOutput::playerWithData(std::span<const std::uint8_t> wavFile) {
-  auto samples = samplesOfWaveFile(wavFile);
-  if (!samples) return nullptr;
-  return std::make_unique<SimulatedAudioPlayer>(mixer_, std::move(*samples));
+std::unique_ptr<AudioPlayer> SimulatedAudioOutput::newPlayer(std::vector<std::int16_t> samples) {
+  return std::make_unique<SimulatedAudioPlayer>(mixer_, std::move(samples));
 }
 
 }  // namespace orn

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include <ORNHearingTestSDK/platform/AudioOutput.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
+#include <ORNHearingTestSDK/platform/ToneOutput.h>
 
 namespace orn {
 
@@ -17,7 +17,7 @@ class SimulatedMixer;
 /// A stereo output at 48000 Hz that plays as its loop's time passes and needs no sound device. All queues and players
 /// are mixed into it: a queue's mono stream goes to both channels as it stands, a player's samples by pan and gain. Its
 /// samples can be listened to and kept, silence included. Main thread, callbacks of queues and listeners too.
-class ORN_EXPORT SimulatedAudioOutput final : public AudioOutput {
+class ORN_EXPORT SimulatedAudioOutput final : public ToneOutput {
  public:
   /// Hears frames of left and right samples in turn, at most 3840 frames at a time, without a gap from the first
   /// frame on. The number is the place of the first of them since the output was made.
@@ -33,6 +33,10 @@ class ORN_EXPORT SimulatedAudioOutput final : public AudioOutput {
   void keepSamples();
   const std::vector<std::int16_t>& keptSamples() const;
 
+  std::error_code useCurrentDevice() override;
+  std::error_code status() override;
+  std::uint64_t lapses() override;
+
   /// Takes the device away, or brings it back; it is there at first. Observers of a simulated session are not told.
   void setDevicePresent(bool isPresent);
 
@@ -41,15 +45,10 @@ class ORN_EXPORT SimulatedAudioOutput final : public AudioOutput {
   /// heard once it goes on. It is one lapse if something was to be heard meanwhile.
   void setHeldBack(bool isHeldBack);
 
-  std::error_code useCurrentDevice() override;
-  std::error_code status() override;
-  std::uint64_t lapses() override;
-  std::unique_ptr<AudioQueue> newOutputQueue(const AudioStreamBasicDescription& format,
-                                             AudioQueue::OutputCallback callback) override;
-  std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path) override;
-  std::unique_ptr<AudioPlayer> playerWithData(std::span<const std::uint8_t> wavFile) override;
-
  private:
+  std::unique_ptr<AudioQueue> newQueue(AudioQueue::OutputCallback callback) override;
+  std::unique_ptr<AudioPlayer> newPlayer(std::vector<std::int16_t> samples) override;
+
   std::shared_ptr<SimulatedMixer> mixer_;
   std::shared_ptr<Timer> deviceClock_;
   std::shared_ptr<std::vector<std::int16_t>> kept_ = std::make_shared<std::vector<std::int16_t>>();

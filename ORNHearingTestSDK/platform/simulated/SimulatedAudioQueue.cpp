@@ -1,22 +1,11 @@
 #include <ORNHearingTestSDK/platform/simulated/SimulatedAudioQueue.h>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include <ORNHearingTestSDK/platform/StereoGain.h>
 
 namespace orn {
-namespace {
-
-void samplesInto(std::span<const std::uint8_t> bytes, std::vector<std::int16_t>& samples) {
-  samples.resize(bytes.size() / 2);
-  for (std::size_t i = 0; i < samples.size(); ++i) {
-    samples[i] = static_cast<std::int16_t>(bytes[2 * i] | bytes[2 * i + 1] << 8);
-  }
-}
-
-}  // namespace
 
 SimulatedAudioQueue::SimulatedAudioQueue(std::shared_ptr<SimulatedMixer> mixer, OutputCallback callback)
     : mixer_(std::move(mixer)), callback_(std::move(callback)) {
@@ -28,31 +17,21 @@ SimulatedAudioQueue::~SimulatedAudioQueue() {
   mixer_->removeSource(this);
 }
 
-AudioQueueBuffer* SimulatedAudioQueue::allocateBuffer(std::uint32_t byteSize) {
-  auto buffer = std::make_unique<Buffer>();
-  buffer->room.resize(byteSize);
-  buffer->mAudioData = buffer->room;
-  return buffers_.emplace_back(std::move(buffer)).get();
-}
-
 std::error_code SimulatedAudioQueue::enqueueBuffer(AudioQueueBuffer& buffer) {
-  const auto own =
-      std::find_if(buffers_.begin(), buffers_.end(), [&](const auto& one) { return one.get() == &buffer; });
-  const std::size_t size = std::min<std::size_t>(buffer.mAudioDataByteSize, buffer.mAudioData.size());
-  if (own == buffers_.end() || size < 2) return std::make_error_code(std::errc::invalid_argument);
+  Buffer* const own = buffers_.playable(buffer);
+  if (!own) return std::make_error_code(std::errc::invalid_argument);
   catchUpWithoutCallbacks();
-  std::erase(enqueued_, own->get());
-  std::erase(ended_, own->get());
-  samplesInto(buffer.mAudioData.first(size), (*own)->samples);
-  (*own)->played = 0;
-  enqueued_.push_back(own->get());
+  std::erase(enqueued_, own);
+  std::erase(ended_, own);
+  own->takeSamples();
+  enqueued_.push_back(own);
   if (playing_) mixer_->soundIsDue();
   return {};
 }
 
 std::error_code SimulatedAudioQueue::setVolume(float volume) {
   catchUpWithoutCallbacks();
-  volume_ = std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F);
+  volume_ = volumeInRange(volume);
   return {};
 }
 

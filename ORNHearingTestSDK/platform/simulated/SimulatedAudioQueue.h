@@ -2,9 +2,8 @@
 
 #include <deque>
 #include <memory>
-#include <vector>
 
-#include <ORNHearingTestSDK/platform/AudioQueue.h>
+#include <ORNHearingTestSDK/platform/AudioQueueBuffers.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedMixer.h>
 
 namespace orn {
@@ -17,19 +16,15 @@ class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Sou
   SimulatedAudioQueue(std::shared_ptr<SimulatedMixer> mixer, OutputCallback callback);
   ~SimulatedAudioQueue() override;
 
-  AudioQueueBuffer* allocateBuffer(std::uint32_t byteSize) override;
-  std::error_code enqueueBuffer(AudioQueueBuffer& buffer) override;
+  AudioQueueBuffer* allocateBuffer(std::uint32_t byteSize) override { return &buffers_.allocate(byteSize); }
   std::error_code setVolume(float volume) override;
+  std::error_code enqueueBuffer(AudioQueueBuffer& buffer) override;
   std::error_code start() override;
-  std::error_code pause() override;
   std::error_code stop() override;
+  std::error_code pause() override;
 
  private:
-  struct Buffer : AudioQueueBuffer {
-    std::vector<std::uint8_t> room;
-    std::vector<std::int16_t> samples;
-    std::size_t played = 0;
-  };
+  using Buffer = AudioQueueBuffers::Buffer;
 
   void mixInto(SimulatedMixer::Sums sums) override;
   void fallSilent() override { setSilent(); }
@@ -40,7 +35,7 @@ class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Sou
 
   std::shared_ptr<SimulatedMixer> mixer_;
   OutputCallback callback_;
-  std::vector<std::unique_ptr<Buffer>> buffers_;
+  AudioQueueBuffers buffers_;
   std::deque<Buffer*> enqueued_, ended_;
   float volume_ = 1;
   bool playing_ = false;

@@ -1,10 +1,9 @@
 #include <ORNHearingTestSDK/platform/simulated/SimulatedAudioSession.h>
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include <ORNHearingTestSDK/platform/AudioSessionObservers.h>
+#include <ORNHearingTestSDK/platform/StereoGain.h>
 
 namespace orn {
 
@@ -48,7 +47,7 @@ std::error_code SimulatedAudioSession::setCategory(AudioSessionCategory category
 
 std::error_code SimulatedAudioSession::setOutputVolume(float volume) {
   if (route_.outputs.empty()) return std::make_error_code(std::errc::no_such_device);
-  volume_ = std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F);
+  volume_ = volumeInRange(volume);
   return {};
 }
 

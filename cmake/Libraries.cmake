@@ -1,0 +1,20 @@
+# orn_library(LIBRARY NAME): a library of this project, known as ORN::NAME, shared or static as BUILD_SHARED_LIBS says.
+function(orn_library library name)
+  add_library(${library})
+  add_library(ORN::${name} ALIAS ${library})
+  set_target_properties(
+    ${library}
+    PROPERTIES EXPORT_NAME ${name}
+               DEFINE_SYMBOL ""
+               VERSION ${PROJECT_VERSION}
+               SOVERSION ${PROJECT_VERSION_MAJOR})
+  target_compile_features(${library} PUBLIC cxx_std_20)
+  target_link_libraries(${library} PRIVATE $<BUILD_INTERFACE:orn_settings>)
+  orn_export_public(${library})
+endfunction()
+
+# orn_headers(LIBRARY HEADERS...): headers of the folder at hand that are installed with the library, each under the path
+# that it is included by.
+function(orn_headers library)
+  target_sources(${library} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${ARGN})
+endfunction()

@@ -1,0 +1,30 @@
+#include <cstdlib>
+
+#include <ORNHearingTestSDK/contracts/DeviceContract.h>
+#include <ORNHearingTestSDK/platform/linux/LinuxDevice.h>
+#include <ORNHearingTestSDK/platform/linux/LinuxFileManager.h>
+
+#include "LinuxBackend.h"
+
+namespace orn::contract {
+namespace {
+
+TEST(LinuxContract, OfTheLoop) { expectKept(checkRunLoop(linuxLoop)); }
+
+TEST(LinuxContract, OfTheNetwork) { expectKept(checkURLSession(linuxNetwork)); }
+
+TEST(LinuxContract, OfTheSettings) { expectKept(checkUserDefaults(linuxDefaults)); }
+
+TEST(LinuxContract, OfTheFilesAndTheDevice) {
+  std::string home = std::filesystem::temp_directory_path() / "home.XXXXXX";
+  setenv("XDG_DATA_HOME", mkdtemp(home.data()), 1);
+  expectKept(checkFileManager([] {
+    return FileManagerUnderTest{std::make_shared<LinuxFileManager>("org.app"), withFullDisk};
+  }));
+  unsetenv("XDG_DATA_HOME");
+  std::filesystem::remove_all(home);
+  expectKept(checkDevice([] { return std::make_shared<LinuxDevice>("org.app", "1.2"); }));
+}
+
+}  // namespace
+}  // namespace orn::contract
