@@ -26,8 +26,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 
-# What a binary loads only when it needs it can't be read from it.
-set(loaded_by_backend "libcurl4, libpulse0")
+# What a binary loads only when it needs it can't be read from it, nor whom libcurl trusts.
+set(loaded_by_backend "ca-certificates, libcurl4, libpulse0")
 set(loaded_by_tools libmicrohttpd12)
 
 # orn_deb(COMPONENT NAME SECTION DESCRIPTION [DEPENDS [RECOMMENDS]])

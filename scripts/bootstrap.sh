@@ -7,7 +7,7 @@ packages=(
   # tools
   ccache clang-format clang-tidy cmake g++ git make ninja-build
   # what the library is made of
-  libcurl4-openssl-dev libplist-dev libpulse-dev libssl-dev nlohmann-json3-dev pkg-config
+  ca-certificates libcurl4-openssl-dev libplist-dev libpulse-dev libssl-dev nlohmann-json3-dev pkg-config
   # the programs
   libcli11-dev libmicrohttpd-dev libsqlite3-dev
   # the screens and their images

@@ -3,7 +3,6 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <cctype>
 #include <exception>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -25,11 +24,13 @@ std::optional<std::string> storedText(const char* key) {
   return textValue(Platform::current().userDefaults->value(key));
 }
 
-/// Only what names a host and a port: nothing that would lead a request elsewhere.
-bool isHost(const std::string& text) {
-  return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char c) {
-    return std::isalnum(c) || c == '.' || c == '-' || c == ':' || c == '[' || c == ']';
-  });
+/// Why no request can go to the host that is stored; nothing if one can.
+std::optional<std::string> complaintAboutStoredHost(const std::optional<std::string>& host) {
+  constexpr auto kWants = "the user default SERVICEHOST wants host or host:port, with https:// in front for TLS";
+  if (!host || host->empty()) return std::string("no service host is set: ") + kWants;
+  const auto complaint = complaintAboutServiceHost(*host);
+  if (!complaint) return std::nullopt;
+  return "the service host that is set can't be used, " + *complaint + ": " + kWants;
 }
 
 /// In place of an earlier value.
@@ -89,7 +90,7 @@ std::string appKeyOrEmpty() { return storedText(kAppKeyDefault).value_or(""); }
 URLRequest serviceRequest(const std::string& path) {
   const auto host = storedText(kServiceHostDefault);
   URLRequest request;
-  if (host && isHost(*host)) request.url = "http://" + *host + "/vrdnx/" + path;
+  if (!complaintAboutStoredHost(host)) request.url = serviceOrigin(*host) + "/vrdnx/" + path;
   request.method = "Post";  // to the letter, as the service wants it
   request.timeout = std::chrono::seconds(10);
   return request;
@@ -131,6 +132,7 @@ void sendRequest(URLRequest request, std::function<void(const ServiceReply&, jso
   auto received = [handler = std::move(handler)](URLReply reply) {
     ServiceReply result{std::move(reply.body), std::move(reply.error), {}, {}, {}};
     json object = json::object();
+    if (result.sessionError) result.sessionError->message = oneLine(result.sessionError->message);
     if (result.body) {
       result.sessionError.reset();
       json value = parseJSON(*result.body, result.parseError);
@@ -145,7 +147,7 @@ void sendRequest(URLRequest request, std::function<void(const ServiceReply&, jso
     platform.runLoop->dispatchAsync([received, message] { received({{}, Error{"transport", 0, message}}); });
   };
   if (request.url.empty()) {
-    return fail("no service host is set: the user default SERVICEHOST wants host or host:port");
+    return fail(complaintAboutStoredHost(storedText(kServiceHostDefault)).value_or("the request has no address"));
   }
   try {
     platform.urlSession->dataTask(std::move(request), received);

@@ -9,6 +9,7 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include <ORNHearingTestSDK/platform/URLSession.h>
+#include <ORNHearingTestSDK/results/ServiceHost.h>
 
 namespace orn {
 
@@ -17,10 +18,9 @@ namespace orn {
 
 using FormFields = std::vector<std::pair<std::string, std::string>>;
 
-/// User defaults that requests read.
+/// User defaults that requests read, beside the service's host.
 inline constexpr auto kAppKeyDefault = "APPKEY";
 inline constexpr auto kUserIDDefault = "USERID";
-inline constexpr auto kServiceHostDefault = "SERVICEHOST";  ///< host or host:port
 
 /// The application key and the user's id, where both are stored.
 struct ServiceIdentity {

@@ -1,11 +1,8 @@
 #include "hearing-app/ServiceNotices.h"
 
-#include <algorithm>
-#include <cctype>
-
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
-#include <ORNHearingTestSDK/results/ServiceRequest.h>
+#include <ORNHearingTestSDK/results/ServiceHost.h>
 
 namespace orn {
 namespace {
@@ -35,14 +32,8 @@ QString noticeOfSubmission(const Error& error, bool isKept) {
 std::optional<QString> noticeOfMissingHost() {
   const auto value = Platform::current().userDefaults->value(kServiceHostDefault);
   const auto* host = value ? std::get_if<std::string>(&*value) : nullptr;
-  if (host && isServiceHost(*host)) return std::nullopt;
+  if (host && !complaintAboutServiceHost(*host)) return std::nullopt;
   return QStringLiteral("还没有设置测听服务器，无法测试。\n请用 --host 服务器地址 打开一次，以后会记住。");
-}
-
-bool isServiceHost(const std::string& text) {
-  return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char c) {
-    return std::isalnum(c) || c == '.' || c == '-' || c == ':' || c == '[' || c == ']';
-  });
 }
 
 }  // namespace orn

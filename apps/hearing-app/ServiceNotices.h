@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 
 #include <QtCore/QString>
 
@@ -19,8 +18,5 @@ QString noticeOfSubmission(const Error& error, bool isKept);
 
 /// Nothing where a host is set that a request can be sent to.
 std::optional<QString> noticeOfMissingHost();
-
-/// Whether a text can be the service's host, as host or host:port.
-bool isServiceHost(const std::string& text);
 
 }  // namespace orn

@@ -26,7 +26,6 @@
 #include "hearing-app/QuitSignals.h"
 #include "hearing-app/ScreenListener.h"
 #include "hearing-app/ScreenshotWalk.h"
-#include "hearing-app/ServiceNotices.h"
 #include "hearing-app/SimulatedHost.h"
 #include "hearing-app/SimulationPanel.h"
 
@@ -43,7 +42,8 @@ struct Options {
 };
 
 std::string checkHost(const std::string& text) {
-  return orn::isServiceHost(text) ? "" : "'" + text + "' is no host or host:port";
+  const auto complaint = orn::complaintAboutServiceHost(text);
+  return complaint ? "'" + text + "' can't be the service's host: " + *complaint : "";
 }
 
 std::string checkWebPage(const std::string& text) {
@@ -146,7 +146,7 @@ int run(int& argc, char** argv) {
   CLI::App app("The hearing test as an application: measure your hearing, see the audiogram, keep the records.",
                "hearing-app");
   Options options;
-  app.add_option("--host", options.host, "The service, as HOST or HOST:PORT; kept for the next time")
+  app.add_option("--host", options.host, "The service, as [https://]HOST[:PORT]; kept for the next time")
       ->check(checkHost)
       ->option_text("HOST[:PORT]");
   app.add_option("--shop", options.shop, "The page that sells audiometers; kept for the next time")

@@ -27,7 +27,8 @@ std::string checkBirthday(const std::string& text) {
 
 RegisterCommand::RegisterCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("register", "Stores your profile with the service and on this machine");
-  command->add_option("--host", host_, "The service, as host or host:port; kept for the other commands")->required();
+  command->add_option("--host", host_, "The service, as [https://]host[:port]; kept for the other commands")
+      ->required();
   command->add_option("--app-key", appKey_, "The application's key")->required();
   command->add_option("--id", id_, "Your id")->required();
   command->add_option("--birthday", birthday_, "Your birthday, yyyy-MM-dd")->required()->check(checkBirthday);

@@ -5,48 +5,84 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
+
+#include <openssl/ssl.h>
 
 namespace orn {
 namespace {
 
 constexpr std::chrono::seconds kGiveUp{20};
 
-/// Head and body, or less if the other side goes.
-std::string readRequest(int connection) {
-  std::string request;
-  std::size_t wanted = std::string::npos;
-  char bytes[65'536];
-  while (request.size() < wanted) {
-    const ssize_t got = recv(connection, bytes, sizeof(bytes), 0);
-    if (got <= 0) break;
-    request.append(bytes, static_cast<std::size_t>(got));
-    const std::size_t head = request.find("\r\n\r\n");
-    if (wanted != std::string::npos || head == std::string::npos) continue;
-    const std::size_t length = request.find("Content-Length: ");
-    wanted = head + 4 + (length < head ? std::stoul(request.substr(length + 16, 20)) : 0);
-  }
-  return request;
-}
-
-void sendAll(int connection, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t sent = send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (sent <= 0) return;
-    bytes.remove_prefix(static_cast<std::size_t>(sent));
-  }
-}
-
-void waitUntilClosed(int connection) {
-  char byte = 0;
-  while (recv(connection, &byte, 1, 0) > 0) {
-  }
-}
-
 }  // namespace
 
-LoopbackServer::LoopbackServer() : listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+/// A connection's two directions.
+class Channel {
+ public:
+  Channel(int connection, SSL_CTX* tls) : connection_(connection), tls_(tls ? SSL_new(tls) : nullptr, SSL_free) {
+    if (!tls_) return;
+    SSL_set_fd(tls_.get(), connection);
+    isOpen_ = SSL_accept(tls_.get()) == 1;
+  }
+
+  /// Head and body, or less if the other side goes.
+  std::string readRequest() {
+    std::string request;
+    std::size_t wanted = std::string::npos;
+    char bytes[65'536];
+    while (request.size() < wanted) {
+      const auto got = read(bytes, sizeof(bytes));
+      if (got <= 0) break;
+      request.append(bytes, static_cast<std::size_t>(got));
+      const std::size_t head = request.find("\r\n\r\n");
+      if (wanted != std::string::npos || head == std::string::npos) continue;
+      const std::size_t length = request.find("Content-Length: ");
+      wanted = head + 4 + (length < head ? std::stoul(request.substr(length + 16, 20)) : 0);
+    }
+    return request;
+  }
+
+  void sendAll(std::string_view bytes) {
+    while (!bytes.empty()) {
+      const auto sent = write(bytes);
+      if (sent <= 0) return;
+      bytes.remove_prefix(static_cast<std::size_t>(sent));
+    }
+  }
+
+  void sendEnd() {
+    if (tls_ && isOpen_) SSL_shutdown(tls_.get());
+    shutdown(connection_, SHUT_WR);
+  }
+
+  void waitUntilClosed() {
+    char byte = 0;
+    while (recv(connection_, &byte, 1, 0) > 0) {
+    }
+  }
+
+ private:
+  ssize_t read(char* bytes, std::size_t size) {
+    if (!isOpen_) return -1;
+    return tls_ ? SSL_read(tls_.get(), bytes, static_cast<int>(size)) : recv(connection_, bytes, size, 0);
+  }
+
+  ssize_t write(std::string_view bytes) {
+    if (!isOpen_) return -1;
+    return tls_ ? SSL_write(tls_.get(), bytes.data(), static_cast<int>(bytes.size()))
+                : send(connection_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+  }
+
+  const int connection_;
+  const std::unique_ptr<SSL, decltype(&SSL_free)> tls_;
+  bool isOpen_ = true;
+};
+
+LoopbackServer::LoopbackServer(std::shared_ptr<SSL_CTX> tls)
+    : tls_(std::move(tls)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -85,6 +121,11 @@ std::vector<std::string> LoopbackServer::requests() const {
 }
 
 void LoopbackServer::accept() {
+  // A client that goes early; OpenSSL's writes can't be told to raise no signal.
+  sigset_t brokenPipe;
+  sigemptyset(&brokenPipe);
+  sigaddset(&brokenPipe, SIGPIPE);
+  pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
   while (true) {
     const int connection = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
     if (connection < 0) return;
@@ -94,22 +135,23 @@ void LoopbackServer::accept() {
 }
 
 void LoopbackServer::serve(int connection) {
-  const std::string request = readRequest(connection);
-  {
+  Channel channel(connection, tls_.get());
+  const std::string request = channel.readRequest();
+  if (!request.empty()) {
     const std::lock_guard lock(mutex_);
     requests_.push_back(request);
     come_.notify_all();
   }
-  answer(connection, request);
-  shutdown(connection, SHUT_WR);
-  waitUntilClosed(connection);
+  answer(channel, request);
+  channel.sendEnd();
+  channel.waitUntilClosed();
 }
 
-void LoopbackServer::answer(int connection, const std::string& request) {
+void LoopbackServer::answer(Channel& channel, const std::string& request) {
   const std::size_t start = request.find(' ') + 1;
   const auto answer = answerTo(request.substr(start, request.find(' ', start) - start));
-  if (answer && waitForRequests(answer->waitForRequests)) return sendAll(connection, answer->bytes);
-  waitUntilClosed(connection);
+  if (answer && waitForRequests(answer->waitForRequests)) return channel.sendAll(answer->bytes);
+  if (!request.empty()) channel.waitUntilClosed();
 }
 
 std::optional<LoopbackServer::Answer> LoopbackServer::answerTo(const std::string& path) const {

@@ -3,24 +3,32 @@
 #include <chrono>
 #include <condition_variable>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
+struct ssl_ctx_st;
+
 namespace orn {
 
-/// An HTTP server on 127.0.0.1 that sends scripted bytes and keeps what it was sent. A thread for each connection.
+class Channel;
+
+/// An HTTP server on 127.0.0.1, in plain or under TLS, that sends scripted bytes and keeps what it was sent. A thread
+/// for each connection.
 class LoopbackServer {
  public:
-  LoopbackServer();
+  explicit LoopbackServer(std::shared_ptr<ssl_ctx_st> tls = nullptr);
   ~LoopbackServer();
   LoopbackServer(const LoopbackServer&) = delete;
   LoopbackServer& operator=(const LoopbackServer&) = delete;
 
   int port() const { return port_; }
-  std::string url(const std::string& path) const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
+  std::string url(const std::string& path) const {
+    return (tls_ ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(port_) + path;
+  }
 
   /// What a request of that path is answered with before the connection is closed. A path without a script is never
   /// answered. The answers wait until as many requests have come as they are to wait for.
@@ -40,9 +48,10 @@ class LoopbackServer {
 
   void accept();
   void serve(int connection);
-  void answer(int connection, const std::string& request);
+  void answer(Channel& channel, const std::string& request);
   std::optional<Answer> answerTo(const std::string& path) const;
 
+  const std::shared_ptr<ssl_ctx_st> tls_;
   int listener_;
   int port_ = 0;
   mutable std::mutex mutex_;

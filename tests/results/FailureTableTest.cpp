@@ -141,6 +141,20 @@ class OtherThreadSession final : public URLSession {
   std::vector<std::thread> threads_;
 };
 
+TEST(FailureTable, TellsATransportsWordsOnOneShortLineToo) {
+  ServiceScript script;
+  script.knowsUser();
+  Platform platform = script.machine.platform();
+  platform.urlSession = std::make_shared<OtherThreadSession>(
+      URLReply{{}, Error{"transport", 7, "\xFF\r\n\u542c" + std::string(1000, 'x')}});
+  Platform::setCurrent(platform);
+  std::string heard;
+  ResultSubmission::submit({}, {}, "model", [&](const std::optional<Error>& error) { heard = error->message; });
+  std::static_pointer_cast<OtherThreadSession>(platform.urlSession)->join();
+  script.run();
+  EXPECT_EQ(heard, "?  \u542c" + std::string(194, 'x') + "...");
+}
+
 TEST(FailureTable, CallbacksComeOnTheMainThreadFromItsLoop) {
   const URLReply replies[] = {{R"({"rspCode":0,"listenTests":[1],"deviceVolumeIOS":[{"ear":1}]})", {}},
                               {"<html>", {}},

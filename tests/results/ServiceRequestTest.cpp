@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/results/ResultSubmission.h>
 
 #include "ServiceScript.h"
 
@@ -148,6 +149,14 @@ TEST_F(ServiceRequest, UserIdAndKeyStayOneSegmentEach) {
   }
 }
 
+TEST_F(ServiceRequest, GoesUnderTlsWhereTheHostSaysSo) {
+  knowsUser();
+  for (const char* host : {"https://service.example", "https://service.example:8443", "https://[::1]:8443"}) {
+    machine.userDefaults->setValue("SERVICEHOST", std::string(host));
+    EXPECT_EQ(requestOf("getListenTest").url, host + "/vrdnx/user/acquireListenTest"s);
+  }
+}
+
 TEST_F(ServiceRequest, WithoutAUsableHostTheCallbackHearsOfIt) {
   knowsUser();
   const auto hears = [&](const std::optional<DefaultsValue>& host, const ServiceOperation& operation) {
@@ -160,9 +169,32 @@ TEST_F(ServiceRequest, WithoutAUsableHostTheCallbackHearsOfIt) {
     EXPECT_THAT(heard, ElementsAre("transport 0")) << operation.name;
   };
   for (const auto& operation : serviceOperations()) hears(std::nullopt, operation);
-  for (const std::string& host : {""s, "a/b"s, "user@a"s, "a?b"s, "a#b"s, "a b"s, "a\r\nX: y"s, "%61"s}) {
+  const std::pair<std::string, std::string> table[] = {
+      {"", "no service host is set: "},
+      {"https://", "names no host"},
+      {"a/b", "a path"},
+      {"https://a/", "a path"},
+      {"a?b", "a path"},
+      {"a#b", "a path"},
+      {"user@a", "a user name"},
+      {"https://user:word@a", "a user name"},
+      {"a b", "a blank"},
+      {"https:// a", "a blank"},
+      {"a\r\nX: y", "a blank"},
+      {"http://a", "another scheme"},
+      {"HTTPS://a", "another scheme"},
+      {"https://https://a", "another scheme"},
+      {"%61", "a character"},
+      {"\u542c", "a character"},
+  };
+  for (const auto& [host, why] : table) {
     SCOPED_TRACE(host);
     hears(host, serviceOperation("listenTest"));
+    ResultSubmission::submit({}, {}, "model", [&why](const std::optional<Error>& error) {
+      EXPECT_THAT(error->message, testing::AllOf(testing::HasSubstr(why), testing::HasSubstr("SERVICEHOST"),
+                                                 testing::Not(testing::HasSubstr("word"))));
+    });
+    run();
   }
   EXPECT_EQ(requestCount(), 0U);
 }

@@ -1,10 +1,22 @@
 #include <ORNHearingTestSDK/platform/linux/LinuxURLSession.h>
 
+#include <csignal>
 #include <utility>
 
 #include <ORNHearingTestSDK/platform/linux/TransferQueue.h>
 
 namespace orn {
+namespace {
+
+/// A TLS library may write to a connection that is gone, whose signal would end the whole application.
+void blockBrokenPipes() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGPIPE);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+}  // namespace
 
 LinuxURLSession::LinuxURLSession() = default;
 
@@ -25,7 +37,10 @@ void LinuxURLSession::dataTask(URLRequest request, CompletionHandler completionH
 
 void LinuxURLSession::start() {
   queue_ = std::make_shared<TransferQueue>();
-  thread_ = std::thread([queue = queue_] { queue->run(); });
+  thread_ = std::thread([queue = queue_] {
+    blockBrokenPipes();
+    queue->run();
+  });
 }
 
 }  // namespace orn

@@ -10,7 +10,11 @@ namespace orn {
 
 class TransferQueue;
 
-/// Plain HTTP/1.1 by libcurl, any number of requests at the same time, on one thread that starts at the first request.
+/// HTTP/1.1 by libcurl, any number of requests at the same time, on one thread that starts at the first request.
+///
+/// To an address of http:// it goes in plain, to one of https:// by TLS 1.2 or newer alone: whoever answers must show a
+/// certificate of that name, still valid, from an authority that the system trusts or that stands in the file which the
+/// environment variable SSL_CERT_FILE names. Nothing turns that off.
 ///
 /// A request goes out once, on a connection of its own: method, path, headers and body to the letter, with nothing
 /// added but Host and Content-Length. There are no redirects, proxies, cookies, stored passwords, compression or other

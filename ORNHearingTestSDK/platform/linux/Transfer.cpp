@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <climits>
+#include <cstdlib>
 #include <new>
 #include <utility>
 
@@ -21,6 +22,13 @@ long curlTimeout(std::chrono::milliseconds timeout) {
   return static_cast<long>(std::clamp<std::int64_t>(timeout.count(), 1, LONG_MAX));
 }
 
+/// The file of authorities to trust beside the system's, by the variable that OpenSSL and the curl program know it by.
+/// A program that runs with its caller's environment and another's rights takes none.
+std::string authoritiesFor(const std::string& url) {
+  const char* const file = url.starts_with("https:") ? secure_getenv("SSL_CERT_FILE") : nullptr;
+  return file ? file : "";
+}
+
 }  // namespace
 
 Error transportError(int code, const std::string& message) {
@@ -34,7 +42,9 @@ void Transfer::Release::operator()(void* handle) const { libcurl().curl_easy_cle
 void Transfer::Release::operator()(curl_slist* list) const { libcurl().curl_slist_free_all(list); }
 
 Transfer::Transfer(URLRequest request, URLSession::CompletionHandler completionHandler)
-    : request_(std::move(request)), completionHandler_(std::move(completionHandler)) {}
+    : request_(std::move(request)),
+      completionHandler_(std::move(completionHandler)),
+      authorities_(authoritiesFor(request_.url)) {}
 
 Transfer::~Transfer() = default;
 
@@ -51,6 +61,7 @@ std::optional<Error> Transfer::prepare() {
   setRequest();
   setHeaders();
   setManners();
+  setProof();
   if (refusal_ == CURLE_OK) return std::nullopt;
   return transportError(refusal_, libcurl().curl_easy_strerror(static_cast<CURLcode>(refusal_)));
 }
@@ -69,7 +80,7 @@ void Transfer::setRequest() {
 }
 
 void Transfer::setManners() {
-  set(CURLOPT_PROTOCOLS_STR, "http");
+  set(CURLOPT_PROTOCOLS_STR, "http,https");
   set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
   set(CURLOPT_FOLLOWLOCATION, 0L);
   set(CURLOPT_PROXY, "");
@@ -81,6 +92,14 @@ void Transfer::setManners() {
   set(CURLOPT_NOSIGNAL, 1L);
   // Without this a name that is slow to resolve holds up the thread, and with it every other request.
   set(CURLOPT_QUICK_EXIT, 1L);
+}
+
+/// Who answers https:// must prove its name, and nothing turns that off.
+void Transfer::setProof() {
+  set(CURLOPT_SSL_VERIFYPEER, 1L);
+  set(CURLOPT_SSL_VERIFYHOST, 2L);
+  set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));  // or newer
+  if (!authorities_.empty()) set(CURLOPT_CAINFO, authorities_.c_str());
 }
 
 void Transfer::setHeaders() {

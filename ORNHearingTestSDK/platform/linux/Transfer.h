@@ -40,6 +40,7 @@ class Transfer {
   void set(int option, Value value);
   void setRequest();
   void setManners();
+  void setProof();
   void setHeaders();
   void addHeader(const std::string& line);
   static std::size_t receive(char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept;
@@ -47,6 +48,7 @@ class Transfer {
 
   URLRequest request_;
   URLSession::CompletionHandler completionHandler_;
+  std::string authorities_;
   std::unique_ptr<curl_slist, Release> headers_;
   std::unique_ptr<void, Release> handle_;
   std::string explanation_;  // libcurl's own words, NULs behind them
