@@ -44,7 +44,7 @@ bool beginsNumber(std::string_view text) {
 }
 
 std::size_t digitsFrom(std::string_view text, std::size_t at) {
-  return std::min(text.find_first_not_of(digits, at), text.size());
+  return std::min(text.find_first_not_of(kDigits, at), text.size());
 }
 
 /// The leading number: digits, a point and digits, an exponent if it has digits.
