@@ -13,7 +13,7 @@ packages=(
   # the screens and their images
   fonts-wqy-microhei librsvg2-bin qt6-base-dev
   # tests
-  libgmock-dev libgtest-dev
+  curl libgmock-dev libgtest-dev
   # sound servers for the tests
   dbus pipewire-pulse pulseaudio pulseaudio-utils wireplumber
 )

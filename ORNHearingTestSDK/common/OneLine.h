@@ -3,10 +3,12 @@
 #include <string>
 #include <string_view>
 
+#include <ORNHearingTestSDK/platform/Export.h>
+
 namespace orn {
 
 /// A foreign text as one short line for a person, in UTF-8: a space in place of each control character or line break, a
 /// question mark for each byte that is no part of a character, and what goes on beyond 200 bytes cut off. Any thread.
-std::string oneLine(std::string_view text);
+ORN_EXPORT std::string oneLine(std::string_view text);
 
 }  // namespace orn

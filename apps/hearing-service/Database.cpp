@@ -1,11 +1,30 @@
 #include "hearing-service/Database.h"
 
+#include <utility>
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace orn::service {
 namespace {
 
-constexpr int kBusyMilliseconds = 10'000;  // another process may have the file open, a database browser say
+// Another process may have the file open, a database browser say.
+constexpr int kBusyMilliseconds = 10'000, kNapMilliseconds = 10;
+
+int waitWhileBusy(void* givesUp, int naps) {
+  const auto& ends = *static_cast<const std::function<bool()>*>(givesUp);
+  if (naps * kNapMilliseconds >= kBusyMilliseconds || (ends && ends())) return 0;
+  sqlite3_sleep(kNapMilliseconds);
+  return 1;
+}
+
+/// SQLite would let everybody read it; its journal gets the mode of the file.
+void makeFileOfOwner(const std::string& file) {
+  if (file == ":memory:") return;
+  const int made = open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (made >= 0) close(made);
+}
 
 void require(bool succeeded, sqlite3* connection) {
   if (!succeeded) throw DatabaseError(std::string("database: ") + sqlite3_errmsg(connection));
@@ -15,13 +34,15 @@ void require(bool succeeded, sqlite3* connection) {
 
 void Database::Closing::operator()(sqlite3* connection) const { sqlite3_close(connection); }
 
-Database::Database(const std::string& file) {
+Database::Database(const std::string& file, std::function<bool()> givesUp)
+    : givesUp_(std::make_unique<const std::function<bool()>>(std::move(givesUp))) {
+  makeFileOfOwner(file);
   sqlite3* connection = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
   const int result = sqlite3_open_v2(file.c_str(), &connection, flags, nullptr);
   connection_.reset(connection);
   require(result == SQLITE_OK, connection);
-  sqlite3_busy_timeout(connection, kBusyMilliseconds);
+  sqlite3_busy_handler(connection, waitWhileBusy, const_cast<std::function<bool()>*>(givesUp_.get()));
 }
 
 void Database::execute(const char* sql) {

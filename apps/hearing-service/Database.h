@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -19,8 +20,10 @@ class DatabaseError : public std::runtime_error {
 /// One SQLite connection. One thread at a time; everything throws DatabaseError on a failure.
 class Database {
  public:
-  /// Makes the file if there is none; ":memory:" keeps everything in memory.
-  explicit Database(const std::string& file);
+  /// Makes the file, for its owner alone, if there is none; ":memory:" keeps everything in memory. Where another
+  /// process holds the file, an operation waits for up to 10 s, and fails at once where it `givesUp`; asked on the
+  /// thread of the operation.
+  explicit Database(const std::string& file, std::function<bool()> givesUp = {});
 
   void execute(const char* sql);
 
@@ -29,6 +32,7 @@ class Database {
   struct Closing {
     void operator()(sqlite3* connection) const;
   };
+  std::unique_ptr<const std::function<bool()>> givesUp_;  // stays where it is when the database moves
   std::unique_ptr<sqlite3, Closing> connection_;
 };
 

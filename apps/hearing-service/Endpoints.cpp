@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <ORNHearingTestSDK/common/Version.h>
+
 #include "hearing-service/BadRequest.h"
 #include "hearing-service/FieldRules.h"
 #include "hearing-service/HistoryRecord.h"
@@ -16,7 +18,11 @@ using nlohmann::json;
 using std::chrono::system_clock;
 
 constexpr std::string_view kMethod = "Post";  // not "POST": clients send it in just this spelling
+constexpr std::string_view kCalibrationPath = "/vrdnx/user/findSdkDeviceValue";
+constexpr std::string_view kHistoryPath = "/vrdnx/user/acquireListenTest";
+constexpr std::string_view kRegistrationPath = "/vrdnx/user/sdkRegister";
 constexpr std::string_view kSubmissionPath = "/vrdnx/user/sdkJonDiagnose2/";
+constexpr std::string_view kHealthPath = "/health";
 
 json success() { return {{"rspCode", Outcome::Success}, {"rspDesc", "ok"}}; }
 
@@ -81,17 +87,31 @@ json sdkJonDiagnose2(const Request& request, TestStore& store, system_clock::tim
   return success();
 }
 
+json health() {
+  json reply = success();
+  reply["version"] = reinterpret_cast<const char*>(ORNHearingTestSDKVersionString);
+  return reply;
+}
+
 json carriedOut(const Request& request, TestStore& store, system_clock::time_point now) {
+  if (request.target == kHealthPath && request.method == "GET") return health();
   if (request.method != kMethod) throw BadRequest("the method is not Post");
   if (request.body.size() > kLargestBody) throw BadRequest("the body is larger than 1 MiB");
-  if (request.target == "/vrdnx/user/findSdkDeviceValue") return findSdkDeviceValue(request);
-  if (request.target == "/vrdnx/user/acquireListenTest") return acquireListenTest(request, store);
-  if (request.target == "/vrdnx/user/sdkRegister") return sdkRegister(request, store);
+  if (request.target == kCalibrationPath) return findSdkDeviceValue(request);
+  if (request.target == kHistoryPath) return acquireListenTest(request, store);
+  if (request.target == kRegistrationPath) return sdkRegister(request, store);
   if (request.target.starts_with(kSubmissionPath)) return sdkJonDiagnose2(request, store, now);
   throw BadRequest("unknown path");
 }
 
 }  // namespace
+
+std::string pathOfNobody(std::string_view target) {
+  for (const std::string_view path : {kCalibrationPath, kHistoryPath, kRegistrationPath, kHealthPath}) {
+    if (target == path) return std::string(path);
+  }
+  return target.starts_with(kSubmissionPath) ? std::string(kSubmissionPath) + "*" : "(unknown path)";
+}
 
 json refusal(Outcome outcome, std::string_view why) { return {{"rspCode", outcome}, {"rspDesc", why}}; }
 

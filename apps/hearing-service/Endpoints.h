@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 #include <string_view>
 
 #include <nlohmann/json_fwd.hpp>
@@ -15,6 +16,10 @@ enum class Outcome { Success = 0, BadRequest = 1, StoreFailure = 2 };
 
 /// A reply that says that nothing was done, and why.
 nlohmann::json refusal(Outcome outcome, std::string_view why);
+
+/// The path of a request without what it tells of a person: "*" in place of user id and application key, and not a
+/// letter of a path that is none of ours.
+std::string pathOfNobody(std::string_view target);
 
 /// Carries a request out. A bad one, or one that the store fails on, ends in a refusal and leaves the store as it was.
 /// `now` dates a submitted test. Any thread.

@@ -25,10 +25,13 @@ HttpReply bent(HttpReply reply, Kind kind) {
 }  // namespace
 
 HearingService::HearingService(ServiceOptions options)
-    : store_(options.database),
+    : store_(options.database, [this, isEnding = std::move(options.isEnding)] { return isStopping_ || isEnding(); }),
       now_(std::move(options.now)),
+      log_(options.log),
+      detail_(options.detail),
       misbehaviour_(options.misbehaviour),
-      server_(options.port, [this](const Request& request) { return answer(request); }) {}
+      server_(
+          options.listening, [this](const Request& request) { return answer(request); }, options.log) {}
 
 HearingService::~HearingService() {
   const std::lock_guard lock(mutex_);
@@ -48,15 +51,18 @@ Misbehaviour HearingService::misbehaviour() {
 
 void HearingService::wait(std::chrono::milliseconds time) {
   std::unique_lock lock(mutex_);
-  stopping_.wait_for(lock, time, [this] { return isStopping_; });
+  stopping_.wait_for(lock, time, [this] { return isStopping_.load(); });
 }
 
 HttpReply HearingService::answer(const Request& request) {
+  const auto begun = std::chrono::steady_clock::now();
   const Misbehaviour how = misbehaviour();
   const auto reply = how.kind == Kind::Refuse ? refusal(Outcome::BadRequest, "refused as it was told to")
                                               : replyTo(request, store_, now_());
   if (how.kind == Kind::Delay) wait(how.delay);
-  return bent({.status = 200, .body = reply.dump(), .padding = 0, .breaksAfter = {}}, how.kind);
+  HttpReply sent = bent({.status = 200, .body = reply.dump(), .padding = 0, .breaksAfter = {}}, how.kind);
+  if (log_) log_(logLine(request, sent.status, reply, std::chrono::steady_clock::now() - begun, detail_));
+  return sent;
 }
 
 }  // namespace orn::service

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -14,20 +15,24 @@
 namespace orn::service {
 
 struct ServiceOptions {
-  std::uint16_t port = 0;             ///< 0 takes a free one.
+  Listening listening = {};
   std::string database = ":memory:";  ///< A file, or ":memory:" for one that ends with the service.
-  Misbehaviour misbehaviour;
+  Misbehaviour misbehaviour = {};
   /// Dates the submitted tests; called on any thread, many at once.
   std::function<std::chrono::system_clock::time_point()> now = std::chrono::system_clock::now;
+  Log log = {};  ///< Told of every request and refusal; empty for none.
+  LogDetail detail = LogDetail::NoPersons;
+  /// Whether the service is to end while its constructor still waits for the database, which then throws.
+  std::function<bool()> isEnding = [] { return false; };
 };
 
-/// The cloud service that the library talks to, on 127.0.0.1: from its constructor to its destructor.
+/// The cloud service that the library talks to: from its constructor to its destructor.
 class HearingService {
  public:
-  /// Throws std::runtime_error if the port or the database can't be had.
+  /// Throws std::runtime_error if it can't listen as told, or the database can't be had.
   explicit HearingService(ServiceOptions options = {});
 
-  /// Lets delayed replies go at once.
+  /// Lets delayed replies go at once, and refuses what still waits for a database that another process holds.
   ~HearingService();
 
   std::uint16_t port() const { return server_.port(); }
@@ -40,11 +45,13 @@ class HearingService {
   Misbehaviour misbehaviour();
   void wait(std::chrono::milliseconds time);
 
+  std::atomic<bool> isStopping_ = false;
   TestStore store_;
   std::function<std::chrono::system_clock::time_point()> now_;
+  Log log_;
+  LogDetail detail_;
   std::mutex mutex_;
   std::condition_variable stopping_;
-  bool isStopping_ = false;
   Misbehaviour misbehaviour_;
   HttpServer server_;  // last: it answers from its construction on
 };

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "hearing-service/Request.h"
+#include "hearing-service/RequestLog.h"
 
 struct MHD_Daemon;
 
@@ -20,15 +21,26 @@ struct HttpReply {
   std::optional<std::size_t> breaksAfter;  ///< The connection ends after so many bytes of the body, all announced.
 };
 
-/// HTTP/1.1 on 127.0.0.1 for up to 256 connections at once; more have to wait.
+/// Where and how a server listens.
+struct Listening {
+  std::string address = "127.0.0.1";  ///< Numeric, IPv4 or IPv6.
+  std::uint16_t port = 0;             ///< 0 takes a free one.
+  std::string certificate, key;       ///< PEM texts; with both it speaks TLS 1.2 or newer alone.
+
+  bool isSecure() const { return !certificate.empty(); }
+};
+
+/// HTTP/1.1 for up to 256 connections at once; more have to wait.
 class HttpServer {
  public:
   /// Called on a thread of the connection's own, so that a slow reply holds up nobody else. If it throws, the
   /// connection ends without a reply.
   using Handler = std::function<HttpReply(const Request&)>;
 
-  /// Port 0 takes a free one. Throws std::runtime_error if the port can't be had.
-  HttpServer(std::uint16_t port, Handler handler);
+  /// The log is told of connections that end without the handler. Throws std::runtime_error if the address or port
+  /// can't be had, or certificate and key don't do.
+  HttpServer(const Listening& listening, Handler handler, Log log);
+  ~HttpServer();
 
   std::uint16_t port() const { return port_; }
 
@@ -37,7 +49,8 @@ class HttpServer {
     void operator()(MHD_Daemon* daemon) const;  // returns once no handler runs any more
   };
 
-  Handler handler_;
+  struct Answering;
+  std::unique_ptr<Answering> answering_;
   std::unique_ptr<MHD_Daemon, Stopping> daemon_;
   std::uint16_t port_ = 0;
 };

@@ -1,6 +1,7 @@
 #include "hearing-service/TestStore.h"
 
 #include <utility>
+#include <sys/stat.h>
 
 namespace orn::service {
 namespace {
@@ -17,8 +18,14 @@ std::string placeholders(FieldNames names) {
   return list;
 }
 
-Database openDatabase(const std::string& file) {
-  Database database(file);
+/// A file that is known to be a database may be one that an earlier version let others read.
+void restrictToOwner(const std::string& file) {
+  struct stat status {};
+  if (stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode)) chmod(file.c_str(), S_IRUSR | S_IWUSR);
+}
+
+Database openDatabase(const std::string& file, std::function<bool()> givesUp) {
+  Database database(file, std::move(givesUp));
   const std::string profiles = "CREATE TABLE IF NOT EXISTS profiles (appKey TEXT NOT NULL, userId TEXT NOT NULL" +
                                columns(kProfileFields, " TEXT NOT NULL") + ", PRIMARY KEY (appKey, userId))";
   const std::string tests =
@@ -29,6 +36,7 @@ Database openDatabase(const std::string& file) {
   database.execute(profiles.c_str());
   database.execute(tests.c_str());
   transaction.commit();
+  restrictToOwner(file);
   return database;
 }
 
@@ -54,8 +62,8 @@ void bindAll(Query& query, const Fields& fields, FieldNames names) {
 
 }  // namespace
 
-TestStore::TestStore(const std::string& file)
-    : database_(openDatabase(file)),
+TestStore::TestStore(const std::string& file, std::function<bool()> givesUp)
+    : database_(openDatabase(file, std::move(givesUp))),
       putProfile_(database_, putProfileSql()),
       addTest_(database_, addTestSql()),
       tests_(database_, testsSql()) {}

@@ -3,6 +3,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -37,8 +38,9 @@ struct StoredTest {
 /// transaction. Everything throws DatabaseError on a failure and has then changed nothing.
 class TestStore {
  public:
-  /// Makes the file and its tables where there are none; ":memory:" keeps everything in memory.
-  explicit TestStore(const std::string& file);
+  /// Makes the file and its tables where there are none, and has the file for its owner alone; ":memory:" keeps
+  /// everything in memory. Of `givesUp` see Database.
+  explicit TestStore(const std::string& file, std::function<bool()> givesUp = {});
 
   /// Replaces the account's profile; takes the kProfileFields.
   void putProfile(const Account& account, const Fields& profile);

@@ -63,6 +63,13 @@ TEST_F(Calibration, TakesValuesThatClientsSendUnescaped) {
   }
 }
 
+TEST_F(ServiceTest, TellsThatItIsHealthy) {
+  const Reply reply = ask(service_->port(), "/health", "", "GET");
+  EXPECT_EQ(reply.status, 200);
+  EXPECT_EQ(reply.json(), (json{{"rspCode", 0}, {"rspDesc", "ok"}, {"version", "ORNHearingTestSDK 1.0"}}));
+  EXPECT_EQ(answer("/health", "").at("rspCode"), 1) << "by GET alone";
+}
+
 TEST_F(ServiceTest, RegistrationReplacesTheProfileOfTheSameUserAndKey) {
   EXPECT_EQ(answer(kRegister, profile().dump(4)).at("rspCode"), 0);
   EXPECT_EQ(answer(kRegister, profile({{"sdkKey", "other"}, {"username", ""}}).dump()).at("rspCode"), 0);
@@ -73,9 +80,7 @@ TEST_F(ServiceTest, RegistrationReplacesTheProfileOfTheSameUserAndKey) {
 }
 
 TEST_F(ServiceTest, HistoryGivesBackWhatWasSubmitted) {
-  start({.port = 0, .database = {}, .misbehaviour = {}, .now = [] {
-           return std::chrono::system_clock::time_point(1'700'000'000'123ms);
-         }});
+  start({.now = [] { return std::chrono::system_clock::time_point(1'700'000'000'123ms); }});
   const json sent = submission({{"left125hz", "-1"}, {"right8000hz", "-10"}, {"base", "1"}, {"headset", ""}});
   EXPECT_EQ(answer(kSubmit, sent.dump(2)).at("rspCode"), 0);
   const auto tests = history();
@@ -93,9 +98,7 @@ TEST_F(ServiceTest, HistoryGivesBackWhatWasSubmitted) {
 
 TEST_F(ServiceTest, HistoryIsInTheOrderOfSubmissionEvenIfTheClockGoesBack) {
   for (const auto clock : {9000ms, 5000ms, 5000ms, 9001ms, 9500ms}) {
-    start({.port = 0, .database = {}, .misbehaviour = {}, .now = [clock] {
-             return std::chrono::system_clock::time_point(clock);
-           }});
+    start({.now = [clock] { return std::chrono::system_clock::time_point(clock); }});
     answer(kSubmit, submission({{"headset", std::to_string(clock.count())}}).dump());
   }
   std::vector<std::pair<std::string, double>> order;

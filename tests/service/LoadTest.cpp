@@ -37,9 +37,7 @@ void expectWhole(const std::vector<json>& tests) {
 }
 
 TEST(ServiceLoad, EverySubmissionOf64ClientsAtOnceIsInTheHistoryInOrder) {
-  HearingService service({.port = 0, .database = ":memory:", .misbehaviour = {}, .now = [] {
-                            return std::chrono::system_clock::time_point(1s);
-                          }});
+  HearingService service({.database = ":memory:", .now = [] { return std::chrono::system_clock::time_point(1s); }});
   std::barrier start(kClients);
   {
     std::vector<std::jthread> clients;
@@ -61,6 +59,18 @@ TEST(ServiceLoad, ClientsThatSendNothingHoldUpNobody) {
   std::deque<Connection> idle;
   for (int i = 0; i < 2 * kClients; ++i) idle.emplace_back(service.port()).send("Post /vrdnx");
   EXPECT_EQ(ask(service.port(), kSubmit, submission().dump()).json().at("rspCode"), 0);
+}
+
+TEST(ServiceLoad, ClientsBeyondTheLimitWaitForTheirTurn) {
+  HearingService service;
+  std::deque<Connection> idle;
+  for (int i = 0; i < 256; ++i) idle.emplace_back(service.port()).send("Post /vrdnx");
+  std::deque<Connection> waiting;
+  for (int i = 0; i < 3; ++i) {
+    waiting.emplace_back(service.port()).send(requestText("Post", kSubmit, submission().dump()));
+  }
+  idle.pop_front();
+  for (Connection& client : waiting) EXPECT_EQ(parsedReply(client.receiveAll()).json().value("rspCode", -1), 0);
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ TEST_F(Misbehaving, DelayedReplyIsGoodAndNotEarly) {
 
 TEST_F(Misbehaving, EndOfTheServiceLetsDelayedRepliesGo) {
   std::promise<void> arrived;
-  start({.port = 0, .database = {}, .misbehaviour = misbehaviourNamed("delay=600000").value(), .now = [&arrived] {
+  start({.misbehaviour = misbehaviourNamed("delay=600000").value(), .now = [&arrived] {
            arrived.set_value();
            return std::chrono::system_clock::now();
          }});

@@ -1,12 +1,19 @@
 #include <array>
 #include <csignal>
 #include <cstdlib>
+#include <deque>
+#include <fstream>
+#include <future>
 #include <gmock/gmock.h>
+#include <sqlite3.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <ORNHearingTestSDK/platform/linux/LinuxURLSession.h>
+
 #include "tests/service/ClientAndService.h"
+#include "tls/TestAuthority.h"
 
 namespace orn::service {
 namespace {
@@ -50,6 +57,17 @@ class Program {
   std::string line() { return lineOf(out_); }
   std::string errorLine() { return lineOf(error_); }
 
+  /// From then on one that comes is the program's own to answer.
+  void waitUntilItBlocksSignals() const {
+    std::string blocked;
+    while (blocked.find_first_not_of("0\t") == std::string::npos) {
+      std::ifstream status("/proc/" + std::to_string(process_) + "/status");
+      for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("SigBlk:")) blocked = line.substr(7);
+      }
+    }
+  }
+
   /// The exit status; -1 if a signal ended the program.
   int end(int signal = 0) {
     int status = 0;
@@ -82,10 +100,104 @@ TEST_F(ServiceProgram, AnswersUntilASignalEndsItAndKeepsItsDatabase) {
     EXPECT_EQ(ask(portOf(program), kSubmit, submission().dump()).json().at("rspCode"), 0);
     EXPECT_EQ(program.end(signal), 0);
     EXPECT_EQ(program.line(), "");
+    EXPECT_THAT(program.errorLine(),
+                testing::MatchesRegex("Post /vrdnx/user/sdkJonDiagnose2/\\* 200 rspCode=0 [0-9]+ ms\n"));
     EXPECT_EQ(program.errorLine(), "");
+    EXPECT_EQ(std::filesystem::status(database()).permissions(), std::filesystem::perms(0600));
+    std::filesystem::permissions(database(), std::filesystem::perms(0644));  // as an earlier version left it
   }
   EXPECT_THAT(rows("SELECT COUNT(*), PRAGMA_integrity_check.integrity_check FROM tests, PRAGMA_integrity_check"),
               ElementsAre(ElementsAre("2", "ok")));
+}
+
+TEST_F(ServiceProgram, EndsInTimeWhoeverHoldsItsDatabase) {
+  { const TestStore made(database()); }
+  const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> other(
+      [&] {
+        sqlite3* connection = nullptr;
+        EXPECT_EQ(sqlite3_open(database().c_str(), &connection), SQLITE_OK);
+        return connection;
+      }(),
+      sqlite3_close);
+  const auto execute = [&](const char* sql) {
+    EXPECT_EQ(sqlite3_exec(other.get(), sql, nullptr, nullptr, nullptr), SQLITE_OK);
+  };
+  const auto secondsToEnd = [](Program& program) {
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(program.end(SIGTERM), 0);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - before).count();
+  };
+  std::optional<Program> program;
+  program.emplace(std::vector<std::string>{"--print-port", "--db", database()});
+  const std::uint16_t port = portOf(*program);
+  execute("BEGIN EXCLUSIVE");
+  std::deque<Connection> clients;
+  for (int i = 0; i < 3; ++i) clients.emplace_back(port).send(requestText("Post", kSubmit, submission().dump()));
+  EXPECT_EQ(ask(port, "/health", "", "GET").json().at("rspCode"), 0);  // by now they wait, or soon will
+  EXPECT_LT(secondsToEnd(*program), 2);
+  EXPECT_THAT(program->errorLine(), testing::StartsWith("GET /health 200"));
+
+  program.emplace(std::vector<std::string>{"--print-port", "--db", database()});
+  program->waitUntilItBlocksSignals();
+  EXPECT_LT(secondsToEnd(*program), 2);
+  EXPECT_EQ(program->line(), "");
+  execute("ROLLBACK");
+  EXPECT_EQ(rows("SELECT 1 FROM tests").size(), 0U);
+}
+
+TEST_F(ServiceProgram, DoesNotStandStillForALogThatNobodyReads) {
+  Program program({"--print-port"});
+  const std::uint16_t port = portOf(program);
+  for (int i = 0; i < 2000; ++i) ask(port, "/health", "", "GET");  // twice what a pipe holds
+  EXPECT_EQ(program.end(SIGTERM), 0);
+}
+
+TEST_F(ServiceProgram, LogsPersonsOnlyIfAsked) {
+  const std::string target = "/vrdnx/user/sdkJonDiagnose2/someuser/somekey";
+  for (const bool isAsked : {false, true}) {
+    std::vector<std::string> arguments = {"--print-port"};
+    if (isAsked) arguments.emplace_back("--log-personal");
+    Program program(arguments);
+    const std::uint16_t port = portOf(program);
+    ask(port, kRegister, profile({{"gender", "5"}}).dump());
+    ask(port, target, submission().dump());
+    ask(port, "/13800000000", "");
+    const std::string logged = program.errorLine() + program.errorLine() + program.errorLine();
+    EXPECT_THAT(logged, testing::HasSubstr("rspCode=1 0 ms: gender is neither 0 nor 1"));
+    for (const char* person : {"Li", "555", "someuser", "somekey", "138"}) {
+      EXPECT_EQ(logged.find(person) != std::string::npos, isAsked) << person << "\n" << logged;
+    }
+    EXPECT_EQ(program.end(SIGTERM), 0);
+  }
+}
+
+TEST_F(ServiceProgram, SpeaksTlsAloneWithACertificate) {
+  TestAuthority authority;
+  const auto [certificate, key] = authority.issue("IP:127.0.0.1");
+  Program program({"--print-port", "--certificate", certificate, "--key", key, "--address", "0.0.0.0"});
+  const std::uint16_t port = portOf(program);
+  Connection idle(port);  // holds nobody up, not even the end
+  EXPECT_EQ(ask(port, "/health", "", "GET").status, 0);
+  const auto answered = [&](const char* trusted) {
+    std::promise<URLReply> reply;
+    setenv("SSL_CERT_FILE", trusted, 1);
+    LinuxURLSession session;
+    session.dataTask({.url = "https://127.0.0.1:" + std::to_string(port) + kHistory,
+                      .method = "Post",
+                      .headers = {},
+                      .body = "sdkKey=k&sdkUseId=u&"},
+                     [&](URLReply got) { reply.set_value(std::move(got)); });
+    const URLReply got = reply.get_future().get();
+    unsetenv("SSL_CERT_FILE");
+    return got.body ? *got.body : std::to_string(got.error->code);
+  };
+  EXPECT_EQ(answered(authority.certificate().c_str()), R"({"listenTests":[],"rspCode":0,"rspDesc":"ok"})");
+  EXPECT_EQ(answered(TestAuthority().certificate().c_str()), "60");
+  EXPECT_EQ(program.end(SIGTERM), 0);
+
+  Program mismatched({"--certificate", certificate, "--key", authority.issue("IP:127.0.0.1").key});
+  EXPECT_THAT(mismatched.errorLine(), testing::MatchesRegex("hearing-service: can't listen on .+\n"));
+  EXPECT_EQ(mismatched.end(), 1);
 }
 
 TEST_F(ServiceProgram, Misbehaves) {
@@ -98,8 +210,11 @@ TEST_F(ServiceProgram, FailsInOneLine) {
   HearingService taken;
   const std::string noFolder = folder_ / "none" / "tests.db", noDatabase = folder_ / "text";
   EXPECT_EQ(std::system(("head -c 4096 /dev/zero | tr '\\0' x > " + noDatabase).c_str()), 0);
-  for (const std::vector<std::string>& arguments :
-       {std::vector<std::string>{"--port", std::to_string(taken.port())}, {"--db", noFolder}, {"--db", noDatabase}}) {
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--port", std::to_string(taken.port())},
+                                                    {"--db", noFolder},
+                                                    {"--db", noDatabase},
+                                                    {"--address", "192.0.2.1", "--allow-plain"},
+                                                    {"--certificate", noDatabase, "--key", noFolder}}) {
     Program program(arguments);
     EXPECT_EQ(program.line(), "");
     EXPECT_THAT(program.errorLine(), testing::MatchesRegex("hearing-service: .+\n"));
@@ -114,7 +229,12 @@ TEST_F(ServiceProgram, TellsWrongUsage) {
                                                     {"--port", "x"},
                                                     {"--misbehave", "well"},
                                                     {"--misbehave", ""},
-                                                    {"--host", "0.0.0.0"},
+                                                    {"--address", "0.0.0.0"},
+                                                    {"--address", "::"},
+                                                    {"--address", "localhost"},
+                                                    {"--certificate", "/dev/null"},
+                                                    {"--key", "/dev/null"},
+                                                    {"--db", ""},
                                                     {"extra"},
                                                     {"--db"}}) {
     Program program(arguments);
@@ -122,9 +242,11 @@ TEST_F(ServiceProgram, TellsWrongUsage) {
     EXPECT_NE(program.errorLine(), "");
     EXPECT_EQ(program.end(), 2) << arguments.front();
   }
-  Program help({"--help"});
-  EXPECT_NE(help.line(), "");
-  EXPECT_EQ(help.end(), 0);
+  for (const char* asked : {"--help", "--version"}) {
+    Program program({asked});
+    EXPECT_NE(program.line(), "");
+    EXPECT_EQ(program.end(), 0);
+  }
 }
 
 }  // namespace
