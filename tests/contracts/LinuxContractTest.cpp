@@ -1,6 +1,7 @@
 #include <cstdlib>
 
 #include <ORNHearingTestSDK/contracts/DeviceContract.h>
+#include <ORNHearingTestSDK/contracts/FileManagerContract.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxDevice.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxFileManager.h>
 
