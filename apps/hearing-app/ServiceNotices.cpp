@@ -3,6 +3,7 @@
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
 #include <ORNHearingTestSDK/results/ServiceHost.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
 
 namespace orn {
 namespace {
