@@ -25,8 +25,8 @@ class ORN_EXPORT ORNDeviceCorrect {
   /// is skipped, and anything but an object gives an empty reply, whose rspCode is 0.
   static std::shared_ptr<ORNDeviceCorrect> initWithDictionary(const nlohmann::json& dictionary);
 
-  /// Reads a reply's JSON text. Never throws: text that is no JSON object, or nested more than 64
-  /// levels deep, gives an empty reply.
+  /// Reads a reply's JSON text. Never throws: text that is no JSON object, or nested more than 64 levels deep, gives an
+  /// empty reply.
   static std::shared_ptr<ORNDeviceCorrect> parse(std::string_view jsonText);
 
   /// The hardware model, which requests send as `correct_name`.

@@ -38,9 +38,8 @@ struct AudioQueueBuffer {
 ///
 /// A queue that runs dry plays silence and goes on when a buffer is enqueued. It never moves to another output by
 /// itself: if its device goes, it falls silent, and what was queued comes after a start() with the device back.
-/// Operations may be called from the main thread and, enqueueBuffer() and
-/// setVolume() only, from within the callback. The destructor waits for a running callback, after which none comes, and
-/// drops what is queued.
+/// Operations may be called from the main thread and, enqueueBuffer() and setVolume() only, from within the callback.
+/// The destructor waits for a running callback, after which none comes, and drops what is queued.
 class ORN_EXPORT AudioQueue {
  public:
   /// Called on the queue's own thread, always the same one, with a buffer that has been played. In a simulated queue

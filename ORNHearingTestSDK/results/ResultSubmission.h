@@ -21,8 +21,8 @@ class ORN_EXPORT ResultSubmission {
 
   ResultSubmission() = delete;
 
-  /// A finished test to the service. `earPlugModel` is the earphones' model, or the audiometer's address
-  /// in its place; the empty text if there is neither.
+  /// A finished test to the service. `earPlugModel` is the earphones' model, or the audiometer's address in its place;
+  /// the empty text if there is neither.
   static void listenTestWithLeft(const EarResult& left, const EarResult& right,
                                  const std::optional<std::string>& earPlugModel, Completion completion);
 

@@ -22,8 +22,7 @@ struct Streams : SessionScript {
   }
 
   /// "1000@60" presents a cell, "now:1000@60" makes it current first, "none" leaves nothing current, "press" is a
-  /// press,
-  /// "*3" compares three blocks.
+  /// press, "*3" compares three blocks.
   void play(const std::string& script) {
     std::istringstream steps(script);
     for (std::string step; steps >> step;) {

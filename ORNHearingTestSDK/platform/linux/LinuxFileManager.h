@@ -6,8 +6,8 @@
 
 namespace orn {
 
-/// The user's own files, placed by the XDG base directories; the library's real bundles. Any thread, as
-/// long as none changes the environment.
+/// The user's own files, placed by the XDG base directories; the library's real bundles. Any thread, as long as none
+/// changes the environment.
 class ORN_EXPORT LinuxFileManager final : public PosixFileManager {
  public:
   /// The identifier names the application's folder, such as "org.example.app".

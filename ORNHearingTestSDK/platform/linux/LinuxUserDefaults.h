@@ -31,8 +31,7 @@ class ORN_EXPORT LinuxUserDefaults final : public UserDefaults {
   explicit LinuxUserDefaults(std::string path);
   ~LinuxUserDefaults() override;
 
-  /// $XDG_CONFIG_HOME/APPLICATION/defaults.plist, or below ~/.config where that variable is empty or
-  /// relative.
+  /// $XDG_CONFIG_HOME/APPLICATION/defaults.plist, or below ~/.config where that variable is empty or relative.
   static std::string defaultPath(const std::string& applicationIdentifier);
 
   std::optional<DefaultsValue> value(const std::string& key) const override;
