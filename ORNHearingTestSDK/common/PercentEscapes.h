@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include <ORNHearingTestSDK/platform/Export.h>
+
 namespace orn {
 
 /// Escapes every byte that is neither a letter, a digit nor one of the others that are left alone, as "%" and two
@@ -12,7 +14,7 @@ std::string percentEscaped(std::string_view text, std::string_view leftAlone);
 
 /// The text with every escape replaced by its byte; nothing if a "%" is followed by anything else than two hexadecimal
 /// digits, or if the bytes are no UTF-8. Any thread.
-std::optional<std::string> percentUnescaped(std::string_view text);
+ORN_EXPORT std::optional<std::string> percentUnescaped(std::string_view text);
 
 /// What a URL may hold outside its escapes: the unreserved and reserved characters of RFC 3986, but "#", "[" and "]".
 inline constexpr std::string_view kLegalInURL = "-._~!$&'()*+,;=:@/?";
