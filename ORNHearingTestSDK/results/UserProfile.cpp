@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/common/DateText.h>
+#include <ORNHearingTestSDK/common/ORNUtils.h>
 #include <ORNHearingTestSDK/platform/Device.h>
 #include <ORNHearingTestSDK/platform/MainQueue.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
@@ -26,6 +27,12 @@ void store(UserDefaults& defaults, const StoredProfile& profile) {
 
 }  // namespace
 
+bool UserProfile::isPossibleBirthday(std::chrono::sys_seconds birthday) {
+  using std::chrono::floor, std::chrono::seconds;
+  const auto first = ORNUtils::birthdayFormatter().dateFromString("1900-01-01");
+  return (!first || birthday >= floor<seconds>(*first)) && birthday <= floor<seconds>(std::chrono::system_clock::now());
+}
+
 void UserProfile::setAppUserID(std::optional<std::string> appUserID, std::optional<std::string> username, bool isWomen,
                                std::optional<std::chrono::system_clock::time_point> birthday,
                                std::optional<std::string> phone, CompletionHandler completionHandler,
@@ -43,10 +50,10 @@ void UserProfile::setAppUserID(std::optional<std::string> appUserID, std::option
                         {"birthday", dateText(*birthday, "%Y%m%d")},
                         {"username", name}});
   const StoredProfile profile{{{kUserIDDefault, *appUserID},
-                               {"USERSEX", isWomen},
-                               {"BIRTHDAY", *birthday},
-                               {"PHONE", *phone},
-                               {"USERNAME", name}}};
+                               {kUserSexDefault, isWomen},
+                               {kBirthdayDefault, *birthday},
+                               {kPhoneDefault, *phone},
+                               {kUserNameDefault, name}}};
   sendRequest(
       std::move(request), [profile, defaults = platform.userDefaults, main = MainQueue::current(), refusals,
                            done = std::move(completionHandler)](const ServiceReply& reply, const auto&) mutable {

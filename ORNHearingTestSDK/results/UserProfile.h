@@ -9,12 +9,22 @@
 
 namespace orn {
 
+/// User defaults of the profile, beside the user's id.
+inline constexpr auto kUserSexDefault = "USERSEX";  ///< true for a woman
+inline constexpr auto kBirthdayDefault = "BIRTHDAY";
+inline constexpr auto kPhoneDefault = "PHONE";
+inline constexpr auto kUserNameDefault = "USERNAME";
+
 /// The user of the application, as the service and the score know them.
 class ORN_EXPORT UserProfile {
  public:
   using CompletionHandler = std::function<void(std::optional<Error>)>;
 
   UserProfile() = delete;
+
+  /// For whoever asks for a birthday: whether it is a day from 1900 to today. A slip of the year would give the score
+  /// another age, and with it another allowance. Any thread.
+  static bool isPossibleBirthday(std::chrono::sys_seconds birthday);
 
   /// Registers the user with the service and, once it has answered with JSON, whatever its answer, keeps the profile in
   /// the user defaults: USERID, USERSEX, BIRTHDAY, PHONE, USERNAME. Without an id, a birthday or a phone number nothing

@@ -7,6 +7,7 @@
 #include <ORNHearingTestSDK/platform/AudioSession.h>
 #include <ORNHearingTestSDK/platform/MainQueue.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/results/UserProfile.h>
 #include <ORNHearingTestSDK/screens/Appearance.h>
 #include <ORNHearingTestSDK/screens/DeviceCell.h>
 #include <ORNHearingTestSDK/screens/NavigationController.h>
@@ -75,8 +76,8 @@ void ORNSelectTypeViewController::viewDidLoad() {
 
 void ORNSelectTypeViewController::addHeaderAndFooter() {
   const auto& defaults = *Platform::current().userDefaults;
-  const std::string name = textValue(defaults.value("USERNAME")).value_or(kAbsentName);
-  header_ = new UserHeaderView(boolValue(defaults.value("USERSEX")), QString::fromStdString(name));
+  const std::string name = textValue(defaults.value(kUserNameDefault)).value_or(kAbsentName);
+  header_ = new UserHeaderView(boolValue(defaults.value(kUserSexDefault)), QString::fromStdString(name));
   footer_ = new ShopFooterView([self = weakSelf(this)](QWidget* sender) {
     if (const auto screen = self.lock()) screen->goToShop(sender);
   });

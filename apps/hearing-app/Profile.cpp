@@ -36,15 +36,16 @@ system_clock::time_point startOf(QDate day) {
 }  // namespace
 
 bool isProfileKept() {
-  return kept<std::string>("USERID") && kept<std::string>("PHONE") && kept<system_clock::time_point>("BIRTHDAY");
+  return kept<std::string>(kUserIDDefault) && kept<std::string>(kPhoneDefault) &&
+         kept<system_clock::time_point>(kBirthdayDefault);
 }
 
 void keepProfile(const Profile& profile) {
-  defaults().setValue("USERID", QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString());
-  defaults().setValue("USERSEX", profile.isWoman);
-  defaults().setValue("BIRTHDAY", startOf(profile.birthday));
-  defaults().setValue("PHONE", profile.phone.toStdString());
-  defaults().setValue("USERNAME", profile.name.toStdString());
+  defaults().setValue(kUserIDDefault, QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString());
+  defaults().setValue(kUserSexDefault, profile.isWoman);
+  defaults().setValue(kBirthdayDefault, startOf(profile.birthday));
+  defaults().setValue(kPhoneDefault, profile.phone.toStdString());
+  defaults().setValue(kUserNameDefault, profile.name.toStdString());
   defaults().removeValue(kRegisteredWith);
   defaults().synchronize();
 }
@@ -53,8 +54,9 @@ void registerKeptProfile(std::function<void(std::optional<Error>)> done) {
   const auto service = kept<std::string>(kServiceHostDefault);
   if (!isProfileKept() || !service || service == kept<std::string>(kRegisteredWith)) return;
   UserProfile::setAppUserID(
-      kept<std::string>("USERID"), kept<std::string>("USERNAME"), kept<bool>("USERSEX").value_or(false),
-      kept<system_clock::time_point>("BIRTHDAY"), kept<std::string>("PHONE"),
+      kept<std::string>(kUserIDDefault), kept<std::string>(kUserNameDefault),
+      kept<bool>(kUserSexDefault).value_or(false), kept<system_clock::time_point>(kBirthdayDefault),
+      kept<std::string>(kPhoneDefault),
       [service = *service, done = std::move(done)](const std::optional<Error>& error) {
         if (!error) {
           defaults().setValue(kRegisteredWith, service);

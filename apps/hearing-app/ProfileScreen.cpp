@@ -1,5 +1,6 @@
 #include "hearing-app/ProfileScreen.h"
 
+#include <chrono>
 #include <utility>
 
 #include <QtCore/QRegularExpression>
@@ -9,6 +10,7 @@
 #include <QtWidgets/QRadioButton>
 #include <QtWidgets/QVBoxLayout>
 
+#include <ORNHearingTestSDK/results/UserProfile.h>
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
 
 namespace orn {
@@ -16,7 +18,6 @@ namespace {
 
 constexpr int kMargin = 24;
 constexpr int kWidest = 480;
-const QDate kEarliest(1900, 1, 1);
 
 // The colours of the screens.
 constexpr auto kStyle =
@@ -37,7 +38,8 @@ QDate dateOf(const QString& text) {
   const QString plain = text.trimmed();
   for (const char* format : {"yyyy-M-d", "yyyy/M/d", "yyyy.M.d", "yyyyMMdd"}) {
     const QDate date = QDate::fromString(plain, QString::fromLatin1(format));
-    if (date.isValid() && date >= kEarliest && date <= QDate::currentDate()) return date;
+    const std::chrono::sys_seconds start{std::chrono::seconds(date.startOfDay().toSecsSinceEpoch())};
+    if (date.isValid() && UserProfile::isPossibleBirthday(start)) return date;
   }
   return {};
 }

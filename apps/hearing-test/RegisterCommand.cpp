@@ -15,11 +15,10 @@
 namespace orn {
 namespace {
 
-/// A slip of the year would give the score another age, and with it another allowance.
 std::string checkBirthday(const std::string& text) {
-  const DateFormatter days = ORNUtils::birthdayFormatter();
-  const auto birthday = days.dateFromString(text);
-  const bool isPossible = birthday >= days.dateFromString("1900-01-01") && birthday <= std::chrono::system_clock::now();
+  const auto birthday = ORNUtils::birthdayFormatter().dateFromString(text);
+  const bool isPossible =
+      birthday && UserProfile::isPossibleBirthday(std::chrono::floor<std::chrono::seconds>(*birthday));
   return isPossible ? "" : "'" + text + "' is no day from 1900-01-01 to today, as yyyy-MM-dd";
 }
 
