@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 
 namespace orn::bench {

@@ -16,8 +16,8 @@
 
 #include "benchmarks/ChildProcess.h"
 #include "benchmarks/Comparison.h"
-#include "simulation/OutputMonitor.h"
-#include "sound/TestSoundServer.h"
+#include "simulation/listener/OutputMonitor.h"
+#include "support/TestSoundServer.h"
 
 namespace orn {
 namespace {

@@ -7,9 +7,9 @@
 #include <initializer_list>
 #include <string>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/audio/SineTables.h>
 #include <ORNHearingTestSDK/audio/WaveScaling.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 
 #include "benchmarks/AudiometerStream.h"
 #include "benchmarks/Comparison.h"

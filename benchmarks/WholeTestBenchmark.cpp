@@ -10,8 +10,8 @@
 
 #include "benchmarks/Comparison.h"
 #include "benchmarks/NaiveOscillator.h"
-#include "simulation/SampleCalibration.h"
-#include "simulation/SimulatedTest.h"
+#include "simulation/calibration/SampleCalibration.h"
+#include "simulation/runs/SimulatedTest.h"
 
 namespace {
 
@@ -50,8 +50,7 @@ void oscillate(double seconds) {
 void measure(OutputPath path, const std::string& name) {
   TestPlan plan;
   plan.path = path;
-  plan.calibrationReply =
-      std::string(path == OutputPath::Audiometer ? sampleAudiometerReply() : sampleEarphonesReply());
+  plan.calibrationReply = sampleReply(path);
   plan.listener.left = {{1000, 20}, {2000, 27.5}, {4000, 88}, {500, 17}};
   plan.listener.right = {{1000, 35}, {2000, 42.5}, {4000, 61}, {500, 30}};
   const double simulated = runSimulatedTest(plan).simulatedSeconds;

@@ -6,10 +6,10 @@
 #include <chrono>
 #include <span>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedRunLoop.h>
 
 #include "fuzz/Expect.h"

@@ -15,9 +15,13 @@ floors=(
   "ORNHearingTestSDK/engine"
   "ORNHearingTestSDK/screens"
   "apps"
-  "apps/simulation"
+  "apps/simulation/calibration"
+  "apps/simulation/listener"
+  "apps/simulation/runs"
+  "apps/simulation/studies"
   "apps/hearing-service"
   "apps/hearing-app apps/hearing-test"
+  "apps/hearing-app-tools"
 )
 
 # Lines of "FILE INCLUDED", both from the root; an include in quotes is relative to the apps, or to its own folder.

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <ORNHearingTestSDK/audio/ORNPlayerByArray.h>
-#include <ORNHearingTestSDK/audio/SineTables.h>
 #include <ORNHearingTestSDK/platform/AudioOutput.h>
 #include <ORNHearingTestSDK/platform/FileManager.h>
 #include <ORNHearingTestSDK/platform/PerPlatform.h>
@@ -45,7 +44,7 @@ ORNPlayer::TonePlayer ORNPlayer::playerWithHzValue(std::uint64_t hz, std::int64_
                                    [hz](int tone) { return static_cast<std::uint64_t>(tone) == hz; });
   const std::size_t frequency =
       known == kToneFrequencies.end() ? oneThousand : static_cast<std::size_t>(known - kToneFrequencies.begin());
-  TonePlayer tone = player(frequency, db <= kQuietLimit ? kDown : kUp);
+  TonePlayer tone = player(frequency, db <= kHighestQuietLevel ? kDown : kUp);
   if (tone) tone->setPan(isleft ? -1.0F : 1.0F);
   return tone;
 }

@@ -7,9 +7,13 @@
 #include <string>
 #include <string_view>
 
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/platform/AudioPlayer.h>
 
 namespace orn {
+
+/// Levels in dB up to this one take the recording that is 40 dB quieter.
+inline constexpr std::int64_t kHighestQuietLevel = 40;
 
 /// The tone bank of the earphone path: fourteen looping recordings, a quiet and a loud one for each frequency, the
 /// quiet one 40 dB below the loud one. A player is made at its first use, kept, and shared by all levels of its class.
@@ -35,7 +39,7 @@ class ORN_EXPORT ORNPlayer {
   TonePlayer playerOf##HZ##Hz_40Up() { return player(INDEX, kUp); }                              \
   void setPlayerOf##HZ##Hz_40Down(TonePlayer tone) { players_[INDEX][kDown] = std::move(tone); } \
   void setPlayerOf##HZ##Hz_40Up(TonePlayer tone) { players_[INDEX][kUp] = std::move(tone); }     \
-  TonePlayer playerOf##HZ##HzWithDB(std::int64_t db) { return player(INDEX, db <= kQuietLimit ? kDown : kUp); }
+  TonePlayer playerOf##HZ##HzWithDB(std::int64_t db) { return player(INDEX, db <= kHighestQuietLevel ? kDown : kUp); }
   ORN_TONE_PLAYERS(125, 0)
   ORN_TONE_PLAYERS(250, 1)
   ORN_TONE_PLAYERS(500, 2)
@@ -62,15 +66,13 @@ class ORN_EXPORT ORNPlayer {
 
  private:
   static constexpr std::size_t kDown = 0, kUp = 1;
-  /// Levels up to this one take the quiet recording; the level mapping keeps to the same limit.
-  static constexpr std::int64_t kQuietLimit = 40;
 
   ORNPlayer() = default;  // there is one, and no second can be made
 
   TonePlayer player(std::size_t frequency, std::size_t recording);
 
   bool isShowLog_ = false;
-  std::array<std::array<TonePlayer, 2>, 7> players_;
+  std::array<std::array<TonePlayer, 2>, kToneFrequencies.size()> players_;
 };
 
 }  // namespace orn

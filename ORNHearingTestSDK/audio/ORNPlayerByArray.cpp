@@ -3,12 +3,12 @@
 #include <limits>
 #include <vector>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/audio/SineTables.h>
 #include <ORNHearingTestSDK/audio/WaveChange.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
 #include <ORNHearingTestSDK/platform/AudioOutput.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 
 namespace orn {
 namespace {

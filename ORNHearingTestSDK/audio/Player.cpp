@@ -4,10 +4,10 @@
 #include <cstring>
 #include <utility>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/platform/AudioOutput.h>
 #include <ORNHearingTestSDK/platform/PerPlatform.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/platform/PlayableFormat.h>
 
 namespace orn {
 
@@ -19,15 +19,7 @@ std::shared_ptr<Player> Player::shareInstance() {
 Player::Player() { initAudio(); }
 
 void Player::initAudio() {
-  audioDescription_ = {.mSampleRate = kSampleRate,
-                       .mFormatID = kAudioFormatLinearPCM,
-                       .mFormatFlags = kLinearPCMFormatFlagIsSignedInteger | kLinearPCMFormatFlagIsPacked,
-                       .mBytesPerPacket = 2,
-                       .mFramesPerPacket = 1,
-                       .mBytesPerFrame = 2,
-                       .mChannelsPerFrame = 1,
-                       .mBitsPerChannel = 16,
-                       .mReserved = 0};
+  audioDescription_ = kToneFormat;
   audioQueue_ = Platform::current().audioOutput->newOutputQueue(
       audioDescription_, [this](AudioQueue& queue, AudioQueueBuffer& buffer) { readPCMAndPlay(queue, buffer); });
   if (!audioQueue_) return;

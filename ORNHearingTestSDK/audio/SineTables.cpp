@@ -57,24 +57,17 @@ ORN_TABLES(8000, 6)
 namespace orn {
 
 std::optional<SineTable> sineTable(std::int32_t hz) {
-  switch (hz) {
-    case 125:
-      return SineTable{WAV_b_125_DATA, sizeof WAV_b_125_DATA};
-    case 250:
-      return SineTable{WAV_b_250_DATA, sizeof WAV_b_250_DATA};
-    case 500:
-      return SineTable{WAV_b_500_DATA, sizeof WAV_b_500_DATA};
-    case 1000:
-      return SineTable{WAV_b_1000_DATA, sizeof WAV_b_1000_DATA};
-    case 2000:
-      return SineTable{WAV_b_2000_DATA, sizeof WAV_b_2000_DATA};
-    case 4000:
-      return SineTable{WAV_b_4000_DATA, sizeof WAV_b_4000_DATA};
-    case 8000:
-      return SineTable{WAV_b_8000_DATA, sizeof WAV_b_8000_DATA};
-    default:
-      return std::nullopt;
-  }
+#define ORN_TABLE(frequency) \
+  if (hz == (frequency)) return SineTable{WAV_b_##frequency##_DATA, sizeof WAV_b_##frequency##_DATA};
+  ORN_TABLE(125)
+  ORN_TABLE(250)
+  ORN_TABLE(500)
+  ORN_TABLE(1000)
+  ORN_TABLE(2000)
+  ORN_TABLE(4000)
+  ORN_TABLE(8000)
+#undef ORN_TABLE
+  return std::nullopt;
 }
 
 }  // namespace orn

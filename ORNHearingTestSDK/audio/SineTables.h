@@ -3,9 +3,10 @@
 #include <ORNHearingTestSDK/platform/Export.h>
 
 #ifdef __cplusplus
-#include <array>
 #include <cstdint>
 #include <optional>
+
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
 
 extern "C" {
 #endif
@@ -36,16 +37,13 @@ ORN_EXPORT extern const unsigned char WAV_b_l_8000_DATA[12];
 
 namespace orn {
 
-/// The test frequencies in Hz that have a table.
-inline constexpr std::array<int, 7> kToneFrequencies{125, 250, 500, 1000, 2000, 4000, 8000};
-
 /// `size` in bytes; `data` stays valid for the whole process.
 struct SineTable {
   const std::uint8_t* data;
   std::int32_t size;
 };
 
-/// The full-level table of one of the seven frequencies, nothing for any other.
+/// The full-level table of one of the kToneFrequencies, nothing for any other.
 ORN_EXPORT std::optional<SineTable> sineTable(std::int32_t hz);
 
 }  // namespace orn

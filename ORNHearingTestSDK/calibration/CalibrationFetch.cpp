@@ -1,12 +1,11 @@
 #include <ORNHearingTestSDK/calibration/CalibrationFetch.h>
 
-#include <algorithm>
 #include <memory>
-#include <string_view>
 #include <utility>
 #include <vector>
 #include <nlohmann/json.hpp>
 
+#include <ORNHearingTestSDK/calibration/CalibrationCache.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 #include <ORNHearingTestSDK/common/PropertyList.h>
 #include <ORNHearingTestSDK/platform/FileManager.h>
@@ -19,14 +18,6 @@ namespace {
 
 using nlohmann::json;
 using Reply = std::shared_ptr<const ORNDeviceCorrect>;
-
-/// A name for one file of the documents folder, whatever the text holds.
-std::string fileName(std::string name, std::string_view replaced) {
-  std::replace_if(
-      name.begin(), name.end(), [&](char c) { return c == '/' || c == '\0' || replaced.find(c) != replaced.npos; },
-      '_');
-  return name;
-}
 
 /// Nothing where there is no documents folder.
 std::optional<std::string> pathInDocuments(const std::string& name) {
@@ -72,7 +63,7 @@ void askService(const FormFields& fields, const std::optional<std::string>& path
 
 void fetchAudiometerCalibration(const std::string& filePrefix, const std::string& address, CalibrationAssignment assign,
                                 CalibrationCompletion completion) {
-  const auto path = pathInDocuments(fileName(filePrefix + "__" + address, ":"));
+  const auto path = pathInDocuments(audiometerCacheName(filePrefix, address));
   if (const auto cached = contentsOf(path)) {
     std::optional<Error> error;
     const json dictionary = parseObject(std::string(cached->begin(), cached->end()), error);
@@ -90,8 +81,7 @@ void fetchAudiometerCalibration(const std::string& filePrefix, const std::string
 
 void fetchEarphoneCalibration(const std::string& model, CalibrationAssignment assign,
                               CalibrationCompletion completion) {
-  const std::string machine = ORNDeviceCorrect::platform();
-  const auto path = pathInDocuments(fileName(machine + "_" + model, ""));
+  const auto path = pathInDocuments(earphoneCacheName(model));
   if (const auto cached = contentsOf(path)) {
     if (const auto dictionary = dictionaryOfPropertyList(*cached)) {
       const Reply records = ORNDeviceCorrect::initWithDictionary(*dictionary);
@@ -101,7 +91,7 @@ void fetchEarphoneCalibration(const std::string& model, CalibrationAssignment as
     }
   }
   askService(
-      {{"correct_name", machine}, {"earplug_model", model}, {"appkey", appKeyOrEmpty()}}, path,
+      {{"correct_name", ORNDeviceCorrect::platform()}, {"earplug_model", model}, {"appkey", appKeyOrEmpty()}}, path,
       [](const ServiceReply& reply, const json& dictionary) {
         return reply.envelopeError ? std::nullopt : propertyListOf(dictionary);
       },

@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <ORNHearingTestSDK/audio/ORNPlayer.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
 
 namespace orn {
@@ -14,7 +15,6 @@ namespace {
 constexpr double kFullScale = 10000000.0;
 constexpr double kJustBelowFullScale = 0.9999999;
 constexpr double kBatchOneFactor = 0.316;  // very nearly -10 dB
-constexpr std::int32_t kHighestLevelOfQuietRecording = 40;
 
 float powerOfTen(float exponent) { return static_cast<float>(std::pow(10.0, static_cast<double>(exponent))); }
 
@@ -60,15 +60,11 @@ std::optional<double> earphoneGain(const ORNDeviceVolumeIOS* record, std::int32_
   const auto text = calibrationText(record, hz);
   if (!text) return std::nullopt;
   float t = static_cast<float>(level) - floatValue(*text);
-  if (level <= kHighestLevelOfQuietRecording) t = t + 40.0F;
+  if (level <= kHighestQuietLevel) t = t + 40.0F;
   const double gain = static_cast<double>(powerOfTen(t / 20.0F)) / kFullScale;
   const auto volume = static_cast<float>(gain);
   if (!std::isfinite(volume) || volume <= 0) return std::nullopt;
   return gain;
-}
-
-bool hasCalibrationAt(const ORNDeviceVolumeIOS* record, std::int32_t hz) {
-  return calibrationText(record, hz).has_value();
 }
 
 double audiometerLevel(const ORNDeviceVolumeIOS* ab, const ORNDeviceVolumeIOS* aabb, const ORNDeviceVolumeIOS* xxyy,
@@ -84,7 +80,11 @@ std::optional<double> earphoneLevel(const ORNDeviceVolumeIOS* record, std::int32
   return 20.0 * std::log10(fullScaleFactor * kFullScale) + static_cast<double>(floatValue(*text));
 }
 
-bool hasCalibration(const ORNDeviceVolumeIOS* record, const std::vector<std::string>& hzs) {
+bool hasCalibrationValue(const ORNDeviceVolumeIOS* record, std::int32_t hz) {
+  return calibrationText(record, hz).has_value();
+}
+
+bool hasCalibrationNumbers(const ORNDeviceVolumeIOS* record, const std::vector<std::string>& hzs) {
   return record && std::all_of(hzs.begin(), hzs.end(), [&](const std::string& hz) {
            const auto value = record->valueForKey("s" + std::to_string(intValue(hz)));
            return value.is_string() && startsWithNumber(value.get_ref<const std::string&>());

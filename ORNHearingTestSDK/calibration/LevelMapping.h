@@ -27,10 +27,6 @@ ORN_EXPORT double audiometerAmplitude(const ORNDeviceVolumeIOS* ab, const ORNDev
 /// volume in single precision: a tone at a guessed level must not be played.
 ORN_EXPORT std::optional<double> earphoneGain(const ORNDeviceVolumeIOS* record, std::int32_t hz, std::int32_t level);
 
-/// Whether a record has a value at `hz` Hz, which every record has at a frequency other than the seven, 0 dB. False for
-/// null.
-ORN_EXPORT bool hasCalibrationAt(const ORNDeviceVolumeIOS* record, std::int32_t hz);
-
 /// For measuring instruments: the level in dB HL that an observed amplitude, as a factor on full scale, stands for. The
 /// reverse of audiometerAmplitude but for the cap. Silence is minus infinity.
 ORN_EXPORT double audiometerLevel(const ORNDeviceVolumeIOS* ab, const ORNDeviceVolumeIOS* aabb,
@@ -41,8 +37,12 @@ ORN_EXPORT double audiometerLevel(const ORNDeviceVolumeIOS* ab, const ORNDeviceV
 ORN_EXPORT std::optional<double> earphoneLevel(const ORNDeviceVolumeIOS* record, std::int32_t hz,
                                                double fullScaleFactor);
 
-/// For whoever decides whether a test can be taken: whether the record holds a number for each of these frequency keys.
-/// A null record, and a key that records have no field for, are a no.
-ORN_EXPORT bool hasCalibration(const ORNDeviceVolumeIOS* record, const std::vector<std::string>& hzs);
+/// Whether a record has a value at `hz` Hz, a number or not, so that the tone there is no guess of ours: what a session
+/// asks before each tone. A record has one, 0 dB, at any frequency other than the seven. False for null.
+ORN_EXPORT bool hasCalibrationValue(const ORNDeviceVolumeIOS* record, std::int32_t hz);
+
+/// Whether a record has a value that is a number for each of these frequency keys: the stricter question before a whole
+/// test. Not so for a frequency other than the seven. False for null.
+ORN_EXPORT bool hasCalibrationNumbers(const ORNDeviceVolumeIOS* record, const std::vector<std::string>& hzs);
 
 }  // namespace orn

@@ -4,6 +4,7 @@
 
 #include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 #include <ORNHearingTestSDK/common/DefaultsReading.h>
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
 
@@ -20,7 +21,7 @@ std::shared_ptr<ORNDeviceCorrect> ORNDeviceCorrectAction::getDeviceCorrectWithNa
 void ORNDeviceCorrectAction::saveCorrect(std::int32_t /*correct*/) {
   const auto defaults = Platform::current().userDefaults;
   // What is found is dropped, and that is meant, see docs/BEHAVIOURS.md.
-  for (int hz = 125; hz <= 8000; hz *= 2) (void)defaults->value("LEFT" + std::to_string(hz) + "HZ");
+  for (const int hz : kToneFrequencies) (void)defaults->value("LEFT" + std::to_string(hz) + "HZ");
 }
 
 void ORNDeviceCorrectAction::getDeviceCorrectsWithErji(std::int32_t /*erji*/, Completion completion) {

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <utility>
 
+#include <ORNHearingTestSDK/platform/PlayableFormat.h>
+
 namespace orn::contract {
 namespace {
 
@@ -30,16 +32,7 @@ Samples withoutSilenceAround(const Samples& samples) {
 
 }  // namespace
 
-AudioStreamBasicDescription toneFormat() {
-  return {.mSampleRate = 48000,
-          .mFormatID = kAudioFormatLinearPCM,
-          .mFormatFlags = kLinearPCMFormatFlagIsSignedInteger | kLinearPCMFormatFlagIsPacked,
-          .mBytesPerPacket = 2,
-          .mFramesPerPacket = 1,
-          .mBytesPerFrame = 2,
-          .mChannelsPerFrame = 1,
-          .mBitsPerChannel = 16};
-}
+AudioStreamBasicDescription toneFormat() { return kToneFormat; }
 
 Samples ramp(std::size_t count, std::int16_t first) {
   Samples samples(count);
@@ -57,12 +50,12 @@ Bytes waveFile(const Samples& samples) {
   append(file, "WAVE");
   append(file, "fmt ");
   append(file, 16, 4);
-  append(file, 1, 2);      // PCM
-  append(file, 1, 2);      // channels
-  append(file, 48000, 4);  // frames a second
-  append(file, 96000, 4);  // bytes a second
-  append(file, 2, 2);      // bytes a frame
-  append(file, 16, 2);     // bits a sample
+  append(file, 1, 2);                // PCM
+  append(file, 1, 2);                // channels
+  append(file, kSampleRate, 4);      // frames a second
+  append(file, 2 * kSampleRate, 4);  // bytes a second
+  append(file, 2, 2);                // bytes a frame
+  append(file, 16, 2);               // bits a sample
   append(file, "data");
   append(file, size, 4);
   for (const std::int16_t sample : samples) append(file, static_cast<std::uint16_t>(sample), 2);

@@ -12,6 +12,7 @@
 
 #include <ORNHearingTestSDK/contracts/AudioUnderTest.h>
 #include <ORNHearingTestSDK/contracts/Checking.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 
 namespace orn::contract {
 
@@ -32,7 +33,7 @@ Bytes waveFile(const Samples& samples);
 /// A new queue, and notes of its callbacks.
 class QueueUnderTest {
  public:
-  static constexpr std::size_t kBlock = 3840;  // frames, 80 ms
+  static constexpr std::size_t kBlock = kBlockSamples;
   using Refill = std::function<void(AudioQueue&, AudioQueueBuffer&)>;
 
   /// The refill is called from within each callback.

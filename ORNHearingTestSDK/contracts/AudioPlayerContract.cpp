@@ -9,7 +9,7 @@ namespace orn::contract {
 namespace {
 
 constexpr float kNoNumber = std::numeric_limits<float>::quiet_NaN();
-constexpr std::size_t kSecond = 48000;
+constexpr std::size_t kSecond = kSampleRate;
 
 Samples times(const Samples& samples, int count) {
   Samples all;

@@ -16,7 +16,7 @@ void AudiometerPath::startEar(const std::shared_ptr<PlayerGetDataSouce>& session
 }
 
 SoundPath::Preparation AudiometerPath::prepare(ORNHearingTestItem& item, bool /*isLeft*/) {
-  if (!hasCalibrationAt(records_.ab().get(), item.frequency())) return {ToneMissingReason::Calibration};
+  if (!hasCalibrationValue(records_.ab().get(), item.frequency())) return {ToneMissingReason::Calibration};
   // The level comes from the row and not from dbValue; on the retest scale that is 20 dB more, and is meant, see
   // docs/BEHAVIOURS.md.
   const auto level = kGridScale.levelOf(static_cast<int>(item.point().y));

@@ -5,11 +5,6 @@
 
 namespace orn {
 
-const std::vector<std::string>& defaultHzs() {
-  static const std::vector<std::string> hzs{"1000hz", "2000hz", "4000hz", "8000hz", "500hz", "250hz", "125hz"};
-  return hzs;
-}
-
 std::vector<std::string> withoutRepeats(const std::vector<std::string>& hzs) {
   std::vector<std::string> once;
   for (const std::string& hz : hzs) {

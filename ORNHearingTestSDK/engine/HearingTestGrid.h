@@ -10,9 +10,6 @@
 
 namespace orn {
 
-/// The frequency keys of a session that was given none, in test order: the seven, from 1000 Hz up and then down.
-const std::vector<std::string>& defaultHzs();
-
 /// A key that comes again is left out: it would have no way to a column after it.
 std::vector<std::string> withoutRepeats(const std::vector<std::string>& hzs);
 

@@ -12,6 +12,7 @@ struct LevelScale {
   int lowest;  ///< dB HL of row 0
 
   constexpr int levelOf(int row) const { return lowest + kStep * row; }
+  constexpr int highest() const { return levelOf(rows - 1); }
 
   /// Cut towards zero, so that on the grid 12 dB is row 0 like 15 dB, and 10 dB is row -1. Any level has an answer.
   constexpr std::int64_t rowOf(std::int64_t level) const { return (level - lowest) / kStep; }

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/audio/SineTables.h>
 #include <ORNHearingTestSDK/audio/WaveScaling.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 
 namespace orn {
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/platform/AudioOutput.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/results/ResultSubmission.h>
@@ -17,7 +18,7 @@ std::shared_ptr<ORNManualHearingTest> ORNManualHearingTest::init() {
 }
 
 std::vector<std::string> ORNManualHearingTest::hzs() {
-  if (hzs_.empty()) hzs_ = defaultHzs();
+  if (hzs_.empty()) hzs_ = frequencyKeys(kTestOrder);
   return hzs_;
 }
 

@@ -1,7 +1,10 @@
 #include <ORNHearingTestSDK/engine/ORNStandardHearingTest.h>
 
+#include <utility>
+
 #include <ORNHearingTestSDK/audio/ORNPlayer.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/engine/StandardSearch.h>
 
 namespace orn {
@@ -29,7 +32,9 @@ std::shared_ptr<ORNStandardHearingTest> ORNStandardHearingTest::init() {
 }
 
 std::vector<std::string> ORNStandardHearingTest::hzs() {
-  setHzs({"1000hz", "2000hz", "4000hz", "8000hz", "1000hz_re", "500hz", "250hz", "125hz"});
+  auto keys = frequencyKeys(kTestOrder);
+  keys.insert(keys.begin() + kRetestIndex, "1000hz_re");
+  setHzs(std::move(keys));
   return ORNManualHearingTest::hzs();
 }
 

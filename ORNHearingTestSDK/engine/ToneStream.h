@@ -6,8 +6,8 @@
 #include <mutex>
 #include <span>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/engine/ORNHearingTestItem.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 
 namespace orn {
 

@@ -1,14 +1,26 @@
 #pragma once
 
 #include <ORNHearingTestSDK/platform/AudioQueue.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 
 namespace orn {
 
-/// Whether a format is the one that queues play: 16-bit signed mono PCM at 48000 Hz.
+/// The format that queues play.
+inline constexpr AudioStreamBasicDescription kToneFormat{
+    .mSampleRate = kSampleRate,
+    .mFormatID = kAudioFormatLinearPCM,
+    .mFormatFlags = kLinearPCMFormatFlagIsSignedInteger | kLinearPCMFormatFlagIsPacked,
+    .mBytesPerPacket = 2,
+    .mFramesPerPacket = 1,
+    .mBytesPerFrame = 2,
+    .mChannelsPerFrame = 1,
+    .mBitsPerChannel = 16};
+
+/// Whether a format is that one, as far as it says what a sample is.
 inline bool isPlayable(const AudioStreamBasicDescription& format) {
-  return format.mFormatID == kAudioFormatLinearPCM && format.mSampleRate == 48000 && format.mChannelsPerFrame == 1 &&
-         format.mBitsPerChannel == 16 &&
-         format.mFormatFlags == (kLinearPCMFormatFlagIsSignedInteger | kLinearPCMFormatFlagIsPacked);
+  return format.mFormatID == kToneFormat.mFormatID && format.mSampleRate == kToneFormat.mSampleRate &&
+         format.mChannelsPerFrame == kToneFormat.mChannelsPerFrame &&
+         format.mBitsPerChannel == kToneFormat.mBitsPerChannel && format.mFormatFlags == kToneFormat.mFormatFlags;
 }
 
 }  // namespace orn

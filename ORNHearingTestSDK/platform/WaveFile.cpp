@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
+
 namespace orn {
 namespace {
 
@@ -17,7 +19,7 @@ bool hasName(std::span<const std::uint8_t> bytes, std::size_t at, const char* na
 
 bool isToneFormat(std::span<const std::uint8_t> chunk) {
   return chunk.size() >= 16 && littleEndian(chunk, 0, 2) == 1 && littleEndian(chunk, 2, 2) == 1 &&
-         littleEndian(chunk, 4, 4) == 48000 && littleEndian(chunk, 14, 2) == 16;
+         littleEndian(chunk, 4, 4) == kSampleRate && littleEndian(chunk, 14, 2) == 16;
 }
 
 std::vector<std::int16_t> samplesOf(std::span<const std::uint8_t> data) {

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/audio/SineTables.h>
 #include <ORNHearingTestSDK/audio/WaveChange.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 
 namespace {
 

@@ -10,14 +10,16 @@
 #include <ORNHearingTestSDK/common/DefaultsReading.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
 #include <ORNHearingTestSDK/common/ORNUtils.h>
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
+#include <ORNHearingTestSDK/results/UserProfile.h>
 
 namespace orn {
 namespace {
 
-constexpr std::int64_t kRowLength = 14;
+constexpr std::int64_t kRowLength = 2 * kToneFrequencies.size();
 
 /// Allowances in dB by age band, in pairs of a man's and a woman's for 125 to 8000 Hz.
 constexpr std::array<std::int32_t, 6 * kRowLength> KHearingThresholds{
@@ -32,7 +34,7 @@ constexpr std::array<std::int32_t, 6 * kRowLength> KHearingThresholds{
 /// Whole years of 365 days since the stored birthday; 0 without one.
 std::int64_t ageInYears() {
   const Platform& platform = Platform::current();
-  const auto stored = platform.userDefaults->value("BIRTHDAY");
+  const auto stored = platform.userDefaults->value(kBirthdayDefault);
   const auto* birthday = stored ? std::get_if<std::chrono::system_clock::time_point>(&*stored) : nullptr;
   if (!birthday) return 0;
   return ORNUtils::getUserAgeByBday(*birthday);
@@ -40,9 +42,9 @@ std::int64_t ageInYears() {
 
 std::int64_t rowFor(std::int64_t age) { return age < 30 ? 0 : std::min<std::int64_t>(age / 10 - 2, 5); }
 
-/// Octaves above 125 Hz of a frequency key.
+/// Octaves above the lowest frequency of a frequency key.
 std::int64_t octaveOf(const std::string& hz) {
-  const std::int32_t q = intValue(hz) / 125;
+  const std::int32_t q = intValue(hz) / kToneFrequencies.front();
   return q < 1 ? 0 : static_cast<std::int64_t>(std::log2(static_cast<double>(q)));
 }
 
@@ -62,7 +64,7 @@ std::int64_t HearingScore::computeEarTestResult(const EarResult& earResult) {
   }
   const std::int64_t age = ageInYears();
   if (age < 0 || kept.empty()) return 0;
-  const std::int64_t sex = boolValue(Platform::current().userDefaults->value("USERSEX")) ? 1 : 0;
+  const std::int64_t sex = boolValue(Platform::current().userDefaults->value(kUserSexDefault)) ? 1 : 0;
   const auto count = static_cast<std::int64_t>(kept.size());
   const std::int64_t row = rowFor(age);
   std::int64_t sum = 0;

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/common/PercentEscapes.h>
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/platform/Device.h>
 #include <ORNHearingTestSDK/platform/MainQueue.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
@@ -16,7 +17,7 @@ namespace {
 using nlohmann::json;
 
 void addEar(json& body, const std::string& ear, const EarResult& result) {
-  for (const char* hz : {"125hz", "250hz", "500hz", "1000hz", "2000hz", "4000hz", "8000hz"}) {
+  for (const std::string& hz : frequencyKeys(kToneFrequencies)) {
     const auto threshold = result.find(hz);
     body[ear + hz] = threshold == result.end() ? "-1" : threshold->second;
   }

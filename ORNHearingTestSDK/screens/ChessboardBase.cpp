@@ -7,6 +7,7 @@
 #include <QtGui/QPainter>
 
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/screens/BoardGrid.h>
 #include <ORNHearingTestSDK/screens/BoardLabels.h>
 #include <ORNHearingTestSDK/screens/Watermark.h>
@@ -42,7 +43,7 @@ ChessboardBase::~ChessboardBase() = default;
 
 const std::vector<std::string>& ChessboardBase::hzs() {
   if (!hzs_) hzs_ = askForHzs();
-  if (!hzs_) hzs_ = {"125hz", "250hz", "500hz", "1000hz", "2000hz", "4000hz", "8000hz"};
+  if (!hzs_) hzs_ = frequencyKeys(kToneFrequencies);
   return *hzs_;
 }
 

@@ -8,7 +8,9 @@
 #include <QtWidgets/QGraphicsOpacityEffect>
 
 #include <ORNHearingTestSDK/audio/ORNSystemVolumeManager.h>
+#include <ORNHearingTestSDK/calibration/CalibrationCheck.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/engine/ORNAutoHearingTest.h>
 #include <ORNHearingTestSDK/engine/ORNStandardHearingTest.h>
 #include <ORNHearingTestSDK/platform/AudioSession.h>
@@ -25,7 +27,6 @@ namespace orn {
 namespace {
 
 constexpr std::int32_t kAutomaticTest = 0;
-constexpr auto kEarphoneModel = "1";
 constexpr std::chrono::milliseconds kChangeOfEar{1000};
 
 QString testTitle(bool isLeft) { return QStringLiteral("%1测试").arg(earName(isLeft)); }
@@ -92,7 +93,7 @@ const std::vector<std::string>& ORNHearingTestViewController::testHzs() {
   return testHzs_;
 }
 
-std::vector<std::string> ORNHearingTestViewController::testedHzs() { return {"1000hz", "2000hz", "4000hz", "500hz"}; }
+std::vector<std::string> ORNHearingTestViewController::testedHzs() { return frequencyKeys(kShortTestOrder); }
 
 void ORNHearingTestViewController::showHearingTestViewControllerByNavigation(
     const std::shared_ptr<NavigationController>& navigation, const std::optional<QString>& leftBarTitle,

@@ -2,10 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <ORNHearingTestSDK/calibration/CalibrationCheck.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 #include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
-
-#include "simulation/SessionCalibration.h"
 
 namespace orn {
 namespace {
@@ -20,8 +19,8 @@ std::optional<Error> failureIn(const std::string& body) {
 
 bool isCalibrationFor(const URLRequest& request, const std::string& body) {
   const bool isByAddress = ("&" + request.body).find("&mac=") != std::string::npos;
-  const auto path = isByAddress ? simulation::OutputPath::Audiometer : simulation::OutputPath::Earphones;
-  return simulation::isCalibration(path, body, ORNHearingTestViewController::testedHzs());
+  const auto path = isByAddress ? OutputPath::Audiometer : OutputPath::Earphones;
+  return isCalibration(path, body, ORNHearingTestViewController::testedHzs());
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "hearing-app/UnsentResults.h"
 
 #include <algorithm>
-#include <array>
 
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/platform/FileManager.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/results/ORNListenTest.h>
@@ -15,7 +15,6 @@ using std::chrono::seconds;
 using std::chrono::system_clock;
 
 constexpr auto kFile = "/unsent-results.json";
-constexpr std::array kHzs{"125hz", "250hz", "500hz", "1000hz", "2000hz", "4000hz", "8000hz"};
 
 /// How far the service's clock may be behind this machine's.
 constexpr std::chrono::hours kClocksApart{1};
@@ -38,7 +37,7 @@ std::string textIn(const json& object, const std::string& key) {
 /// The thresholds of an ear in what a submission and a stored test have in common.
 EarResult earIn(const json& fields, const std::string& ear) {
   EarResult result;
-  for (const char* hz : kHzs) {
+  for (const std::string& hz : frequencyKeys(kToneFrequencies)) {
     const std::string threshold = textIn(fields, ear + hz);
     if (!threshold.empty() && threshold != "-1") result[hz] = threshold;
   }

@@ -1,16 +1,10 @@
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <filesystem>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 #include <CLI/CLI.hpp>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <QtWidgets/QApplication>
 
@@ -18,22 +12,16 @@
 #include <ORNHearingTestSDK/platform/linux/LinuxPlatform.h>
 #include <ORNHearingTestSDK/platform/qt/QtRunLoop.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
-#include <ORNHearingTestSDK/screens/NavigationWindow.h>
 
 #include "EndingSignals.h"
-#include "hearing-app/FirstFrame.h"
 #include "hearing-app/HostApplication.h"
+#include "hearing-app/OtherModes.h"
 #include "hearing-app/QuitSignals.h"
-#include "hearing-app/ScreenListener.h"
-#include "hearing-app/ScreenshotWalk.h"
-#include "hearing-app/SimulatedHost.h"
-#include "hearing-app/SimulationPanel.h"
 
 namespace {
 
 constexpr auto kIdentifier = "hearing-app";
 constexpr auto kVersion = "1.0";
-constexpr int kPanelGap = 16;
 
 struct Options {
   std::string host, shop, screenshots;
@@ -62,44 +50,9 @@ void keepSettings(const orn::Platform& machine, const Options& options) {
   machine.userDefaults->synchronize();
 }
 
-/// The window shows all that it has to show.
-void endAtFirstFrame() {
-  std::puts("frame");
-  std::fflush(stdout);
-  QApplication::quit();
-}
-
-void placeBeside(const QWidget& window, QWidget& panel) {
-  panel.move(window.frameGeometry().right() + kPanelGap, window.frameGeometry().top());
-  panel.show();
-}
-
 int fail(const std::exception& error) {
   std::fprintf(stderr, "hearing-app: %s\n", error.what());
   return 1;
-}
-
-/// Within the event loop, which nothing may be thrown through.
-void beginSimulation(orn::SimulatedHost& simulated, const Options& options) {
-  try {
-    simulated.startService();
-    keepSettings(simulated.platform(), options);
-  } catch (const std::exception& error) {
-    QApplication::exit(fail(error));
-  }
-}
-
-int runSimulated(const Options& options) {
-  orn::SimulatedHost simulated(std::make_shared<orn::QtRunLoop>());
-  orn::HostApplication application(simulated.platform(), orn::sampleProfile());
-  orn::ScreenListener listener(*simulated.machine().audioOutput, application, orn::sampleListener());
-  std::optional<orn::SimulationPanel> panel;
-  application.open([&] {
-    if (options.endsAtFirstFrame) return endAtFirstFrame();
-    beginSimulation(simulated, options);
-    placeBeside(application.window(), panel.emplace(simulated, listener));
-  });
-  return QApplication::exec();
 }
 
 int runReal(const Options& options) {
@@ -120,26 +73,6 @@ void requireDisplay() {
   if (!isSet("QT_QPA_PLATFORM") && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
     throw std::runtime_error("there is no display: neither DISPLAY nor WAYLAND_DISPLAY is set");
   }
-}
-
-/// The ratio of a screen holds for a whole process.
-int takeScreenshots(int& argc, char** argv, const std::string& folder, const orn::PhoneScreen& screen) {
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
-  setenv("QT_SCALE_FACTOR", std::to_string(screen.ratio).c_str(), 1);
-  QApplication application(argc, argv);
-  orn::walkForScreenshots(QString::fromStdString(folder), screen);
-  return 0;
-}
-
-int takeAllScreenshots(int& argc, char** argv, const std::string& folder) {
-  std::filesystem::create_directories(folder);
-  const pid_t other = fork();
-  if (other < 0) throw std::system_error(errno, std::generic_category(), "can't start a process");
-  if (other == 0) return takeScreenshots(argc, argv, folder, {{360, 720}, 3});
-  const int result = takeScreenshots(argc, argv, folder, {{375, 667}, 1});
-  int status = 0;
-  const bool isGone = waitpid(other, &status, 0) == other;
-  return isGone && WIFEXITED(status) && WEXITSTATUS(status) == 0 ? result : 1;
 }
 
 int run(int& argc, char** argv) {
@@ -163,13 +96,15 @@ int run(int& argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
-  if (!options.screenshots.empty()) return takeAllScreenshots(argc, argv, options.screenshots);
+  if (!options.screenshots.empty()) return orn::takeScreenshots(argc, argv, options.screenshots);
   requireDisplay();
   orn::holdEndingSignals();
   QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(QString::fromLatin1(kIdentifier));  // whose icon the desktop shows
   const orn::QuitSignals quitSignals;
-  return options.simulates ? runSimulated(options) : runReal(options);
+  if (!options.simulates) return runReal(options);
+  return orn::runSimulated([&](const orn::Platform& machine) { keepSettings(machine, options); },
+                           options.endsAtFirstFrame);
 }
 
 }  // namespace

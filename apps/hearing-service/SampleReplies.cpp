@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "simulation/SampleCalibration.h"
+#include "simulation/calibration/SampleCalibration.h"
 
 namespace orn::service {
 

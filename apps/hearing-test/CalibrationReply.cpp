@@ -6,12 +6,10 @@
 
 #include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 
-#include "simulation/SampleCalibration.h"
+#include "simulation/calibration/SampleCalibration.h"
 
 namespace orn {
 namespace {
-
-using simulation::OutputPath;
 
 std::string contents(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -23,10 +21,7 @@ std::string contents(const std::string& path) {
 }  // namespace
 
 std::string calibrationReply(OutputPath path, const std::string& file) {
-  if (file.empty()) {
-    return std::string(path == OutputPath::Audiometer ? simulation::sampleAudiometerReply()
-                                                      : simulation::sampleEarphonesReply());
-  }
+  if (file.empty()) return simulation::sampleReply(path);
   std::string reply = contents(file);
   const auto parsed = ORNDeviceCorrect::parse(reply);
   if (!parsed->deviceVolumeIOS()) throw std::runtime_error(file + " is no calibration reply with records");

@@ -2,12 +2,12 @@
 
 #include <string>
 
-#include "simulation/SimulatedTest.h"
+#include <ORNHearingTestSDK/calibration/CalibrationCheck.h>
 
 namespace orn {
 
 /// The calibration reply in a file, or the sample one of the path if the file's name is empty. Throws
 /// std::runtime_error with one line if the file is no accepted reply with records.
-std::string calibrationReply(simulation::OutputPath path, const std::string& file);
+std::string calibrationReply(OutputPath path, const std::string& file);
 
 }  // namespace orn

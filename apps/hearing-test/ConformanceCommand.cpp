@@ -4,27 +4,23 @@
 #include <CLI/CLI.hpp>
 
 #include "hearing-test/CalibrationReply.h"
+#include "hearing-test/CommonOptions.h"
 #include "hearing-test/ConformanceReport.h"
 
 namespace orn {
 
-using simulation::OutputPath;
-
 ConformanceCommand::ConformanceCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand(
       "conformance", "Renders and measures every cell of the grid: what misses IEC 60645-1, clips or is too quiet");
-  command->add_option("--path", path_, "Where the sound goes: the audiometer's stream, the earphones' tone bank")
-      ->check(CLI::IsMember({"audiometer", "earphones", "both"}))
-      ->capture_default_str();
-  command->add_option("--calibration", calibration_, "Calibration reply of the service, as a JSON file")
-      ->option_text("REPLY.json");
-  command->add_flag("--json", json_, "Prints one JSON object and nothing else");
+  addPath(*command, path_, Choice::OfOneOrBoth)
+      ->description("Where the sound goes: the audiometer's stream, the earphones' tone bank");
+  addCalibration(*command, calibration_);
+  addJson(*command, json_);
 }
 
 int ConformanceCommand::run() {
   std::vector<ConformanceResult> results;
-  for (const OutputPath path : {OutputPath::Audiometer, OutputPath::Earphones}) {
-    if (path_ == (path == OutputPath::Audiometer ? "earphones" : "audiometer")) continue;
+  for (const OutputPath path : pathsNamed(path_)) {
     results.push_back({path, simulation::measureConformance(path, calibrationReply(path, calibration_))});
   }
   if (json_) {

@@ -6,14 +6,15 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include <ORNHearingTestSDK/engine/LevelScale.h>
+
+#include "hearing-test/CommonOptions.h"
+
 namespace orn {
 namespace {
 
 using simulation::ConformanceCell;
-using simulation::OutputPath;
 using Json = nlohmann::ordered_json;
-
-const char* nameOf(OutputPath path) { return path == OutputPath::Earphones ? "earphones" : "audiometer"; }
 
 double percent(double share) { return share * 100; }
 double frequencyError(const ConformanceCell& cell) { return cell.tone->hz / cell.hz - 1; }
@@ -65,7 +66,6 @@ void printCell(const ConformanceCell& cell) {
 /// The cells of which something is true, a line for each frequency and ear: "1000 Hz right: 15 20 dB".
 void printCells(const ConformanceResult& result, const char* what,
                 const std::function<bool(const ConformanceCell&)>& isTrue) {
-  constexpr std::size_t kRows = 16;
   std::map<std::pair<std::int32_t, bool>, std::vector<std::string>> levels;
   std::size_t count = 0;
   for (const ConformanceCell& cell : result.cells) {
@@ -76,7 +76,7 @@ void printCells(const ConformanceResult& result, const char* what,
   std::printf("%-18s %3zu of %zu cells\n", what, count, result.cells.size());
   for (const auto& [column, rows] : levels) {
     std::printf("    %5d Hz %-5s: %s\n", column.first, column.second ? "left" : "right",
-                rows.size() == kRows ? "every level" : (joined(rows) + " dB").c_str());
+                rows.size() == std::size_t{kGridScale.rows} ? "every level" : (joined(rows) + " dB").c_str());
   }
 }
 

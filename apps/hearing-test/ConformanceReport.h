@@ -3,12 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "simulation/Conformance.h"
+#include "simulation/studies/Conformance.h"
 
 namespace orn {
 
 struct ConformanceResult {
-  simulation::OutputPath path = simulation::OutputPath::Audiometer;
+  OutputPath path = OutputPath::Audiometer;
   std::vector<simulation::ConformanceCell> cells;
 };
 

@@ -8,6 +8,7 @@
 #include <ORNHearingTestSDK/audio/ORNSystemVolumeManager.h>
 #include <ORNHearingTestSDK/platform/AudioSession.h>
 
+#include "hearing-test/CommonOptions.h"
 #include "hearing-test/HostMachine.h"
 
 namespace orn {
@@ -50,7 +51,7 @@ void printForPeople(const Json& found) {
 DevicesCommand::DevicesCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand(
       "devices", "Shows where the sound of this machine goes: the route, the audiometer, the volume");
-  command->add_flag("--json", json_, "Prints one JSON object and nothing else");
+  addJson(*command, json_);
 }
 
 int DevicesCommand::run() {

@@ -10,6 +10,7 @@
 #include <ORNHearingTestSDK/results/TestHistory.h>
 #include <ORNHearingTestSDK/results/TestTime.h>
 
+#include "hearing-test/CommonOptions.h"
 #include "hearing-test/HostMachine.h"
 
 namespace orn {
@@ -45,7 +46,7 @@ void printForPeople(const Json& rows) {
 HistoryCommand::HistoryCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("history", "Shows your stored tests: date, scores of both ears, total");
   command->add_option("--host", host_, "The service, as [https://]host[:port]; the registered one if not given");
-  command->add_flag("--json", json_, "Prints one JSON object and nothing else");
+  addJson(*command, json_);
 }
 
 int HistoryCommand::run() {

@@ -4,12 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "simulation/VirtualListener.h"
+#include "simulation/listener/VirtualListener.h"
 
 namespace CLI {
 class App;
-class Option;
-}  // namespace CLI
+}
 
 namespace orn {
 
@@ -27,11 +26,5 @@ class ListenerOptions {
   double slope_ = 0, guess_ = 0, lapse_ = 0;
   std::uint64_t seed_ = 1;
 };
-
-/// Adds --frequencies, in Hz and in test order, to a command. The option holds texts such as "1000".
-CLI::Option* addFrequencies(CLI::App& command, std::vector<std::string>& frequencies);
-
-/// The frequency keys of such texts.
-std::vector<std::string> frequencyKeys(const std::vector<std::string>& frequencies);
 
 }  // namespace orn

@@ -11,12 +11,11 @@
 #include <ORNHearingTestSDK/platform/RunLoop.h>
 
 #include "hearing-test/TerminalInput.h"
-#include "simulation/OutputMonitor.h"
+#include "simulation/listener/OutputMonitor.h"
 
 namespace orn {
 namespace {
 
-using simulation::OutputPath;
 using simulation::TestRun;
 
 constexpr std::chrono::seconds kRestBetweenEars{2};
@@ -28,7 +27,7 @@ std::string earName(bool isLeft) { return isLeft ? "left" : "right"; }
 
 ConnectedDevice ConnectedDevice::find() {
   if (const auto address = AudioRoute::getKV50Mac()) return {OutputPath::Audiometer, *address};
-  if (AudioRoute::hasHeadset()) return {OutputPath::Earphones, simulation::kSimulatedEarphoneModel};
+  if (AudioRoute::hasHeadset()) return {OutputPath::Earphones, kEarphoneModel};
   throw std::runtime_error("sound goes neither to an audiometer nor to earphones: see 'hearing-test devices'");
 }
 

@@ -10,7 +10,7 @@
 
 #include "hearing-test/FullVolume.h"
 #include "hearing-test/TerminalAudiogram.h"
-#include "simulation/TestRun.h"
+#include "simulation/runs/TestRun.h"
 
 namespace orn {
 
@@ -33,7 +33,7 @@ struct RealTestPlan {
 
 /// The device that a test is to be taken on, as it is connected at present.
 struct ConnectedDevice {
-  simulation::OutputPath path;
+  OutputPath path;
   std::string name;  ///< Address of the audiometer or model of the earphones.
 
   /// Throws std::runtime_error with one line if there is neither.

@@ -4,39 +4,32 @@
 #include <stdexcept>
 #include <CLI/CLI.hpp>
 
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxRunLoop.h>
 
 #include "EndingSignals.h"
 #include "hearing-test/CalibrationReply.h"
+#include "hearing-test/CommonOptions.h"
 #include "hearing-test/HostMachine.h"
 #include "hearing-test/RealTest.h"
 #include "hearing-test/SimulateReport.h"
 #include "hearing-test/TerminalInput.h"
 
 namespace orn {
-namespace {
-
-/// Those of the standard test, which takes no others.
-const std::vector<std::string> kStandardFrequencies{"1000", "2000", "4000", "8000", "500", "250", "125"};
-
-}  // namespace
-
 RunCommand::RunCommand(CLI::App& app) {
   CLI::App* command =
       app.add_subcommand("run", "A real test of both ears on this machine's sound; any key says that a tone was heard");
-  command->add_option("--type", type_, "The test")->check(CLI::IsMember({"auto", "standard"}))->capture_default_str();
+  addType(*command, type_);
   addFrequencies(*command, frequencies_);
   command->add_flag("--listener", hasListener_, "A virtual listener takes the test, by what the output plays");
   listener_.addTo(*command);
-  auto* calibration =
-      command->add_option("--calibration", calibration_, "Calibration reply of the service, as a JSON file")
-          ->option_text("REPLY.json");
+  auto* calibration = addCalibration(*command, calibration_);
   command
       ->add_option("--host", host_,
                    "Gets the calibration from this service and sends it the result; the registered "
                    "one if not given")
       ->excludes(calibration);
-  command->add_flag("--json", json_, "Prints one JSON object on stdout and nothing else there");
+  addJson(*command, json_);
 }
 
 int RunCommand::run() {
@@ -45,8 +38,9 @@ int RunCommand::run() {
   Platform::setCurrent(machine);
   setServiceHost(machine, host_);
   RealTestPlan plan;
-  plan.type = type_ == "standard" ? simulation::TestType::Standard : simulation::TestType::Automatic;
-  plan.frequencies = frequencyKeys(type_ == "standard" ? kStandardFrequencies : frequencies_);
+  plan.type = typesNamed(type_).front();
+  const bool isStandard = plan.type == simulation::TestType::Standard;  // which takes no other frequencies than its own
+  plan.frequencies = isStandard ? frequencyKeys(kTestOrder) : frequencyKeys(frequencies_);
   if (hasListener_) plan.listener = listener_.traits();
   plan.out = json_ ? stderr : stdout;
 

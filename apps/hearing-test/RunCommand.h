@@ -3,8 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "hearing-test/CommonOptions.h"
 #include "hearing-test/ListenerOptions.h"
-#include "simulation/TestOutcome.h"
+#include "simulation/runs/TestOutcome.h"
 
 namespace CLI {
 class App;
@@ -24,7 +25,7 @@ class RunCommand {
   void print(const simulation::TestOutcome& outcome) const;
 
   std::string type_ = "auto";
-  std::vector<std::string> frequencies_{"1000", "2000", "4000", "500"};
+  std::vector<std::string> frequencies_ = shortTest();
   bool hasListener_ = false;
   ListenerOptions listener_;
   std::string calibration_;

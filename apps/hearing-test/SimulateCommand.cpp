@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <CLI/CLI.hpp>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/audio/WaveChange.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 
 #include "hearing-test/AudiogramPicture.h"
 #include "hearing-test/CalibrationReply.h"
@@ -16,10 +16,8 @@
 namespace orn {
 namespace {
 
-using simulation::OutputPath;
 using simulation::TestOutcome;
 using simulation::TestPlan;
-using simulation::TestType;
 
 void writeWave(const std::string& path, const std::vector<std::int16_t>& samples) {
   const auto size = static_cast<std::uint32_t>(samples.size() * sizeof(samples[0]));
@@ -46,28 +44,24 @@ simulation::TestWatch progressForPeople() {
 SimulateCommand::SimulateCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand(
       "simulate", "Runs a whole test of both ears in virtual time; a virtual listener hears the samples and presses");
-  command->add_option("--type", type_, "The test")->check(CLI::IsMember({"auto", "standard"}))->capture_default_str();
-  command->add_option("--path", path_, "Where the sound goes")
-      ->check(CLI::IsMember({"audiometer", "earphones"}))
-      ->capture_default_str();
+  addType(*command, type_);
+  addPath(*command, path_);
   addFrequencies(*command, frequencies_);
   listener_.addTo(*command);
-  auto* calibration =
-      command->add_option("--calibration", calibration_, "Calibration reply of the service, as a JSON file")
-          ->option_text("REPLY.json");
+  auto* calibration = addCalibration(*command, calibration_);
   command->add_option("--host", host_, "Gets the calibration from this service and sends it the result")
       ->excludes(calibration);
   command->add_option("--wav", wav_, "Writes what the output played, left and right")->option_text("FILE");
 #ifdef ORN_HAS_SCREENS
   command->add_option("--png", png_, "Draws the finished audiogram")->option_text("FILE");
 #endif
-  command->add_flag("--json", json_, "Prints one JSON object and nothing else");
+  addJson(*command, json_);
 }
 
 TestPlan SimulateCommand::plan() const {
   TestPlan plan;
-  plan.type = type_ == "standard" ? TestType::Standard : TestType::Automatic;
-  plan.path = path_ == "earphones" ? OutputPath::Earphones : OutputPath::Audiometer;
+  plan.type = typesNamed(type_).front();
+  plan.path = pathsNamed(path_).front();
   plan.frequencies = frequencyKeys(frequencies_);
   plan.listener = listener_.traits();
   if (host_.empty()) {

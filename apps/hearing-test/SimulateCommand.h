@@ -3,8 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "hearing-test/CommonOptions.h"
 #include "hearing-test/ListenerOptions.h"
-#include "simulation/SimulatedTest.h"
+#include "simulation/runs/SimulatedTest.h"
 
 namespace CLI {
 class App;
@@ -26,7 +27,7 @@ class SimulateCommand {
 
   std::string type_ = "auto";
   std::string path_ = "audiometer";
-  std::vector<std::string> frequencies_{"1000", "2000", "4000", "500"};
+  std::vector<std::string> frequencies_ = shortTest();
   ListenerOptions listener_;
   std::string calibration_;
   std::string host_;

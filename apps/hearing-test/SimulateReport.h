@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "simulation/SimulatedTest.h"
+#include "simulation/runs/SimulatedTest.h"
 
 namespace orn {
 

@@ -6,13 +6,13 @@
 #include <CLI/CLI.hpp>
 
 #include "hearing-test/CalibrationReply.h"
+#include "hearing-test/CommonOptions.h"
 #include "hearing-test/StudyReport.h"
-#include "simulation/StudyStatistics.h"
-#include "simulation/WorkerProcesses.h"
+#include "simulation/studies/StudyStatistics.h"
+#include "simulation/studies/WorkerProcesses.h"
 
 namespace orn {
 
-using simulation::OutputPath;
 using simulation::Population;
 using simulation::StudyPlan;
 using simulation::TestType;
@@ -23,12 +23,8 @@ StudyCommand::StudyCommand(CLI::App& app) {
   command->add_option("--listeners", listeners_, "How many")
       ->check(CLI::Range(std::size_t{1}, std::size_t{10'000'000}))
       ->capture_default_str();
-  command->add_option("--type", type_, "The test")
-      ->check(CLI::IsMember({"auto", "standard", "both"}))
-      ->capture_default_str();
-  command->add_option("--path", path_, "Where the sound goes")
-      ->check(CLI::IsMember({"audiometer", "earphones", "both"}))
-      ->capture_default_str();
+  addType(*command, type_, Choice::OfOneOrBoth);
+  addPath(*command, path_, Choice::OfOneOrBoth);
   command->add_option("--seed", seed_, "Seed of all chances; each listener has its own from it")->capture_default_str();
   command->add_option("--thresholds", thresholds_, "uniform, or audiograms: N1-N7 and S1-S3 in turn")
       ->check(CLI::IsMember({"uniform", "audiograms"}))
@@ -42,15 +38,7 @@ StudyCommand::StudyCommand(CLI::App& app) {
   command->add_option("--correlation", population_.correlation, "Of uniform thresholds at neighbouring frequencies")
       ->check(CLI::Range(0.0, 1.0))
       ->capture_default_str();
-  command->add_option("--slope", population_.slope, "Steepness of the psychometric function per dB; 0 is perfect")
-      ->check(CLI::Range(0.0, 1e6))
-      ->capture_default_str();
-  command->add_option("--guess", population_.guess, "Probability of a press for a tone not heard")
-      ->check(CLI::Range(0.0, 1.0))
-      ->capture_default_str();
-  command->add_option("--lapse", population_.lapse, "Probability of no press for a tone heard")
-      ->check(CLI::Range(0.0, 1.0))
-      ->capture_default_str();
+  addChances(*command, population_.slope, population_.guess, population_.lapse);
   command->add_option("--quickest", quickest_, "Shortest of the listeners' middle reaction times, in ms")
       ->check(CLI::Range(0, 60'000))
       ->capture_default_str();
@@ -58,19 +46,16 @@ StudyCommand::StudyCommand(CLI::App& app) {
   command->add_option("--reaction-spread", population_.reactionSpread, "Of a listener's presses, log-normal")
       ->check(CLI::Range(0.0, 10.0))
       ->capture_default_str();
-  command->add_option("--calibration", calibration_, "Calibration reply of the service, as a JSON file")
-      ->option_text("REPLY.json");
+  addCalibration(*command, calibration_);
   command->add_option("--workers", workers_, "Processes that share the work; as many as cores if not given")
       ->check(CLI::Range(std::size_t{1}, std::size_t{1024}));
-  command->add_flag("--json", json_, "Prints one JSON object and nothing else");
+  addJson(*command, json_);
 }
 
 std::vector<StudyPlan> StudyCommand::plans() const {
   std::vector<StudyPlan> plans;
-  for (const TestType type : {TestType::Automatic, TestType::Standard}) {
-    for (const OutputPath path : {OutputPath::Audiometer, OutputPath::Earphones}) {
-      if (type_ == (type == TestType::Automatic ? "standard" : "auto")) continue;
-      if (path_ == (path == OutputPath::Audiometer ? "earphones" : "audiometer")) continue;
+  for (const TestType type : typesNamed(type_)) {
+    for (const OutputPath path : pathsNamed(path_)) {
       StudyPlan plan{type, path, calibrationReply(path, calibration_), population_, listeners_, seed_};
       plan.population.quickest = std::chrono::milliseconds(std::min(quickest_, slowest_));
       plan.population.slowest = std::chrono::milliseconds(std::max(quickest_, slowest_));

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "simulation/Study.h"
+#include "simulation/studies/Study.h"
 
 namespace CLI {
 class App;

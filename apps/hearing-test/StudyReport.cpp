@@ -3,11 +3,12 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "hearing-test/CommonOptions.h"
+
 namespace orn {
 namespace {
 
 using simulation::ErrorStatistics;
-using simulation::OutputPath;
 using simulation::Population;
 using simulation::Spread;
 using simulation::StudyPlan;
@@ -15,8 +16,6 @@ using simulation::StudyStatistics;
 using simulation::TestType;
 using Json = nlohmann::ordered_json;
 
-const char* nameOf(TestType type) { return type == TestType::Standard ? "standard" : "auto"; }
-const char* nameOf(OutputPath path) { return path == OutputPath::Earphones ? "earphones" : "audiometer"; }
 bool isUniform(const StudyPlan& plan) { return plan.population.thresholds == Population::Thresholds::Uniform; }
 
 Json jsonOf(const ErrorStatistics& errors) {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "simulation/StudyStatistics.h"
+#include "simulation/studies/StudyStatistics.h"
 
 namespace orn {
 

@@ -5,12 +5,12 @@
 #include <algorithm>
 
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/engine/LevelScale.h>
 
 namespace orn {
 namespace {
 
-constexpr std::int32_t kLeastLevel = 15, kGreatestLevel = 90, kLevelStep = 5;
-constexpr int kLines = (kGreatestLevel - kLeastLevel) / kLevelStep + 3;
+constexpr int kLines = kGridScale.rows + 2;
 
 }  // namespace
 
@@ -56,7 +56,8 @@ void TerminalAudiogram::draw() {
   std::fprintf(out_, "dB HL ");
   for (const std::int32_t hz : frequencies_) std::fprintf(out_, "%7d", hz);
   std::fprintf(out_, " Hz\033[K\n");
-  for (std::int32_t db = kLeastLevel; db <= kGreatestLevel; db += kLevelStep) {
+  for (int row = 0; row < kGridScale.rows; ++row) {
+    const int db = kGridScale.levelOf(row);
     std::fprintf(out_, "%5d ", db);
     for (const std::int32_t hz : frequencies_) std::fprintf(out_, "    %s", cell(hz, db).c_str());
     std::fprintf(out_, "\033[K\n");

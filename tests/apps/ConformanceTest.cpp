@@ -5,8 +5,8 @@
 
 #include <ORNHearingTestSDK/calibration/LevelCipher.h>
 
-#include "simulation/Conformance.h"
-#include "simulation/SampleCalibration.h"
+#include "simulation/calibration/SampleCalibration.h"
+#include "simulation/studies/Conformance.h"
 
 namespace orn::simulation {
 namespace {
@@ -55,7 +55,7 @@ TEST(ToneAnalysis, MeasuresWhatWasPutIn) {
 
 /// The sample reply with another value in place of the one that the device has at 1000 Hz; an empty text is none.
 std::string replyWith(OutputPath path, const std::string& value) {
-  std::string reply(path == OutputPath::Audiometer ? sampleAudiometerReply() : sampleEarphonesReply());
+  std::string reply = sampleReply(path);
   // Without the last character, which says nothing.
   const auto inReply = [](const std::string& enciphered) { return enciphered.substr(0, enciphered.size() - 1); };
   const std::string old = inReply(encipheredLevel("-50.0")),

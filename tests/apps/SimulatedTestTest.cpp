@@ -1,4 +1,4 @@
-#include "simulation/SimulatedTest.h"
+#include "simulation/runs/SimulatedTest.h"
 
 #include <gmock/gmock.h>
 
@@ -10,7 +10,7 @@
 #include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 
-#include "simulation/SampleCalibration.h"
+#include "simulation/calibration/SampleCalibration.h"
 
 namespace orn::simulation {
 namespace {
@@ -19,15 +19,11 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Pair;
 
-std::string replyFor(OutputPath path) {
-  return std::string(path == OutputPath::Audiometer ? sampleAudiometerReply() : sampleEarphonesReply());
-}
-
 TestPlan planFor(TestType type, OutputPath path) {
   TestPlan plan;
   plan.type = type;
   plan.path = path;
-  plan.calibrationReply = replyFor(path);
+  plan.calibrationReply = sampleReply(path);
   plan.listener.right = {{500, 30}, {1000, 35}, {2000, 42.5}, {4000, 61}};
   plan.listener.left = {{500, 17}, {1000, 20}, {2000, 27.5}, {4000, 88}};
   return plan;

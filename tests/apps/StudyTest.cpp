@@ -5,9 +5,9 @@
 #include <cmath>
 #include <string>
 
-#include "simulation/SampleCalibration.h"
-#include "simulation/StudyStatistics.h"
-#include "simulation/WorkerProcesses.h"
+#include "simulation/calibration/SampleCalibration.h"
+#include "simulation/studies/StudyStatistics.h"
+#include "simulation/studies/WorkerProcesses.h"
 
 namespace orn::simulation {
 namespace {
@@ -23,8 +23,7 @@ StudyPlan planFor(TestType type, OutputPath path, std::size_t listeners) {
   StudyPlan plan;
   plan.type = type;
   plan.path = path;
-  plan.calibrationReply =
-      std::string(path == OutputPath::Audiometer ? sampleAudiometerReply() : sampleEarphonesReply());
+  plan.calibrationReply = sampleReply(path);
   plan.listeners = listeners;
   return plan;
 }

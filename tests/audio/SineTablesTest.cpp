@@ -4,8 +4,8 @@
 
 #include <gmock/gmock.h>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/audio/SineTables.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 
 namespace {
 

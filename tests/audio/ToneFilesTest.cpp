@@ -7,9 +7,9 @@
 
 #include <gmock/gmock.h>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/audio/SineTables.h>
 #include <ORNHearingTestSDK/audio/WaveChange.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 
 namespace {
 

@@ -6,10 +6,10 @@
 
 #include <gmock/gmock.h>
 
-#include <ORNHearingTestSDK/audio/SampleFormat.h>
 #include <ORNHearingTestSDK/audio/SineTables.h>
 #include <ORNHearingTestSDK/audio/WaveChange.h>
 #include <ORNHearingTestSDK/audio/WaveScaling.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 
 namespace {
 

@@ -56,8 +56,8 @@ TEST(Calibration, IsThereWithANumberAtEachFrequencyUnderTest) {
   record.setS2000("none");
   const std::pair<std::vector<std::string>, bool> table[] = {
       {{"1000hz", "500hz"}, true}, {{"1000hz", "2000hz"}, false}, {{"4000hz"}, false}, {{"750hz"}, false}};
-  for (const auto& [hzs, isThere] : table) EXPECT_EQ(hasCalibration(&record, hzs), isThere) << hzs.back();
-  EXPECT_FALSE(hasCalibration(nullptr, {"1000hz"}));
+  for (const auto& [hzs, isThere] : table) EXPECT_EQ(hasCalibrationNumbers(&record, hzs), isThere) << hzs.back();
+  EXPECT_FALSE(hasCalibrationNumbers(nullptr, {"1000hz"}));
 }
 
 TEST(EarphoneGain, AddsFortyUpToLevelForty) {

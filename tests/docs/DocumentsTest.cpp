@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "sound/TestSoundServer.h"
+#include "support/TestSoundServer.h"
 
 namespace orn {
 namespace {

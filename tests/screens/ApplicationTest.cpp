@@ -13,14 +13,14 @@
 
 #include "EndingSignals.h"
 #include "Hands.h"
+#include "hearing-app-tools/ScreenListener.h"
+#include "hearing-app-tools/SimulatedHost.h"
 #include "hearing-app/HostApplication.h"
 #include "hearing-app/QuitSignals.h"
-#include "hearing-app/ScreenListener.h"
-#include "hearing-app/SimulatedHost.h"
 #include "hearing-service/HearingService.h"
-#include "simulation/OutputMonitor.h"
-#include "simulation/SessionCalibration.h"
-#include "simulation/VirtualListener.h"
+#include "simulation/listener/HearingLevel.h"
+#include "simulation/listener/OutputMonitor.h"
+#include "simulation/listener/VirtualListener.h"
 #include "tests/sound/SoundFixture.h"
 
 namespace orn {
@@ -212,7 +212,7 @@ struct ScriptedApplication {
     QGuiApplication::setQuitOnLastWindowClosed(true);
   }
   static std::string replyOf(int row) {
-    return std::string(row == 0 ? simulation::sampleAudiometerReply() : simulation::sampleEarphonesReply());
+    return simulation::sampleReply(row == 0 ? OutputPath::Audiometer : OutputPath::Earphones);
   }
   void answer(const std::string& part, const std::optional<std::string>& body, int milliseconds = 10) {
     const std::optional<Error> error = body ? std::nullopt : std::optional(Error{"transport", 7, "gone"});
@@ -472,7 +472,7 @@ TEST(ApplicationSound, AWholeTestIsHeardFromARealAudiometerAndIsStored) {
   traits.right = {{500, 40}, {1000, 35}, {2000, 35}, {4000, 40}};
   simulation::VirtualListener listener(
       traits, seconds(1),
-      [&](int hz, double amplitude) { return levelOf(*session, simulation::OutputPath::Audiometer, hz, amplitude); },
+      [&](int hz, double amplitude) { return simulation::levelOf(*session, OutputPath::Audiometer, hz, amplitude); },
       [&](std::chrono::milliseconds) {
         if (const QAbstractButton* heard = app.host->heardButton()) app.hands->click(heard);
       });

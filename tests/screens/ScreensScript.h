@@ -14,7 +14,7 @@
 #include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
 
 #include "Hands.h"
-#include "simulation/SampleCalibration.h"
+#include "simulation/calibration/SampleCalibration.h"
 
 namespace orn {
 
@@ -22,7 +22,7 @@ inline constexpr float kUsersVolume = 0.25F;
 
 /// The service's calibration for a device.
 inline std::string calibration(int row) {
-  return std::string(row == 0 ? simulation::sampleAudiometerReply() : simulation::sampleEarphonesReply());
+  return simulation::sampleReply(row == 0 ? OutputPath::Audiometer : OutputPath::Earphones);
 }
 
 /// The application's window on a simulated machine, with the device selection open, as a user sees and touches it. A

@@ -2,7 +2,7 @@
 
 #include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
 
-#include "simulation/SampleCalibration.h"
+#include "simulation/calibration/SampleCalibration.h"
 #include "tests/service/ClientAndService.h"
 
 namespace orn::service {

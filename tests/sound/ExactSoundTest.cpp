@@ -10,7 +10,6 @@ namespace orn {
 namespace {
 
 using namespace std::chrono_literals;
-using simulation::OutputPath;
 
 constexpr std::size_t kBlock = 3840;  // samples
 

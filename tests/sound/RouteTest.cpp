@@ -7,7 +7,6 @@ namespace orn {
 namespace {
 
 using namespace std::chrono_literals;
-using simulation::OutputPath;
 
 constexpr std::int32_t kNewDevice = 1, kDeviceGone = 2;
 

@@ -17,10 +17,10 @@
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 
 #include "HastyRunLoop.h"
-#include "TestSoundServer.h"
-#include "simulation/OutputMonitor.h"
-#include "simulation/SampleCalibration.h"
-#include "simulation/TestRun.h"
+#include "support/TestSoundServer.h"
+#include "simulation/calibration/SampleCalibration.h"
+#include "simulation/listener/OutputMonitor.h"
+#include "simulation/runs/TestRun.h"
 
 namespace orn {
 
@@ -88,12 +88,10 @@ class SoundTest : public testing::TestWithParam<ServerKind> {
   }
 
   /// A test with the sample calibration, that one tone after another is not heard in. Its ears end at once.
-  std::shared_ptr<simulation::TestRun> newTest(simulation::OutputPath path, simulation::TestWatch watch = {}) {
+  std::shared_ptr<simulation::TestRun> newTest(OutputPath path, simulation::TestWatch watch = {}) {
     const auto run = std::make_shared<simulation::TestRun>(
         simulation::TestType::Automatic, std::vector<std::string>{"1000hz", "500hz"}, std::move(watch));
-    run->calibrate(path, path == simulation::OutputPath::Audiometer ? "AA:BB:CC:DD:EE:FF" : "1",
-                   std::string(path == simulation::OutputPath::Audiometer ? simulation::sampleAudiometerReply()
-                                                                          : simulation::sampleEarphonesReply()));
+    run->calibrate(path, simulation::sampleDevice(path), simulation::sampleReply(path));
     return run;
   }
 

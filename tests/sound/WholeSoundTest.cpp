@@ -3,7 +3,6 @@
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
 
 #include "SoundFixture.h"
-#include "simulation/SessionCalibration.h"
 
 namespace orn {
 namespace {
@@ -85,14 +84,10 @@ TEST_P(WholeSound, AServerThatStandsStillInMidToneIsToldOfAndHoldsNobodyUp) {
 }
 
 TEST_P(WholeSound, AServerThatStandsStillInMidTonePausesATestAndTakesNoThreshold) {
-  using simulation::OutputPath;
   for (const auto path : {OutputPath::Earphones, OutputPath::Audiometer}) {
     const auto test = ORNHearingTest::initWithTestType(0);
     const auto session = std::dynamic_pointer_cast<ORNManualHearingTest>(test);
-    simulation::calibrate(*session, path,
-                          std::string(path == OutputPath::Audiometer ? simulation::sampleAudiometerReply()
-                                                                     : simulation::sampleEarphonesReply()));
-    if (path == OutputPath::Audiometer) session->setKV50MAC(std::optional<std::string>("AA:BB:CC:DD:EE:FF"));
+    calibrate(*session, path, simulation::sampleDevice(path), simulation::sampleReply(path));
     test->setTestHzs({"1000hz"});
     int tones = 0, missing = 0;
     std::string found;

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
+
 namespace orn {
 namespace {
 
 constexpr std::uint32_t kFrameBytes = 4;
-constexpr std::uint32_t kRequestBytes = kFrameBytes * 960;  // 20 ms
+constexpr std::uint32_t kRequestBytes = kFrameBytes * kSampleRate / 50;  // 20 ms
 constexpr PulseStreamFormat kFormat{.channels = 2, .bufferBytes = 12 * kRequestBytes, .requestBytes = kRequestBytes};
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <bit>
 #include <utility>
 
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 #include <ORNHearingTestSDK/platform/StereoGain.h>
 
 namespace orn {
@@ -11,7 +12,6 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "samples go to the server as they stand");
 
-constexpr std::uint32_t kBlockBytes = 7680;  // 80 ms
 constexpr PulseStreamFormat kFormat{.channels = 1, .bufferBytes = 3 * kBlockBytes, .requestBytes = kBlockBytes};
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 #include <ORNHearingTestSDK/platform/linux/LibPulse.h>
 #include <ORNHearingTestSDK/platform/linux/PulseError.h>
 
@@ -11,7 +12,6 @@ namespace orn {
 namespace {
 
 constexpr auto kStreamName = "Hearing test";
-constexpr std::uint32_t kSampleRate = 48000;
 
 /// A role that makes the server ask the stream to make way for a call; and nothing of an earlier session is to be
 /// put on it, a volume least of all.

@@ -1,7 +1,6 @@
 #include <ORNHearingTestSDK/platform/simulated/SimulatedAudioOutput.h>
 
-#include <chrono>
-
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedAudioPlayer.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedAudioQueue.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedMixer.h>
@@ -10,7 +9,7 @@ namespace orn {
 SimulatedAudioOutput::SimulatedAudioOutput(std::shared_ptr<RunLoop> runLoop)
     : mixer_(std::make_shared<SimulatedMixer>(runLoop)) {
   const std::weak_ptr<SimulatedMixer> mixer = mixer_;
-  deviceClock_ = runLoop->scheduledTimer(std::chrono::milliseconds(80), [mixer] {
+  deviceClock_ = runLoop->scheduledTimer(kBlockTime, [mixer] {
     if (const auto alive = mixer.lock()) alive->catchUp();
   });
 }

@@ -6,9 +6,10 @@
 namespace orn {
 namespace {
 
-// 48000 frames a second, in whole numbers: 6 frames are 125 microseconds.
+// In whole numbers, by stretches of 125 microseconds, of which there are 8000 in a second.
 std::int64_t framesBy(std::chrono::nanoseconds time) {
-  return time.count() / 125'000 * 6 + time.count() % 125'000 * 6 / 125'000;
+  constexpr std::int64_t stretch = 125'000, frames = kSampleRate / 8000;
+  return time.count() / stretch * frames + time.count() % stretch * frames / stretch;
 }
 
 }  // namespace

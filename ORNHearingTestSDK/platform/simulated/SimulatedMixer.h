@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <ORNHearingTestSDK/platform/RunLoop.h>
+#include <ORNHearingTestSDK/platform/SampleFormat.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedAudioOutput.h>
 
 namespace orn {
@@ -17,7 +18,7 @@ namespace orn {
 /// anything that can be heard, so that a change is heard at its own sample. Main thread.
 class SimulatedMixer {
  public:
-  static constexpr std::size_t kMostFrames = 3840;
+  static constexpr std::size_t kMostFrames = kBlockSamples;
 
   /// Sums of what sounds in each channel, frame by frame.
   struct Sums {

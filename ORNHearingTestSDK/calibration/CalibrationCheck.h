@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <ORNHearingTestSDK/platform/Export.h>
+
+namespace orn {
+
+/// The ways that a test's tones can take.
+enum class OutputPath { Audiometer, Earphones };
+
+/// The model that earphones are tested as, whatever they are.
+inline constexpr auto kEarphoneModel = "1";
+
+/// For whoever decides whether a test can be taken: whether a reply of the service, as JSON text, brings all the
+/// records that the path needs, each with a number for every frequency key. A refusal and what is no reply do not. Any
+/// thread.
+ORN_EXPORT bool isCalibration(OutputPath path, const std::string& reply, const std::vector<std::string>& hzs);
+
+}  // namespace orn
