@@ -14,6 +14,8 @@ packages=(
   fonts-wqy-microhei librsvg2-bin qt6-base-dev
   # tests
   curl libgmock-dev libgtest-dev
+  # an X server and a bus for screen readers, for the tests
+  at-spi2-core libatspi2.0-dev libxtst-dev xvfb
   # sound servers for the tests
   dbus pipewire-pulse pulseaudio pulseaudio-utils wireplumber
 )

@@ -4,17 +4,23 @@
 #include <chrono>
 #include <utility>
 
+#include <QtCore/QPointer>
 #include <QtGui/QAccessible>
+#include <QtGui/QFontMetrics>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
+#include <QtGui/QShowEvent>
 #include <QtWidgets/QFrame>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QVBoxLayout>
 
+#include <ORNHearingTestSDK/platform/Platform.h>
+#include <ORNHearingTestSDK/platform/RunLoop.h>
 #include <ORNHearingTestSDK/screens/Animation.h>
 #include <ORNHearingTestSDK/screens/Appearance.h>
+#include <ORNHearingTestSDK/screens/SpokenChildren.h>
 
 namespace orn {
 namespace {
@@ -25,8 +31,26 @@ constexpr int kCornerRadius = 14;
 constexpr double kDim = 0.45;
 constexpr std::chrono::milliseconds kFade{150};
 
+constexpr int kTextMargin = 18;
+constexpr int kHintHeight = 26;
+constexpr int kHintSpacing = 10;
+
+/// The smallest width at which the text takes no more lines: they are then about equally long, and no single character
+/// is left for the last one.
+int evenWidth(const QString& text, const QFont& font, int most) {
+  const QFontMetrics metrics(font);
+  const auto height = [&](int width) {
+    return metrics.boundingRect(QRect(0, 0, width, 0), Qt::AlignCenter | Qt::TextWordWrap, text).height();
+  };
+  const int wanted = height(most);
+  int width = most;
+  while (width > most / 2 && height(width - 1) == wanted) --width;
+  return width;
+}
+
 QLabel* makeText(const QString& text, const QFont& font) {
   auto* label = new QLabel(text);
+  label->setFixedWidth(evenWidth(text, font, kCardWidth - 2 * kTextMargin));
   label->setTextFormat(Qt::PlainText);
   label->setAlignment(Qt::AlignCenter);
   label->setWordWrap(true);
@@ -60,7 +84,9 @@ AlertView::AlertView(const Alert& alert, QWidget* parent)
   setAccessibleDescription(alert.message);
   setFocusPolicy(Qt::StrongFocus);
   card_->setObjectName(QStringLiteral("card"));
-  card_->setStyleSheet(QStringLiteral("#card { background: white; border-radius: %1px; }").arg(kCornerRadius));
+  card_->setStyleSheet(QStringLiteral("#card { background: white; border-radius: %1px; }"
+                                      "#card QLabel { color: black; background: transparent; border: none; }")
+                           .arg(kCornerRadius));
   card_->setFixedWidth(kCardWidth);
   auto* column = new QVBoxLayout(card_);
   column->setContentsMargins(0, 20, 0, 0);
@@ -68,15 +94,22 @@ AlertView::AlertView(const Alert& alert, QWidget* parent)
   addTexts(alert, column);
   addButtons(alert, column);
   auto* middle = new QVBoxLayout(this);
-  middle->addWidget(card_, 0, Qt::AlignCenter);
+  middle->setSpacing(0);
+  middle->addStretch(1);
+  middle->addSpacing(kHintSpacing + kHintHeight);  // as beneath it, so that the card is in the middle
+  middle->addWidget(card_, 0, Qt::AlignHCenter);
+  addHint(middle);
+  middle->addStretch(1);
+  new SpokenChildren(
+      this, [this] { return QWidgetList{card_}; }, QAccessible::AlertMessage);
 }
 
 void AlertView::addTexts(const Alert& alert, QBoxLayout* column) {
   auto* texts = new QVBoxLayout;
-  texts->setContentsMargins(18, 0, 18, 20);
+  texts->setContentsMargins(kTextMargin, 0, kTextMargin, 20);
   texts->setSpacing(8);
-  texts->addWidget(makeText(alert.title, systemFont(17, QFont::DemiBold)));
-  texts->addWidget(makeText(alert.message, systemFont(14)));
+  texts->addWidget(makeText(alert.title, systemFont(17, QFont::DemiBold)), 0, Qt::AlignHCenter);
+  texts->addWidget(makeText(alert.message, systemFont(14)), 0, Qt::AlignHCenter);
   column->addLayout(texts);
 }
 
@@ -92,11 +125,26 @@ void AlertView::addButtons(const Alert& alert, QBoxLayout* column) {
     button->setStyleSheet(buttonStyle(index == 0, index + 1 == alert.buttons.size(), areBeside));
     button->setAccessibleName(alert.buttons[index]);
     button->setObjectName(QStringLiteral("alert"));
+    button->installEventFilter(this);
     connect(button, &QPushButton::clicked, this, [this, index] { answer(index); });
     buttons_.push_back(button);
     row->addWidget(button, 1);
   }
   column->addLayout(row);
+}
+
+void AlertView::addHint(QBoxLayout* column) {
+  if (buttons_.empty()) return column->addSpacing(kHintSpacing + kHintHeight);
+  auto* hint = new QLabel(buttons_.size() == 1 ? QStringLiteral("按回车键或空格键选择")
+                                               : QStringLiteral("按Tab键切换，按回车键选择"));
+  hint->setFont(systemFont(12));
+  hint->setFixedHeight(kHintHeight);
+  hint->setStyleSheet(QStringLiteral("color: white; background: rgba(0, 0, 0, 170); border: none; padding: 0 10px;"
+                                     "border-radius: %1px;")
+                          .arg(kHintHeight / 2));
+  column->addSpacing(kHintSpacing);
+  column->addWidget(hint, 0, Qt::AlignHCenter);
+  setAccessibleDescription(accessibleDescription() + QStringLiteral("。") + hint->text());
 }
 
 void AlertView::answer(int buttonIndex) {
@@ -113,14 +161,33 @@ void AlertView::appear() {
   });
 }
 
-/// A key may have been meant for what the alert has covered, such as a press for a tone: it finds the harmless button,
-/// or none until the tabulator key is used.
+/// The button that does no harm, at once; an only one after the moment.
 void AlertView::takeFocus() {
-  if (cancelButton_ >= 0) {
+  if (card_->isAncestorOf(window()->focusWidget())) return;
+  if (buttons_.size() > 1 && cancelButton_ >= 0) {
     buttons_[static_cast<std::size_t>(cancelButton_)]->setFocus();
+  } else if (buttons_.size() == 1 && isRead_) {
+    buttons_.front()->setFocus();
   } else {
     setFocus();
   }
+}
+
+/// The moment counts from each time that the alert comes into view, also from beneath another one.
+void AlertView::showEvent(QShowEvent* event) {
+  if (event->spontaneous()) return;
+  isRead_ = false;
+  Platform::current().runLoop->performAfterDelay(kKeyPause, [self = QPointer(this), time = ++timesShown_] {
+    if (!self || time != self->timesShown_ || self->isHidden()) return;
+    self->isRead_ = true;
+    self->takeFocus();
+  });
+}
+
+/// A key that is held answers nothing.
+bool AlertView::eventFilter(QObject* /*watched*/, QEvent* event) {
+  return event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->isAutoRepeat() &&
+         static_cast<QKeyEvent*>(event)->key() != Qt::Key_Tab;
 }
 
 void AlertView::paintEvent(QPaintEvent* /*event*/) {

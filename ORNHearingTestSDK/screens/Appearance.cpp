@@ -43,6 +43,13 @@ QPalette lightPalette() {
   return palette;
 }
 
+QString ownColours() {
+  return QStringLiteral(
+             "* { color: black; background-color: transparent; border: none; }"
+             "#%1 { background-color: white; }")
+      .arg(QLatin1String(kGroundName));
+}
+
 void makeTextButton(QPushButton* button) {
   button->setFlat(true);
   button->setAutoDefault(true);

@@ -6,6 +6,7 @@
 #include <QtGui/QPalette>
 
 class QPainter;
+class QString;
 class QAbstractScrollArea;
 class QPushButton;
 
@@ -26,6 +27,10 @@ QFont systemFont(double size, QFont::Weight weight = QFont::Normal);
 
 /// Black on white, whatever the desktop's colours are: the audiograms are drawn that way.
 QPalette lightPalette();
+
+/// The same against a host's style sheet. Widgets of this name are the white grounds.
+QString ownColours();
+inline constexpr auto kGroundName = "ground";
 
 /// A button that is nothing but its text, in the accent colour; shows when it is pressed and when it has the keyboard.
 void makeTextButton(QPushButton* button);

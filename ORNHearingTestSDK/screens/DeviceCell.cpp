@@ -1,7 +1,12 @@
 #include <ORNHearingTestSDK/screens/DeviceCell.h>
 
-#include <QtWidgets/QLabel>
+#include <utility>
 
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+
+#include <ORNHearingTestSDK/screens/Appearance.h>
+#include <ORNHearingTestSDK/screens/BusySign.h>
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
 #include <ORNHearingTestSDK/screens/TextLabel.h>
 
@@ -14,11 +19,26 @@ constexpr int kTextLeft = 82;
 constexpr int kTitleHeight = 26;
 constexpr int kGap = 4;
 constexpr int kCornerRadius = 30;
+constexpr int kRightMargin = 18;
+constexpr QSize kGiveUpSize{52, 40};
 
 }  // namespace
 
 DeviceCell::DeviceCell()
-    : TableCell(identifier()), image_(new QLabel(this)), title_(new TextLabel(this)), detail_(new TextLabel(this)) {
+    : TableCell(identifier()),
+      busy_(new BusySign(this)),
+      giveUp_(new QPushButton(QStringLiteral("取消"), this)),
+      image_(new QLabel(this)),
+      title_(new TextLabel(this)),
+      detail_(new TextLabel(this)) {
+  giveUp_->setFont(systemFont(14));
+  giveUp_->setAccessibleName(QStringLiteral("取消"));
+  makeTextButton(giveUp_);
+  giveUp_->hide();
+  connect(giveUp_, &QPushButton::clicked, this, [this] {
+    if (const auto told = onGiveUp_) told();
+  });
+  busy_->onChange = [this](bool isShown) { showWaiting(isShown); };
   setDisclosureMark(true);
   setCornerRadius(kCornerRadius);
 }
@@ -29,8 +49,25 @@ void DeviceCell::setContents(const std::string& imageName, const AttributedText&
   detail_->setAttributedText(detail);
   detailText_ = detail;
   setAccessibleName(title_->text());
-  setAccessibleDescription(detail_->text());
+  if (busy_->isHidden()) setAccessibleDescription(detail_->text());
   layOut();
+}
+
+void DeviceCell::waitFor(std::weak_ptr<void> object, std::function<void()> giveUp) {
+  onGiveUp_ = std::move(giveUp);
+  busy_->waitFor(std::move(object));
+}
+
+void DeviceCell::stopWaiting() { waitFor({}, {}); }
+
+bool DeviceCell::isWaiting() const { return busy_->isWaiting(); }
+
+void DeviceCell::showWaiting(bool isWaiting) {
+  // The keyboard stays with the row.
+  if (!isWaiting && giveUp_ == window()->focusWidget()) setFocus();
+  giveUp_->setVisible(isWaiting);
+  giveUp_->raise();
+  setAccessibleDescription(isWaiting ? QStringLiteral("正在获取校准数据…") : detail_->text());
 }
 
 /// A row is filled anew at every change of the route, mostly with what it shows.
@@ -52,6 +89,10 @@ void DeviceCell::layOut() {
   const double detailHeight = detailText_.boundingSize(textWidth).height();
   const double top = (height() - kTitleHeight - kGap - detailHeight) / 2;
   image_->setGeometry(kMargin, (height() - kImageSize) / 2, kImageSize, kImageSize);
+  const int right = width() - kRightMargin;
+  giveUp_->setGeometry(right - kGiveUpSize.width(), qMax(0, qRound(top + (kTitleHeight - kGiveUpSize.height()) / 2.0)),
+                       kGiveUpSize.width(), kGiveUpSize.height());
+  busy_->move(giveUp_->x() - BusySign::kSize, giveUp_->geometry().center().y() - BusySign::kSize / 2);
   title_->setFrame(QRectF(kTextLeft, top, textWidth, kTitleHeight));
   detail_->setFrame(QRectF(kTextLeft, top + kTitleHeight + kGap, textWidth, detailHeight));
 }

@@ -7,9 +7,11 @@
 #include <QtWidgets/QWidget>
 
 #include <ORNHearingTestSDK/screens/Animation.h>
+#include <ORNHearingTestSDK/screens/Appearance.h>
 #include <ORNHearingTestSDK/screens/NavigationBar.h>
 #include <ORNHearingTestSDK/screens/NavigationWindow.h>
 #include <ORNHearingTestSDK/screens/Screen.h>
+#include <ORNHearingTestSDK/screens/SpokenChildren.h>
 
 namespace orn {
 namespace {
@@ -93,6 +95,8 @@ void NavigationController::enter(NavigationWindow* window) {
   window_ = window;
   container_ = new QWidget(window);
   container_->setAutoFillBackground(true);
+  container_->setObjectName(QLatin1String(kGroundName));
+  spoken_ = new SpokenChildren(container_, [this] { return spokenViews(); });
   bar_ = new NavigationBar(container_);
   bar_->setTranslucent(isTranslucent_);
   layOut();
@@ -139,6 +143,15 @@ void NavigationController::showTop() {
   top->view()->raise();
   bar_->raise();
   updateBar();
+  spoken_->changed();
+}
+
+/// From the top down.
+QWidgetList NavigationController::spokenViews() const {
+  const auto top = topScreen();
+  QWidgetList views{bar_};
+  if (top && top->view()) views << top->view();
+  return views;
 }
 
 void NavigationController::slide(QWidget* view, QWidget* picture, bool isComing) {

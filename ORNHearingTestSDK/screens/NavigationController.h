@@ -4,16 +4,16 @@
 #include <vector>
 
 #include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
 
 #include <ORNHearingTestSDK/screens/ScreensExport.h>
-
-class QWidget;
 
 namespace orn {
 
 class NavigationBar;
 class NavigationWindow;
 class Screen;
+class SpokenChildren;
 
 /// A stack of screens under one navigation bar, of which the last one shows. It owns its screens. Changes hold at once;
 /// what slides is only their picture. Main thread.
@@ -61,12 +61,14 @@ class ORN_SCREENS_EXPORT NavigationController : public std::enable_shared_from_t
   void goBack();
   void focusTop() const;
   int contentTop() const;
+  QWidgetList spokenViews() const;
   void slide(QWidget* view, QWidget* picture, bool isComing);
 
   std::vector<std::shared_ptr<Screen>> screens_;
   QPointer<NavigationWindow> window_;
   QPointer<QWidget> container_;
   QPointer<NavigationBar> bar_;
+  QPointer<SpokenChildren> spoken_;
   bool isTranslucent_ = true;
   bool isOnScreen_ = false;
 };

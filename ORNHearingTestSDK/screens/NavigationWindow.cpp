@@ -5,15 +5,19 @@
 #include <functional>
 #include <utility>
 
+#include <QtGui/QCloseEvent>
 #include <QtGui/QHideEvent>
+#include <QtGui/QKeyEvent>
 #include <QtGui/QResizeEvent>
 #include <QtGui/QShowEvent>
+#include <QtWidgets/QApplication>
 
 #include <ORNHearingTestSDK/screens/AlertView.h>
 #include <ORNHearingTestSDK/screens/Animation.h>
 #include <ORNHearingTestSDK/screens/Appearance.h>
 #include <ORNHearingTestSDK/screens/NavigationController.h>
 #include <ORNHearingTestSDK/screens/Screen.h>
+#include <ORNHearingTestSDK/screens/SpokenChildren.h>
 
 namespace orn {
 namespace {
@@ -29,6 +33,9 @@ NavigationWindow::NavigationWindow(QWidget* parent) : QWidget(parent) {
   setAutoFillBackground(true);
   setMinimumSize(kSmallest);
   resize(kPhone);
+  setObjectName(QLatin1String(kGroundName));
+  keepColours();
+  spoken_ = new SpokenChildren(this, [this] { return spokenViews(); });
   stacks_.push_back(NavigationController::init());
   stacks_.front()->enter(this);
 }
@@ -94,9 +101,15 @@ void NavigationWindow::showAlert(const Alert& alert, std::function<void(int tag,
     takeAway([shown](const ShownAlert& one) { return one.view == shown; });
     if (told) told(tag, buttonIndex);
   };
+  keepFocus();
   alerts_.push_back({shown, owner, alert.tag});
   arrangeAlerts();
   shown->appear();
+}
+
+bool NavigationWindow::isAlertRead(const Screen* owner, int tag) const {
+  return std::any_of(alerts_.begin(), alerts_.end(),
+                     [&](const ShownAlert& one) { return one.owner == owner && one.tag == tag && one.view->isRead(); });
 }
 
 bool NavigationWindow::showsAlert(const Screen* owner, int tag) const {
@@ -129,9 +142,11 @@ void NavigationWindow::arrangeAlerts() {
     one.view->raise();
     one.view->setVisible(one.view == alerts_.back().view);
   }
+  spoken_->changed();
 }
 
 void NavigationWindow::showOverEverything(QWidget* view) {
+  keepFocus();
   view->setParent(this);
   overEverything_ = view;
   view->show();
@@ -139,14 +154,69 @@ void NavigationWindow::showOverEverything(QWidget* view) {
   focusFront();
 }
 
+bool NavigationWindow::isCovered() const {
+  return !alerts_.empty() ||
+         (overEverything_ && overEverything_->parentWidget() == this && !overEverything_->isHidden());
+}
+
+void NavigationWindow::keepFocus() {
+  if (!isCovered()) focusBeneath_ = window()->focusWidget();
+}
+
 void NavigationWindow::focusFront() {
-  if (!alerts_.empty()) {
-    alerts_.back().view->takeFocus();
-  } else if (overEverything_ && !overEverything_->isHidden()) {
-    overEverything_->setFocus();
-  } else if (const auto top = front()->topScreen(); top && top->firstFocus()) {
+  spoken_->changed();
+  if (!alerts_.empty()) return alerts_.back().view->takeFocus();
+  if (isCovered()) return overEverything_->setFocus();
+  const auto top = front()->topScreen();
+  QWidget* kept = std::exchange(focusBeneath_, nullptr);
+  if (!top) return;
+  if (kept && kept != top->view() && top->view()->isAncestorOf(kept) && kept->isVisibleTo(this) && kept->isEnabled()) {
+    kept->setFocus();
+  } else if (top->firstFocus()) {
     top->firstFocus()->setFocus();
   }
+}
+
+/// What is covered is not spoken.
+QWidgetList NavigationWindow::spokenViews() const {
+  if (!alerts_.empty()) return {alerts_.back().view};
+  if (isCovered()) return {overEverything_};
+  QWidget* front = stacks_.empty() ? nullptr : stacks_.back()->container();
+  return front ? QWidgetList{front} : QWidgetList();
+}
+
+bool NavigationWindow::asksBeforeClosing() const {
+  const auto top = stacks_.back()->topScreen();
+  return !closesUnasked_ && top && top->asksBeforeClosing();
+}
+
+void NavigationWindow::closeEvent(QCloseEvent* event) {
+  if (!asksBeforeClosing()) return;
+  event->ignore();
+  const auto top = front()->topScreen();
+  top->askBeforeClosing();
+}
+
+void NavigationWindow::keyPressEvent(QKeyEvent* event) {
+  const auto top = front()->topScreen();
+  const bool isMeant = event->key() == Qt::Key_Escape && top && top->escapePressed();
+  if (!isMeant) QWidget::keyPressEvent(event);
+}
+
+/// The tabulator key finds nothing beneath a view that covers everything.
+bool NavigationWindow::focusNextPrevChild(bool next) { return isCovered() || QWidget::focusNextPrevChild(next); }
+
+void NavigationWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::StyleChange || event->type() == QEvent::ParentChange) keepColours();
+  QWidget::changeEvent(event);
+}
+
+/// A host's style sheet would colour texts and grounds alike. Where there is none, ours costs nothing.
+void NavigationWindow::keepColours() {
+  bool isStyled = !qApp->styleSheet().isEmpty();
+  for (const QWidget* one = parentWidget(); one; one = one->parentWidget()) isStyled |= !one->styleSheet().isEmpty();
+  const QString wanted = isStyled ? ownColours() : QString();
+  if (styleSheet() != wanted) setStyleSheet(wanted);
 }
 
 void NavigationWindow::resizeEvent(QResizeEvent* /*event*/) {

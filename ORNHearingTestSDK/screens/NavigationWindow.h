@@ -16,11 +16,15 @@ namespace orn {
 class AlertView;
 class NavigationController;
 class Screen;
+class SpokenChildren;
 
 /// The window that all screens live in: a stack of screens, the stacks that are presented over it, views over
 /// everything, and alerts on top of all. As large as a phone's screen at first; any size is fine. The screens call its
 /// size "the main screen". A screen counts as on screen while the window is shown. It goes before the platform does.
-/// Main thread.
+/// Its colours are its own, whatever palette or style sheet the host has. Main thread.
+///
+/// Told to close while the screen in front has something to lose, such as half a test, it stays and lets the screen
+/// ask. Told once more while the user looks at the question, it closes.
 class ORN_SCREENS_EXPORT NavigationWindow : public QWidget {
  public:
   explicit NavigationWindow(QWidget* parent = nullptr);
@@ -49,8 +53,14 @@ class ORN_SCREENS_EXPORT NavigationWindow : public QWidget {
   /// Puts a view over all screens and bars, beneath the alerts. Hiding it takes it away.
   void showOverEverything(QWidget* view);
 
-  /// Gives the keyboard to what the user sees.
+  /// Gives the keyboard to what the user sees: to where it was before something covered that, if that is still there.
   void focusFront();
+
+  /// Whether a question would come before the window closed.
+  bool asksBeforeClosing() const;
+
+  /// Closes without a question, as a program that is told to end must.
+  void setClosesUnasked(bool closesUnasked) { closesUnasked_ = closesUnasked; }
 
   QSize sizeHint() const override;
 
@@ -58,6 +68,10 @@ class ORN_SCREENS_EXPORT NavigationWindow : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
 
  private:
   friend class Screen;
@@ -69,16 +83,24 @@ class ORN_SCREENS_EXPORT NavigationWindow : public QWidget {
 
   void showAlert(const Alert& alert, std::function<void(int tag, int buttonIndex)> handler, const Screen* owner);
   bool showsAlert(const Screen* owner, int tag) const;
+  bool isAlertRead(const Screen* owner, int tag) const;
 
   /// Unanswered. Of one tag, or of any.
   void withdrawAlerts(const Screen* owner, std::optional<int> tag = {});
   template <class Condition>
   void takeAway(Condition isMeant);
   void arrangeAlerts();
+  void keepFocus();
+  bool isCovered() const;
+  QWidgetList spokenViews() const;
+  void keepColours();
 
   std::vector<std::shared_ptr<NavigationController>> stacks_;
   std::vector<ShownAlert> alerts_;
   QPointer<QWidget> overEverything_;
+  QPointer<QWidget> focusBeneath_;  // where the keyboard was when the front became covered
+  SpokenChildren* spoken_;
+  bool closesUnasked_ = false;
   int statusBarHeight_ = 0;
 };
 

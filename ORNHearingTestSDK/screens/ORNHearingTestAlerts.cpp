@@ -1,5 +1,6 @@
 // The alerts of the test screen, and what their answers do.
 #include <ORNHearingTestSDK/screens/AudiogramSummary.h>
+#include <ORNHearingTestSDK/screens/NavigationWindow.h>
 #include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
 
 namespace orn {
@@ -23,6 +24,7 @@ QString whyMissing(ToneMissingReason reason) {
 
 void ORNHearingTestViewController::toneMissing(ORNHearingTest& /*hearingTest*/, ToneMissingReason reason,
                                                bool /*isLeft*/) {
+  isUnderWay_ = false;
   showAlert({kToneMissingAlert, noticeTitle(), whyMissing(reason), {QStringLiteral("我知道了")}});
 }
 
@@ -49,6 +51,7 @@ void ORNHearingTestViewController::showOneEarEndToast() {
 }
 
 void ORNHearingTestViewController::showDuankaiTishi() {
+  isUnderWay_ = false;
   withTest([](ORNHearingTest& session) { session.pauseTest(); });
   showAlert({kDisconnectedAlert,
              noticeTitle(),
@@ -56,9 +59,17 @@ void ORNHearingTestViewController::showDuankaiTishi() {
              {QStringLiteral("我知道了")}});
 }
 
+void ORNHearingTestViewController::endTest() {
+  isUnderWay_ = false;
+  const QPointer<NavigationWindow> closing = closesWindow_ ? window() : nullptr;
+  cancelButtonClicked();
+  if (closing) closing->close();
+}
+
 void ORNHearingTestViewController::alertView(int tag, int buttonIndex) {
   switch (tag) {
     case kInstructionAlert:
+      isUnderWay_ = true;
       withTest([&](ORNHearingTest& session) { session.startTest(!isFirstRight_); });
       break;
     case kChangeEarAlert:
@@ -66,8 +77,9 @@ void ORNHearingTestViewController::alertView(int tag, int buttonIndex) {
       break;
     case kEndAlert:
       if (buttonIndex == 1) {
-        cancelButtonClicked();
+        endTest();
       } else {
+        closesWindow_ = false;
         withTest([](ORNHearingTest& session) { session.continueTest(); });
       }
       break;

@@ -22,6 +22,7 @@
 #include <ORNHearingTestSDK/screens/HeardButton.h>
 #include <ORNHearingTestSDK/screens/NavigationController.h>
 #include <ORNHearingTestSDK/screens/ORNTestResultViewController.h>
+#include <ORNHearingTestSDK/screens/SpokenChildren.h>
 
 namespace orn {
 namespace {
@@ -146,6 +147,7 @@ void ORNHearingTestViewController::viewDidLoad() {
   setLeftBarItem({QStringLiteral("取消"), [self = weakSelf(this)] {
                     if (const auto screen = self.lock()) screen->showEndAlert();
                   }});
+  spoken_ = new SpokenChildren(view(), [this] { return spokenViews(); });
   raiseBoard(!isFirstRight_);
   setDragButtonEnable(true);
   setTitle(testTitle(!isFirstRight_));
@@ -161,8 +163,11 @@ void ORNHearingTestViewController::viewDidAppear() {
 void ORNHearingTestViewController::viewDidDisappear() {
   withTest([](ORNHearingTest& session) { session.pauseTest(); });
   putVolumeBack();
-  // Gone for good: no tone that is still due may sound where there is no screen.
-  if (!navigationController()) withTest([](ORNHearingTest& session) { session.endTest(); });
+}
+
+/// No tone that is still due may sound where there is no screen.
+void ORNHearingTestViewController::didLeaveStack() {
+  withTest([](ORNHearingTest& session) { session.endTest(); });
 }
 
 /// Saves what it puts back, once until then: between two times on screen the volume is the user's.
@@ -203,7 +208,17 @@ ChessboardView* ORNHearingTestViewController::chessView() { return makeBoard(che
 ChessboardView* ORNHearingTestViewController::rightChessView() { return makeBoard(rightChessView_, false); }
 
 void ORNHearingTestViewController::raiseBoard(bool isLeft) {
+  isLeftOnTop_ = isLeft;
   if (ChessboardView* upper = board(isLeft)) upper->raise();
+  if (spoken_) spoken_->changed();
+}
+
+/// Not the board that is covered.
+QWidgetList ORNHearingTestViewController::spokenViews() const {
+  QWidgetList views;
+  if (QWidget* upper = isLeftOnTop_ ? chessView_ : rightChessView_) views << upper;
+  if (heardDragButton_ && !heardDragButton_->isHidden()) views << heardDragButton_;
+  return views;
 }
 
 void ORNHearingTestViewController::setBoardsTouchable(bool isTouchable) {
@@ -283,6 +298,7 @@ void ORNHearingTestViewController::completeWithLeftResult(ORNHearingTest& /*hear
                                                           const EarResult& /*right*/) {
   if (ChessboardView* told = board(isTestLeft())) told->drawTestEnd();
   setBoardsTouchable(false);
+  isUnderWay_ = false;
   Platform::current().runLoop->performAfterDelay(std::chrono::nanoseconds(0), [self = weakSelf(this)] {
     if (const auto screen = self.lock()) screen->gotoResultVC();
   });
@@ -308,6 +324,13 @@ void ORNHearingTestViewController::handleRouteChangeNotification(std::int32_t re
 }
 
 void ORNHearingTestViewController::cancelButtonClicked() { dismiss(); }
+
+bool ORNHearingTestViewController::asksBeforeClosing() const { return isUnderWay_ && !isAlertRead(kEndAlert); }
+
+void ORNHearingTestViewController::askBeforeClosing() {
+  closesWindow_ = true;
+  showEndAlert();
+}
 
 void ORNHearingTestViewController::changeToAnother() {
   setTitle(testTitle(isFirstRight_));

@@ -15,6 +15,7 @@ namespace orn {
 
 class ChessboardView;
 class HeardButton;
+class SpokenChildren;
 struct AudioSessionObserver;
 struct ChessboardViewDataSource;
 struct ChessboardViewDelegate;
@@ -68,6 +69,11 @@ class ORN_SCREENS_EXPORT ORNHearingTestViewController final : public Screen {
   HeardButton* heardButton();
   QWidget* firstFocus() const override;
 
+  /// In mid-test, from the first ear's beginning until both are done or the device is gone: what has been measured
+  /// would be lost.
+  bool asksBeforeClosing() const override;
+  void askBeforeClosing() override;
+
   void showHearingTestViewControllerByNavigation(const std::shared_ptr<NavigationController>& navigation,
                                                  const std::optional<QString>& leftBarTitle, Action leftBarAction,
                                                  const std::optional<QString>& rightBarTitle, Action rightBarAction);
@@ -107,6 +113,7 @@ class ORN_SCREENS_EXPORT ORNHearingTestViewController final : public Screen {
   void viewDidLoad() override;
   void viewDidAppear() override;
   void viewDidDisappear() override;
+  void didLeaveStack() override;
   void layOut() override;
 
  private:
@@ -120,6 +127,7 @@ class ORN_SCREENS_EXPORT ORNHearingTestViewController final : public Screen {
   }
   bool isTestLeft() const { return test_ && test_->isTestLeft(); }
 
+  void endTest();
   void watchSession();
   void watchBoards();
   void observeRoute();
@@ -131,11 +139,15 @@ class ORN_SCREENS_EXPORT ORNHearingTestViewController final : public Screen {
   void placeHeardButton();
   void setBoardsTouchable(bool isTouchable);
   void raiseBoard(bool isLeft);
+  QWidgetList spokenViews() const;
   void describeBoard(bool isLeft);
 
   std::shared_ptr<ORNHearingTest> test_;
   bool isFirstRight_ = true;
   bool drivesVolume_ = false;
+  bool isUnderWay_ = false;
+  bool closesWindow_ = false;  // once the end question is answered so
+  bool isLeftOnTop_ = false;
   std::vector<std::string> testHzs_;
   QPointer<HeardButton> heardDragButton_;
   QPointer<ChessboardView> chessView_, rightChessView_;
@@ -143,6 +155,7 @@ class ORN_SCREENS_EXPORT ORNHearingTestViewController final : public Screen {
   std::shared_ptr<ChessboardViewDelegate> boardDelegate_;
   std::shared_ptr<ChessboardViewDataSource> boardSource_;
   std::shared_ptr<AudioSessionObserver> routeObserver_;
+  QPointer<SpokenChildren> spoken_;
 };
 
 }  // namespace orn

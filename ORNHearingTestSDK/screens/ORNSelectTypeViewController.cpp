@@ -21,6 +21,7 @@ namespace orn {
 namespace {
 
 constexpr int kAudiometerRow = 0;
+constexpr int kEarphoneRow = 1;
 constexpr int kRowMargin = 60;
 constexpr int kSectionSpacing = 18;
 constexpr double kLineSpace = 4;
@@ -112,7 +113,7 @@ AttributedText ORNSelectTypeViewController::detailOfRow(int row, QSizeF& size) c
   const QString text = row == kAudiometerRow ? audiometerDetail() : earphoneDetail();
   const QFont font = systemFont(kDetailSize);
   size = ORNScreenUtils::getAttributionHeightWithString(text, kLineSpace, 0, font,
-                                                        mainScreen().width() - DeviceCell::kBesideText);
+                                                        tableView()->columnWidth() - DeviceCell::kBesideText);
   AttributedText detail = ORNScreenUtils::getAttributedWithString(text, kLineSpace, 0, font);
   detail.addColor(kDarkGrayColour, 0, text.size());
   return detail;
@@ -133,9 +134,7 @@ TableCell* ORNSelectTypeViewController::cellForRowAtIndexPath(TableView& tableVi
 }
 
 void ORNSelectTypeViewController::didSelectRowAtIndexPath(TableView& tableView, IndexPath indexPath) {
-  TableCell* cell = tableView.cellForRow(indexPath);
-  // A second tap must not start a second test while the calibration is fetched.
-  if (cell) cell->setEnabled(false);
+  auto* cell = dynamic_cast<DeviceCell*>(tableView.cellForRow(indexPath));
   if (indexPath.row == kAudiometerRow) {
     startAudiometerRow(cell);
   } else {
@@ -144,37 +143,76 @@ void ORNSelectTypeViewController::didSelectRowAtIndexPath(TableView& tableView, 
   tableView.deselectRow(indexPath);
 }
 
-void ORNSelectTypeViewController::startAudiometerRow(TableCell* cell) {
+void ORNSelectTypeViewController::startAudiometerRow(DeviceCell* cell) {
   if (!ORNHearingTest::getKV50Mac()) {
-    refuse(QStringLiteral("请先连接听力检测仪，连接方法：打开手机设置－蓝牙－连接KV60S"));
-    if (cell) cell->setEnabled(true);
-    return;
+    return refuse(QStringLiteral("请先连接听力检测仪，连接方法：打开手机设置－蓝牙－连接KV60S"));
   }
+  const int start = closeRow(kAudiometerRow, cell);
+  auto fetch = std::make_shared<char>();
+  const std::weak_ptr<void> fetched = fetch;
   testVC_ = ORNHearingTestViewController::initKV50TestByCompletionHandler(
-      [self = weakSelf(this), start = ++starts_, cell = QPointer(cell)](const std::optional<Error>& error) {
+      [self = weakSelf(this), start, fetch = std::move(fetch)](const std::optional<Error>& error) {
         // Later, since a cached calibration calls this before the test screen has been kept.
         if (!error) {
           MainQueue::current().dispatchAsync([self, start] {
             if (const auto screen = self.lock()) screen->gotoTest(start);
           });
         }
-        if (cell) cell->setEnabled(true);
+        if (const auto screen = self.lock()) screen->openRow(kAudiometerRow, start);
       });
+  waitInRow(kAudiometerRow, start, fetched);
 }
 
-void ORNSelectTypeViewController::startEarphoneRow(TableCell* cell) {
-  if (!areEarphonesConnected()) {
-    refuse(QStringLiteral("请先连接测试耳机，并正确佩戴左右耳"));
-    if (cell) cell->setEnabled(true);
-    return;
-  }
-  // A cached calibration does not call back: the cell then stays as it is, which is meant.
+void ORNSelectTypeViewController::startEarphoneRow(DeviceCell* cell) {
+  if (!areEarphonesConnected()) return refuse(QStringLiteral("请先连接测试耳机，并正确佩戴左右耳"));
+  const int start = closeRow(kEarphoneRow, cell);
+  auto fetch = std::make_shared<char>();
+  const std::weak_ptr<void> fetched = fetch;
+  // A cached calibration does not call back: the cell then stays closed, which is meant.
   testVC_ = ORNHearingTestViewController::initEarphoneTestByCompletionHandler(
-      [self = weakSelf(this), start = ++starts_, cell = QPointer(cell)](const std::optional<Error>& error) {
+      [self = weakSelf(this), start, fetch = std::move(fetch)](const std::optional<Error>& error) {
         const auto screen = self.lock();
         if (screen && !error) screen->gotoTest(start);
-        if (cell) cell->setEnabled(true);
+        if (screen) screen->openRow(kEarphoneRow, start);
       });
+  waitInRow(kEarphoneRow, start, fetched);
+}
+
+/// A second tap must not start a second test while the calibration is fetched.
+int ORNSelectTypeViewController::closeRow(int row, DeviceCell* cell) {
+  if (cell) cell->setUserInteractionEnabled(false);
+  preparedRow(row) = {++starts_, cell};
+  return starts_;
+}
+
+void ORNSelectTypeViewController::waitInRow(int row, int start, const std::weak_ptr<void>& fetch) {
+  const PreparedRow& prepared = preparedRow(row);
+  if (prepared.start != start || !prepared.cell) return;  // its calibration was there at once
+  prepared.cell->waitFor(fetch, [self = weakSelf(this), row] {
+    if (const auto screen = self.lock()) screen->giveUpRow(row);
+  });
+}
+
+void ORNSelectTypeViewController::openRow(int row, int start) {
+  if (preparedRow(row).start != start) return;  // given up, and perhaps tapped again
+  const QPointer<DeviceCell> cell = std::exchange(preparedRow(row), {}).cell;
+  if (!cell) return;
+  cell->stopWaiting();
+  cell->setUserInteractionEnabled(true);
+}
+
+/// What still comes of it opens no test.
+bool ORNSelectTypeViewController::giveUpRow(int row) {
+  const PreparedRow prepared = preparedRow(row);
+  if (!prepared.cell || !prepared.cell->isWaiting()) return false;
+  if (prepared.start == starts_) ++starts_;
+  openRow(row, prepared.start);
+  return true;
+}
+
+bool ORNSelectTypeViewController::escapePressed() {
+  const bool isAudiometerMeant = giveUpRow(kAudiometerRow), areEarphonesMeant = giveUpRow(kEarphoneRow);
+  return isAudiometerMeant || areEarphonesMeant;
 }
 
 void ORNSelectTypeViewController::refuse(const QString& message) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -14,6 +15,7 @@
 namespace orn {
 
 class AttributedText;
+class DeviceCell;
 class ORNHearingTestViewController;
 class ShopFooterView;
 class UserHeaderView;
@@ -25,7 +27,8 @@ struct ORNSelectTypeDelegate {
 };
 
 /// Where a user begins: the two ways of testing, each with whether its device is connected at this moment. A tap on one
-/// whose device is there fetches its calibration and then presents the test. Main thread.
+/// whose device is there fetches its calibration and then presents the test. The row takes no other tap meanwhile;
+/// after a moment it shows that it waits, and a button there or the escape key gives up. Main thread.
 class ORN_SCREENS_EXPORT ORNSelectTypeViewController final : public TableScreen {
  public:
   static std::shared_ptr<ORNSelectTypeViewController> init();
@@ -69,6 +72,9 @@ class ORN_SCREENS_EXPORT ORNSelectTypeViewController final : public TableScreen 
 
   void handleRouteChangeNotification(std::int32_t reason);
 
+  /// Gives up whatever is being prepared.
+  bool escapePressed() override;
+
  protected:
   void viewDidLoad() override;
   void viewDidAppear() override;
@@ -79,14 +85,26 @@ class ORN_SCREENS_EXPORT ORNSelectTypeViewController final : public TableScreen 
 
   void addHeaderAndFooter();
   AttributedText detailOfRow(int row, QSizeF& size) const;
-  void startAudiometerRow(TableCell* cell);
-  void startEarphoneRow(TableCell* cell);
+  void startAudiometerRow(DeviceCell* cell);
+  void startEarphoneRow(DeviceCell* cell);
+  int closeRow(int row, DeviceCell* cell);
+  void waitInRow(int row, int start, const std::weak_ptr<void>& fetch);
+  void openRow(int row, int start);
+  bool giveUpRow(int row);
   void refuse(const QString& message);
   void gotoTest(int start);
 
   std::weak_ptr<ORNSelectTypeDelegate> delegate_;
   std::shared_ptr<ORNHearingTestViewController> testVC_;
   int starts_ = 0;  // of tests, by a row or by the host
+
+  /// A row whose test is being prepared.
+  struct PreparedRow {
+    int start = 0;  // 0 for none
+    QPointer<DeviceCell> cell;
+  };
+  PreparedRow& preparedRow(int row) { return prepared_[static_cast<std::size_t>(row)]; }
+  std::array<PreparedRow, 2> prepared_;
   QSizeF jianceyiSize_{0, 0}, erjiSize_{0, 0};
   QPointer<UserHeaderView> header_;
   QPointer<ShopFooterView> footer_;

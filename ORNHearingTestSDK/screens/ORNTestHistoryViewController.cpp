@@ -1,5 +1,6 @@
 #include <ORNHearingTestSDK/screens/ORNTestHistoryViewController.h>
 
+#include <algorithm>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -8,6 +9,7 @@
 #include <ORNHearingTestSDK/results/HistoryScores.h>
 #include <ORNHearingTestSDK/results/ORNListenTest.h>
 #include <ORNHearingTestSDK/screens/Appearance.h>
+#include <ORNHearingTestSDK/screens/BusyNotice.h>
 #include <ORNHearingTestSDK/screens/HistoryCell.h>
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
 #include <ORNHearingTestSDK/screens/ORNTestResultViewController.h>
@@ -33,13 +35,18 @@ void ORNTestHistoryViewController::showTestHistoryViewControllerByNavigation(
 void ORNTestHistoryViewController::viewDidLoad() {
   setTitle(QStringLiteral("测试记录"));
   tableView()->setSource(this);
+  auto fetch = std::make_shared<char>();
+  const std::weak_ptr<void> fetched = fetch;
   ORNHearingTest::getListenTestWithCompletion(
-      [self = weakSelf(this)](const std::optional<Error>& error, const json& listenTests) {
+      [self = weakSelf(this), fetch = std::move(fetch)](const std::optional<Error>& error, const json& listenTests) {
         if (const auto screen = self.lock()) screen->fetched(error, listenTests);
       });
+  busy_ = new BusyNotice(QStringLiteral("正在获取测试记录…"), tableView()->viewport());
+  busy_->waitFor(fetched);
 }
 
 void ORNTestHistoryViewController::fetched(const std::optional<Error>& error, const json& listenTests) {
+  if (busy_) busy_->waitFor({});
   if (error) {
     showNotice(QStringLiteral("未获取到测试记录"));
     return;
@@ -81,7 +88,8 @@ TableCell* ORNTestHistoryViewController::cellForRowAtIndexPath(TableView& tableV
   auto* cell = dynamic_cast<HistoryCell*>(tableView.dequeueReusableCell(HistoryCell::identifier(), indexPath));
   if (!cell) cell = new HistoryCell;
   if (indexPath.section < count()) {
-    cell->setTest(*testOfSection(indexPath.section), tableView.viewport()->width(), mainScreen().width());
+    cell->setTest(*testOfSection(indexPath.section), tableView.columnWidth(),
+                  std::min(mainScreen().width(), TableView::kWidestColumn));
   }
   return cell;
 }

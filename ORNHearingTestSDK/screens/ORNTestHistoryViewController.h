@@ -9,10 +9,11 @@
 
 namespace orn {
 
+class BusyNotice;
 class ORNListenTest;
 
 /// The user's stored tests in the service's order, fetched once when the screen loads; a tap opens one of them. Rows
-/// are made, read and scored only as they come into view. Main thread.
+/// are made, read and scored only as they come into view. Says so while they are on their way. Main thread.
 class ORN_SCREENS_EXPORT ORNTestHistoryViewController final : public TableScreen {
  public:
   static std::shared_ptr<ORNTestHistoryViewController> init();
@@ -45,6 +46,7 @@ class ORN_SCREENS_EXPORT ORNTestHistoryViewController final : public TableScreen
   std::shared_ptr<ORNListenTest> testOfSection(int section) const;
 
   std::unique_ptr<nlohmann::json> tests_;
+  QPointer<BusyNotice> busy_;
 };
 
 }  // namespace orn

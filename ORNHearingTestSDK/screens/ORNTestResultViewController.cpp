@@ -1,5 +1,6 @@
 #include <ORNHearingTestSDK/screens/ORNTestResultViewController.h>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -30,6 +31,7 @@ constexpr std::chrono::milliseconds kFullView{200};
 constexpr double kLineSpace = 5;
 constexpr int kBodySize = 15;
 constexpr int kSmallSize = 12;
+constexpr double kLongestLine = 580;  // of a text, on windows wider than a phone
 
 const std::string& valueOf(const EarResult& ear, const std::string& hz) {
   static const std::string none;
@@ -97,7 +99,10 @@ QPointF ORNTestResultViewController::pointAtHz(ChessboardResultView& /*view*/, c
 QWidget* ORNTestResultViewController::loadView(QWidget* parent) {
   auto* scroll = new QScrollArea(parent);
   makePhoneScrolling(scroll);
+  scroll->setFocusPolicy(Qt::ClickFocus);  // the keys of its contents scroll it
+  scroll->viewport()->setObjectName(QLatin1String(kGroundName));
   content_ = new QWidget;
+  content_->setObjectName(QLatin1String(kGroundName));
   content_->setAutoFillBackground(true);
   scroll->setWidget(content_);
   return scroll;
@@ -167,17 +172,30 @@ void ORNTestResultViewController::layOut() {
   if (!content_ || !fullView_) return;
   const double width = mainScreen().width(), half = mainScreen().height() / 2.0;
   const int halfWidth = mainScreen().width() / 2, halfHeight = mainScreen().height() / 2;
-  fullView_->setGeometry({{}, mainScreen()});
+  content_->resize(mainScreen().width(), content_->height());  // how far its lines can reach
   chessboard_->setGeometry(halfWidth / 2, topBars(), halfWidth, halfHeight);
   seeLargeLabel_->setFrame({30, 65 + half, width - 60, 10});
   xitongfenxiLabel_->setFrame({30, 80 + half, width - 60, 40});
+  const double lines = std::min(width - 60, kLongestLine);
   const double height =
-      ORNScreenUtils::getAttributionHeightWithString(verdict_, kLineSpace, 0, systemFont(kBodySize), width - 60)
-          .height();
-  resutLabel_->setFrame({30, 120 + half, width - 60, height + 10});
+      ORNScreenUtils::getAttributionHeightWithString(verdict_, kLineSpace, 0, systemFont(kBodySize), lines).height();
+  resutLabel_->setFrame({(width - lines) / 2, 120 + half, lines, height + 10});
   copyLabel_->setFrame({10, 120 + half + height + 10, width - 20, 20});
   content_->resize(mainScreen().width(), qRound(120 + half + height + 10 + 20));
-  chessboard_->setPixmap(QPixmap::fromImage(ORNScreenUtils::getImageFromView(*fullView_)));
+  if (isFullViewShown()) {
+    fullView_->setGeometry(0, statusBarHeight(), mainScreen().width(), mainScreen().height() - statusBarHeight());
+  } else {
+    fullView_->setGeometry({{}, mainScreen()});
+    chessboard_->setPixmap(QPixmap::fromImage(ORNScreenUtils::getImageFromView(*fullView_)));
+  }
+}
+
+bool ORNTestResultViewController::isFullViewShown() const { return fullView_ && fullView_->parentWidget() != view(); }
+
+bool ORNTestResultViewController::escapePressed() {
+  if (!isFullViewShown()) return false;
+  hideFullView();
+  return true;
 }
 
 QWidget* ORNTestResultViewController::firstFocus() const { return chessboard_; }
@@ -208,10 +226,11 @@ void ORNTestResultViewController::hideFullView() {
 }
 
 void ORNTestResultViewController::takeFullViewAway() {
-  if (!fullView_ || !view() || fullView_->parentWidget() == view()) return;
+  if (!view() || !isFullViewShown()) return;
   fullView_->hide();
   fullView_->setParent(view());
   view()->update();
+  layOut();
   if (window()) window()->focusFront();
 }
 

@@ -62,6 +62,7 @@ class ORN_SCREENS_EXPORT ORNTestResultViewController final : public Screen {
   void hideFullView();
 
   QWidget* firstFocus() const override;
+  bool escapePressed() override;
 
  protected:
   QWidget* loadView(QWidget* parent) override;
@@ -75,6 +76,7 @@ class ORN_SCREENS_EXPORT ORNTestResultViewController final : public Screen {
   void makeFullView();
   void makeLabels();
   void takeFullViewAway();
+  bool isFullViewShown() const;
 
   EarResult left_, right_;
   std::optional<EarResult> converLeft_, converRight_;

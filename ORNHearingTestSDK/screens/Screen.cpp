@@ -93,6 +93,8 @@ void Screen::withdrawAlert(int tag) {
   if (window_) window_->withdrawAlerts(this, tag);
 }
 
+bool Screen::isAlertRead(int tag) const { return window_ && window_->isAlertRead(this, tag); }
+
 void Screen::alertView(int /*tag*/, int /*buttonIndex*/) {}
 
 QWidget* Screen::loadView(QWidget* parent) { return new QWidget(parent); }
@@ -112,6 +114,7 @@ void Screen::load(NavigationWindow* window, QWidget* parent) {
 void Screen::detach() {
   navigationController_.reset();  // first, so that the screen knows that it leaves for good
   setOnScreen(false);
+  didLeaveStack();
   if (window_) window_->withdrawAlerts(this);
   if (!view_) return;
   view_->hide();

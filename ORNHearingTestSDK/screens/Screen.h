@@ -65,6 +65,14 @@ class ORN_SCREENS_EXPORT Screen : public std::enable_shared_from_this<Screen> {
   /// What gets the keyboard when the screen appears.
   virtual QWidget* firstFocus() const { return view_; }
 
+  /// Whether the window's closing must wait for an answer of the user. While the question is in view and could have
+  /// been read, it need not.
+  virtual bool asksBeforeClosing() const { return false; }
+  virtual void askBeforeClosing() {}
+
+  /// The escape key, where nothing else wants it. Tells whether it had a meaning.
+  virtual bool escapePressed() { return false; }
+
  protected:
   Screen() = default;
 
@@ -85,12 +93,18 @@ class ORN_SCREENS_EXPORT Screen : public std::enable_shared_from_this<Screen> {
   /// stack. Nothing happens on a screen that stands in no stack, or while an alert of its with that tag is there.
   void showAlert(const Alert& alert);
   void withdrawAlert(int tag);
+
+  /// Whether an alert of this screen's with that tag has been in view long enough to be read.
+  bool isAlertRead(int tag) const;
   virtual void alertView(int tag, int buttonIndex);
 
   virtual QWidget* loadView(QWidget* parent);
   virtual void viewDidLoad() {}
   virtual void viewDidAppear() {}
   virtual void viewDidDisappear() {}
+
+  /// The screen stands in no stack any more, whether it was on screen or covered.
+  virtual void didLeaveStack() {}
 
   /// The window has another size.
   virtual void layOut() {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtGui/QPainter>
 #include <QtWidgets/QLabel>
 
 #include <ORNHearingTestSDK/screens/Appearance.h>
@@ -11,18 +12,18 @@ class SectionHeading : public QLabel {
  public:
   static constexpr int kHeight = 44;
 
-  SectionHeading(const QString& text, const QColor& ground) : QLabel(text) {
-    QPalette colours;
-    colours.setColor(QPalette::Window, ground);
-    colours.setColor(QPalette::WindowText, Qt::white);
-    setPalette(colours);
-    setBackgroundRole(QPalette::Window);  // a table's children take after its viewport otherwise
-    setForegroundRole(QPalette::WindowText);
-    setAutoFillBackground(true);
-    setTextFormat(Qt::PlainText);
-    setAlignment(Qt::AlignCenter);
-    setFont(systemFont(18));
+  SectionHeading(const QString& text, const QColor& ground) : QLabel(text), ground_(ground) { setFont(systemFont(18)); }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    painter.fillRect(rect(), ground_);
+    painter.setPen(Qt::white);
+    painter.drawText(rect(), Qt::AlignCenter, text());
   }
+
+ private:
+  QColor ground_;
 };
 
 }  // namespace orn

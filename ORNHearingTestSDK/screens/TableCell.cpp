@@ -44,10 +44,10 @@ void TableCell::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      if (!event->isAutoRepeat()) click();
+      if (!event->isAutoRepeat() && isUserInteractionEnabled_) click();
       return;
     case Qt::Key_Space:
-      QAbstractButton::keyPressEvent(event);
+      if (isUserInteractionEnabled_) QAbstractButton::keyPressEvent(event);
       return;
     default:
       event->ignore();  // the table moves from row to row
@@ -55,6 +55,7 @@ void TableCell::keyPressEvent(QKeyEvent* event) {
 }
 
 void TableCell::mousePressEvent(QMouseEvent* event) {
+  if (!isUserInteractionEnabled_) return;
   pressedAt_ = event->globalPosition();
   QAbstractButton::mousePressEvent(event);
 }

@@ -7,8 +7,7 @@
 
 namespace orn {
 
-/// One row of a TableView, found by its identifier when it is used again for another row. A click selects the row. A
-/// disabled cell takes no clicks and looks as it did.
+/// One row of a TableView, found by its identifier when it is used again for another row. A click selects the row.
 class ORN_SCREENS_EXPORT TableCell : public QAbstractButton {
  public:
   explicit TableCell(QString reuseIdentifier);
@@ -17,6 +16,10 @@ class ORN_SCREENS_EXPORT TableCell : public QAbstractButton {
 
   bool isSelected() const { return isSelected_; }
   void setSelected(bool isSelected);
+
+  /// Without it a cell takes no clicks. It looks as it did and keeps the keyboard.
+  bool isUserInteractionEnabled() const { return isUserInteractionEnabled_; }
+  void setUserInteractionEnabled(bool isEnabled) { isUserInteractionEnabled_ = isEnabled; }
 
   /// The mark at the right edge that leads on.
   void setDisclosureMark(bool isShown) { hasDisclosureMark_ = isShown; }
@@ -33,6 +36,7 @@ class ORN_SCREENS_EXPORT TableCell : public QAbstractButton {
 
   QString reuseIdentifier_;
   bool isSelected_ = false;
+  bool isUserInteractionEnabled_ = true;
   bool hasDisclosureMark_ = false;
   int cornerRadius_ = 0;
   QPointF pressedAt_;

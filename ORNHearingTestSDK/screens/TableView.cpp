@@ -24,7 +24,8 @@ void TableViewSource::didSelectRowAtIndexPath(TableView& /*tableView*/, IndexPat
 
 TableView::TableView(QWidget* parent) : QAbstractScrollArea(parent) {
   makePhoneScrolling(this);
-  setFocusPolicy(Qt::StrongFocus);
+  setFocusPolicy(Qt::ClickFocus);  // it is where the keyboard waits for a row, and shows nothing of it
+  viewport()->setObjectName(QLatin1String(kGroundName));
   viewport()->setAutoFillBackground(true);
 }
 
@@ -32,34 +33,46 @@ TableView::~TableView() = default;
 
 void TableView::setTopInset(int inset) { setViewportMargins(0, inset, 0, 0); }
 
+void TableView::setSource(TableViewSource* source) {
+  source_ = source;
+  life_ = source ? source->life_ : std::shared_ptr<void>();
+}
+
 void TableView::setEdgeView(QPointer<QWidget>& slot, QWidget* view) {
   delete slot;
   slot = view;
-  view->setParent(viewport());
-  view->show();
+  if (view) {
+    view->setParent(viewport());
+    view->show();
+  }
   measure();
   arrange();
   orderForTabulator();
 }
 
 void TableView::reloadData() {
+  const auto focused =
+      std::find_if(cells_.begin(), cells_.end(), [](const auto& one) { return one.second->hasFocus(); });
+  const auto row = focused == cells_.end() ? std::nullopt : std::optional(focused->first);
   while (!cells_.empty()) recycle(cells_.begin());
   for (const auto& [section, heading] : std::exchange(headings_, {})) heading->deleteLater();
   measure();
   arrange();
+  if (TableCell* cell = row ? cellForRow(*row) : nullptr) cell->setFocus(Qt::OtherFocusReason);
 }
 
 void TableView::measure() {
   sections_.clear();
   rows_.clear();
   int y = header_ ? header_->height() : 0;
-  const int count = source_ ? source_->numberOfSectionsInTableView(*this) : 0;
+  TableViewSource* const source = this->source();
+  const int count = source ? source->numberOfSectionsInTableView(*this) : 0;
   for (int section = 0; section < count; ++section) {
-    const int headerHeight = source_->heightForHeaderInSection(*this, section);
+    const int headerHeight = source->heightForHeaderInSection(*this, section);
     sections_.push_back({y, headerHeight, 0});
     y += headerHeight;
-    for (int row = 0; row < source_->numberOfRowsInSection(*this, section); ++row) {
-      rows_.push_back({{section, row}, y, source_->heightForRowAtIndexPath(*this, {section, row})});
+    for (int row = 0; row < source->numberOfRowsInSection(*this, section); ++row) {
+      rows_.push_back({{section, row}, y, source->heightForRowAtIndexPath(*this, {section, row})});
       y += rows_.back().height;
     }
     sections_.back().bottom = y;
@@ -110,9 +123,13 @@ bool TableView::arrangeRows(int top, int bottom) {
   }
   for (auto row = first; row != last; ++row) {
     TableCell*& cell = cells_[row->indexPath];
-    const QRect frame(0, row->top - top, viewport()->width(), row->height);
+    const QRect frame = inColumn(row->top - top, row->height);
     if (!cell) {
       cell = makeCell(row->indexPath);
+      if (!cell) {
+        cells_.erase(row->indexPath);
+        continue;
+      }
       cell->setGeometry(frame);
       cell->setSelected(selected_ == row->indexPath);
       cell->show();
@@ -126,8 +143,8 @@ bool TableView::arrangeRows(int top, int bottom) {
 
 void TableView::arrangeHeaders(int top, int bottom) {
   for (auto one = headings_.begin(); one != headings_.end();) {
-    const Section& section = sections_[static_cast<std::size_t>(one->first)];
-    if (section.bottom > top && section.top < bottom) {
+    const auto index = static_cast<std::size_t>(one->first);
+    if (index < sections_.size() && sections_[index].bottom > top && sections_[index].top < bottom) {
       ++one;
       continue;
     }
@@ -142,14 +159,22 @@ void TableView::arrangeHeaders(int top, int bottom) {
     const int index = static_cast<int>(section - sections_.begin());
     QWidget*& heading = headings_[index];
     if (!heading) {
-      heading = source_->viewForHeaderInSection(*this, index);
+      heading = source() ? source()->viewForHeaderInSection(*this, index) : nullptr;
+      if (!heading) {
+        headings_.erase(index);
+        continue;
+      }
       heading->setParent(viewport());
       heading->show();
     }
     const int pinned = std::clamp(top, section->top, section->bottom - section->headerHeight);
-    heading->setGeometry(0, pinned - top, viewport()->width(), section->headerHeight);
+    heading->setGeometry(inColumn(pinned - top, section->headerHeight));
     heading->raise();
   }
+}
+
+QRect TableView::inColumn(int top, int height) const {
+  return {(viewport()->width() - columnWidth()) / 2, top, columnWidth(), height};
 }
 
 void TableView::arrangeEdges(int top) {
@@ -160,10 +185,13 @@ void TableView::arrangeEdges(int top) {
 }
 
 TableCell* TableView::makeCell(IndexPath indexPath) {
-  TableCell* cell = source_->cellForRowAtIndexPath(*this, indexPath);
+  TableCell* cell = source() ? source()->cellForRowAtIndexPath(*this, indexPath) : nullptr;
+  if (!cell) return nullptr;
   cell->setParent(viewport());
   cell->disconnect(this);
-  connect(cell, &TableCell::clicked, this, [this, indexPath] { select(indexPath); });
+  connect(cell, &TableCell::clicked, this, [this, cell, indexPath] {
+    if (cell->isUserInteractionEnabled()) select(indexPath);  // a screen reader's press comes this way alone
+  });
   return cell;
 }
 
@@ -194,7 +222,7 @@ void TableView::select(IndexPath indexPath) {
   if (selected_) deselectRow(*selected_);
   selected_ = indexPath;
   if (TableCell* cell = cellForRow(indexPath)) cell->setSelected(true);
-  if (source_) source_->didSelectRowAtIndexPath(*this, indexPath);
+  if (source()) source()->didSelectRowAtIndexPath(*this, indexPath);
 }
 
 void TableView::deselectRow(IndexPath indexPath) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -42,19 +44,31 @@ class ORN_SCREENS_EXPORT TableViewSource {
   virtual TableCell* cellForRowAtIndexPath(TableView& tableView, IndexPath indexPath) = 0;
 
   virtual void didSelectRowAtIndexPath(TableView& tableView, IndexPath indexPath);
+
+ private:
+  friend class TableView;
+  std::shared_ptr<void> life_ = std::make_shared<char>();
 };
 
 /// A list of sections with rows, whose cells are made only for what is in view and used again. The heading of the
-/// section at the top stays in view. Goes by wheel, finger and keyboard. Main thread.
+/// section at the top stays in view. Goes by wheel, finger and keyboard: the arrow keys move from row to row, and the
+/// tabulator key finds the rows, not the table. On a wide window the rows stand in a column in its middle. Main thread.
 class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
  public:
   explicit TableView(QWidget* parent);
   ~TableView() override;
 
-  /// Not owned; null leaves the table empty at its next reload.
-  void setSource(TableViewSource* source) { source_ = source; }
+  static constexpr int kWidestColumn = 640;
 
-  /// Views above the first section and below the last one, at their own heights; the table takes them over.
+  /// Not owned. With null, or when the source goes, the table becomes empty at its next reload, and no row comes into
+  /// view until then.
+  void setSource(TableViewSource* source);
+
+  /// The width that rows and headings have, in points.
+  int columnWidth() const { return std::min(viewport()->width(), kWidestColumn); }
+
+  /// Views above the first section and below the last one, at their own heights and as wide as the table, which takes
+  /// them over. Null is none.
   void setTableHeaderView(QWidget* view) { setEdgeView(header_, view); }
   void setTableFooterView(QWidget* view) { setEdgeView(footer_, view); }
 
@@ -97,6 +111,8 @@ class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
     TableCell* cell;
   };
 
+  TableViewSource* source() const { return life_.expired() ? nullptr : source_; }
+  QRect inColumn(int top, int height) const;
   void setEdgeView(QPointer<QWidget>& slot, QWidget* view);
   void measure();
   void arrange();
@@ -111,6 +127,7 @@ class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
   void scrollIntoView(const Row& row);
 
   TableViewSource* source_ = nullptr;
+  std::weak_ptr<void> life_;  // the source's
   QPointer<QWidget> header_, footer_;
   std::vector<Section> sections_;
   std::vector<Row> rows_;

@@ -9,7 +9,8 @@ class QWidget;
 
 namespace orn {
 
-/// Makes a widget answer a tap, by mouse, finger or key. It lives as long as the widget.
+/// Makes a widget answer a tap, by mouse, finger or key, and show when it has the keyboard. It lives as long as the
+/// widget.
 class TapRecognizer : public QObject {
  public:
   TapRecognizer(QWidget* widget, std::function<void()> action);
@@ -18,6 +19,7 @@ class TapRecognizer : public QObject {
 
  private:
   std::function<void()> action_;
+  QWidget* focusFrame_;
   bool isPressed_ = false;
   QPointF pressedAt_;
 };

@@ -1,7 +1,9 @@
 #include <ORNHearingTestSDK/screens/TextLabel.h>
 
 #include <algorithm>
+#include <cmath>
 
+#include <QtGui/QFontMetricsF>
 #include <QtGui/QPainter>
 
 namespace orn {
@@ -9,18 +11,22 @@ namespace orn {
 TextLabel::TextLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
 
 void TextLabel::setAttributedText(const AttributedText& text, Qt::Alignment alignment) {
+  line_.reset();
+  // What a screen reader says, with the line breaks that it knows.
+  showText(text, QString(text.text()).replace(QChar(QChar::LineSeparator), QLatin1Char('\n')), alignment);
+}
+
+void TextLabel::showText(const AttributedText& text, const QString& spoken, Qt::Alignment alignment) {
   text_ = text;
   alignment_ = alignment;
-  // What a screen reader says, with the line breaks that it knows.
-  setText(QString(text.text()).replace(QChar(QChar::LineSeparator), QLatin1Char('\n')));
+  setText(spoken);
   spread();
   update();
 }
 
 void TextLabel::setPlainText(const QString& text, const QFont& font, const QColor& color, Qt::Alignment alignment) {
-  AttributedText attributed(text, 0, 0, font);
-  attributed.addColor(color, 0, text.size());
-  setAttributedText(attributed, alignment);
+  line_ = Line{text, font, color};
+  showText({text, 0, 0, font}, text, alignment);
 }
 
 void TextLabel::setFrame(const QRectF& frame) {
@@ -36,8 +42,20 @@ void TextLabel::setGround(const QColor& color, int cornerRadius) {
 }
 
 void TextLabel::spread() {
-  const double over = std::max((text_.boundingSize(frame_.width()).height() - frame_.height()) / 2, 0.0);
-  setGeometry(frame_.adjusted(0, -over, 0, over).toAlignedRect());
+  textFrame_ = line_ ? fitLine() : frame_;
+  const double over = std::max((text_.boundingSize(textFrame_.width()).height() - textFrame_.height()) / 2, 0.0);
+  setGeometry(textFrame_.adjusted(0, -over, 0, over).toAlignedRect());
+}
+
+/// Makes the text of what of the line can be shown, and gives the frame for it.
+QRectF TextLabel::fitLine() {
+  const QFontMetricsF metrics(line_->font);
+  const double least = frame_.width(), most = parentWidget() ? std::max<double>(parentWidget()->width(), least) : least;
+  const double width = std::clamp(std::ceil(metrics.horizontalAdvance(line_->text)) + 2, least, most);
+  const QString shown = metrics.elidedText(line_->text, Qt::ElideRight, width - 1);
+  text_ = AttributedText(shown, 0, 0, line_->font);
+  text_.addColor(line_->color, 0, shown.size());
+  return frame_.adjusted((least - width) / 2, 0, (width - least) / 2, 0);
 }
 
 void TextLabel::paintEvent(QPaintEvent* /*event*/) {
@@ -47,8 +65,9 @@ void TextLabel::paintEvent(QPaintEvent* /*event*/) {
   painter.setPen(Qt::NoPen);
   painter.setBrush(ground_);
   painter.drawRoundedRect(frame, cornerRadius_, cornerRadius_);
-  const double height = text_.boundingSize(frame.width()).height();
-  text_.draw(painter, {frame.left(), frame.center().y() - height / 2, frame.width(), height}, alignment_);
+  const QRectF texts = textFrame_.translated(-pos());
+  const double height = text_.boundingSize(texts.width()).height();
+  text_.draw(painter, {texts.left(), texts.center().y() - height / 2, texts.width(), height}, alignment_);
 }
 
 }  // namespace orn

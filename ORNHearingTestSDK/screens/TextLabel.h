@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
+
 #include <QtGui/QColor>
+#include <QtGui/QFont>
 #include <QtWidgets/QLabel>
 
 #include <ORNHearingTestSDK/screens/AttributedText.h>
@@ -8,14 +11,14 @@
 namespace orn {
 
 /// A text in a frame, in the middle of its height. One that is higher than the frame reaches over it evenly and is not
-/// cut off.
+/// cut off; so does a single line that is wider, as far as the parent goes, where it is cut off with dots.
 class TextLabel : public QLabel {
  public:
   explicit TextLabel(QWidget* parent);
 
   void setAttributedText(const AttributedText& text, Qt::Alignment alignment = Qt::AlignLeft);
 
-  /// One colour, one font, no line spacing.
+  /// One line, one colour, one font.
   void setPlainText(const QString& text, const QFont& font, const QColor& color, Qt::Alignment alignment);
 
   void setFrame(const QRectF& frame);
@@ -27,11 +30,21 @@ class TextLabel : public QLabel {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void showText(const AttributedText& text, const QString& spoken, Qt::Alignment alignment);
   void spread();
+  QRectF fitLine();
+
+  /// What a single line is made of, before it is cut off.
+  struct Line {
+    QString text;
+    QFont font;
+    QColor color;
+  };
 
   AttributedText text_;
+  std::optional<Line> line_;
   Qt::Alignment alignment_ = Qt::AlignLeft;
-  QRectF frame_;
+  QRectF frame_, textFrame_;
   QColor ground_ = Qt::transparent;
   int cornerRadius_ = 0;
 };

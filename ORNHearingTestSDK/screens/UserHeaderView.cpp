@@ -1,10 +1,13 @@
 #include <ORNHearingTestSDK/screens/UserHeaderView.h>
 
+#include <algorithm>
+
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 
 #include <ORNHearingTestSDK/screens/Appearance.h>
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
+#include <ORNHearingTestSDK/screens/TableView.h>
 #include <ORNHearingTestSDK/screens/TextLabel.h>
 
 namespace orn {
@@ -25,7 +28,7 @@ UserHeaderView::UserHeaderView(bool isWoman, const QString& name)
 }
 
 void UserHeaderView::setWidth(int width) {
-  resize(width, width / 2);
+  resize(width, std::min(width, TableView::kWidestColumn) / 2);
   const QPointF centre(width / 2.0, height() / 2.0 + kNameBelowAvatar);
   name_->setFrame(
       {centre.x() - kNameSize.width() / 2, centre.y() - kNameSize.height() / 2, kNameSize.width(), kNameSize.height()});

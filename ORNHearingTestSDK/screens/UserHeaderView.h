@@ -7,7 +7,8 @@ namespace orn {
 
 class TextLabel;
 
-/// The user at the head of the device selection: a round picture on a backdrop, and the name. Half as high as wide.
+/// The user at the head of the device selection: a round picture on a backdrop, and the name. Half as high as wide, up
+/// to the width of a table's column.
 class UserHeaderView : public QWidget {
  public:
   UserHeaderView(bool isWoman, const QString& name);

@@ -154,9 +154,10 @@ std::function<void(const URLReply&)> HostApplication::watch(const URLRequest& re
 void HostApplication::delayClosing() {
   closing_ = std::make_unique<ClosingDelay>(*window_);
   closing_->onClose = [this] {
-    if (const auto test = session()) test->endTest();
+    const auto test = session();
+    if (test && !window_->asksBeforeClosing()) test->endTest();
   };
-  closing_->isBusy = [this] { return results_->isSubmitting(); };
+  closing_->isBusy = [this] { return results_->isSubmitting() && !window_->asksBeforeClosing(); };
   closing_->onHeld = [this] {
     window_->showAlert({0, QStringLiteral("温馨提示"), QStringLiteral("正在提交测试结果…"), {}});
   };

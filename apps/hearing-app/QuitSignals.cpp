@@ -8,6 +8,8 @@
 #include <QtCore/QSocketNotifier>
 #include <QtWidgets/QApplication>
 
+#include <ORNHearingTestSDK/screens/NavigationWindow.h>
+
 #include "EndingSignals.h"
 
 namespace orn {
@@ -18,7 +20,11 @@ QuitSignals::QuitSignals() {
   notifier_ = std::make_unique<QSocketNotifier>(signals_, QSocketNotifier::Read);
   QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] {
     signalfd_siginfo signal{};
-    if (read(signals_, &signal, sizeof(signal)) > 0) QApplication::quit();
+    if (read(signals_, &signal, sizeof(signal)) <= 0) return;
+    for (QWidget* one : QApplication::topLevelWidgets()) {
+      if (auto* window = dynamic_cast<NavigationWindow*>(one)) window->setClosesUnasked(true);
+    }
+    QApplication::quit();
   });
 }
 

@@ -412,6 +412,11 @@ TEST_P(ApplicationPaths, ClosingTheWindowEndsATestAtAnyMoment) {
     const auto heard = std::make_shared<bool>(false);
     const std::weak_ptr<ORNHearingTest> session = app.host->session();
     app.host->window().close();
+    if (app.host->window().asksBeforeClosing()) {
+      EXPECT_TRUE(app.hands->sees("请确认结束测试")) << name;
+      app.run(2);
+      app.host->window().close();  // once more, which is the answer
+    }
     app.machine.audioOutput->addListener([heard](std::int64_t, std::span<const std::int16_t> samples) {
       for (const std::int16_t one : samples) *heard = *heard || one != 0;
     });

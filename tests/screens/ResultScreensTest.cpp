@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <cstdlib>
 
 #include <QtCore/QDirIterator>
 #include <QtCore/QTemporaryDir>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QScrollBar>
 #include <nlohmann/json.hpp>
 
@@ -47,6 +49,36 @@ TEST(ResultScreen, LeavesGapsOutByTheLeftEar) {
   }
 }
 
+/// How high the black and coloured part of a widget is.
+int inkHeight(QWidget& widget) {
+  const QImage image = widget.grab().toImage();
+  int first = image.height(), last = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      if (qGray(image.pixel(x, y)) > 160) continue;
+      first = std::min(first, y);
+      last = y;
+    }
+  }
+  return last - first + 1;
+}
+
+TEST(ResultScreen, OnlyTheResultTakesMoreThanALine) {
+  for (const QSize size : {QSize(320, 568), QSize(1280, 800)}) {
+    ScreensScript script;
+    script.window->resize(size);
+    showResult(script, {{"500hz", "30"}}, {{"500hz", "40"}});
+    int found = 0;
+    for (QLabel* one : script.window->findChildren<QLabel*>()) {
+      if (!one->text().contains("言语频率") && !one->text().contains("技术支持")) continue;
+      if (!one->isVisible()) continue;
+      ++found;
+      EXPECT_LT(inkHeight(*one), 20) << one->text().toStdString();
+    }
+    EXPECT_EQ(found, 2);
+  }
+}
+
 TEST(ResultScreen, TapOpensTheAudiogramOverEverythingAndClosesItAfterAMoment) {
   ScreensScript script;
   const auto screen = showResult(script, {{"500hz", "30"}, {"1000hz", "20"}}, {{"500hz", "40"}, {"1000hz", "45"}});
@@ -63,6 +95,14 @@ TEST(ResultScreen, TapOpensTheAudiogramOverEverythingAndClosesItAfterAMoment) {
     EXPECT_TRUE(isOpen());
     script.run(0.2);
   }
+  script.key(Qt::Key_Space);
+  script.run();
+  script.key(Qt::Key_Tab);
+  EXPECT_TRUE(full->hasFocus()) << "what it covers can't be reached";
+  script.key(Qt::Key_Escape);
+  script.run();
+  EXPECT_FALSE(isOpen());
+  EXPECT_EQ(script.window->focusWidget()->accessibleName(), full->accessibleName()) << "the small one";
   const QTemporaryDir home;
   for (const char* name : {"HOME", "XDG_CONFIG_HOME"}) setenv(name, home.path().toUtf8(), 1);
   screen->takePhoto(nullptr);
@@ -97,6 +137,8 @@ std::string historyReply(int count) {
   return nlohmann::json{{"rspCode", 0}, {"listenTests", tests}}.dump();
 }
 
+const QString kLoading = "正在获取测试记录…";
+
 TEST(HistoryScreen, ShowsTheTestsOrExplainsWhyNot) {
   const QString none = "温馨提示|您还没有测试记录|好的", failed = "温馨提示|未获取到测试记录|好的";
   const std::tuple<std::optional<std::string>, QString, int> table[] = {
@@ -113,7 +155,12 @@ TEST(HistoryScreen, ShowsTheTestsOrExplainsWhyNot) {
     ScreensScript script;
     script.answers(reply, 2000);
     script.select->gotolishi();
+    script.run(0.2);
+    EXPECT_FALSE(script.sees(kLoading));
+    script.run(0.2);
+    EXPECT_TRUE(script.sees(kLoading));
     script.run(3);
+    EXPECT_FALSE(script.sees(kLoading));
     EXPECT_EQ(script.title(), "测试记录");
     EXPECT_EQ(script.alert(), alert);
     EXPECT_EQ(script.texts().filter("测试记录：").size(), count);
@@ -132,6 +179,7 @@ TEST(HistoryScreen, ShowsTheTestsOrExplainsWhyNot) {
     script.select->gotolishi();
     script.run(3);
     EXPECT_EQ(script.alert(), "") << "nothing is said without a user";
+    EXPECT_FALSE(script.sees(kLoading));
   }
 }
 
@@ -181,6 +229,117 @@ TEST(HistoryScreen, TenThousandTestsMakeOnlyTheRowsInView) {
   script.key(Qt::Key_Return);
   script.run();
   EXPECT_TRUE(script.sees("您的右耳的平均听力损失为70分贝，"));
+}
+
+TEST(HistoryScreen, AWideWindowKeepsTheBadgeNearItsWords) {
+  ScreensScript script;
+  script.window->resize(1280, 800);
+  script.answers(historyReply(1));
+  script.select->gotolishi();
+  script.run();
+  const auto placeOf = [&](const QString& text) {
+    for (const QLabel* one : script.window->findChildren<QLabel*>()) {
+      if (one->isVisible() && one->text() == text) return one->mapTo(script.window.get(), QPoint());
+    }
+    return QPoint();
+  };
+  EXPECT_EQ(placeOf("右耳得分：75分").x(), (1280 - 640) / 2 + 10);
+  EXPECT_EQ(placeOf("73").x(), (1280 + 640) / 2 - 80);
+}
+
+struct FewRows : TableViewSource {
+  int numberOfSectionsInTableView(TableView&) override { return 3; }
+  int numberOfRowsInSection(TableView&, int) override { return 20; }
+  int heightForRowAtIndexPath(TableView&, IndexPath) override { return 40; }
+  int heightForHeaderInSection(TableView&, int) override { return 20; }
+  QWidget* viewForHeaderInSection(TableView&, int section) override { return section == 1 ? nullptr : new QLabel("-"); }
+  TableCell* cellForRowAtIndexPath(TableView&, IndexPath indexPath) override {
+    return indexPath.row == 1 ? nullptr : new TableCell("row");
+  }
+};
+
+TEST(Table, ASourceThatHasGoneLeavesItEmptyAtTheNextReload) {
+  for (const bool isToldOfIt : {false, true}) {
+    ScreensScript script;
+    TableView table(nullptr);
+    auto source = std::make_unique<FewRows>();
+    table.setSource(source.get());
+    table.resize(320, 400);
+    table.reloadData();
+    EXPECT_EQ(table.cellForRow({0, 1}), nullptr) << "a row without a cell";
+    TableCell* first = table.cellForRow({0, 0});
+    ASSERT_TRUE(first);
+    if (isToldOfIt) table.setSource(nullptr);
+    source.reset();
+    first->click();
+    table.verticalScrollBar()->setValue(900);
+    table.setTableHeaderView(nullptr);
+    table.resize(320, 300);
+    table.reloadData();
+    EXPECT_EQ(table.verticalScrollBar()->maximum(), 0);
+    EXPECT_EQ(table.cellForRow({0, 0}), nullptr);
+  }
+}
+
+/// Every screen and an alert, as pictures, on a host that looks like this.
+std::vector<QImage> picturesOn(const QPalette& palette, const QString& styleSheet) {
+  QApplication::setPalette(palette);
+  qApp->setStyleSheet(styleSheet);
+  std::vector<QImage> pictures;
+  ScreensScript script;
+  const auto shoot = [&] { pictures.push_back(script.window->grab().toImage()); };
+  shoot();
+  script.clickRow(0);
+  script.run(1.1);
+  shoot();
+  script.click("好的");
+  script.plug(0);
+  script.answers(calibration(0), 1000);
+  script.clickRow(0);
+  script.run(0.5);
+  shoot();
+  script.run();
+  script.click("准备好了，开始测试");
+  script.run(2);
+  shoot();
+  script.test()->dismiss();
+  showResult(script, {{"500hz", "30"}}, {{"500hz", "40"}});
+  shoot();
+  script.answers(historyReply(2), 1000);
+  script.select->gotolishi();
+  script.run(0.5);
+  shoot();
+  script.run();
+  shoot();
+  qApp->setStyleSheet({});
+  QApplication::setPalette(QPalette());
+  return pictures;
+}
+
+TEST(Screens, AHostsColoursChangeNothing) {
+  const QPalette own = QApplication::palette();
+  QPalette dark(QColor(40, 40, 40));
+  for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button}) dark.setColor(role, QColor(30, 30, 30));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) dark.setColor(role, Qt::white);
+  const std::vector<QImage> plain = picturesOn(own, {});
+  const std::tuple<const char*, QPalette, QString> table[] = {
+      {"a dark desktop", dark, {}},
+      {"a sheet for all", own, "* { color: #eee; background-color: #222; }"},
+      {"a sheet for widgets", own, "QWidget { background: black; color: yellow; border: 2px solid red; }"},
+      {"a sheet for some", own,
+       "QLabel { color: white; background: navy; } QPushButton { color: white; } QScrollArea { background: black; }"},
+  };
+  for (const auto& [name, palette, styleSheet] : table) {
+    const std::vector<QImage> pictures = picturesOn(palette, styleSheet);
+    ASSERT_EQ(pictures.size(), plain.size());
+    for (std::size_t index = 0; index < plain.size(); ++index) {
+      EXPECT_TRUE(pictures[index] == plain[index]) << name << ", picture " << index;
+      if (const char* folder = std::getenv("ORN_PICTURES")) {
+        pictures[index].save(QString("%1/%2-%3.png").arg(folder, QString(name).replace(' ', '-')).arg(index));
+        plain[index].save(QString("%1/plain-%2.png").arg(folder).arg(index));
+      }
+    }
+  }
 }
 
 TEST(Screens, BarItemsOfTheHostCallIt) {

@@ -189,6 +189,10 @@ TEST(TestScreen, PressesDecideTheNextTone) {
 TEST(TestScreen, ClosesAtAnyMomentInSilenceAndLeavesNothing) {
   const std::function<void(ScreensScript&)> waysToClose[] = {
       [](ScreensScript& script) { script.test()->dismiss(); },
+      [](ScreensScript& script) {  // covered
+        script.window->front()->push(ORNTestResultViewController::init());
+        script.test()->dismiss();
+      },
       [](ScreensScript& script) { script.window.reset(); },
       [](ScreensScript& script) { script.test()->cancelButtonClicked(), script.select.reset(), script.window.reset(); },
   };
@@ -209,6 +213,51 @@ TEST(TestScreen, ClosesAtAnyMomentInSilenceAndLeavesNothing) {
         EXPECT_TRUE(session.expired()) << moment;
       }
     }
+  }
+}
+
+TEST(TestScreen, ClosingTheWindowInMidTestAsksFirst) {
+  using Script = ScreensScript;
+  const std::function<void(Script&)> close = [](Script& script) { script.window->close(), script.run(0.1); };
+  const std::function<void(Script&)> reachTone = [](Script& script) { script.startTest(0), script.run(5); };
+  const std::tuple<const char*, std::function<void(Script&)>, bool> table[] = {
+      {"before it begins", [&](Script& script) { script.openTest(0), close(script); }, true},
+      {"in mid-test", [&](Script& script) { reachTone(script), close(script); }, false},
+      {"twice in one go", [&](Script& script) { reachTone(script), close(script), close(script); }, false},
+      {"again with the question in view",
+       [&](Script& script) { reachTone(script), close(script), script.run(1), close(script); }, true},
+      {"with the question asked before",
+       [&](Script& script) { reachTone(script), script.click("取消"), script.run(1.1), close(script); }, true},
+      {"and yes", [&](Script& script) { reachTone(script), close(script), script.click("结束测试"); }, true},
+      {"as its program ends",
+       [&](Script& script) { reachTone(script), script.window->setClosesUnasked(true), close(script); }, true},
+      {"between the ears",
+       [&](Script& script) {
+         script.startTest(0);
+         takeEar(script, *script.test()->rightChessView(),
+                 {{"500hz", 40}, {"1000hz", 40}, {"2000hz", 40}, {"4000hz", 40}});
+         close(script);
+       },
+       false},
+      {"without its device",
+       [&](Script& script) { reachTone(script), script.machine.audioSession->unplug(), script.run(), close(script); },
+       true},
+  };
+  for (const auto& [name, reach, isClosed] : table) {
+    Script script;
+    reach(script);
+    EXPECT_EQ(script.window->isVisible(), !isClosed) << name;
+    EXPECT_FALSE(script.sounds(20)) << name;
+    if (isClosed) {
+      EXPECT_EQ(script.volume(), kUsersVolume) << name;
+      continue;
+    }
+    EXPECT_EQ(script.alert(), kEndQuestion) << name;
+    script.click("取消");
+    EXPECT_TRUE(script.sounds(10)) << name;
+    script.test()->showEndAlert();
+    script.click("结束测试");
+    EXPECT_TRUE(script.window->isVisible()) << "the next end is the test's alone";
   }
 }
 
