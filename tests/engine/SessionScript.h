@@ -44,8 +44,8 @@ class SessionScript {
   std::string search(const std::string& letters, bool isLeft);
 
   /// What the delegate heard since the last call, such as "4 R 1000hz 40db", "16 R -> 1000hz 40db",
-  /// "16 R complete 1000hz=40", "90 complete L 1000hz=40 R 1000hz=40", "4 R missing calibration". The number is the time in
-  /// seconds.
+  /// "16 R complete 1000hz=40", "90 complete L 1000hz=40 R 1000hz=40", "4 R missing calibration". The number is the
+  /// time in seconds.
   std::vector<std::string> takeTrace();
 
   /// Loudest sample of a span of what came out.

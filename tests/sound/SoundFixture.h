@@ -17,10 +17,10 @@
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 
 #include "HastyRunLoop.h"
-#include "support/TestSoundServer.h"
 #include "simulation/calibration/SampleCalibration.h"
 #include "simulation/listener/OutputMonitor.h"
 #include "simulation/runs/TestRun.h"
+#include "support/TestSoundServer.h"
 
 namespace orn {
 
