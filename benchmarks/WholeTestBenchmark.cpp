@@ -17,6 +17,7 @@ namespace {
 
 using namespace orn::bench;
 using namespace orn::simulation;
+using orn::OutputPath;
 
 constexpr int kPairs = 15;
 constexpr double kMiB = 1 << 20;

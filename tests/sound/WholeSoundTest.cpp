@@ -1,6 +1,7 @@
 #include <functional>
 
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/engine/SessionCalibration.h>
 
 #include "SoundFixture.h"
 
