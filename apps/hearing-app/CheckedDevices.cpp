@@ -11,10 +11,7 @@
 namespace orn {
 namespace {
 
-/// One device a line.
-constexpr auto kCheckedDevices = "CHECKEDDEVICES";
-
-std::string lines() { return textValue(Platform::current().userDefaults->value(kCheckedDevices)).value_or(""); }
+std::string lines() { return textValue(Platform::current().userDefaults->value(kCheckedDevicesDefault)).value_or(""); }
 
 }  // namespace
 
@@ -33,7 +30,7 @@ bool isDeviceChecked(const std::string& device) {
 void keepCheckedDevice(const std::string& device) {
   if (isDeviceChecked(device)) return;
   UserDefaults& defaults = *Platform::current().userDefaults;
-  defaults.setValue(kCheckedDevices, lines() + device + "\n");
+  defaults.setValue(kCheckedDevicesDefault, lines() + device + "\n");
   defaults.synchronize();
 }
 
