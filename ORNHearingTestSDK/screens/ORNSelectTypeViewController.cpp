@@ -230,6 +230,8 @@ void ORNSelectTypeViewController::startErjiTest() {
 /// The test whose calibration has come, unless another one has been started since.
 void ORNSelectTypeViewController::gotoTest(int start) {
   if (start != starts_ || !testVC_ || testVC_->navigationController()) return;
+  const auto told = delegate();
+  if (told && told->shouldPresentTest && !told->shouldPresentTest(testVC_)) return;
   const auto navigation = NavigationController::initWithRootViewController(testVC_);
   navigation->setTranslucent(true);
   present(navigation);

@@ -24,6 +24,10 @@ struct AudioSessionObserver;
 /// What the host is told of the device selection. An empty member is not called.
 struct ORNSelectTypeDelegate {
   std::function<void(QWidget* sender)> buyButtonClick;
+
+  /// A test has its calibration and is about to be presented. False holds it back: the host shows it when it likes, in
+  /// a stack of its own, after a ChannelCheckScreen for example.
+  std::function<bool(const std::shared_ptr<ORNHearingTestViewController>& test)> shouldPresentTest;
 };
 
 /// Where a user begins: the two ways of testing, each with whether its device is connected at this moment. A tap on one

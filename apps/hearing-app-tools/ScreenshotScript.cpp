@@ -16,6 +16,7 @@
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 #include <ORNHearingTestSDK/screens/NavigationWindow.h>
 
+#include "hearing-app/CheckedDevices.h"
 #include "simulation/calibration/SampleCalibration.h"
 
 namespace orn {
@@ -38,6 +39,8 @@ ScreenshotScript::ScreenshotScript(const PhoneScreen& screen, QString folder, co
                                    const std::string& serviceHost)
     : screen_(screen), folder_(std::move(folder)) {
   machine_.userDefaults->setValue(kServiceHostDefault, serviceHost);
+  machine_.userDefaults->setValue(kCheckedDevicesDefault,
+                                  std::string("AA:BB:CC:DD:EE:FF\nHeadphones Wired Headphones\n"));
   start(profile);
 }
 

@@ -62,6 +62,7 @@ class ScreenshotScript {
 
   bool sees(const QString& text) const;
 
+  SimulatedUserDefaults& settings() { return *machine_.userDefaults; }
   SimulatedAudioSession& devices() { return *machine_.audioSession; }
   HostApplication& host() { return *host_; }
   ScreenListener& listener() { return *listener_; }

@@ -11,6 +11,7 @@
 #include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
 
 #include "hearing-app-tools/SimulatedHost.h"
+#include "hearing-app/CheckedDevices.h"
 
 namespace orn {
 namespace {
@@ -47,6 +48,7 @@ class Walk {
   void all() {
     profile();
     selection();
+    channelChecks();
     audiometerTest();
     earphoneTest();
     interruptedTests();
@@ -103,6 +105,39 @@ class Walk {
   static void plugAudiometer(ScreenshotScript& script) {
     script.devices().plugAudiometer("KV60S", "AA:BB:CC:DD:EE:FF");
     script.run(1);
+  }
+
+  void channelChecks() {
+    const QString left = QStringLiteral("左"), right = QStringLiteral("右"), nothing = QStringLiteral("没听到");
+    const std::pair<const char*, std::vector<QString>> findings[] = {{"check-fine", {right, left}},
+                                                                     {"check-swapped", {left, right}},
+                                                                     {"check-mixed", {QStringLiteral("两侧"), left}},
+                                                                     {"check-silent", {nothing, nothing}}};
+    for (const auto& [name, answers] : findings) {
+      ScreenshotScript script = openUnchecked(kEarphones);
+      script.shoot("check");
+      script.press(QStringLiteral("开始检查"));
+      script.shoot("check-question");
+      for (const QString& one : answers) script.press(one);
+      script.shoot(name);
+    }
+    ScreenshotScript script = openUnchecked(kAudiometer);
+    script.shoot("check-audiometer");
+    script.press(QStringLiteral("开始检查"));
+    script.shoot("check-audiometer-question");
+  }
+
+  ScreenshotScript openUnchecked(const QString& device) {
+    ScreenshotScript script = open();
+    if (device == kEarphones) {
+      script.devices().plugEarphones();
+    } else {
+      plugAudiometer(script);
+    }
+    script.answerAll("[]");
+    script.settings().removeValue(kCheckedDevicesDefault);
+    script.press(device);
+    return script;
   }
 
   ScreenshotScript openTest(const QString& device) {
@@ -245,6 +280,9 @@ class Walk {
     ScreenshotScript script(screen_, folder_, sampleProfile(), "");
     script.open();
     script.shoot("service-not-set");
+    script.type(QStringLiteral("服务器地址"), QStringLiteral("http://hearing.example.com/user"));
+    script.press(QStringLiteral("确定"));
+    script.shoot("service-wrong");
   }
 
   const PhoneScreen screen_;

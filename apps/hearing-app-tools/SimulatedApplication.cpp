@@ -33,9 +33,11 @@ void placeBeside(const QWidget& window, QWidget& panel) {
 
 }  // namespace
 
-int runSimulated(const std::function<void(const Platform&)>& begin, bool endsAtFirstFrame) {
+int runSimulated(const std::function<void(const Platform&)>& begin, const std::function<void()>& onOtherMode,
+                 bool endsAtFirstFrame) {
   SimulatedHost simulated(std::make_shared<QtRunLoop>());
-  HostApplication application(simulated.platform(), sampleProfile());
+  HostApplication application(simulated.platform(), sampleProfile(), Mode::Simulation);
+  application.onOtherMode = onOtherMode;
   ScreenListener listener(*simulated.machine().audioOutput, application, sampleListener());
   std::optional<SimulationPanel> panel;
   std::exception_ptr failure;  // carried past the event loop, which nothing may be thrown through

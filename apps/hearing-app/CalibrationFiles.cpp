@@ -14,8 +14,8 @@ bool isOfEarphones(const std::string& name) { return name == earphoneCacheName(k
 
 /// Where there is no service, the result of a test could never be kept.
 bool isUsable(const std::vector<std::uint8_t>& reply) {
-  return !noticeOfMissingHost() && isCalibration(OutputPath::Audiometer, std::string(reply.begin(), reply.end()),
-                                                 ORNHearingTestViewController::testedHzs());
+  return isServiceHostSet() && isCalibration(OutputPath::Audiometer, std::string(reply.begin(), reply.end()),
+                                             ORNHearingTestViewController::testedHzs());
 }
 
 }  // namespace

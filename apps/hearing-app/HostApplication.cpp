@@ -7,21 +7,26 @@
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QAbstractButton>
 
-#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
+#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
+#include <ORNHearingTestSDK/results/ServiceHost.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
+#include <ORNHearingTestSDK/screens/ChannelCheckScreen.h>
 #include <ORNHearingTestSDK/screens/NavigationController.h>
 #include <ORNHearingTestSDK/screens/NavigationWindow.h>
 #include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
 #include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
 
 #include "hearing-app/CalibrationFiles.h"
+#include "hearing-app/CheckedDevices.h"
 #include "hearing-app/ClosingDelay.h"
 #include "hearing-app/FirstFrame.h"
 #include "hearing-app/ProfileScreen.h"
 #include "hearing-app/ResultKeeper.h"
 #include "hearing-app/ServiceNotices.h"
 #include "hearing-app/ServiceReplies.h"
+#include "hearing-app/ServiceScreen.h"
+#include "hearing-app/SimulationBanner.h"
 #include "hearing-app/WatchedURLSession.h"
 
 namespace orn {
@@ -36,9 +41,15 @@ std::optional<std::string> setting(const char* key) {
   return text && !text->empty() ? std::optional(*text) : std::nullopt;
 }
 
+void keepHost(const std::string& host) {
+  UserDefaults& defaults = *Platform::current().userDefaults;
+  defaults.setValue(kServiceHostDefault, host);
+  defaults.synchronize();
+}
+
 }  // namespace
 
-HostApplication::HostApplication(Platform platform, const std::optional<Profile>& profile) {
+HostApplication::HostApplication(Platform platform, const std::optional<Profile>& profile, Mode mode) : mode_(mode) {
   platform.fileManager = std::make_shared<CalibrationFiles>(platform.fileManager);
   platform.urlSession = std::make_shared<WatchedURLSession>(
       platform.urlSession, platform.runLoop, judged, [this, life = std::weak_ptr(life_)](const URLRequest& request) {
@@ -50,8 +61,10 @@ HostApplication::HostApplication(Platform platform, const std::optional<Profile>
   if (profile) keepProfile(*profile);
   delegate_ = std::make_shared<ORNSelectTypeDelegate>();
   delegate_->buyButtonClick = [this](QWidget*) { openShop(); };
+  delegate_->shouldPresentTest = [this](const auto& test) { return !offersCheck(test); };
   window_ = std::make_unique<NavigationWindow>();
-  window_->setWindowTitle(QStringLiteral("听力测试"));
+  window_->setWindowTitle(mode == Mode::Real ? QStringLiteral("听力测试") : QStringLiteral("听力测试（模拟演示）"));
+  if (mode == Mode::Simulation) new SimulationBanner(*window_);
   delayClosing();
 }
 
@@ -66,45 +79,103 @@ HostApplication::~HostApplication() {
 }
 
 void HostApplication::open(const std::function<void()>& whenShown) {
-  if (isProfileKept()) {
-    openSelection();
-  } else {
+  // A simulation's service comes once the window shows.
+  if (mode_ == Mode::Real && !isServiceHostSet()) {
+    askForService();
+  } else if (!isProfileKept()) {
     askForProfile();
+  } else {
+    openSelection();
   }
   window_->show();
   afterFirstFrame(*window_, [this, whenShown] {
     if (whenShown) whenShown();
-    if (isProfileKept()) meetService();
+    if (selection_) meetService();
   });
 }
 
-void HostApplication::askForProfile() {
+std::shared_ptr<ServiceScreen> HostApplication::makeServiceScreen() {
+  const auto screen = ServiceScreen::initWithHost(setting(kServiceHostDefault).value_or(""));
+  if (onOtherMode) screen->onSimulation = [this] { onOtherMode(); };
+  return screen;
+}
+
+void HostApplication::askForService() {
+  const auto screen = makeServiceScreen();
+  screen->onDone = [this, weak = std::weak_ptr(screen)](const std::string& host) {
+    keepHost(host);
+    const auto asked = weak.lock();
+    if (!isProfileKept()) return askForProfile(asked->navigationController());
+    goOn();
+    asked->dismiss();
+  };
+  window_->present(NavigationController::initWithRootViewController(screen), window_->navigation());
+}
+
+/// Over the question before it, which can be gone back to.
+void HostApplication::askForProfile(const std::shared_ptr<NavigationController>& before) {
   const auto screen = ProfileScreen::init();
   screen->onDone = [this, weak = std::weak_ptr(screen)](const Profile& profile) {
     keepProfile(profile);
-    openSelection();
-    meetService();
+    goOn();
     if (const auto asked = weak.lock()) asked->dismiss();
   };
+  if (before) return before->push(screen);
   window_->present(NavigationController::initWithRootViewController(screen), window_->navigation());
+}
+
+/// Everything has been asked.
+void HostApplication::goOn() {
+  openSelection();
+  meetService();
 }
 
 void HostApplication::openSelection() {
   selection_ = ORNSelectTypeViewController::init();
   selection_->setDelegate(delegate_);
-  selection_->showSelectTypeViewControllerByNavigation(window_->navigation(), std::nullopt, {},
+  std::optional<QString> left;
+  Screen::Action leftAction;
+  if (mode_ == Mode::Real) {
+    left = QStringLiteral("服务器");
+    leftAction = [this] { changeService(); };
+  } else if (onOtherMode) {
+    left = QStringLiteral("退出演示");
+    leftAction = [this] { onOtherMode(); };
+  }
+  selection_->showSelectTypeViewControllerByNavigation(window_->navigation(), left, leftAction,
                                                        QStringLiteral("测试记录"), [weak = std::weak_ptr(selection_)] {
                                                          if (const auto screen = weak.lock()) screen->gotolishi();
                                                        });
 }
 
+void HostApplication::changeService() {
+  const auto screen = makeServiceScreen();
+  screen->onDone = [this, weak = std::weak_ptr(screen)](const std::string& host) {
+    keepHost(host);
+    weak.lock()->dismiss();
+    meetService();
+  };
+  window_->navigation()->push(screen);
+}
+
+/// In a simulation there is nothing to hear.
+bool HostApplication::offersCheck(const std::shared_ptr<ORNHearingTestViewController>& test) {
+  const auto session = std::dynamic_pointer_cast<ORNManualHearingTest>(test->test());
+  if (!session || mode_ == Mode::Simulation) return false;
+  const std::string device = deviceOf(*session);
+  if (isDeviceChecked(device)) return false;
+  const auto check = ChannelCheckScreen::initWithTest(*session);
+  check->onDone = [test, device, weak = std::weak_ptr(check)](std::optional<ChannelFinding> finding) {
+    if (finding != ChannelFinding::Silent) keepCheckedDevice(device);
+    if (const auto asked = weak.lock()) asked->navigationController()->push(test);
+  };
+  selection_->present(NavigationController::initWithRootViewController(check));
+  return true;
+}
+
 void HostApplication::meetService() {
-  if (const auto notice = noticeOfMissingHost()) {
-    say(*notice);
-  } else {
-    registerProfile();
-    offerUnsentResults();
-  }
+  registerProfile();
+  offerUnsentResults();
 }
 
 void HostApplication::registerProfile() {

@@ -17,35 +17,47 @@ class QAbstractButton;
 namespace orn {
 
 class ClosingDelay;
+class NavigationController;
 class NavigationWindow;
 class ORNHearingTest;
+class ORNHearingTestViewController;
 class ORNSelectTypeViewController;
 class ResultKeeper;
+class ServiceScreen;
 struct ORNSelectTypeDelegate;
 
 /// The settings that this application adds to the library's.
 inline constexpr auto kShopURLDefault = "SHOPURL";  ///< http or https
 
+/// Whether an application works on a real machine and a real service, or on simulated ones, which it then says for as
+/// long as it is there.
+enum class Mode { Real, Simulation };
+
 /// The application: its window with the device selection, the way to the history and to the shop, and what the user is
-/// told of the service. Main thread, after the QApplication.
+/// told of the service. It asks for what it needs first: the service's address and a profile; and before the first test
+/// of a device it offers a check of its channels. Main thread, after the QApplication.
 ///
 /// What a host developer minds besides: which replies of the service are good for a test (judged()) and which cached
 /// ones (CalibrationFiles), and that no result is lost (ResultKeeper, ClosingDelay).
 class HostApplication {
  public:
   /// Puts the platform in force for its life. A given profile is registered without asking for one.
-  explicit HostApplication(Platform platform, const std::optional<Profile>& profile = {});
+  explicit HostApplication(Platform platform, const std::optional<Profile>& profile = {}, Mode mode = Mode::Real);
   ~HostApplication();
   HostApplication(const HostApplication&) = delete;
   HostApplication& operator=(const HostApplication&) = delete;
 
-  /// Shows the window: the device selection, or first the question for a profile where there is none. Once it has been
-  /// painted, calls an action, and then meets the service, whose first request takes its time.
+  /// Shows the window: the device selection, or first the questions for the service and for a profile where there is
+  /// none. Once it has been painted, calls an action, and then meets the service, whose first request takes its time.
   void open(const std::function<void()>& whenShown = {});
+
+  /// The user wants to see the other mode: the simulation, or the real application again. Without it neither is
+  /// offered.
+  std::function<void()> onOtherMode;
 
   NavigationWindow& window() const { return *window_; }
 
-  /// Null while the profile is asked for.
+  /// Null while the service or the profile is asked for.
   const std::shared_ptr<ORNSelectTypeViewController>& selection() const { return selection_; }
 
   /// The session of the test that is shown or was shown last; null if there was none.
@@ -57,8 +69,13 @@ class HostApplication {
  private:
   struct Life {};  // what calls that come later look for
 
-  void askForProfile();
+  std::shared_ptr<ServiceScreen> makeServiceScreen();
+  void askForService();
+  void askForProfile(const std::shared_ptr<NavigationController>& before = {});
+  void goOn();
   void openSelection();
+  void changeService();
+  bool offersCheck(const std::shared_ptr<ORNHearingTestViewController>& test);
   void meetService();
   void registerProfile();
   void openShop();
@@ -67,6 +84,7 @@ class HostApplication {
   void delayClosing();
   void say(const QString& message);
 
+  const Mode mode_;
   std::shared_ptr<Life> life_ = std::make_shared<Life>();
   std::shared_ptr<ResultKeeper> results_;
   std::unique_ptr<NavigationWindow> window_;

@@ -13,25 +13,12 @@
 #include <ORNHearingTestSDK/results/UserProfile.h>
 #include <ORNHearingTestSDK/screens/ORNScreenUtils.h>
 
+#include "hearing-app/Form.h"
+
 namespace orn {
 namespace {
 
-constexpr int kMargin = 24;
-constexpr int kWidest = 480;
-
-// The colours of the screens.
-constexpr auto kStyle =
-    "#profile { background: white; }"
-    "QLabel, QRadioButton { color: #555555; }"
-    "QLineEdit { border: 1px solid #d8dcda; border-radius: 8px; padding: 9px 10px; background: white; color: black;"
-    " selection-background-color: #178a69; }"
-    "QLineEdit:focus { border: 2px solid #178a69; padding: 8px 9px; }"
-    "QRadioButton::indicator { width: 16px; height: 16px; border-radius: 9px; border: 1px solid #8f9a96; }"
-    "QRadioButton::indicator:checked { border: 5px solid #178a69; width: 8px; height: 8px; }"
-    "QRadioButton:focus { color: #178a69; text-decoration: underline; }"
-    "QPushButton { border: none; border-radius: 10px; padding: 12px; background: #178a69; color: white; }"
-    "QPushButton:pressed, QPushButton:focus { background: #0f6b51; }"
-    "#complaint { color: #b3261e; }";
+constexpr int kLongestText = 60;
 
 /// Eight digits, with or without marks between year, month and day.
 QDate dateOf(const QString& text) {
@@ -49,25 +36,6 @@ bool isPhone(const QString& text) {
   return form.match(text.trimmed()).hasMatch();
 }
 
-void addText(QVBoxLayout* column, const QString& text, int size) {
-  auto* label = new QLabel(text);
-  label->setFont(ORNScreenUtils::systemFontOfSize(size));
-  label->setWordWrap(true);
-  column->addWidget(label);
-}
-
-QLineEdit* addField(QVBoxLayout* column, const QString& title, const QString& hint) {
-  addText(column, title, 14);
-  auto* field = new QLineEdit;
-  field->setFont(ORNScreenUtils::systemFontOfSize(16));
-  field->setPlaceholderText(hint);
-  field->setAccessibleName(title);
-  field->setMaxLength(60);
-  column->addWidget(field);
-  column->addSpacing(6);
-  return field;
-}
-
 }  // namespace
 
 ProfileScreen::ProfileScreen() = default;
@@ -79,17 +47,8 @@ QWidget* ProfileScreen::firstFocus() const { return name_; }
 
 void ProfileScreen::viewDidLoad() {
   setTitle(QStringLiteral("个人资料"));
-  view()->setObjectName(QStringLiteral("profile"));
-  view()->setAttribute(Qt::WA_StyledBackground);
-  view()->setStyleSheet(QString::fromLatin1(kStyle));
-  auto* form = new QWidget;
-  form->setMaximumWidth(kWidest);
-  auto* middle = new QHBoxLayout(view());
-  middle->setContentsMargins(kMargin, topBars() + kMargin, kMargin, kMargin);
-  middle->addWidget(form);
-  auto* column = new QVBoxLayout(form);
-  column->setContentsMargins(0, 0, 0, 0);
-  addText(column, QStringLiteral("结果的评分与年龄和性别有关，测试记录按用户保存。只需填写一次。"), 14);
+  QVBoxLayout* column = makeForm(view(), topBars());
+  addText(column, QStringLiteral("结果的评分与年龄和性别有关，测试记录按用户保存。只需填写一次。"));
   column->addSpacing(10);
   addFields(column);
   column->addStretch(1);
@@ -100,17 +59,11 @@ void ProfileScreen::addFields(QVBoxLayout* column) {
   addSexes(column);
   birthday_ = addField(column, QStringLiteral("出生日期"), QStringLiteral("例如 1980-03-05"));
   phone_ = addField(column, QStringLiteral("手机号码"), QStringLiteral("例如 13800000000"));
-  complaint_ = new QLabel;
-  complaint_->setObjectName(QStringLiteral("complaint"));
-  complaint_->setFont(ORNScreenUtils::systemFontOfSize(14));
-  column->addWidget(complaint_);
-  auto* button = new QPushButton(QStringLiteral("完成"));
-  button->setAutoDefault(true);
-  button->setFont(ORNScreenUtils::systemFontOfSize(16));
-  button->setAccessibleName(button->text());
-  column->addWidget(button);
+  complaint_ = addComplaint(column);
+  QPushButton* button = addButton(column, QStringLiteral("完成"));
   QObject::connect(button, &QPushButton::clicked, view(), [this] { done(); });
   for (QLineEdit* one : {name_.data(), birthday_.data(), phone_.data()}) {
+    one->setMaxLength(kLongestText);
     QObject::connect(one, &QLineEdit::returnPressed, view(), [this] { done(); });
     QObject::connect(one, &QLineEdit::textEdited, complaint_, &QLabel::clear);
   }
@@ -120,7 +73,7 @@ void ProfileScreen::addFields(QVBoxLayout* column) {
 }
 
 void ProfileScreen::addSexes(QVBoxLayout* column) {
-  addText(column, QStringLiteral("性别"), 14);
+  addText(column, QStringLiteral("性别"));
   auto* row = new QHBoxLayout;
   man_ = new QRadioButton(QStringLiteral("男"));
   woman_ = new QRadioButton(QStringLiteral("女"));

@@ -1,7 +1,7 @@
 #include "hearing-app/ServiceNotices.h"
 
+#include <ORNHearingTestSDK/common/DefaultsReading.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
-#include <ORNHearingTestSDK/platform/UserDefaults.h>
 #include <ORNHearingTestSDK/results/ServiceHost.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 
@@ -13,8 +13,9 @@ bool isUnreachable(const Error& error) { return error.domain == "transport"; }
 }  // namespace
 
 QString noticeOfCalibration(const Error& error) {
-  return isUnreachable(error) ? QStringLiteral("连接不上测听服务器，无法获取设备的校准数据。请检查网络后再试。")
-                              : QStringLiteral("测听服务器没有这台设备的校准数据，无法测试。");
+  return isUnreachable(error)
+             ? QStringLiteral("连接不上测听服务器，无法获取设备的校准数据。请检查网络和服务器地址后再试。")
+             : QStringLiteral("测听服务器没有这台设备的校准数据，无法测试。");
 }
 
 QString noticeOfRegistration(const Error& error) {
@@ -30,11 +31,9 @@ QString noticeOfSubmission(const Error& error, bool isKept) {
   return why + (isKept ? QStringLiteral("，下次打开时可以再提交。") : QStringLiteral("。"));
 }
 
-std::optional<QString> noticeOfMissingHost() {
-  const auto value = Platform::current().userDefaults->value(kServiceHostDefault);
-  const auto* host = value ? std::get_if<std::string>(&*value) : nullptr;
-  if (host && !complaintAboutServiceHost(*host)) return std::nullopt;
-  return QStringLiteral("还没有设置测听服务器，无法测试。\n请用 --host 服务器地址 打开一次，以后会记住。");
+bool isServiceHostSet() {
+  const auto host = textValue(Platform::current().userDefaults->value(kServiceHostDefault));
+  return host && !complaintAboutServiceHost(*host);
 }
 
 }  // namespace orn

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include <QtCore/QString>
 
 #include <ORNHearingTestSDK/platform/URLSession.h>
@@ -16,7 +14,7 @@ QString noticeOfRegistration(const Error& error);
 /// A result that is kept can be submitted later.
 QString noticeOfSubmission(const Error& error, bool isKept);
 
-/// Nothing where a host is set that a request can be sent to.
-std::optional<QString> noticeOfMissingHost();
+/// Whether a host is set that a request can be sent to.
+bool isServiceHostSet();
 
 }  // namespace orn

@@ -14,6 +14,7 @@
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 
 #include "EndingSignals.h"
+#include "hearing-app/ChineseFont.h"
 #include "hearing-app/HostApplication.h"
 #include "hearing-app/OtherModes.h"
 #include "hearing-app/QuitSignals.h"
@@ -50,6 +51,8 @@ void keepSettings(const orn::Platform& machine, const Options& options) {
   machine.userDefaults->synchronize();
 }
 
+void toOtherMode() { QApplication::exit(orn::kOtherMode); }
+
 int fail(const std::exception& error) {
   std::fprintf(stderr, "hearing-app: %s\n", error.what());
   return 1;
@@ -59,8 +62,23 @@ int runReal(const Options& options) {
   const orn::Platform machine = orn::linuxPlatform(std::make_shared<orn::QtRunLoop>(), kIdentifier, kVersion);
   keepSettings(machine, options);
   orn::HostApplication application(machine);
+  application.onOtherMode = toOtherMode;
   application.open();
   return QApplication::exec();
+}
+
+/// No service but its own gets to see what is simulated.
+int runSimulated(const Options& options) {
+  return orn::runSimulated([&](const orn::Platform& machine) { keep(machine, orn::kShopURLDefault, options.shop); },
+                           toOtherMode, options.endsAtFirstFrame);
+}
+
+/// One mode after the other, each with a machine and a window of its own, until the user closes one.
+int runModes(const Options& options) {
+  for (bool simulates = options.simulates;; simulates = !simulates) {
+    const int code = simulates ? runSimulated(options) : runReal(options);
+    if (code != orn::kOtherMode) return code;
+  }
 }
 
 bool isSet(const char* variable) {
@@ -79,14 +97,15 @@ int run(int& argc, char** argv) {
   CLI::App app("The hearing test as an application: measure your hearing, see the audiogram, keep the records.",
                "hearing-app");
   Options options;
-  app.add_option("--host", options.host, "The service, as [https://]HOST[:PORT]; kept for the next time")
-      ->check(checkHost)
-      ->option_text("HOST[:PORT]");
+  auto* host = app.add_option("--host", options.host, "The service, as [https://]HOST[:PORT]; kept for the next time")
+                   ->check(checkHost)
+                   ->option_text("HOST[:PORT]");
   app.add_option("--shop", options.shop, "The page that sells audiometers; kept for the next time")
       ->check(checkWebPage)
       ->option_text("URL");
   auto* simulate = app.add_flag("--simulate", options.simulates,
-                                "Brings its own service, a simulated audiometer and earphones, and a panel for them");
+                                "Brings its own service, a simulated audiometer and earphones, and a panel for them")
+                       ->excludes(host);
   app.add_flag("--end-at-first-frame", options.endsAtFirstFrame)->needs(simulate)->group("");  // for measurements
   app.add_option("--screenshots", options.screenshots, "Saves every screen and dialog as PNG in this folder, and ends")
       ->option_text("DIR")
@@ -102,9 +121,11 @@ int run(int& argc, char** argv) {
   QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(QString::fromLatin1(kIdentifier));  // whose icon the desktop shows
   const orn::QuitSignals quitSignals;
-  if (!options.simulates) return runReal(options);
-  return orn::runSimulated([&](const orn::Platform& machine) { keepSettings(machine, options); },
-                           options.endsAtFirstFrame);
+  if (!orn::hasChineseFont()) {
+    orn::sayThatChineseFontIsMissing();
+    return 1;
+  }
+  return runModes(options);
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QtCore/QFile>
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QTextBrowser>
@@ -30,6 +33,12 @@ using std::chrono::seconds;
 
 const QString kRows[] = {"听力检测仪", "推荐耳机"};
 const QString kReady = "准备好了，开始测试";
+
+/// The user has checked their channels before.
+void knowDevices(const SimulatedPlatform& machine) {
+  machine.userDefaults->setValue("CHECKEDDEVICES", std::string("AA:BB:CC:DD:EE:FF\nHeadphones Wired Headphones\n"));
+}
+
 struct ApplicationHands : Hands {
   explicit ApplicationHands(HostApplication& application) : host(application) {}
   NavigationWindow& shown() const override { return host.window(); }
@@ -37,7 +46,7 @@ struct ApplicationHands : Hands {
 };
 
 struct Application : SimulatedHost {
-  Application() : service(startService()) {}
+  Application() : service(startService()) { knowDevices(machine()); }
   void run() {
     machine().virtualTime->runFor(seconds(2));
     Hands::settle();
@@ -174,8 +183,115 @@ TEST(ApplicationProfile, IsAskedForOnceAndSentUntilTheServiceHasIt) {
   }
   machine.machine().userDefaults->setValue("SERVICEHOST", std::string("localhost:1"));
   EXPECT_TRUE(alertAtOpening({}).contains("您的资料还没有登记")) << "another service does not have it";
-  machine.machine().userDefaults->setValue("SERVICEHOST", std::string());
-  EXPECT_TRUE(alertAtOpening({}).contains("还没有设置测听服务器"));
+}
+
+TEST(ApplicationFirstUse, ASystemWithoutAFontForItsTextsIsToldInEnglish) {
+  QTemporaryDir folder;
+  for (const QString& fonts : {folder.path(), QString("/usr/share/fonts/truetype/dejavu")}) {
+    QFile settings(folder.filePath("fonts.conf"));
+    ASSERT_TRUE(settings.open(QFile::WriteOnly));
+    settings.write(QString("<fontconfig><dir>%1</dir></fontconfig>").arg(fonts).toUtf8());
+    settings.close();
+    QProcess app;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("FONTCONFIG_FILE", settings.fileName());
+    environment.insert("QT_LOGGING_RULES", "*=false");
+    for (const char* home : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"}) environment.insert(home, folder.path());
+    app.setProcessEnvironment(environment);
+    app.setReadChannel(QProcess::StandardError);
+    app.start(ORN_HEARING_APP, {"--simulate"});
+    QByteArray said;
+    while (!said.contains("apt install") && app.waitForReadyRead(20'000)) said += app.readAll();
+    EXPECT_TRUE(said.contains("hearing-app: This system has no font for Chinese")) << said.toStdString();
+    app.terminate();  // its window waits to be closed
+    EXPECT_TRUE(app.waitForFinished(20'000));
+    EXPECT_EQ(app.exitCode(), 1);
+  }
+}
+
+/// A machine on which nothing is set, and a service that it does not know of.
+struct NewMachine : SimulatedHost {
+  NewMachine() : address("127.0.0.1:" + std::to_string(startService().port())) { setHost(""); }
+  void setHost(const std::string& host) { machine().userDefaults->setValue("SERVICEHOST", host); }
+  std::optional<DefaultsValue> host() { return machine().userDefaults->value("SERVICEHOST"); }
+  void run() {
+    Hands::settle();
+    Hands::settle();
+    machine().virtualTime->runFor(seconds(2));
+    Hands::settle();
+  }
+  const std::string address;
+};
+
+TEST(ApplicationFirstUse, AsksForTheServiceAndAProfileAndLetsTheServiceBeChanged) {
+  NewMachine machine;
+  HostApplication host(machine.platform());
+  ApplicationHands hands(host);
+  const auto click = [&](const QString& name) { hands.click(name), machine.run(); };
+  const auto enter = [&](const QString& address) {
+    hands.type("服务器地址", address);
+    click("确定");
+  };
+  host.open();
+  machine.run();
+  EXPECT_EQ(hands.title(), "测听服务器");
+  EXPECT_FALSE(hands.button("看模拟演示")) << "where nobody can show one";
+  for (const char* wrong : {"", " ", "http://service.example", "service.example/user", "a b", "https://"}) {
+    enter(wrong);
+    EXPECT_TRUE(hands.sees("请填写主机名") && hands.title() == "测听服务器") << wrong;
+    EXPECT_EQ(machine.host(), DefaultsValue(std::string()));
+  }
+  enter(" " + QString::fromStdString(machine.address) + " ");
+  EXPECT_EQ(machine.host(), DefaultsValue(machine.address));
+  EXPECT_EQ(hands.title(), "个人资料");
+  click("‹ 测听服务器");
+  click("确定");
+  click("女");
+  hands.type("出生日期", "2001-3-5");
+  hands.type("手机号码", "13800000000");
+  click("完成");
+  EXPECT_TRUE(hands.title() == "选择设备" && hands.alert().isEmpty()) << hands.alert().toStdString();
+  click("服务器");
+  enter("https://localhost:1");
+  EXPECT_EQ(machine.host(), DefaultsValue(std::string("https://localhost:1")));
+  EXPECT_TRUE(hands.title() == "选择设备" && hands.sees("连接不上测听服务器，您的资料还没有登记"));
+}
+
+TEST(ApplicationFirstUse, LeadsToASimulationThatSaysSoThroughoutAndBack) {
+  int changes = 0;
+  {
+    NewMachine machine;
+    HostApplication host(machine.platform());
+    ApplicationHands hands(host);
+    host.onOtherMode = [&] { ++changes; };
+    host.open();
+    machine.run();
+    hands.click(QString("看模拟演示"));
+    EXPECT_EQ(changes, 1);
+  }
+  NewMachine machine;  // whose service begins once the window shows
+  HostApplication host(machine.platform(), sampleProfile(), Mode::Simulation);
+  ApplicationHands hands(host);
+  host.onOtherMode = [&] { ++changes; };
+  host.open([&] { machine.setHost(machine.address); });
+  machine.run();
+  const auto isMarked = [&] {
+    return hands.sees("模拟演示 · 不是真实的听力测试") &&
+           hands.shown().grab().toImage().pixelColor(3, 3) == QColor(0xfc, 0x64, 0x00);
+  };
+  EXPECT_TRUE(isMarked() && hands.title() == "选择设备");
+  EXPECT_TRUE(hands.shown().windowTitle().contains("模拟演示"));
+  machine.plugAudiometer();
+  machine.run();
+  hands.click(kRows[0]);
+  machine.run();
+  EXPECT_TRUE(isMarked() && hands.button(kReady)) << "there is no sound to check";
+  hands.click(kReady);
+  machine.run();
+  host.selection()->testVC()->dismiss();
+  machine.run();
+  hands.click(QString("退出演示"));
+  EXPECT_EQ(changes, 2);
 }
 
 TEST(ApplicationShop, OpensAWebPageOrSaysWhyNot) {
@@ -202,6 +318,7 @@ struct ScriptedApplication {
   explicit ScriptedApplication(int testedRow) : row(testedRow) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     machine.userDefaults->setValue("SERVICEHOST", std::string("service.example"));
+    knowDevices(machine);
     answer("", R"({"rspCode":0})");
     answer(kCalibration, replyOf(row));
     open(sampleProfile());
@@ -265,6 +382,48 @@ struct ScriptedApplication {
   std::unique_ptr<HostApplication> host;
   std::unique_ptr<ApplicationHands> hands;
 };
+
+/// What comes out of the output within a second, by ear.
+QString heardFrom(SimulatedPlatform& machine) {
+  const auto isHeard = std::make_shared<std::array<bool, 2>>();
+  machine.audioOutput->addListener([isHeard](std::int64_t, std::span<const std::int16_t> samples) {
+    for (std::size_t i = 0; i < samples.size(); ++i) (*isHeard)[i % 2] = (*isHeard)[i % 2] || samples[i] != 0;
+  });
+  machine.virtualTime->runFor(seconds(1));
+  Hands::settle();
+  if ((*isHeard)[0] && (*isHeard)[1]) return "有声音";
+  return (*isHeard)[0] ? "左" : (*isHeard)[1] ? "右" : "没听到";
+}
+
+TEST_P(ApplicationPaths, TheChannelsOfADeviceAreCheckedBeforeItsFirstTestOnly) {
+  ScriptedApplication app(GetParam());
+  app.machine.userDefaults->removeValue("CHECKEDDEVICES");
+  const auto opens = [&](const QString& title) {
+    app.click(kRows[app.row]);
+    return app.hands->title() == title;
+  };
+  const auto answer = [&](bool isHeard) {
+    app.click("开始检查");
+    while (app.hands->button("再听一次")) app.hands->click(isHeard ? heardFrom(app.machine) : QString("没听到"));
+  };
+  EXPECT_TRUE(opens("声音检查"));
+  app.click("取消");
+  EXPECT_TRUE(opens("声音检查")) << "not done yet";
+  answer(false);
+  app.click("仍然进入测试");
+  app.host->selection()->testVC()->dismiss();
+  app.run(1);
+  EXPECT_TRUE(opens("声音检查")) << "nothing was heard last time";
+  answer(true);
+  app.click("进入测试");
+  app.click(kReady);
+  app.runUntil("右耳测试结束");
+  app.host->selection()->testVC()->dismiss();
+  app.run(1);
+  EXPECT_TRUE(opens("右耳测试"));
+  app.open();
+  EXPECT_TRUE(opens("右耳测试")) << "also after another start";
+}
 
 /// A good reply without one record, or without its value at 500 Hz.
 std::string incomplete(int row, int record, bool isWhole) {
@@ -432,6 +591,7 @@ TEST_P(ApplicationPaths, ClosingTheWindowEndsATestAtAnyMoment) {
 struct SoundApplication {
   explicit SoundApplication(const std::shared_ptr<RunLoop>& loop) : others(loop) {
     others.startService();
+    knowDevices(others.machine());
     server.addSpeaker();
     server.setDefault("audiometer");
     server.control("set-sink-volume audiometer 21% 64%");

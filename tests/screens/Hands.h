@@ -58,10 +58,13 @@ struct Hands {
     SCOPED_TRACE(buttonName.toStdString());
     click(button(buttonName));
   }
+  /// In the place of what is there.
   void type(const QString& field, const QString& text) {
     for (QLineEdit* one : shown().findChildren<QLineEdit*>()) {
       if (!one->isVisible() || one->accessibleName() != field) continue;
       click(one);
+      one->selectAll();
+      QTest::keyClick(one, Qt::Key_Delete);
       QTest::keyClicks(one, text);
     }
   }

@@ -1,0 +1,151 @@
+// The check before a test finds what is wrong between the output and the ears, by what really comes out.
+
+#include <algorithm>
+#include <cstdlib>
+#include <functional>
+#include <gmock/gmock.h>
+
+#include <ORNHearingTestSDK/engine/ChannelCheck.h>
+
+#include "SessionScript.h"
+
+namespace orn {
+namespace {
+
+using enum ChannelAnswer;
+using Path = SessionScript::Path;
+
+/// Loudest samples of a span, left and right.
+struct Loudness {
+  int left = 0, right = 0;
+};
+
+/// A person with earphones on, whose wires may be wrong.
+struct Listener {
+  explicit Listener(Path path) {
+    Platform::setCurrent(machine.platform());
+    session = ORNManualHearingTest::init();
+    for (const auto set :
+         {&ORNManualHearingTest::setLeftVolume, &ORNManualHearingTest::setRightVolue, &ORNManualHearingTest::setAb}) {
+      ((*session).*set)(SessionScript::record("-60"));
+    }
+    if (path == SessionScript::Audiometer) session->setKV50MAC(std::optional<std::string>("AA:BB:CC:DD:EE:FF"));
+    machine.audioOutput->addListener([this](std::int64_t, std::span<const std::int16_t> samples) {
+      for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
+        heard.left = std::max(heard.left, std::abs(samples[i]));
+        heard.right = std::max(heard.right, std::abs(samples[i + 1]));
+      }
+    });
+  }
+  ~Listener() {
+    session.reset();
+    Platform::clearCurrent();
+  }
+  Loudness listen(double seconds) {
+    heard = {};
+    machine.virtualTime->runFor(std::chrono::milliseconds(std::lround(seconds * 1000)));
+    return heard;
+  }
+
+  SimulatedPlatform machine;
+  std::shared_ptr<ORNManualHearingTest> session;
+  Loudness heard;
+};
+
+ChannelAnswer answerTo(const Loudness& heard) {
+  if (heard.left > 0 && heard.right > 0) return Both;
+  if (heard.left > 0) return Left;
+  return heard.right > 0 ? Right : Nothing;
+}
+
+TEST(ChannelCheck, FindsWhatTheWiresDo) {
+  using Wires = std::function<Loudness(Loudness)>;
+  const auto straight = [](Loudness out) { return out; };
+  const auto swapped = [](Loudness out) { return Loudness{out.right, out.left}; };
+  const auto mono = [](Loudness out) { return Loudness{out.left + out.right, out.left + out.right}; };
+  const auto toOneEar = [](Loudness out) { return Loudness{out.left + out.right, 0}; };
+  const auto oneDead = [](Loudness out) { return Loudness{out.left, 0}; };
+  const auto dead = [](Loudness) { return Loudness{}; };
+  using enum ChannelFinding;
+  const std::tuple<Path, Wires, ChannelFinding> table[] = {
+      {Path::Earphones, straight, Fine},  {Path::Earphones, swapped, Swapped}, {Path::Earphones, mono, Mixed},
+      {Path::Earphones, toOneEar, Mixed}, {Path::Earphones, oneDead, Silent},  {Path::Earphones, dead, Silent},
+      {Path::Audiometer, straight, Fine}, {Path::Audiometer, swapped, Fine},   {Path::Audiometer, dead, Silent}};
+  for (const auto& [path, wires, finding] : table) {
+    Listener listener(path);
+    ChannelCheck check(*listener.session);
+    EXPECT_EQ(check.tellsEarsApart(), path == Path::Earphones);
+    for (int round = 0; round < 2; ++round, check.startAgain()) {
+      while (!check.finding()) {
+        EXPECT_FALSE(check.answer(Both)) << "nothing was played yet";
+        ASSERT_EQ(check.play(), std::nullopt);
+        const ChannelAnswer heard = answerTo(wires(listener.listen(1)));
+        ASSERT_TRUE(check.answer(heard));
+      }
+      EXPECT_EQ(check.finding(), finding);
+    }
+  }
+}
+
+TEST(ChannelCheck, IsAsLoudAsTheTestsOwnToneAndLeavesNothingOfItBehind) {
+  for (const Path path : {Path::Earphones, Path::Audiometer}) {
+    Listener listener(path);
+    listener.session->startTest(false);
+    listener.session->playAtHz("1000hz", "60db");
+    const int tests = listener.listen(2).right;
+    listener.session->pauseTest();
+    ChannelCheck check(*listener.session);
+    check.play();
+    EXPECT_EQ(listener.listen(2).right, tests);
+    listener.listen(0.7);
+    EXPECT_EQ(answerTo(listener.listen(5)), Nothing) << "a tone ends by itself";
+    check.play();
+    listener.listen(1);
+    ASSERT_TRUE(check.answer(Right));
+    EXPECT_EQ(answerTo(listener.listen(1)), Nothing) << "at the answer";
+    check.play();
+    listener.listen(1);
+    check.stop();
+    const auto next = ORNManualHearingTest::init();
+    next->setKV50MAC(listener.session->KV50MAC());
+    next->startTest(false);
+    EXPECT_EQ(answerTo(listener.listen(5)), Nothing) << "in the queue of the test that follows";
+    EXPECT_TRUE(listener.session->rightEarTestResultArray().empty());
+  }
+}
+
+TEST(ChannelCheck, NoAnswerCountsForAToneThatDidNotSoundWhole) {
+  using Output = SimulatedAudioOutput;
+  const std::pair<void (Output::*)(bool), bool> losses[] = {{&Output::setDevicePresent, false},
+                                                            {&Output::setHeldBack, true}};
+  for (const Path path : {Path::Earphones, Path::Audiometer}) {
+    for (const auto& [set, isLost] : losses) {
+      Listener listener(path);
+      Output& output = *listener.machine.audioOutput;
+      ChannelCheck check(*listener.session);
+      (output.*set)(isLost);
+      EXPECT_EQ(check.play(), ToneMissingReason::Output);
+      EXPECT_FALSE(check.answer(Nothing)) << "never started";
+      (output.*set)(!isLost);
+      for (const double length : {1.0, 4.0}) {  // answered while it is due to sound, and after that
+        ASSERT_EQ(check.play(), std::nullopt);
+        listener.listen(0.5);
+        (output.*set)(isLost);
+        listener.listen(length);
+        EXPECT_FALSE(check.answer(Nothing)) << "lost in the middle";
+        (output.*set)(!isLost);
+      }
+      ASSERT_EQ(check.play(), std::nullopt);
+      listener.listen(4);
+      (output.*set)(isLost);
+      EXPECT_TRUE(check.answer(Right)) << "lost after its end";
+    }
+    Listener listener(path);
+    listener.session->setAb(nullptr);
+    listener.session->setRightVolue(nullptr);
+    EXPECT_EQ(ChannelCheck(*listener.session).play(), ToneMissingReason::Calibration);
+  }
+}
+
+}  // namespace
+}  // namespace orn
