@@ -80,6 +80,8 @@ QString buttonStyle(bool isFirst, bool isLast, bool areBeside) {
 
 AlertView::AlertView(const Alert& alert, QWidget* parent)
     : QWidget(parent), card_(new QFrame(this)), cancelButton_(alert.cancelButton) {
+  new SpokenChildren(  // first, since a screen reader takes what it finds at the first word
+      this, [this] { return QWidgetList{card_}; }, QAccessible::AlertMessage);
   setAccessibleName(alert.title);
   setAccessibleDescription(alert.message);
   setFocusPolicy(Qt::StrongFocus);
@@ -100,8 +102,6 @@ AlertView::AlertView(const Alert& alert, QWidget* parent)
   middle->addWidget(card_, 0, Qt::AlignHCenter);
   addHint(middle);
   middle->addStretch(1);
-  new SpokenChildren(
-      this, [this] { return QWidgetList{card_}; }, QAccessible::AlertMessage);
 }
 
 void AlertView::addTexts(const Alert& alert, QBoxLayout* column) {

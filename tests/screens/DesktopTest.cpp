@@ -109,8 +109,8 @@ QStringList spoken() {
   QProcess reader;
   const auto read = [&] {
     reader.start(QStringLiteral(ORN_SPOKEN_TREE), {QStringLiteral("desktop_test")});
-    QTest::qWaitFor([&] { return reader.state() == QProcess::NotRunning; }, kPatience);
-    return reader.exitStatus() == QProcess::NormalExit && reader.exitCode() == 0;
+    return QTest::qWaitFor([&] { return reader.state() == QProcess::NotRunning; }, kPatience) &&
+           reader.exitStatus() == QProcess::NormalExit && reader.exitCode() == 0;
   };
   EXPECT_TRUE(QTest::qWaitFor(read, kPatience)) << "the application is on the bus";
   for (const QString& line : QString::fromUtf8(reader.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts)) {
@@ -128,7 +128,7 @@ TEST(Speech, TellsWhatIsSeenFromTheTopDown) {
   EXPECT_GE(selection.filter("听力检测仪").size(), 1);
   script.openTest(0);
   const QStringList instruction = spoken();
-  EXPECT_EQ(instruction.value(0), "alert|操作提示") << instruction.join('\n').toStdString();
+  EXPECT_TRUE(instruction.value(0).endsWith("|操作提示")) << instruction.join('\n').toStdString();
   EXPECT_EQ(instruction.filter("准备好了").size(), 1);
   EXPECT_EQ(instruction.filter("听力图").size() + instruction.filter("取消").size(), 0) << "beneath the alert";
   script.click("准备好了，开始测试");
