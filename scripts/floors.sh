@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Fails if a file includes another of a floor above its own or of another folder of its own floor, or if files include
-# each other in a circle. The floors are those of docs/ARCHITECTURE.md.
+# each other in a circle, or if a header that is installed includes one that is not. The floors are those of
+# docs/ARCHITECTURE.md.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -49,6 +50,14 @@ printf '%s\n' "${floors[@]}" | awk '
 
 if ! circle=$(tsort <<< "$edges" 2>&1 > /dev/null); then
   echo "files include each other in a circle: $circle" >&2
+  exit 1
+fi
+installed=$(find ORNHearingTestSDK -name CMakeLists.txt | while read -r list; do
+  sed -n '/^orn_headers(/,/)/p' "$list" | grep -oE '[A-Za-z./]+\.h' | sed "s|^|${list%/*}/|"
+done | xargs realpath --relative-to=. | sort -u)
+if hidden=$(grep -E '\.h [^ ]+$' <<< "$edges" | awk 'NR == FNR { listed[$1]; next } $1 in listed && !($2 in listed)' \
+  <(echo "$installed") - | grep .); then
+  echo "an installed header includes one that is not listed in its folder's orn_headers: $hidden" >&2
   exit 1
 fi
 echo "floors: $(wc -l <<< "$edges") includes, all downwards"

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <ORNHearingTestSDK/calibration/CalibrationFetch.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
 #include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/platform/AudioOutput.h>
@@ -36,7 +37,8 @@ std::span<const std::uint8_t> ORNManualHearingTest::playerGetData() { return str
 void ORNManualHearingTest::addItem(const Item& item, std::vector<Item>& forArray) { TestResults::add(item, forArray); }
 
 /// Records that arrive after the session has gone are of no use to anyone.
-CalibrationAssignment ORNManualHearingTest::taking(void (CalibrationRecords::*take)(const ORNDeviceCorrect&)) {
+std::function<void(const ORNDeviceCorrect&)> ORNManualHearingTest::taking(
+    void (CalibrationRecords::*take)(const ORNDeviceCorrect&)) {
   return [session = std::weak_ptr(self(this)), take](const ORNDeviceCorrect& reply) {
     if (const auto alive = session.lock()) ((*alive).*take)(reply);
   };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -8,7 +9,6 @@
 #include <vector>
 
 #include <ORNHearingTestSDK/audio/Player.h>
-#include <ORNHearingTestSDK/calibration/CalibrationFetch.h>
 #include <ORNHearingTestSDK/calibration/CalibrationRecords.h>
 #include <ORNHearingTestSDK/engine/AudiometerPath.h>
 #include <ORNHearingTestSDK/engine/EarphonePath.h>
@@ -160,7 +160,7 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   SoundPath& path();
   bool takesPresses() const { return !isEnded_ && !missingItem_; }
   HearingTestGrid& grid(std::optional<HearingTestGrid>& made, bool isLeft);
-  CalibrationAssignment taking(void (CalibrationRecords::*take)(const ORNDeviceCorrect&));
+  std::function<void(const ORNDeviceCorrect&)> taking(void (CalibrationRecords::*take)(const ORNDeviceCorrect&));
 
   std::vector<std::string> hzs_;
   std::optional<HearingTestGrid> manageLeftDictory_;
