@@ -24,18 +24,9 @@ constexpr std::chrono::seconds kLength{2};
 /// What the stream needs for its fade-out, which comes behind what is queued already.
 constexpr std::chrono::milliseconds kFadeOut{600};
 
-std::unique_ptr<SoundPath> pathOf(const ORNManualHearingTest& session) {
-  if (session.KV50MAC()) {
-    auto path = std::make_unique<AudiometerPath>();
-    path->ab = session.ab();
-    path->aabb = session.aabb();
-    path->xxyy = session.xxyy();
-    return path;
-  }
-  auto path = std::make_unique<EarphonePath>();
-  path->left = session.leftVolume();
-  path->right = session.rightVolue();
-  return path;
+std::unique_ptr<SoundPath> pathOf(const CalibrationRecords& records, bool isStream) {
+  if (isStream) return std::make_unique<AudiometerPath>(records);
+  return std::make_unique<EarphonePath>(records);
 }
 
 /// As a session's grid has it.
@@ -49,7 +40,7 @@ std::shared_ptr<ORNHearingTestItem> itemFor(bool isLeft) {
 class ChannelCheck::Tone final : public PlayerGetDataSouce, public std::enable_shared_from_this<Tone> {
  public:
   explicit Tone(const ORNManualHearingTest& session)
-      : path_(pathOf(session)), isStream_(session.KV50MAC().has_value()) {}
+      : records_(session), isStream_(session.KV50MAC().has_value()), path_(pathOf(records_, isStream_)) {}
 
   bool isStream() const { return isStream_; }
 
@@ -113,8 +104,9 @@ class ChannelCheck::Tone final : public PlayerGetDataSouce, public std::enable_s
     });
   }
 
-  const std::unique_ptr<SoundPath> path_;
+  const CalibrationRecords records_;
   const bool isStream_;
+  const std::unique_ptr<SoundPath> path_;
   ToneStream stream_;
   std::shared_ptr<ORNHearingTestItem> item_;  // null while nothing sounds
   int start_ = 0;
