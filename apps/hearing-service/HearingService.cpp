@@ -24,8 +24,6 @@ HttpReply bent(HttpReply reply, Kind kind) {
 
 }  // namespace
 
-HearingService::HearingService() : HearingService(ServiceOptions()) {}
-
 HearingService::HearingService(ServiceOptions options)
     : store_(options.database, [this, isEnding = std::move(options.isEnding)] { return isStopping_ || isEnding(); }),
       now_(std::move(options.now)),

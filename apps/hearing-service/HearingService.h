@@ -30,8 +30,7 @@ struct ServiceOptions {
 class HearingService {
  public:
   /// Throws std::runtime_error if it can't listen as told, or the database can't be had.
-  explicit HearingService(ServiceOptions options);
-  HearingService();
+  explicit HearingService(ServiceOptions options = {});
 
   /// Lets delayed replies go at once, and refuses what still waits for a database that another process holds.
   ~HearingService();
