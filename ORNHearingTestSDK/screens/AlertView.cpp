@@ -50,12 +50,14 @@ int evenWidth(const QString& text, const QFont& font, int most) {
 
 QLabel* makeText(const QString& text, const QFont& font) {
   auto* label = new QLabel(text);
-  label->setFixedWidth(evenWidth(text, font, kCardWidth - 2 * kTextMargin));
   label->setTextFormat(Qt::PlainText);
   label->setAlignment(Qt::AlignCenter);
   label->setWordWrap(true);
   label->setFont(font);
   label->setObjectName(QStringLiteral("alert"));
+  // Both, since a layout asks a text that is aligned in it for one line's height alone.
+  const int width = evenWidth(text, font, kCardWidth - 2 * kTextMargin);
+  label->setFixedSize(width, label->heightForWidth(width));
   return label;
 }
 
