@@ -32,8 +32,13 @@ struct Hands {
     return all;
   }
   QString title() const { return textsOf<QLabel>("title").join('|'); }
-  /// "title|message|button|..." of the alert on top; empty if there is none.
-  QString alert() const { return (textsOf<QLabel>("alert") + textsOf<QAbstractButton>("alert")).join('|'); }
+  /// "title|message|button|..." of the alert on top; empty if there is none. All of its texts is to be seen.
+  QString alert() const {
+    for (const QLabel* one : shown().findChildren<QLabel*>("alert")) {
+      EXPECT_TRUE(!one->isVisible() || one->height() >= one->heightForWidth(one->width())) << one->text().toStdString();
+    }
+    return (textsOf<QLabel>("alert") + textsOf<QAbstractButton>("alert")).join('|');
+  }
   QStringList texts() const { return textsOf<QLabel>(QString()); }
   bool sees(const QString& part) const { return texts().join('\n').contains(part); }
 
