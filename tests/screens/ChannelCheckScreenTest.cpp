@@ -1,5 +1,7 @@
 // The check before a test as a user meets it, who answers by what comes out of the output.
 
+#include <array>
+
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
 #include <ORNHearingTestSDK/screens/ChannelCheckScreen.h>
 
@@ -23,16 +25,18 @@ struct CheckedScreens : ScreensScript {
       return false;
     };
     select->setDelegate(host);
-    machine.audioOutput->addListener([this](std::int64_t, std::span<const std::int16_t> samples) {
-      for (std::size_t i = 0; i < samples.size(); ++i) heard[i % 2] = heard[i % 2] || samples[i] != 0;
+    // The output outlives this, and is heard to its end.
+    machine.audioOutput->addListener([heard = heard](std::int64_t, std::span<const std::int16_t> samples) {
+      for (std::size_t i = 0; i < samples.size(); ++i) (*heard)[i % 2] = (*heard)[i % 2] || samples[i] != 0;
     });
   }
   /// "left", "right", "both" or "nothing" of what comes out within a second.
   QString listen() {
-    heard[0] = heard[1] = false;
+    *heard = {};
     run();
-    if (heard[0] && heard[1]) return "both";
-    return heard[0] ? "left" : heard[1] ? "right" : "nothing";
+    const auto [left, right] = *heard;
+    if (left && right) return "both";
+    return left ? "left" : right ? "right" : "nothing";
   }
   /// Answers each tone, by what this user calls what comes out, until there is a finding.
   void answer(const std::map<QString, QString>& answers) {
@@ -41,7 +45,7 @@ struct CheckedScreens : ScreensScript {
   }
 
   std::shared_ptr<ORNSelectTypeDelegate> host = std::make_shared<ORNSelectTypeDelegate>();
-  bool heard[2] = {false, false};
+  std::shared_ptr<std::array<bool, 2>> heard = std::make_shared<std::array<bool, 2>>();
   std::optional<ChannelFinding> found;
   float volumeAtTheEnd = -1;
 };
