@@ -190,7 +190,7 @@ TEST_F(ServiceRequest, WithoutAUsableHostTheCallbackHearsOfIt) {
   for (const auto& [host, why] : table) {
     SCOPED_TRACE(host);
     hears(host, serviceOperation("listenTest"));
-    ResultSubmission::submit({}, {}, "model", [&why](const std::optional<Error>& error) {
+    ResultSubmission::submit({}, {}, "model", [&why = why](const std::optional<Error>& error) {
       EXPECT_THAT(error->message, testing::AllOf(testing::HasSubstr(why), testing::HasSubstr("SERVICEHOST"),
                                                  testing::Not(testing::HasSubstr("word"))));
     });

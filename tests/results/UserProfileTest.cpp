@@ -17,7 +17,9 @@ using testing::IsEmpty;
 using Date = std::chrono::system_clock::time_point;
 
 constexpr Date date(int year, unsigned month, unsigned day, std::chrono::nanoseconds time = {}) {
-  return std::chrono::sys_days(std::chrono::year(year) / month / day) + time;
+  using namespace std::chrono;
+  const sys_days days = std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day);
+  return floor<Date::duration>(days + time);
 }
 
 /// The time zone of the process for a while.
