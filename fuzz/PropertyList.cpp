@@ -5,6 +5,7 @@
 
 #include <ORNHearingTestSDK/common/JsonReading.h>
 #include <ORNHearingTestSDK/common/PropertyList.h>
+#include <ORNHearingTestSDK/platform/XmlText.h>
 #include <ORNHearingTestSDK/platform/linux/DefaultsPlist.h>
 
 #include "fuzz/Expect.h"
@@ -32,9 +33,7 @@ void settings(std::span<const std::uint8_t> bytes) {
   const auto values = read->values();
   DefaultsPlist copy;
   for (const auto& [key, value] : values) {
-    const auto kept = DefaultsPlist::kept(value);
-    const auto keptKey = DefaultsPlist::kept(key);
-    if (kept && keptKey) copy.set(key, *kept);
+    if (isXmlText(key)) copy.set(key, DefaultsPlist::kept(value));
   }
   const auto xml = copy.xml();
   fuzz::expect(xml.has_value(), "settings can be written");
