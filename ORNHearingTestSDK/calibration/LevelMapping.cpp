@@ -50,9 +50,8 @@ double audiometerAmplitude(const ORNDeviceVolumeIOS* ab, const ORNDeviceVolumeIO
   const double t = B + ((static_cast<double>(db) - A) - C);
   double X = static_cast<double>(powerOfTen(static_cast<float>(t / 20.0))) / kFullScale;
   if (std::isnan(X)) return 0.0;
-  if (X > 1.0)
-    X = kJustBelowFullScale;  // exactly 1 stays, and the cap comes before the batch: both are meant, see
-                              // docs/BEHAVIOURS.md
+  // Exactly 1 stays, and the cap comes before the batch: both are meant, see docs/BEHAVIOURS.md.
+  if (X > 1.0) X = kJustBelowFullScale;
   return X * batchFactor(ab);
 }
 

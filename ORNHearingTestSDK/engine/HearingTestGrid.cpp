@@ -53,6 +53,10 @@ std::vector<std::shared_ptr<ORNHearingTestItem>> columnOf(std::shared_ptr<ORNHea
   return column;
 }
 
-int rowOf(const ORNHearingTestItem& item) { return static_cast<int>(item.point().y); }
+int rowOf(const ORNHearingTestItem& item) {
+  int row = 0;
+  for (auto quieter = item.prevItem(); quieter; quieter = quieter->prevItem()) ++row;
+  return row;
+}
 
 }  // namespace orn

@@ -39,7 +39,7 @@ std::shared_ptr<ORNHearingTestItem> itemAt(const HearingTestGrid& grid, const st
 /// The items of the column that an item stands in, the quietest first.
 std::vector<std::shared_ptr<ORNHearingTestItem>> columnOf(std::shared_ptr<ORNHearingTestItem> item);
 
-/// An item's place in its column.
+/// An item's place in the column that it stands in, whatever its point says.
 int rowOf(const ORNHearingTestItem& item);
 
 }  // namespace orn
