@@ -66,7 +66,7 @@ std::int64_t jsonInteger(const json& value) {
     case json::value_t::number_float:
       return saturated(value.get<double>());
     case json::value_t::string:
-      return integerValue(value.get_ref<const std::string&>());
+      return integerValue(std::string_view(value.get_ref<const std::string&>()));
     default:
       return 0;
   }
@@ -79,7 +79,7 @@ double jsonDouble(const json& value) {
 }
 
 bool jsonBool(const json& value) {
-  if (value.is_string()) return boolValue(value.get_ref<const std::string&>());
+  if (value.is_string()) return boolValue(std::string_view(value.get_ref<const std::string&>()));
   if (value.is_number_float()) return value.get<double>() != 0;
   return jsonInteger(value) != 0;
 }

@@ -24,7 +24,7 @@ std::vector<std::pair<const char*, Bytes>> otherFiles() {
   return files;
 }
 
-const Contract<AudioCheck> kContracts[] = {
+const Contract<AudioCheck> kAudioOutputContracts[] = {
     {"there is a queue for 16-bit signed mono PCM at 48000 Hz, and for no other format",
      [](AudioCheck& check) {
        const auto newQueue = [&](const AudioStreamBasicDescription& format) {
@@ -193,7 +193,7 @@ const Contract<AudioCheck> kContracts[] = {
 }  // namespace
 
 Report checkAudioOutput(const std::function<AudioUnderTest()>& make) {
-  return checkAll<AudioCheck>("AudioOutput", kContracts, make);
+  return checkAll<AudioCheck>("AudioOutput", kAudioOutputContracts, make);
 }
 
 }  // namespace orn::contract

@@ -33,7 +33,7 @@ void expectGains(AudioCheck& check, float pan, float volume, double left, double
   check.expectItFallsSilent("stop()");
 }
 
-const Contract<AudioCheck> kContracts[] = {
+const Contract<AudioCheck> kAudioPlayerContracts[] = {
     {"0 loops, the start value, play once",
      [](AudioCheck& check) {
        const auto player = check.output().playerWithData(waveFile(ramp(4800)));
@@ -188,7 +188,7 @@ const Contract<AudioCheck> kContracts[] = {
 }  // namespace
 
 Report checkAudioPlayer(const std::function<AudioUnderTest()>& make) {
-  return checkAll<AudioCheck>("AudioPlayer", kContracts, make);
+  return checkAll<AudioCheck>("AudioPlayer", kAudioPlayerContracts, make);
 }
 
 }  // namespace orn::contract

@@ -21,7 +21,7 @@ AudioQueueBuffer& playLongSound(QueueUnderTest& queue, AudioCheck& check) {
   return first;
 }
 
-const Contract<AudioCheck> kContracts[] = {
+const Contract<AudioCheck> kAudioQueueContracts[] = {
     {"buffers of any length are played in the order of their enqueueing, each sample as it is, left and right",
      [](AudioCheck& check) {
        QueueUnderTest queue(check.output());
@@ -310,7 +310,7 @@ const Contract<AudioCheck> kContracts[] = {
 }  // namespace
 
 Report checkAudioQueue(const std::function<AudioUnderTest()>& make) {
-  return checkAll<AudioCheck>("AudioQueue", kContracts, make);
+  return checkAll<AudioCheck>("AudioQueue", kAudioQueueContracts, make);
 }
 
 }  // namespace orn::contract

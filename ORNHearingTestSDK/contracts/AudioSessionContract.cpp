@@ -69,7 +69,7 @@ class SessionCheck {
 
 bool isNear(float one, float other) { return std::abs(one - other) < 0.01F; }
 
-const Contract<SessionCheck> kContracts[] = {
+const Contract<SessionCheck> kAudioSessionContracts[] = {
     {"it is activated and takes a category",
      [](SessionCheck& check) {
        expect(!check.session().setActive(true), "setActive(true) fails");
@@ -209,7 +209,7 @@ const Contract<SessionCheck> kContracts[] = {
 }  // namespace
 
 Report checkAudioSession(const std::function<AudioSessionUnderTest()>& make) {
-  return checkAll<SessionCheck>("AudioSession", kContracts, make);
+  return checkAll<SessionCheck>("AudioSession", kAudioSessionContracts, make);
 }
 
 }  // namespace orn::contract

@@ -22,7 +22,7 @@ struct DeviceCheck {
   std::shared_ptr<Device> backend;
 };
 
-const Contract<DeviceCheck> kContracts[] = {
+const Contract<DeviceCheck> kDeviceContracts[] = {
     {"every text is one line",
      [](DeviceCheck& check) {
        for (const std::string& text : check.texts()) {
@@ -44,7 +44,7 @@ const Contract<DeviceCheck> kContracts[] = {
 }  // namespace
 
 Report checkDevice(const std::function<std::shared_ptr<Device>()>& make) {
-  return checkAll<DeviceCheck>("Device", kContracts, make);
+  return checkAll<DeviceCheck>("Device", kDeviceContracts, make);
 }
 
 }  // namespace orn::contract

@@ -39,7 +39,7 @@ struct FilesCheck {
   std::string folder, path;
 };
 
-const Contract<FilesCheck> kContracts[] = {
+const Contract<FilesCheck> kFileManagerContracts[] = {
     {"the documents folder is there, by an absolute path without a slash at its end",
      [](FilesCheck& check) {
        expect(std::filesystem::is_directory(check.folder), "it is not there");
@@ -141,7 +141,7 @@ const Contract<FilesCheck> kContracts[] = {
 }  // namespace
 
 Report checkFileManager(const std::function<FileManagerUnderTest()>& make) {
-  return checkAll<FilesCheck>("FileManager", kContracts, make);
+  return checkAll<FilesCheck>("FileManager", kFileManagerContracts, make);
 }
 
 }  // namespace orn::contract

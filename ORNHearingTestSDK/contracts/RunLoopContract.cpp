@@ -73,7 +73,7 @@ void expectRhythm(const std::vector<nanoseconds>& firings, nanoseconds first, na
   }
 }
 
-const Contract<LoopCheck> kContracts[] = {
+const Contract<LoopCheck> kRunLoopContracts[] = {
     {"now() counts from when the loop was made",
      [](LoopCheck& check) { expect(check.now() >= 0ns && check.now() < 1min, "a new loop says another time"); }},
 
@@ -369,7 +369,7 @@ const Contract<LoopCheck> kContracts[] = {
 }  // namespace
 
 Report checkRunLoop(const std::function<RunLoopUnderTest()>& make) {
-  return checkAll<LoopCheck>("RunLoop", kContracts, make);
+  return checkAll<LoopCheck>("RunLoop", kRunLoopContracts, make);
 }
 
 }  // namespace orn::contract

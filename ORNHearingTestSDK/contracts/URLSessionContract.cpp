@@ -79,7 +79,7 @@ class URLCheck {
   std::shared_ptr<Notes> notes_ = std::make_shared<Notes>();
 };
 
-const Contract<URLCheck> kContracts[] = {
+const Contract<URLCheck> kURLSessionContracts[] = {
     {"the body of the reply comes whole",
      [](URLCheck& check) {
        check.ask(check.answered());
@@ -211,7 +211,7 @@ const Contract<URLCheck> kContracts[] = {
 }  // namespace
 
 Report checkURLSession(const std::function<URLSessionUnderTest()>& make) {
-  return checkAll<URLCheck>("URLSession", kContracts, make);
+  return checkAll<URLCheck>("URLSession", kURLSessionContracts, make);
 }
 
 }  // namespace orn::contract

@@ -61,7 +61,7 @@ struct DefaultsCheck {
   UserDefaultsUnderTest backend;
 };
 
-const Contract<DefaultsCheck> kContracts[] = {
+const Contract<DefaultsCheck> kUserDefaultsContracts[] = {
     {"a key that was never set has no value",
      [](DefaultsCheck& check) { expect(!check.defaults().value("never set"), "it has one"); }},
 
@@ -151,7 +151,7 @@ const Contract<DefaultsCheck> kContracts[] = {
 }  // namespace
 
 Report checkUserDefaults(const std::function<UserDefaultsUnderTest()>& make) {
-  return checkAll<DefaultsCheck>("UserDefaults", kContracts, make);
+  return checkAll<DefaultsCheck>("UserDefaults", kUserDefaultsContracts, make);
 }
 
 }  // namespace orn::contract

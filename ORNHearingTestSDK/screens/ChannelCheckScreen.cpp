@@ -14,7 +14,7 @@
 namespace orn {
 namespace {
 
-constexpr int kMargin = 24;
+constexpr int kPageMargin = 24;
 
 struct FindingText {
   QString heading, text;
@@ -81,7 +81,7 @@ void ChannelCheckScreen::viewDidLoad() {
 }
 
 void ChannelCheckScreen::layOut() {
-  view()->layout()->setContentsMargins(kMargin, topBars() + kMargin, kMargin, kMargin);
+  view()->layout()->setContentsMargins(kPageMargin, topBars() + kPageMargin, kPageMargin, kPageMargin);
 }
 
 void ChannelCheckScreen::viewDidAppear() { driveVolume(); }

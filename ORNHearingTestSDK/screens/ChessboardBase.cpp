@@ -15,9 +15,9 @@
 namespace orn {
 namespace {
 
-constexpr std::int64_t kMargin = 50;
+constexpr std::int64_t kBoardMargin = 50;
 constexpr std::int64_t kInset = 5;  // from the board's edge to its first row and column
-constexpr float kOrigin = kMargin + kInset;
+constexpr float kOrigin = kBoardMargin + kInset;
 constexpr float kOvershoot = 1;  // of the lines beyond the outermost rows and columns
 
 const BoardLabel kUnit{12, 20, 47, QStringLiteral("dBHL")};
@@ -54,8 +54,8 @@ QPointF ChessboardBase::getDrawPoint(QPointF point) const {
 void ChessboardBase::layOut(std::int64_t rows) {
   viewWidth_ = width();
   viewHeight_ = height();
-  chessboardWidth_ = viewWidth_ - 2 * kMargin;
-  chessboardHeight_ = viewHeight_ - 2 * kMargin;
+  chessboardWidth_ = viewWidth_ - 2 * kBoardMargin;
+  chessboardHeight_ = viewHeight_ - 2 * kBoardMargin;
   xAxisStep_ = step(chessboardHeight_, rows);
   yAxisStep_ = step(chessboardWidth_, static_cast<std::int64_t>(hzs().size()));
 }
@@ -64,8 +64,9 @@ void ChessboardBase::drawGround(QPainter& painter) const {
   painter.fillRect(rect(), Qt::white);
   const auto whole = [](std::int64_t length) { return static_cast<int>(length); };
   const std::int64_t height = chessboardWidth_ * 608 / 1044;
-  drawWatermark(painter, QRect(whole(chessboardWidth_ / 6 + kMargin), whole((chessboardHeight_ - height) / 2 + kMargin),
-                               whole(chessboardWidth_ * 2 / 3), whole(height)));
+  drawWatermark(
+      painter, QRect(whole(chessboardWidth_ / 6 + kBoardMargin), whole((chessboardHeight_ - height) / 2 + kBoardMargin),
+                     whole(chessboardWidth_ * 2 / 3), whole(height)));
 }
 
 void ChessboardBase::drawGrid(QPainter& painter, std::int64_t rows, const QColor& color) {

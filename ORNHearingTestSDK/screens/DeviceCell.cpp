@@ -14,7 +14,7 @@ namespace orn {
 namespace {
 
 constexpr int kImageSize = 60;
-constexpr int kMargin = 12;
+constexpr int kCellMargin = 12;
 constexpr int kTextLeft = 82;
 constexpr int kTitleHeight = 26;
 constexpr int kGap = 4;
@@ -88,7 +88,7 @@ void DeviceCell::layOut() {
   const int textWidth = qMax(width() - kBesideText, 0);
   const double detailHeight = detailText_.boundingSize(textWidth).height();
   const double top = (height() - kTitleHeight - kGap - detailHeight) / 2;
-  image_->setGeometry(kMargin, (height() - kImageSize) / 2, kImageSize, kImageSize);
+  image_->setGeometry(kCellMargin, (height() - kImageSize) / 2, kImageSize, kImageSize);
   const int right = width() - kRightMargin;
   giveUp_->setGeometry(right - kGiveUpSize.width(), qMax(0, qRound(top + (kTitleHeight - kGiveUpSize.height()) / 2.0)),
                        kGiveUpSize.width(), kGiveUpSize.height());

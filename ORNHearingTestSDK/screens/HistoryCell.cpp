@@ -10,7 +10,7 @@
 namespace orn {
 namespace {
 
-constexpr double kLineSpace = 4;
+constexpr double kCellLineSpace = 4;
 constexpr int kFontSize = 18;
 
 }  // namespace
@@ -29,7 +29,7 @@ TextLabel* HistoryCell::viewWithTag(int tag) {
 void HistoryCell::setText(int tag, const QString& text, const QRectF& frame) {
   TextLabel* label = viewWithTag(tag);
   label->setFrame(frame);
-  label->setAttributedText(ORNScreenUtils::getAttributedWithString(text, kLineSpace, 0, systemFont(kFontSize)));
+  label->setAttributedText(ORNScreenUtils::getAttributedWithString(text, kCellLineSpace, 0, systemFont(kFontSize)));
 }
 
 void HistoryCell::setTest(const ORNListenTest& test, int width, int mainScreenWidth) {
@@ -45,7 +45,7 @@ void HistoryCell::setTest(const ORNListenTest& test, int width, int mainScreenWi
   badge->setFrame({mainScreenWidth - 80.0, 45, 60, 60});
   badge->setGround(ORNScreenUtils::colorFromHexRGB("2fb791"), 30);
   const QString total = QString::number(scores.total);
-  AttributedText text = ORNScreenUtils::getAttributedWithString(total, kLineSpace, 0, systemFont(30, QFont::Bold));
+  AttributedText text = ORNScreenUtils::getAttributedWithString(total, kCellLineSpace, 0, systemFont(30, QFont::Bold));
   text.addColor(Qt::white, 0, total.size());
   badge->setAttributedText(text, Qt::AlignHCenter);
   setAccessibleName(QStringLiteral("右耳得分%1分，左耳得分%2分，听力总得分%3，测试时间%4")

@@ -11,7 +11,7 @@
 namespace orn {
 namespace {
 
-constexpr int kMargin = 8;
+constexpr int kBarMargin = 8;
 constexpr float kTranslucentAlpha = 0.96F;
 
 void perform(const std::optional<BarItem>& item) {
@@ -69,9 +69,9 @@ void NavigationBar::resizeEvent(QResizeEvent* /*event*/) {
     return button->isHidden() ? 0 : qMin(button->sizeHint().width(), width() / 3);
   };
   const int leftWidth = widthOf(left_), rightWidth = widthOf(right_);
-  left_->setGeometry(kMargin, 0, leftWidth, height() - 1);
-  right_->setGeometry(width() - kMargin - rightWidth, 0, rightWidth, height() - 1);
-  const int side = qMax(leftWidth, rightWidth) + 2 * kMargin;
+  left_->setGeometry(kBarMargin, 0, leftWidth, height() - 1);
+  right_->setGeometry(width() - kBarMargin - rightWidth, 0, rightWidth, height() - 1);
+  const int side = qMax(leftWidth, rightWidth) + 2 * kBarMargin;
   title_->setGeometry(side, 0, qMax(width() - 2 * side, 0), height() - 1);
 }
 

@@ -16,7 +16,7 @@
 namespace orn {
 namespace {
 
-constexpr std::chrono::milliseconds kSlide{250};
+constexpr std::chrono::milliseconds kPushTime{250};
 
 }  // namespace
 
@@ -159,7 +159,7 @@ void NavigationController::slide(QWidget* view, QWidget* picture, bool isComing)
   bar_->raise();
   const int width = container_->width(), top = contentTop();
   animate(
-      picture, kSlide,
+      picture, kPushTime,
       [view = QPointer(view), isComing, width, top](double progress) {
         if (view) view->move(qRound(width * (isComing ? 1 - progress : progress)), top);
       },

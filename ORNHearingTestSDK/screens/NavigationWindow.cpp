@@ -22,7 +22,7 @@
 namespace orn {
 namespace {
 
-constexpr std::chrono::milliseconds kSlide{300};
+constexpr std::chrono::milliseconds kPresentationTime{300};
 constexpr QSize kPhone{375, 667};
 constexpr QSize kSmallest{320, 480};  // of phones
 
@@ -62,7 +62,7 @@ bool NavigationWindow::present(const std::shared_ptr<NavigationController>& navi
   navigation->setOnScreen(isVisible());
   QWidget* coming = navigation->container();
   animate(
-      covered, kSlide,
+      covered, kPresentationTime,
       [this, coming = QPointer(coming)](double progress) {
         if (coming) coming->move(0, qRound(height() * (1 - progress)));
       },
@@ -82,7 +82,7 @@ bool NavigationWindow::dismiss(const std::shared_ptr<NavigationController>& navi
   front()->container()->show();
   front()->setOnScreen(isVisible());
   animate(
-      picture, kSlide, [this, picture](double progress) { picture->move(0, qRound(height() * progress)); },
+      picture, kPresentationTime, [this, picture](double progress) { picture->move(0, qRound(height() * progress)); },
       [picture] { picture->deleteLater(); });
   arrangeAlerts();
   focusFront();

@@ -24,7 +24,7 @@ constexpr int kAudiometerRow = 0;
 constexpr int kEarphoneRow = 1;
 constexpr int kRowMargin = 60;
 constexpr int kSectionSpacing = 18;
-constexpr double kLineSpace = 4;
+constexpr double kDetailLineSpace = 4;
 constexpr int kTitleSize = 18;
 constexpr int kDetailSize = 12;
 
@@ -112,9 +112,9 @@ int ORNSelectTypeViewController::heightForRowAtIndexPath(TableView& /*tableView*
 AttributedText ORNSelectTypeViewController::detailOfRow(int row, QSizeF& size) const {
   const QString text = row == kAudiometerRow ? audiometerDetail() : earphoneDetail();
   const QFont font = systemFont(kDetailSize);
-  size = ORNScreenUtils::getAttributionHeightWithString(text, kLineSpace, 0, font,
+  size = ORNScreenUtils::getAttributionHeightWithString(text, kDetailLineSpace, 0, font,
                                                         tableView()->columnWidth() - DeviceCell::kBesideText);
-  AttributedText detail = ORNScreenUtils::getAttributedWithString(text, kLineSpace, 0, font);
+  AttributedText detail = ORNScreenUtils::getAttributedWithString(text, kDetailLineSpace, 0, font);
   detail.addColor(kDarkGrayColour, 0, text.size());
   return detail;
 }
@@ -126,8 +126,8 @@ TableCell* ORNSelectTypeViewController::cellForRowAtIndexPath(TableView& tableVi
     const AttributedText title(QStringLiteral("听力检测仪"), 0, 0, systemFont(kTitleSize));
     cell->setContents("111", title, detailOfRow(indexPath.row, jianceyiSize_));
   } else {
-    const AttributedText title =
-        ORNScreenUtils::getAttributedWithString(QStringLiteral("推荐耳机"), kLineSpace, 0, systemFont(kTitleSize));
+    const AttributedText title = ORNScreenUtils::getAttributedWithString(QStringLiteral("推荐耳机"), kDetailLineSpace,
+                                                                         0, systemFont(kTitleSize));
     cell->setContents("222", title, detailOfRow(indexPath.row, erjiSize_));
   }
   return cell;

@@ -28,7 +28,7 @@ namespace orn {
 namespace {
 
 constexpr std::chrono::milliseconds kFullView{200};
-constexpr double kLineSpace = 5;
+constexpr double kVerdictLineSpace = 5;
 constexpr int kBodySize = 15;
 constexpr int kSmallSize = 12;
 constexpr double kLongestLine = 580;  // of a text, on windows wider than a phone
@@ -157,7 +157,8 @@ void ORNTestResultViewController::makeLabels() {
   xitongfenxiLabel_->setPlainText(QStringLiteral("—— 言语频率(0.5-4KHz)平均听阈 ——"), systemFont(kBodySize),
                                   kDarkGrayColour, Qt::AlignHCenter);
   resutLabel_ = new TextLabel(content_);
-  AttributedText verdict = ORNScreenUtils::getAttributedWithString(verdict_, kLineSpace, 0, systemFont(kBodySize));
+  AttributedText verdict =
+      ORNScreenUtils::getAttributedWithString(verdict_, kVerdictLineSpace, 0, systemFont(kBodySize));
   verdict.addColor(kDarkGrayColour, 0, verdict_.size());
   resutLabel_->setAttributedText(verdict);
   copyLabel_ = new TextLabel(content_);
@@ -178,7 +179,8 @@ void ORNTestResultViewController::layOut() {
   xitongfenxiLabel_->setFrame({30, 80 + half, width - 60, 40});
   const double lines = std::min(width - 60, kLongestLine);
   const double height =
-      ORNScreenUtils::getAttributionHeightWithString(verdict_, kLineSpace, 0, systemFont(kBodySize), lines).height();
+      ORNScreenUtils::getAttributionHeightWithString(verdict_, kVerdictLineSpace, 0, systemFont(kBodySize), lines)
+          .height();
   resutLabel_->setFrame({(width - lines) / 2, 120 + half, lines, height + 10});
   copyLabel_->setFrame({10, 120 + half + height + 10, width - 20, 20});
   content_->resize(mainScreen().width(), qRound(120 + half + height + 10 + 20));

@@ -10,11 +10,11 @@ namespace orn {
 namespace {
 
 constexpr int kHeight = 170;
-constexpr double kLineSpace = 15;
+constexpr double kFooterLineSpace = 15;
 constexpr int kFontSize = 12;
 
 AttributedText footerText(const QString& text, const QColor& colour) {
-  AttributedText attributed = ORNScreenUtils::getAttributedWithString(text, kLineSpace, 0, systemFont(kFontSize));
+  AttributedText attributed = ORNScreenUtils::getAttributedWithString(text, kFooterLineSpace, 0, systemFont(kFontSize));
   attributed.addColor(colour, 0, text.size());
   return attributed;
 }

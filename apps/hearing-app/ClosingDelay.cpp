@@ -12,7 +12,7 @@
 namespace orn {
 namespace {
 
-constexpr std::chrono::seconds kLongest{10};
+constexpr std::chrono::seconds kLongestDelay{10};
 
 }  // namespace
 
@@ -31,7 +31,7 @@ bool ClosingDelay::eventFilter(QObject* watched, QEvent* event) {
 
 void ClosingDelay::hold() {
   onHeld();
-  Platform::current().runLoop->performAfterDelay(kLongest, [weak = std::weak_ptr(self_)] {
+  Platform::current().runLoop->performAfterDelay(kLongestDelay, [weak = std::weak_ptr(self_)] {
     if (const auto self = weak.lock()) (*self)->release();
   });
 }

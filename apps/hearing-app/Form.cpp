@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kMargin = 24;
 constexpr int kWidest = 480;
-constexpr int kLongest = 255;  // characters, as a host's name
+constexpr int kLongestAnswer = 255;  // characters, as a host's name
 
 // The colours of the screens.
 constexpr auto kStyle =
@@ -61,7 +61,7 @@ QLineEdit* addField(QVBoxLayout* form, const QString& title, const QString& hint
   field->setFont(ORNScreenUtils::systemFontOfSize(16));
   field->setPlaceholderText(hint);
   field->setAccessibleName(title);
-  field->setMaxLength(kLongest);
+  field->setMaxLength(kLongestAnswer);
   form->addWidget(field);
   form->addSpacing(6);
   return field;

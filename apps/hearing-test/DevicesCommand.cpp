@@ -30,7 +30,7 @@ Json devices(const AudioSession& session) {
           {"volume", ORNSystemVolumeManager::getSystemVolume()}};
 }
 
-void printForPeople(const Json& found) {
+void printDevices(const Json& found) {
   if (found["outputs"].empty()) {
     std::printf("No output: no sound server runs here, or nothing is connected to it.\n");
     return;
@@ -61,7 +61,7 @@ int DevicesCommand::run() {
   if (json_) {
     std::printf("%s\n", found.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
   } else {
-    printForPeople(found);
+    printDevices(found);
   }
   Platform::clearCurrent();
   return 0;

@@ -33,7 +33,7 @@ Json rowOf(const nlohmann::json& stored) {
   return row;
 }
 
-void printForPeople(const Json& rows) {
+void printRows(const Json& rows) {
   if (rows.empty()) std::printf("There are no stored tests.\n");
   for (const Json& row : rows) {
     std::printf("%s   right %3d   left %3d   total %3d\n", row["date"].get<std::string>().c_str(),
@@ -68,7 +68,7 @@ int HistoryCommand::run() {
   if (json_) {
     std::printf("%s\n", Json{{"tests", rows}}.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
   } else {
-    printForPeople(rows);
+    printRows(rows);
   }
   return 0;
 }

@@ -15,7 +15,7 @@ using simulation::TestOutcome;
 using simulation::TestPlan;
 using Json = nlohmann::ordered_json;
 
-const char* nameOf(Channel channel) {
+const char* channelName(Channel channel) {
   switch (channel) {
     case Channel::Left:
       return "left";
@@ -39,7 +39,7 @@ Json jsonOf(const Presentation& one) {
           {"db", one.db},
           {"volume", one.volume},
           {"measured", one.measured ? Json(one.measured->level) : Json()},
-          {"channel", one.measured ? Json(nameOf(one.measured->channel)) : Json()},
+          {"channel", one.measured ? Json(channelName(one.measured->channel)) : Json()},
           {"heard", one.heard}};
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::string_literals;
 
-Bytes bytesOf(const std::string& text) { return Bytes(text.begin(), text.end()); }
+Bytes bytesIn(const std::string& text) { return Bytes(text.begin(), text.end()); }
 
 TEST(Base64, AgreesWithTheStandardsVectors) {
   const struct {
@@ -17,10 +17,10 @@ TEST(Base64, AgreesWithTheStandardsVectors) {
   } table[] = {{"", ""},        {"f", "Zg=="},          {"fo", "Zm8="},
                {"foo", "Zm9v"}, {"foobar", "Zm9vYmFy"}, {"\xFB\xFF\xBF", "+/+/"}};
   for (const auto& [plain, text] : table) {
-    EXPECT_EQ(encodeBase64(bytesOf(plain)), text);
-    EXPECT_EQ(decodeBase64(text), bytesOf(plain)) << text;
+    EXPECT_EQ(encodeBase64(bytesIn(plain)), text);
+    EXPECT_EQ(decodeBase64(text), bytesIn(plain)) << text;
   }
-  EXPECT_EQ(decodeBase64("Zh=="), bytesOf("f"));  // unused bits may be anything
+  EXPECT_EQ(decodeBase64("Zh=="), bytesIn("f"));  // unused bits may be anything
 }
 
 TEST(Base64, RefusesEverythingElse) {

@@ -65,7 +65,7 @@ std::function<AudioSessionUnderTest()> sessionThat(const std::function<void(Chan
   };
 }
 
-std::function<AudioSessionUnderTest()> volumeThat(const std::function<float(float)>& change) {
+std::function<AudioSessionUnderTest()> outputVolumeThat(const std::function<float(float)>& change) {
   return sessionThat([change](ChangedSession& session, AudioSession& real) {
     session.volume = [&real, change](float level) { return real.setOutputVolume(change(level)); };
   });
@@ -84,8 +84,8 @@ const std::vector<BrokenCopy<AudioSessionUnderTest>> kSessions = {
          return route;
        };
      })},
-    {"the volume that is set", volumeThat([](float level) { return level == 0.9F ? 0.8F : level; })},
-    {"beyond 0 and 1", volumeThat([](float level) { return level > 1 ? 0 : level; })},
+    {"the volume that is set", outputVolumeThat([](float level) { return level == 0.9F ? 0.8F : level; })},
+    {"beyond 0 and 1", outputVolumeThat([](float level) { return level > 1 ? 0 : level; })},
     {"restoreOutputVolume() puts",
      sessionThat([](ChangedSession& session, AudioSession&) { session.restore = [] { return std::error_code(); }; })},
     {"without an output there is", sessionThat([](ChangedSession& session, AudioSession& real) {

@@ -9,8 +9,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Lines = std::vector<std::string>;
 
-constexpr bool kLeft = true, kRight = false;
-
 struct AutoTest : SessionScript {
   explicit AutoTest(std::vector<std::string> hzs = {"1000hz"}, Path path = Earphones) : SessionScript(Auto, path) {
     session->setTestHzs(std::move(hzs));

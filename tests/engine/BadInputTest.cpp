@@ -16,8 +16,6 @@ using testing::IsEmpty;
 using Lines = std::vector<std::string>;
 using Record = std::shared_ptr<ORNDeviceVolumeIOS>;
 
-constexpr bool kLeft = true, kRight = false;
-
 Record enciphered(const std::string& s1000) {
   return ORNDeviceVolumeIOS::initWithDictionary(
       {{"s1000", s1000}, {"s2000", encipheredLevel("-60")}, {"base", false}, {"ear", 2}});

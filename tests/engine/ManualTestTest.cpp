@@ -13,8 +13,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using Lines = std::vector<std::string>;
 
-constexpr bool kLeft = true, kRight = false;
-
 struct ManualTest : SessionScript {
   explicit ManualTest(Path path = Earphones) : SessionScript(Manual, path) {
     session->setTestHzs({"1000hz", "2000hz", "4000hz", "500hz"});

@@ -15,6 +15,8 @@
 
 namespace orn {
 
+inline constexpr bool kLeft = true, kRight = false;
+
 /// A machine in virtual time, a session on it with the same calibration at every frequency, a delegate that keeps a
 /// trace, and a user who presses half a second into the tones that he hears.
 class SessionScript {

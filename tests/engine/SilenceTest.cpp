@@ -12,8 +12,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr bool kRight = false;
-
 /// The library's bundles, which may be left out.
 class Bundles final : public PosixFileManager {
  public:

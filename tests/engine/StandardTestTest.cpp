@@ -10,8 +10,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using Lines = std::vector<std::string>;
 
-constexpr bool kLeft = true, kRight = false;
-
 struct StandardTest : SessionScript {
   explicit StandardTest(Path path = Earphones) : SessionScript(Standard, path) {}
 

@@ -18,8 +18,8 @@ using Date = std::chrono::system_clock::time_point;
 
 constexpr Date date(int year, unsigned month, unsigned day, std::chrono::nanoseconds time = {}) {
   using namespace std::chrono;
-  const sys_days days = std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day);
-  return floor<Date::duration>(days + time);
+  const sys_days day0 = std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day);
+  return floor<Date::duration>(day0 + time);
 }
 
 /// The time zone of the process for a while.

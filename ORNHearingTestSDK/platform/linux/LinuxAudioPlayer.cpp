@@ -10,13 +10,14 @@ namespace {
 
 constexpr std::uint32_t kFrameBytes = 4;
 constexpr std::uint32_t kRequestBytes = kFrameBytes * kSampleRate / 50;  // 20 ms
-constexpr PulseStreamFormat kFormat{.channels = 2, .bufferBytes = 12 * kRequestBytes, .requestBytes = kRequestBytes};
+constexpr PulseStreamFormat kPlayerFormat{
+    .channels = 2, .bufferBytes = 12 * kRequestBytes, .requestBytes = kRequestBytes};
 
 }  // namespace
 
 LinuxAudioPlayer::LinuxAudioPlayer(std::shared_ptr<SoundDevice> device, std::vector<std::int16_t> samples)
-    : device_(std::move(device)), stream_(device_, kFormat, *this), recording_(std::move(samples)) {
-  stereo_.reserve(kFormat.bufferBytes / sizeof(stereo_[0]));
+    : device_(std::move(device)), stream_(device_, kPlayerFormat, *this), recording_(std::move(samples)) {
+  stereo_.reserve(kPlayerFormat.bufferBytes / sizeof(stereo_[0]));
 }
 
 LinuxAudioPlayer::~LinuxAudioPlayer() {
@@ -75,7 +76,7 @@ void LinuxAudioPlayer::serverWantsSamples() {
 }
 
 void LinuxAudioPlayer::write() {
-  const auto room = std::min<std::int64_t>(stream_.room(), kFormat.bufferBytes) / kFrameBytes;
+  const auto room = std::min<std::int64_t>(stream_.room(), kPlayerFormat.bufferBytes) / kFrameBytes;
   std::int64_t frames = 0;
   stereo_.clear();
   while (frames < room && recording_.left() > 0) {

@@ -12,13 +12,13 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "samples go to the server as they stand");
 
-constexpr PulseStreamFormat kFormat{.channels = 1, .bufferBytes = 3 * kBlockBytes, .requestBytes = kBlockBytes};
+constexpr PulseStreamFormat kQueueFormat{.channels = 1, .bufferBytes = 3 * kBlockBytes, .requestBytes = kBlockBytes};
 
 }  // namespace
 
 LinuxAudioQueue::LinuxAudioQueue(std::shared_ptr<SoundDevice> device, OutputCallback callback)
     : device_(std::move(device)),
-      stream_(device_, kFormat, *this),
+      stream_(device_, kQueueFormat, *this),
       callbacks_([this, callback = std::move(callback)](AudioQueueBuffer& buffer) { callback(*this, buffer); }) {}
 
 LinuxAudioQueue::~LinuxAudioQueue() {

@@ -13,10 +13,8 @@
 namespace orn::simulation {
 namespace {
 
-using std::chrono::seconds;
-
-constexpr seconds kLongestTest = std::chrono::hours(24);
-constexpr seconds kRestBetweenEars{2};
+constexpr std::chrono::seconds kLongestTest = std::chrono::hours(24);
+constexpr std::chrono::seconds kRestBetweenEars{2};
 
 /// The simulated machine, with a real one's service where that is asked.
 class Machine {
@@ -39,7 +37,7 @@ class Machine {
 };
 
 /// What a reply has handed to the main thread.
-void hearReplies(Machine& machine) { machine.simulated.virtualTime->runFor(seconds(0)); }
+void hearReplies(Machine& machine) { machine.simulated.virtualTime->runFor(std::chrono::seconds(0)); }
 
 void calibrate(TestRun& run, const TestPlan& plan, Machine& machine) {
   if (!plan.service) return run.calibrate(plan.path, sampleDevice(plan.path), plan.calibrationReply);
