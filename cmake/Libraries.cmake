@@ -13,6 +13,15 @@ function(orn_library library name)
   orn_export_public(${library})
 endfunction()
 
+# orn_internals(NAME LIBRARY SOURCES...): sources of a library that export nothing. What links with NAME, which is a test
+# or a fuzzer, reaches them, compiled once.
+function(orn_internals name library)
+  add_library(${name} OBJECT ${ARGN})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE orn_settings)
+  target_sources(${library} PRIVATE $<TARGET_OBJECTS:${name}>)
+endfunction()
+
 # orn_headers(LIBRARY HEADERS...): headers of the folder at hand that are installed with the library, each under the path
 # that it is included by.
 function(orn_headers library)

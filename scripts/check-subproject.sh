@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds a host that has the library as a part of its own build, with a shared and with a static library: the host gets no
-# targets that it did not ask for, and its tones sound, which they don't without the tone files.
+# targets that it did not ask for, and its tones sound, which they don't without the tone files. Then with a cipher and a
+# folder of tone files of the host's own, in place of the library's.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 heard=$(mktemp)
@@ -24,3 +25,18 @@ for shared in ON OFF; do
   fi
   echo "part of a build: shared libraries $shared"
 done
+
+own=$PWD/examples/part-of-a-build
+cmake "$built" -DORN_CIPHER_SOURCE="$own/NoCipher.cpp" -DORN_BUNDLES_SOURCE="$own/NamedFolder.cpp" > /dev/null
+cmake --build "$built" > "$heard" || { cat "$heard"; exit 1; }
+if ldd "$built/part-of-a-build" | grep libcrypto; then
+  echo "a host with a cipher of its own still needs OpenSSL's" >&2
+  exit 1
+fi
+if "$built/part-of-a-build" > /dev/null; then
+  echo "a host with a folder of its own for the tone files still finds the library's" >&2
+  exit 1
+fi
+HEARING_BUNDLES=$built/lib/ORNHearingTestSDK "$built/part-of-a-build" > "$heard"
+grep -q "threshold of the left ear at 4000hz: 35 dB" "$heard"
+echo "part of a build: a cipher and a folder of the host's own"

@@ -39,6 +39,12 @@ HearingTestGrid makeGrid(const std::vector<std::string>& hzs, bool isLeft) {
   return grid;
 }
 
+HearingTestGrid& EarGrids::of(bool isLeft, const std::vector<std::string>& hzs) {
+  auto& made = isLeft ? left_ : right_;
+  if (!made) made = makeGrid(hzs, isLeft);
+  return *made;
+}
+
 std::shared_ptr<ORNHearingTestItem> itemAt(const HearingTestGrid& grid, const std::string& hz, int row) {
   const auto column = grid.find(hz);
   if (column == grid.end()) return nullptr;

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,16 @@ HearingTestColumn makeColumn(const ColumnLayout& layout);
 
 /// One ear's grid: a column of kGridScale for each frequency key, in their order.
 HearingTestGrid makeGrid(const std::vector<std::string>& hzs, bool isLeft);
+
+/// The grids of a session's ears. Each is made of the keys at its first read and never again: the items remember what
+/// they went through.
+class EarGrids {
+ public:
+  HearingTestGrid& of(bool isLeft, const std::vector<std::string>& hzs);
+
+ private:
+  std::optional<HearingTestGrid> left_, right_;
+};
 
 /// The item of a key's column at a row, or null.
 std::shared_ptr<ORNHearingTestItem> itemAt(const HearingTestGrid& grid, const std::string& hz, int row);

@@ -124,6 +124,12 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
  protected:
   ORNHearingTest();
 
+  /// This session as its own class, held alive.
+  template <class Session>
+  std::shared_ptr<Session> self(Session* session) {
+    return {shared_from_this(), session};
+  }
+
   /// A delegate's operation, which is empty if there is no delegate or it does not implement it. A copy, since the
   /// call may let go of the delegate.
   template <class Operation>

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include <ORNHearingTestSDK/calibration/CalibrationFetch.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
 #include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/platform/AudioOutput.h>
@@ -25,43 +24,15 @@ std::vector<std::string> ORNManualHearingTest::hzs() {
 
 void ORNManualHearingTest::setTestHzs(std::vector<std::string> hzs) { setHzs(withoutRepeats(hzs)); }
 
-HearingTestGrid& ORNManualHearingTest::grid(std::optional<HearingTestGrid>& made, bool isLeft) {
-  if (!made) made = makeGrid(hzs(), isLeft);
-  return *made;
-}
+HearingTestGrid& ORNManualHearingTest::manageLeftDictory() { return grids_.of(true, hzs()); }
+
+HearingTestGrid& ORNManualHearingTest::manageRightDictory() { return grids_.of(false, hzs()); }
 
 void ORNManualHearingTest::setCurrentItem(Item item) { stream_.setCurrentItem(std::move(item)); }
 
 std::span<const std::uint8_t> ORNManualHearingTest::playerGetData() { return stream_.nextBlock(); }
 
 void ORNManualHearingTest::addItem(const Item& item, std::vector<Item>& forArray) { TestResults::add(item, forArray); }
-
-/// Records that arrive after the session has gone are of no use to anyone.
-std::function<void(const ORNDeviceCorrect&)> ORNManualHearingTest::taking(
-    void (CalibrationRecords::*take)(const ORNDeviceCorrect&)) {
-  return [session = std::weak_ptr(self(this)), take](const ORNDeviceCorrect& reply) {
-    if (const auto alive = session.lock()) ((*alive).*take)(reply);
-  };
-}
-
-void ORNManualHearingTest::setKV50MAC(const std::string& KV50MAC, CompletionHandler completionHandler) {
-  KV50MAC_ = KV50MAC;
-  fetchAudiometerCalibration("", KV50MAC, taking(&CalibrationRecords::takeAudiometer), std::move(completionHandler));
-}
-
-void ORNManualHearingTest::getTestHistoryByMAC(
-    const std::string& KV50MAC, std::function<void(std::optional<Error>, std::nullptr_t)> completionHandler) {
-  KV50MAC_ = KV50MAC;
-  fetchAudiometerCalibration("history", KV50MAC, taking(&CalibrationRecords::takeAudiometer),
-                             [done = std::move(completionHandler)](std::optional<Error> error) {
-                               if (done) done(std::move(error), nullptr);
-                             });
-}
-
-void ORNManualHearingTest::setEarPlugModel(const std::string& earPlugModel, CompletionHandler completionHandler) {
-  setEarPlugModel(std::optional(earPlugModel));
-  fetchEarphoneCalibration(earPlugModel, taking(&CalibrationRecords::takeEarphones), std::move(completionHandler));
-}
 
 void ORNManualHearingTest::postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base,
                                                   double /*lscore*/, double /*rscore*/, const nlohmann::json& /*noise*/,
@@ -79,7 +50,6 @@ SoundPath& ORNManualHearingTest::path() {
 
 void ORNManualHearingTest::startTest(bool isLeft) {
   if (isEnded_) return;
-  ORNHearingTest::startTest(isLeft);
   ++earsStarted_;
   isLeft_ = isLeft;
   results_.startEar(isLeft);
@@ -91,14 +61,12 @@ void ORNManualHearingTest::startTest(bool isLeft) {
 
 void ORNManualHearingTest::pauseTest() {
   if (isEnded_) return;
-  ORNHearingTest::pauseTest();
   path().pause(*this, currentItem().get());
 }
 
 void ORNManualHearingTest::continueTest() {
   if (isEnded_) return;
   path().resume();
-  ORNHearingTest::continueTest();
 }
 
 void ORNManualHearingTest::endTest() {
@@ -207,8 +175,7 @@ void ORNManualHearingTest::callAllComplete() {
   pauseTest();
   tellDelegate(&ORNHearingTestDelegate::completeWithLeftResult, *getTestResult(true), *getTestResult(false));
   if (isEnded_) return;
-  // An audiometer's result carries its address in the model's place.
-  ResultSubmission::submit(*getTestResult(true), *getTestResult(false), usesAudiometer() ? KV50MAC_ : earPlugModel(),
+  ResultSubmission::submit(*getTestResult(true), *getTestResult(false), deviceInUse(),
                            [session = std::weak_ptr(self(this))](const std::optional<Error>& error) {
                              const auto told = session.lock();
                              if (told) told->tellDelegate(&ORNHearingTestDelegate::submissionEnded, error);

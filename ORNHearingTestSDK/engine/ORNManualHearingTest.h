@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -9,11 +8,10 @@
 #include <vector>
 
 #include <ORNHearingTestSDK/audio/Player.h>
-#include <ORNHearingTestSDK/calibration/CalibrationRecords.h>
 #include <ORNHearingTestSDK/engine/AudiometerPath.h>
+#include <ORNHearingTestSDK/engine/CalibratedHearingTest.h>
 #include <ORNHearingTestSDK/engine/EarphonePath.h>
 #include <ORNHearingTestSDK/engine/HearingTestGrid.h>
-#include <ORNHearingTestSDK/engine/ORNHearingTest.h>
 #include <ORNHearingTestSDK/engine/TestResults.h>
 #include <ORNHearingTestSDK/engine/ToneStream.h>
 
@@ -24,7 +22,7 @@ namespace orn {
 /// listened() makes it the threshold of its frequency.
 ///
 /// With KV50MAC set, tones go to the audiometer as a stream of samples; without it, to earphones by looping recordings.
-class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetDataSouce, public CalibrationRecords {
+class ORN_EXPORT ORNManualHearingTest : public CalibratedHearingTest, public PlayerGetDataSouce {
  public:
   using Item = std::shared_ptr<ORNHearingTestItem>;
 
@@ -64,8 +62,8 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   void setHzs(std::vector<std::string> hzs) { hzs_ = std::move(hzs); }
 
   /// The grids, made from hzs() at their first read and never again; the items remember what they went through.
-  HearingTestGrid& manageLeftDictory() { return grid(manageLeftDictory_, true); }
-  HearingTestGrid& manageRightDictory() { return grid(manageRightDictory_, false); }
+  HearingTestGrid& manageLeftDictory();
+  HearingTestGrid& manageRightDictory();
 
   /// Settled thresholds, at most one for each column, by column.
   const std::vector<Item>& leftEarTestResultArray() const { return results_.of(true); }
@@ -81,24 +79,6 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   bool isLeft() const { return isLeft_; }
   float per() const { return results_.progress(); }
   std::int32_t startY() const { return startY_; }
-
-  /// The audiometer's address; its presence decides the output path of every step.
-  const std::optional<std::string>& KV50MAC() const { return KV50MAC_; }
-  void setKV50MAC(std::optional<std::string> KV50MAC) { KV50MAC_ = std::move(KV50MAC); }
-
-  /// Takes the audiometer's address and fills ab, aabb and xxyy, from the cache file or from the service. The callback
-  /// comes once: within this call if the file was there, on the main thread later if not. It has no error unless no
-  /// reply came at all, so a refusal looks like a success without records.
-  void setKV50MAC(const std::string& KV50MAC, CompletionHandler completionHandler) override;
-
-  /// The same with a cache file of its own. The second argument of the callback is always nothing.
-  void getTestHistoryByMAC(const std::string& KV50MAC,
-                           std::function<void(std::optional<Error>, std::nullptr_t)> completionHandler);
-
-  /// Takes the earphones' model and fills leftVolume and rightVolue. The callback comes once, on the main thread, if
-  /// the service had to be asked, and never if the records came from the cache file.
-  using ORNHearingTest::setEarPlugModel;
-  void setEarPlugModel(const std::string& earPlugModel, CompletionHandler completionHandler);
 
   /// ResultSubmission::postListenTestWithLeft; the scores, the noise, the user id and the times are not used.
   static void postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base, double lscore,
@@ -119,13 +99,6 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
  protected:
   ORNManualHearingTest();
 
-  /// This session as its own class, held alive.
-  template <class Session>
-  std::shared_ptr<Session> self(Session* session) {
-    return {shared_from_this(), session};
-  }
-
-  bool usesAudiometer() const { return KV50MAC_.has_value(); }
   HearingTestGrid& currentGrid() { return isLeft_ ? manageLeftDictory() : manageRightDictory(); }
   void setIsLeft(bool isLeft) { isLeft_ = isLeft; }
 
@@ -159,12 +132,9 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
  private:
   SoundPath& path();
   bool takesPresses() const { return !isEnded_ && !missingItem_; }
-  HearingTestGrid& grid(std::optional<HearingTestGrid>& made, bool isLeft);
-  std::function<void(const ORNDeviceCorrect&)> taking(void (CalibrationRecords::*take)(const ORNDeviceCorrect&));
 
   std::vector<std::string> hzs_;
-  std::optional<HearingTestGrid> manageLeftDictory_;
-  std::optional<HearingTestGrid> manageRightDictory_;
+  EarGrids grids_;
   TestResults results_;
   AudiometerPath audiometer_{*this};
   EarphonePath earphones_{*this};
@@ -176,7 +146,6 @@ class ORN_EXPORT ORNManualHearingTest : public ORNHearingTest, public PlayerGetD
   bool isTellingOfMissing_ = false;
   bool isShowLog_ = false;
   const std::int32_t startY_ = 0;
-  std::optional<std::string> KV50MAC_;
 };
 
 }  // namespace orn

@@ -1,6 +1,8 @@
 #include <ORNHearingTestSDK/results/UserProfile.h>
 
+#include <algorithm>
 #include <array>
+#include <string>
 #include <utility>
 #include <nlohmann/json.hpp>
 
@@ -25,12 +27,26 @@ void store(UserDefaults& defaults, const StoredProfile& profile) {
   defaults.synchronize();
 }
 
+/// A day with one mark of another kind, without its zeros or without marks, in the form of birthdayFormatter().
+std::string withDashesAndZeros(std::string day) {
+  constexpr std::size_t month = 5, afterMonth = 7, whole = 10;
+  for (const char mark : {'/', '.'}) {
+    if (std::count(day.begin(), day.end(), mark) == 2) std::replace(day.begin(), day.end(), mark, '-');
+  }
+  if (day.size() == 8 && day.find('-') == std::string::npos) return day.insert(6, "-").insert(4, "-");
+  if (day.size() >= afterMonth && day[afterMonth - 1] == '-') day.insert(month, "0");
+  if (day.size() == whole - 1) day.insert(whole - 2, "0");
+  return day;
+}
+
 }  // namespace
 
-bool UserProfile::isPossibleBirthday(std::chrono::sys_seconds birthday) {
-  using std::chrono::floor, std::chrono::seconds;
-  const auto first = ORNUtils::birthdayFormatter().dateFromString("1900-01-01");
-  return (!first || birthday >= floor<seconds>(*first)) && birthday <= floor<seconds>(std::chrono::system_clock::now());
+std::optional<std::chrono::system_clock::time_point> UserProfile::birthdayOf(std::string text) {
+  const DateFormatter formatter = ORNUtils::birthdayFormatter();
+  const auto day = formatter.dateFromString(withDashesAndZeros(std::move(text)));
+  const bool isPossible =
+      day && day >= formatter.dateFromString("1900-01-01") && day <= std::chrono::system_clock::now();
+  return isPossible ? day : std::nullopt;
 }
 
 void UserProfile::setAppUserID(std::optional<std::string> appUserID, std::optional<std::string> username, bool isWomen,

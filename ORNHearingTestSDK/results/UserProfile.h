@@ -22,9 +22,10 @@ class ORN_EXPORT UserProfile {
 
   UserProfile() = delete;
 
-  /// For whoever asks for a birthday: whether it is a day from 1900 to today. A slip of the year would give the score
-  /// another age, and with it another allowance. Any thread.
-  static bool isPossibleBirthday(std::chrono::sys_seconds birthday);
+  /// The birthday that a user has typed: year, month and day, as "1980-03-05", "1980/3/5", "1980.3.5" or "19800305".
+  /// Nothing unless it is a day from 1900 to today: a slip of the year would give the score another age, and with it
+  /// another allowance. The moment is the day's start in the time zone of the process. Any thread.
+  static std::optional<std::chrono::system_clock::time_point> birthdayOf(std::string text);
 
   /// Registers the user with the service and, once it has answered with JSON, whatever its answer, keeps the profile in
   /// the user defaults: USERID, USERSEX, BIRTHDAY, PHONE, USERNAME. Without an id, a birthday or a phone number nothing

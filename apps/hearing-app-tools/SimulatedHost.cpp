@@ -9,6 +9,7 @@
 
 #include <ORNHearingTestSDK/platform/linux/LinuxURLSession.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
+#include <ORNHearingTestSDK/results/UserProfile.h>
 
 #include "hearing-service/HearingService.h"
 #include "simulation/calibration/SampleCalibration.h"
@@ -60,6 +61,8 @@ Platform SimulatedHost::platform() const {
 
 void SimulatedHost::plugAudiometer() { machine_.audioSession->plugAudiometer("KV60S", simulation::kSimulatedAddress); }
 
-Profile sampleProfile() { return {QStringLiteral("小明"), false, QDate(1990, 3, 5), QStringLiteral("13800000000")}; }
+Profile sampleProfile() {
+  return {QStringLiteral("小明"), false, *UserProfile::birthdayOf("1990-03-05"), QStringLiteral("13800000000")};
+}
 
 }  // namespace orn

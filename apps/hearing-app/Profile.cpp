@@ -4,7 +4,6 @@
 #include <string>
 #include <utility>
 
-#include <QtCore/QDateTime>
 #include <QtCore/QUuid>
 
 #include <ORNHearingTestSDK/platform/Platform.h>
@@ -29,10 +28,6 @@ std::optional<Value> kept(const char* key) {
   return found ? std::optional(*found) : std::nullopt;
 }
 
-system_clock::time_point startOf(QDate day) {
-  return system_clock::time_point(std::chrono::milliseconds(day.startOfDay().toMSecsSinceEpoch()));
-}
-
 }  // namespace
 
 bool isProfileKept() {
@@ -43,7 +38,7 @@ bool isProfileKept() {
 void keepProfile(const Profile& profile) {
   defaults().setValue(kUserIDDefault, QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString());
   defaults().setValue(kUserSexDefault, profile.isWoman);
-  defaults().setValue(kBirthdayDefault, startOf(profile.birthday));
+  defaults().setValue(kBirthdayDefault, profile.birthday);
   defaults().setValue(kPhoneDefault, profile.phone.toStdString());
   defaults().setValue(kUserNameDefault, profile.name.toStdString());
   defaults().removeValue(kRegisteredWith);

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <optional>
 
-#include <QtCore/QDate>
 #include <QtCore/QString>
 
 #include <ORNHearingTestSDK/platform/URLSession.h>
@@ -14,7 +14,7 @@ namespace orn {
 struct Profile {
   QString name;  ///< May be empty.
   bool isWoman = false;
-  QDate birthday;
+  std::chrono::system_clock::time_point birthday;  ///< The start of the day.
   QString phone;
 };
 

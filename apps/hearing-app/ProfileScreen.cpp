@@ -1,6 +1,7 @@
 #include "hearing-app/ProfileScreen.h"
 
 #include <chrono>
+#include <optional>
 #include <utility>
 
 #include <QtCore/QRegularExpression>
@@ -20,15 +21,8 @@ namespace {
 
 constexpr int kLongestText = 60;
 
-/// Eight digits, with or without marks between year, month and day.
-QDate dateOf(const QString& text) {
-  const QString plain = text.trimmed();
-  for (const char* format : {"yyyy-M-d", "yyyy/M/d", "yyyy.M.d", "yyyyMMdd"}) {
-    const QDate date = QDate::fromString(plain, QString::fromLatin1(format));
-    const std::chrono::sys_seconds start{std::chrono::seconds(date.startOfDay().toSecsSinceEpoch())};
-    if (date.isValid() && UserProfile::isPossibleBirthday(start)) return date;
-  }
-  return {};
+std::optional<std::chrono::system_clock::time_point> birthdayIn(const QLineEdit& field) {
+  return UserProfile::birthdayOf(field.text().trimmed().toStdString());
 }
 
 bool isPhone(const QString& text) {
@@ -90,7 +84,7 @@ void ProfileScreen::addSexes(QVBoxLayout* column) {
 
 ProfileScreen::Complaint ProfileScreen::complaint() const {
   if (!man_->isChecked() && !woman_->isChecked()) return {QStringLiteral("请选择性别。"), man_};
-  if (!dateOf(birthday_->text()).isValid()) return {QStringLiteral("请填写出生日期，例如 1980-03-05。"), birthday_};
+  if (!birthdayIn(*birthday_)) return {QStringLiteral("请填写出生日期，例如 1980-03-05。"), birthday_};
   if (!isPhone(phone_->text())) return {QStringLiteral("请填写手机号码。"), phone_};
   return {};
 }
@@ -100,7 +94,7 @@ void ProfileScreen::done() {
   complaint_->setText(wrong);
   if (field) return field->setFocus();
   const auto alive = shared_from_this();
-  const Profile profile{name_->text().trimmed(), woman_->isChecked(), dateOf(birthday_->text()),
+  const Profile profile{name_->text().trimmed(), woman_->isChecked(), *birthdayIn(*birthday_),
                         phone_->text().trimmed()};
   if (const auto told = std::exchange(onDone, nullptr)) told(profile);
 }

@@ -1,7 +1,9 @@
 #include "hearing-service/FieldRules.h"
 
 #include <charconv>
-#include <chrono>
+#include <string>
+
+#include <ORNHearingTestSDK/common/ORNUtils.h>
 
 #include "hearing-service/BadRequest.h"
 
@@ -33,12 +35,9 @@ void requireGender(std::string_view text) {
 }
 
 void requireBirthday(std::string_view text) {
-  unsigned date = 0;
-  if (text.size() == 8 && readsWholly(text, date)) {
-    using namespace std::chrono;
-    if ((year(static_cast<int>(date / 10'000)) / month(date / 100 % 100) / day(date % 100)).ok()) return;
+  if (!ORNUtils::dayFormatter().dateFromString(std::string(text))) {
+    throw BadRequest("birthday is no date of the form yyyyMMdd");
   }
-  throw BadRequest("birthday is no date of the form yyyyMMdd");
 }
 
 }  // namespace orn::service

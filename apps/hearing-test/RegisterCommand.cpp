@@ -1,12 +1,10 @@
 #include "hearing-test/RegisterCommand.h"
 
-#include <chrono>
 #include <cstdio>
 #include <optional>
 #include <stdexcept>
 #include <CLI/CLI.hpp>
 
-#include <ORNHearingTestSDK/common/ORNUtils.h>
 #include <ORNHearingTestSDK/results/AppRegistration.h>
 #include <ORNHearingTestSDK/results/UserProfile.h>
 
@@ -16,10 +14,7 @@ namespace orn {
 namespace {
 
 std::string checkBirthday(const std::string& text) {
-  const auto birthday = ORNUtils::birthdayFormatter().dateFromString(text);
-  const bool isPossible =
-      birthday && UserProfile::isPossibleBirthday(std::chrono::floor<std::chrono::seconds>(*birthday));
-  return isPossible ? "" : "'" + text + "' is no day from 1900-01-01 to today, as yyyy-MM-dd";
+  return UserProfile::birthdayOf(text) ? "" : "'" + text + "' is no day from 1900-01-01 to today, as yyyy-MM-dd";
 }
 
 }  // namespace
@@ -46,8 +41,8 @@ int RegisterCommand::run() {
     failure = std::move(error);
     stopLoopOf(machine);
   };
-  UserProfile::setAppUserID(id_, name_, isWoman_, ORNUtils::birthdayFormatter().dateFromString(birthday_), phone_,
-                            answered, Refusals::AreErrors);
+  UserProfile::setAppUserID(id_, name_, isWoman_, UserProfile::birthdayOf(birthday_), phone_, answered,
+                            Refusals::AreErrors);
   runLoopOf(machine);
   Platform::clearCurrent();
   if (failure) throw std::runtime_error("the service did not take the profile: " + failure->message);

@@ -157,10 +157,11 @@ TEST_F(HearingTestProgram, WhatTheServiceDoesNotTakeIsSaidInOneLine) {
 
 TEST_F(HearingTestProgram, ABirthdayIsADayFrom1900ToToday) {
   const HearingService service;
-  for (const char* birthday : {"1080-03-05", "1899-12-31", "2200-01-01", "1980-02-30", "1980-03", "05.03.1980"}) {
+  for (const char* birthday :
+       {"1080-03-05", "1899-12-31", "2200-01-01", "1980-02-30", "1980-03", "05.03.1980", "1980-3/5"}) {
     EXPECT_EQ(run(registers(service, birthday)).code, 2) << birthday;
   }
-  for (const char* birthday : {"1900-01-01", "$(date +%Y-%m-%d)"}) {
+  for (const char* birthday : {"1900-01-01", "1980-3-5", "1980/12/5", "1980.3.15", "19800305", "$(date +%Y-%m-%d)"}) {
     EXPECT_EQ(run(registers(service, birthday)).code, 0) << birthday;
   }
 }
