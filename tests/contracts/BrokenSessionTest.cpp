@@ -10,157 +10,94 @@
 namespace orn::contract {
 namespace {
 
-struct ChangedSession final : AudioSession {
-  using Tell = std::function<void(const AudioSessionObserver&, std::int32_t)>;
-
-  explicit ChangedSession(std::shared_ptr<AudioSession> session) : real(std::move(session)) {}
+struct BrokenSession final : AudioSession {
+  explicit BrokenSession(std::shared_ptr<AudioSession> session) : real(std::move(session)) {}
 
   std::error_code setActive(bool active) override { return real->setActive(active); }
   std::error_code setCategory(AudioSessionCategory category, std::uint32_t options) override {
-    return configure ? configure() : real->setCategory(category, options);
+    if (breaks("it is activated")) return std::make_error_code(std::errc::operation_not_permitted);
+    return real->setCategory(category, options);
   }
-  std::optional<std::string> routeText() const override { return text ? text() : real->routeText(); }
-  AudioRouteDescription currentRoute() const override { return route ? route() : real->currentRoute(); }
+
+  std::optional<std::string> routeText() const override {
+    if (breaks("an output has a route text")) return std::nullopt;
+    if (breaks("without an output there is")) return real->routeText().value_or("Speaker");
+    return real->routeText();
+  }
+  AudioRouteDescription currentRoute() const override {
+    AudioRouteDescription route = real->currentRoute();
+    for (AudioPort& port : route.outputs) {
+      if (breaks("an output is a port")) port.portName.clear();
+      if (breaks("a new device becomes")) port.UID = "the same";
+    }
+    return route;
+  }
+
   float outputVolume() const override { return real->outputVolume(); }
   std::error_code setOutputVolume(float level) override {
-    return volume ? volume(level) : real->setOutputVolume(level);
+    if (breaks("the volume that is set") && level == 0.9F) level = 0.8F;
+    if (breaks("beyond 0 and 1") && level > 1) level = 0;
+    const std::error_code error = real->setOutputVolume(level);
+    return breaks("without an output setOutputVolume()") ? std::error_code() : error;
   }
   std::error_code restoreOutputVolume(float level) override {
-    return restore ? restore() : real->restoreOutputVolume(level);
+    return breaks("restoreOutputVolume() puts") ? std::error_code() : real->restoreOutputVolume(level);
   }
+
   void addObserver(std::weak_ptr<const AudioSessionObserver> observer) override {
-    if (adding) adding(observer);
-    const auto forwards = [observer](const Tell& tell, std::int32_t value) {
-      if (const auto alive = observer.lock()) tell(*alive, value);
+    if (breaks("an observer is not kept")) kept = observer.lock();
+    all.push_back(observer);
+    own.push_back(std::make_shared<AudioSessionObserver>(
+        AudioSessionObserver{[this, observer](std::int32_t reason) { tellOfRoute(observer.lock(), reason); },
+                             [observer](std::int32_t type) {
+                               const auto alive = observer.lock();
+                               if (alive && alive->interruption)
+                                 alive->interruption(breaks("an interruption") ? 1 : type);
+                             }}));
+    real->addObserver(own.back());
+  }
+
+  void tellOfRoute(const std::shared_ptr<const AudioSessionObserver>& observer, std::int32_t reason) {
+    if (breaks("a device that goes") && reason == kAudioSessionRouteChangeReasonOldDeviceUnavailable) reason = 0;
+    const auto tell = [reason](const std::shared_ptr<const AudioSessionObserver>& one) {
+      if (one && (one->routeChange || breaks("an empty member"))) one->routeChange(reason);
     };
-    wrapped.push_back(std::make_shared<AudioSessionObserver>(
-        AudioSessionObserver{[this, forwards](std::int32_t reason) { forwards(tellRoute, reason); },
-                             [this, forwards](std::int32_t type) { forwards(tellInterruption, type); }}));
-    real->addObserver(wrapped.back());
+    if (breaks("notices come on")) return std::thread([&] { tell(observer); }).join();
+    if (!breaks("an observer may let go")) return tell(observer);
+    if (all.front().lock() != observer) return;
+    std::vector<std::shared_ptr<const AudioSessionObserver>> held;  // whoever is there when the notice begins
+    for (const auto& one : all) held.push_back(one.lock());
+    for (const auto& one : held) tell(one);
   }
 
   std::shared_ptr<AudioSession> real;
-  std::vector<std::shared_ptr<const AudioSessionObserver>> wrapped;
-  std::function<std::error_code()> configure;
-  std::function<std::optional<std::string>()> text;
-  std::function<AudioRouteDescription()> route;
-  std::function<std::error_code(float)> volume;
-  std::function<std::error_code()> restore;
-  std::function<void(std::weak_ptr<const AudioSessionObserver>)> adding;
-  Tell tellRoute = [](const AudioSessionObserver& observer, std::int32_t reason) {
-    if (observer.routeChange) observer.routeChange(reason);
-  };
-  Tell tellInterruption = [](const AudioSessionObserver& observer, std::int32_t type) {
-    if (observer.interruption) observer.interruption(type);
-  };
+  std::shared_ptr<const AudioSessionObserver> kept;
+  std::vector<std::weak_ptr<const AudioSessionObserver>> all;
+  std::vector<std::shared_ptr<const AudioSessionObserver>> own;
 };
 
-std::function<AudioSessionUnderTest()> sessionThat(const std::function<void(ChangedSession&, AudioSession&)>& change) {
-  return [change] {
-    AudioSessionUnderTest copy = example::session();
-    const auto changed = std::make_shared<ChangedSession>(copy.session);
-    change(*changed, *copy.session);
-    copy.session = changed;
-    return copy;
-  };
-}
-
-std::function<AudioSessionUnderTest()> outputVolumeThat(const std::function<float(float)>& change) {
-  return sessionThat([change](ChangedSession& session, AudioSession& real) {
-    session.volume = [&real, change](float level) { return real.setOutputVolume(change(level)); };
-  });
-}
-
-const std::vector<BrokenCopy<AudioSessionUnderTest>> kSessions = {
-    {"it is activated", sessionThat([](ChangedSession& session, AudioSession&) {
-       session.configure = [] { return std::make_error_code(std::errc::operation_not_permitted); };
-     })},
-    {"an output has a route text",
-     sessionThat([](ChangedSession& session, AudioSession&) { session.text = [] { return std::nullopt; }; })},
-    {"an output is a port", sessionThat([](ChangedSession& session, AudioSession& real) {
-       session.route = [&real] {
-         auto route = real.currentRoute();
-         for (AudioPort& port : route.outputs) port.portName.clear();
-         return route;
-       };
-     })},
-    {"the volume that is set", outputVolumeThat([](float level) { return level == 0.9F ? 0.8F : level; })},
-    {"beyond 0 and 1", outputVolumeThat([](float level) { return level > 1 ? 0 : level; })},
-    {"restoreOutputVolume() puts",
-     sessionThat([](ChangedSession& session, AudioSession&) { session.restore = [] { return std::error_code(); }; })},
-    {"without an output there is", sessionThat([](ChangedSession& session, AudioSession& real) {
-       session.text = [&real] { return real.routeText().value_or("Speaker"); };
-     })},
-    {"without an output setOutputVolume()", sessionThat([](ChangedSession& session, AudioSession& real) {
-       session.volume = [&real](float level) { return (void)real.setOutputVolume(level), std::error_code(); };
-     })},
-    {"a new device becomes", sessionThat([](ChangedSession& session, AudioSession& real) {
-       session.route = [&real, first = std::make_shared<std::optional<AudioRouteDescription>>()] {
-         if (!real.routeText()) return AudioRouteDescription();
-         if (!*first) *first = real.currentRoute();
-         return **first;
-       };
-     })},
-    {"a device that goes", sessionThat([](ChangedSession& session, AudioSession&) {
-       session.tellRoute = [tell = session.tellRoute](const auto& observer, std::int32_t reason) {
-         tell(observer, reason == kAudioSessionRouteChangeReasonOldDeviceUnavailable ? 0 : reason);
-       };
-     })},
-    {"an interruption", sessionThat([](ChangedSession& session, AudioSession&) {
-       session.tellInterruption = [tell = session.tellInterruption](const auto& observer, std::int32_t) {
-         tell(observer, 1);
-       };
-     })},
-    {"notices come on", sessionThat([](ChangedSession& session, AudioSession&) {
-       session.tellRoute = [tell = session.tellRoute](const auto& observer, std::int32_t reason) {
-         std::thread([&] { tell(observer, reason); }).join();
-       };
-     })},
-    {"an empty member", sessionThat([](ChangedSession& session, AudioSession&) {
-       session.tellRoute = [](const auto& observer, std::int32_t reason) { observer.routeChange(reason); };
-     })},
-    {"an observer is not kept", sessionThat([](ChangedSession& session, AudioSession&) {
-       session.adding = [kept = std::shared_ptr<const AudioSessionObserver>()](const auto& observer) mutable {
-         if (!kept) kept = observer.lock();
-       };
-     })},
-    {"an observer may let go", sessionThat([](ChangedSession& session, AudioSession&) {
-       // Whoever is there when a notice begins is told, whatever happens meanwhile.
-       const auto all = std::make_shared<std::vector<std::weak_ptr<const AudioSessionObserver>>>();
-       session.adding = [all](const auto& observer) { all->push_back(observer); };
-       session.tellRoute = [all, tell = session.tellRoute](const auto& observer, std::int32_t reason) {
-         if (all->front().lock().get() != &observer) return;
-         std::vector<std::shared_ptr<const AudioSessionObserver>> held;
-         for (const auto& one : *all) held.push_back(one.lock());
-         for (const auto& one : held) {
-           if (one) tell(*one, reason);
-         }
-       };
-     })},
-};
-
-struct ChangedDevice final : Device {
-  explicit ChangedDevice(std::function<std::string()> text) : model(std::move(text)) {}
-  std::string machine() const override { return model(); }
-  std::string systemVersion() const override { return "1"; }
+struct BrokenDevice final : Device {
+  std::string machine() const override {
+    return breaks("the texts stay the same") ? std::to_string(++count) : "Board 4";
+  }
+  std::string systemVersion() const override { return breaks("every text is one line") ? "1\n" : "1"; }
   std::string applicationIdentifier() const override { return "org.app"; }
   std::string applicationVersion() const override { return "1"; }
 
-  std::function<std::string()> model;
+  mutable std::atomic<int> count = 0;
 };
 
-std::function<std::shared_ptr<Device>()> deviceThat(const std::function<std::string()>& model) {
-  return [model] { return std::make_shared<ChangedDevice>(model); };
+TEST(BrokenCopies, OfTheSessionAreNamed) {
+  expectEachNamed<AudioSessionUnderTest>(checkAudioSession, [] {
+    AudioSessionUnderTest copy = example::session();
+    copy.session = std::make_shared<BrokenSession>(copy.session);
+    return copy;
+  });
 }
 
-const std::vector<BrokenCopy<std::shared_ptr<Device>>> kDevices = {
-    {"every text is one line", deviceThat([] { return "Board 4\n"; })},
-    {"the texts stay the same",
-     deviceThat([count = std::make_shared<std::atomic<int>>(0)] { return std::to_string(++*count); })},
-};
-
-TEST(BrokenCopies, OfTheSessionAreNamed) { expectNamed("AudioSession", checkAudioSession, kSessions); }
-TEST(BrokenCopies, OfTheDeviceAreNamed) { expectNamed("Device", checkDevice, kDevices); }
+TEST(BrokenCopies, OfTheDeviceAreNamed) {
+  expectEachNamed<std::shared_ptr<Device>>(checkDevice, [] { return std::make_shared<BrokenDevice>(); });
+}
 
 }  // namespace
 }  // namespace orn::contract

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstring>
 #include <thread>
+#include <utility>
 
 #include <ORNHearingTestSDK/contracts/AudioCheck.h>
 #include <ORNHearingTestSDK/contracts/AudioOutputContract.h>
@@ -9,370 +10,243 @@
 #include <ORNHearingTestSDK/contracts/AudioQueueContract.h>
 
 #include "BrokenCopies.h"
-#include "ChangedSound.h"
 #include "examples/backend-contracts/SimulatedBackend.h"
 
 namespace orn::contract {
 namespace {
 
-using Copy = BrokenCopy<AudioUnderTest>;
 using Buffer = AudioQueueBuffer;
 
 const std::error_code kFine;
 
-std::function<AudioUnderTest()> outputThat(const std::function<void(ChangedOutput&, AudioUnderTest&)>& change) {
-  return [change] {
-    AudioUnderTest copy = example::audio();
-    const auto changed = std::make_shared<ChangedOutput>(copy.output);
-    change(*changed, copy);
-    copy.output = changed;
-    return copy;
+struct BrokenQueue final : AudioQueue {
+  /// What a real queue calls, which may outlive the copy.
+  struct Hand {
+    OutputCallback callback;
+    BrokenQueue* copy = nullptr;
+    AudioQueue* real = nullptr;
   };
-}
 
-/// A change of each queue, which keeps account of its buffers.
-std::function<AudioUnderTest()> queueThat(const std::function<void(ChangedQueue&)>& change) {
-  return outputThat([change](ChangedOutput& output, AudioUnderTest&) {
-    output.queue = [change](ChangedQueue& queue) { change(queue); };
-  });
-}
-
-std::function<AudioUnderTest()> playerThat(const std::function<void(ChangedPlayer&)>& change) {
-  return outputThat([change](ChangedOutput& output, AudioUnderTest&) {
-    output.player = [change](ChangedPlayer& player, auto) { change(player); };
-  });
-}
-
-/// A queue whose n-th callback is changed.
-std::function<AudioUnderTest()> callbackThat(const std::function<void(ChangedQueue&, Buffer&, int number)>& change) {
-  return queueThat([change](ChangedQueue& queue) {
-    queue.hand->back = [&queue, change, number = 0](Buffer& buffer) mutable { change(queue, buffer, ++number); };
-  });
-}
-
-/// A queue whose n-th enqueueing is changed.
-std::function<AudioUnderTest()> enqueueThat(
-    const std::function<std::error_code(ChangedQueue&, Buffer&, int number)>& change) {
-  return queueThat([change](ChangedQueue& queue) {
-    queue.enqueue = [&queue, change, number = 0](Buffer& buffer) mutable { return change(queue, buffer, ++number); };
-  });
-}
-
-/// Keeps `enqueued` true: what is enqueued and has not been handed back.
-void keepAccount(ChangedQueue& queue) {
-  queue.enqueue = [&queue](Buffer& buffer) {
-    std::erase(queue.enqueued, &buffer);
-    queue.enqueued.push_back(&buffer);
-    return queue.real->enqueueBuffer(buffer);
-  };
-  queue.hand->back = [&queue](Buffer& buffer) {
-    std::erase(queue.enqueued, &buffer);
-    queue.handBack(buffer);
-  };
-}
-
-std::function<AudioUnderTest()> volumeThat(const std::function<float(float)>& change) {
-  return queueThat([change](ChangedQueue& queue) {
-    queue.volume = [&queue, change](float volume) { return queue.real->setVolume(change(volume)); };
-  });
-}
-
-/// Queues that were destroyed and play on.
-auto graveyard() { return std::make_shared<std::vector<std::shared_ptr<AudioQueue>>>(); }
-
-const std::vector<Copy> kQueues = {
-    {"buffers of any length",
-     enqueueThat([held = std::make_shared<Buffer*>()](ChangedQueue& queue, Buffer& buffer, int n) {
-       // The second and the third change places, if they are small.
-       if (buffer.mAudioData.size() > 1500 || n == 1) return queue.real->enqueueBuffer(buffer);
-       if (n == 2) return *held = &buffer, kFine;
-       const auto error = queue.real->enqueueBuffer(buffer);
-       return *held ? queue.real->enqueueBuffer(*std::exchange(*held, nullptr)) : error;
-     })},
-    {"nothing sounds and no buffer", enqueueThat([](ChangedQueue& queue, Buffer& buffer, int) {
-       const auto error = queue.real->enqueueBuffer(buffer);
-       queue.real->start();
-       return error;
-     })},
-    {"each buffer is handed back", callbackThat([](ChangedQueue& queue, Buffer& buffer, int n) {
-       if (n != 2) queue.handBack(buffer);
-     })},
-    {"each buffer is handed back", queueThat([](ChangedQueue& queue) {
-       keepAccount(queue);
-       queue.hand->back = [&queue, back = queue.hand->back](Buffer& buffer) {
-         back(buffer);
-         if (queue.enqueued.empty()) back(buffer);
-       };
-     })},
-    {"all callbacks", callbackThat([](ChangedQueue& queue, Buffer& buffer, int n) {
-       if (n != 2) return queue.handBack(buffer);
-       std::thread([&] { queue.handBack(buffer); }).join();
-     })},
-    {"what the callback enqueues", enqueueThat([](ChangedQueue& queue, Buffer& buffer, int n) {
-       return n == 10 && buffer.mAudioData.size() == QueueUnderTest::kBlock ? kFine : queue.real->enqueueBuffer(buffer);
-     })},
-    {"setVolume() may be called", queueThat([](ChangedQueue& queue) {
-       const auto isWithin = std::make_shared<bool>(false);
-       queue.hand->back = [&queue, isWithin](Buffer& buffer) {
-         *isWithin = true;
-         queue.handBack(buffer);
-         *isWithin = false;
-       };
-       queue.volume = [&queue, isWithin](float volume) { return *isWithin ? kFine : queue.real->setVolume(volume); };
-     })},
-    {"a queue that runs dry", queueThat([](ChangedQueue& queue) {
-       keepAccount(queue);
-       queue.hand->back = [&queue, back = queue.hand->back](Buffer& buffer) {
-         back(buffer);
-         if (queue.enqueued.empty()) queue.real->pause();
-       };
-     })},
-    {"a buffer's bytes are copied", queueThat([](ChangedQueue& queue) {
-       const auto all = std::make_shared<std::vector<Buffer*>>();
-       queue.enqueue = [&queue, all](Buffer& buffer) {
-         const auto error = queue.real->enqueueBuffer(buffer);
-         if (!error) all->push_back(&buffer);
-         return error;
-       };
-       queue.starting = [&queue, all] {
-         for (Buffer* buffer : std::exchange(*all, {})) {
-           if (!queue.isRunning) queue.real->enqueueBuffer(*buffer);
-         }
-         queue.isRunning = true;
-         return queue.real->start();
-       };
-     })},
-    {"a buffer that is enqueued again", queueThat([](ChangedQueue& queue) {
-       keepAccount(queue);
-       queue.enqueue = [&queue, enqueue = queue.enqueue](Buffer& buffer) {
-         const bool isIn = std::find(queue.enqueued.begin(), queue.enqueued.end(), &buffer) != queue.enqueued.end();
-         return isIn ? kFine : enqueue(buffer);
-       };
-       queue.stopping = [&queue] {
-         queue.enqueued.clear();
-         return queue.real->stop();
-       };
-     })},
-    {"a buffer without bytes", enqueueThat([](ChangedQueue& queue, Buffer& buffer, int) {
-       (void)queue.real->enqueueBuffer(buffer);
-       return kFine;
-     })},
-    {"no more is played", enqueueThat([](ChangedQueue& queue, Buffer& buffer, int) {
-       if (buffer.mAudioDataByteSize > buffer.mAudioData.size())
-         return std::make_error_code(std::errc::invalid_argument);
-       return queue.real->enqueueBuffer(buffer);
-     })},
-    {"a new buffer is zeroed", queueThat([](ChangedQueue& queue) {
-       queue.allocated = [](Buffer& buffer) { std::memset(buffer.mAudioData.data(), 1, buffer.mAudioData.size()); };
-     })},
-    {"the volume is a linear gain",
-     volumeThat([](float volume) { return std::abs(volume) < 0.3F ? volume * volume : volume; })},
-    {"beyond 0 and 1", volumeThat([](float volume) { return std::isnan(volume) ? 1 : volume; })},
-    {"beyond 0 and 1", volumeThat([](float volume) { return std::abs(volume); })},
-    {"start() is harmless", outputThat([](ChangedOutput& output, AudioUnderTest& copy) {
-       const auto all = std::make_shared<std::vector<ChangedQueue*>>();
-       output.queue = [all](ChangedQueue& queue) {
-         all->push_back(&queue);
-         queue.starting = [&queue] {
-           const auto error = queue.real->start();
-           const bool wasRunning = std::exchange(queue.isRunning, !error);
-           return wasRunning && !error ? std::make_error_code(std::errc::already_connected) : error;
-         };
-         queue.pausing = [&queue] { return queue.isRunning = false, queue.real->pause(); };
-         queue.stopping = [&queue] { return queue.isRunning = false, queue.real->stop(); };
-       };
-       copy.takeDeviceAway = [all, away = copy.takeDeviceAway] {
-         for (ChangedQueue* queue : *all) queue->isRunning = false;
-         away();
-       };
-     })},
-    {"pause() stops the sound",
-     queueThat([](ChangedQueue& queue) { queue.pausing = [&queue] { return queue.real->stop(); }; })},
-    {"no callback comes between", queueThat([](ChangedQueue& queue) {
-       keepAccount(queue);
-       queue.pausing = [&queue] {
-         for (int i = 0; i < 2; ++i) queue.handBack(*queue.enqueued.back());
-         return queue.real->pause();
-       };
-     })},
-    {"stop() stops the sound",
-     queueThat([](ChangedQueue& queue) { queue.stopping = [&queue] { return queue.real->pause(); }; })},
-    {"stop() hands nothing back", queueThat([](ChangedQueue& queue) {
-       keepAccount(queue);
-       queue.stopping = [&queue] {
-         const auto error = queue.real->stop();
-         for (Buffer* buffer : std::exchange(queue.enqueued, {})) queue.handBack(*buffer);
-         return error;
-       };
-     })},
-    {"the destructor waits", queueThat([after = graveyard()](ChangedQueue& queue) {
-       queue.dropped = [after](ChangedQueue& gone) {
-         gone.real->setVolume(0);
-         gone.hand->back = [hand = gone.hand.get(), real = gone.real.get()](Buffer& buffer) {
-           hand->callback(*real, buffer);
-         };
-         after->push_back(gone.real);
-       };
-     })},
-    {"the destructor drops", queueThat([after = graveyard()](ChangedQueue& queue) {
-       queue.dropped = [after](ChangedQueue& gone) {
-         gone.hand->back = [](Buffer&) {};
-         after->push_back(gone.real);
-       };
-     })},
-    {"a queue whose device goes",
-     queueThat([](ChangedQueue& queue) { queue.starting = [&queue] { return (void)queue.real->start(), kFine; }; })},
-    {"what was queued when", outputThat([](ChangedOutput& output, AudioUnderTest& copy) {
-       const auto all = std::make_shared<std::vector<ChangedQueue*>>();
-       output.queue = [all](ChangedQueue& queue) { all->push_back(&queue); };
-       copy.takeDeviceAway = [all, away = copy.takeDeviceAway] {
-         for (ChangedQueue* queue : *all) queue->real->stop();
-         away();
-       };
-     })},
-};
-
-std::function<AudioUnderTest()> panThat(const std::function<float(float)>& change) {
-  return playerThat([change](ChangedPlayer& player) {
-    player.panning = [&player, change](float pan) { player.real->setPan(change(pan)); };
-  });
-}
-
-std::function<AudioUnderTest()> gainThat(const std::function<float(float)>& change) {
-  return playerThat([change](ChangedPlayer& player) {
-    player.scaling = [&player, change](float volume) { player.real->setVolume(change(volume)); };
-  });
-}
-
-/// The file with ten samples of silence at its end.
-Bytes longerFile(std::span<const std::uint8_t> given) {
-  Bytes file(given.begin(), given.end());
-  file.resize(file.size() + 20);
-  for (const std::size_t place : {4U, 40U}) {
-    std::uint32_t size = 0;
-    std::memcpy(&size, &file[place], sizeof(size));
-    size += 20;
-    std::memcpy(&file[place], &size, sizeof(size));
+  ~BrokenQueue() override {
+    hand->copy = nullptr;
+    static std::vector<std::shared_ptr<AudioQueue>> playsOn;
+    if (breaks("the destructor waits")) (void)real->setVolume(0);
+    if (breaks("the destructor")) playsOn.push_back(real);
   }
-  return file;
+
+  static void handBack(const std::shared_ptr<Hand>& hand, Buffer& buffer) {
+    if (hand->copy) return hand->copy->handBack(buffer);
+    if (breaks("the destructor waits")) hand->callback(*hand->real, buffer);
+  }
+
+  void handBack(Buffer& buffer) {
+    const int number = ++callbacks;
+    std::erase(enqueued, &buffer);
+    if (breaks("each buffer is handed back") && number == 2) return;
+    if (breaks("all callbacks") && number == 2) return std::thread([&] { hand->callback(*this, buffer); }).join();
+    isWithin = true;
+    hand->callback(*this, buffer);
+    isWithin = false;
+    if (breaks("a queue that runs dry is silent") && enqueued.empty()) (void)real->pause();
+  }
+
+  Buffer* allocateBuffer(std::uint32_t size) override {
+    Buffer* buffer = real->allocateBuffer(size);
+    if (breaks("a new buffer is zeroed")) std::memset(buffer->mAudioData.data(), 1, size);
+    return buffer;
+  }
+
+  std::error_code enqueueBuffer(Buffer& buffer) override {
+    const std::size_t room = buffer.mAudioData.size();
+    const bool isIn = std::find(enqueued.begin(), enqueued.end(), &buffer) != enqueued.end();
+    if (breaks("buffers of any length") && room == 10) buffer.mAudioDataByteSize = 8;
+    if (breaks("what the callback enqueues") && ++enqueueings == 10 && room == QueueUnderTest::kBlock) return kFine;
+    if (breaks("a buffer that is enqueued again") && isIn) return kFine;
+    if (breaks("no more is played") && buffer.mAudioDataByteSize > room)
+      return std::make_error_code(std::errc::invalid_argument);
+    const std::error_code error = real->enqueueBuffer(buffer);
+    std::erase(enqueued, &buffer);
+    if (!error) enqueued.push_back(&buffer);
+    if (breaks("nothing sounds and no buffer")) (void)real->start();
+    return breaks("a buffer without bytes") ? kFine : error;
+  }
+
+  std::error_code setVolume(float gain) override {
+    if (breaks("the volume is a linear gain") && std::abs(gain) < 0.3F) gain *= gain;
+    if (breaks("beyond 0 and 1") && std::isnan(gain)) gain = 1;
+    return breaks("setVolume() may be called") && isWithin ? kFine : real->setVolume(gain);
+  }
+
+  std::error_code start() override {
+    const bool isFirst = !std::exchange(wasStarted, true), isAnew = !std::exchange(isRunning, true);
+    for (Buffer* buffer : enqueued) {
+      if (breaks("a buffer's bytes are copied") && isFirst) (void)real->enqueueBuffer(*buffer);
+    }
+    const std::error_code error = real->start();
+    if (breaks("start() is harmless") && !isAnew && !error) return std::make_error_code(std::errc::already_connected);
+    return breaks("a queue whose device goes") ? kFine : error;
+  }
+  std::error_code pause() override {
+    isRunning = false;
+    for (int i = 0; i < 2 && breaks("no callback comes between"); ++i) handBack(*enqueued.back());
+    return breaks("pause() stops the sound") ? real->stop() : real->pause();
+  }
+  std::error_code stop() override {
+    isRunning = false;
+    const std::error_code error = breaks("stop() stops the sound") ? real->pause() : real->stop();
+    for (Buffer* buffer : std::exchange(enqueued, {})) {
+      if (breaks("stop() hands nothing back")) handBack(*buffer);
+    }
+    return error;
+  }
+
+  std::shared_ptr<AudioQueue> real;
+  std::shared_ptr<Hand> hand = std::make_shared<Hand>();
+  std::vector<Buffer*> enqueued;  // and not handed back
+  int callbacks = 0, enqueueings = 0;
+  bool isWithin = false, isRunning = false, wasStarted = false;
+};
+
+struct BrokenPlayer final : AudioPlayer {
+  BrokenPlayer(std::shared_ptr<AudioOutput> output, std::span<const std::uint8_t> data)
+      : given(data), bytes(data.begin(), data.end()), output_(std::move(output)), real(again()) {}
+
+  /// The same recording from its beginning.
+  std::unique_ptr<AudioPlayer> again() const {
+    auto player = output_.lock()->playerWithData(bytes);
+    if (player) player->setNumberOfLoops(loops);
+    return player;
+  }
+
+  void setNumberOfLoops(int number) override {
+    if (breaks("a number of loops") && number > 0) --number;
+    if (breaks("-1 plays forever") && number < 0) number = 9;
+    loops = number;
+    isLoopSet = true;
+    real->setNumberOfLoops(number);
+  }
+  std::error_code prepareToPlay() override { return breaks("prepareToPlay()") ? real->play() : real->prepareToPlay(); }
+
+  void setPan(float value) override {
+    pan_ = value;
+    if (breaks("pan -1 is left only") && value == 1) value = -1;
+    if (breaks("between, the far side")) value *= std::abs(value);
+    if (!breaks("a pan and a volume are heard")) real->setPan(value);
+  }
+  void setVolume(float value) override {
+    volume_ = value;
+    if (breaks("the volume is a linear gain") && value == 2.5F) value = 1;
+    if (breaks("samples beyond") && value == 3) value = 1.6F;
+    if (breaks("a pan or a volume that is no number") && std::isnan(value)) value = 1;
+    if (!breaks("a pan and a volume are heard")) real->setVolume(value);
+  }
+  float pan() const override { return pan_; }
+  float volume() const override { return breaks("pan() and volume()") ? std::min(volume_, 1.0F) : volume_; }
+
+  std::error_code play() override {
+    const bool isAgain = ++plays > 1;
+    if (breaks("0 loops") && !isLoopSet) real->setNumberOfLoops(1);
+    if (breaks("after its end") && isAgain) return real->prepareToPlay();
+    if (breaks("play() is harmless") && isAgain) real = again();
+    if (breaks("playerWithData() copies") && !isLoopSet) real = output_.lock()->playerWithData(given);
+    if (breaks("a pan and a volume are heard")) real->setPan(pan_), real->setVolume(volume_);
+    const std::error_code error = real->play();
+    if (breaks("a device that goes is a lapse") && error) ++*wrongLapses;
+    return breaks("a player whose device goes") ? kFine : error;
+  }
+  void stop() override {
+    plays = 0;
+    if (breaks("sound that is whole")) ++*wrongLapses;
+    if (breaks("stop() stops the sound")) real = again();
+    real->stop();
+  }
+
+  std::span<const std::uint8_t> given;
+  std::vector<std::uint8_t> bytes;
+  std::weak_ptr<AudioOutput> output_;
+  int loops = 0, plays = 0;  // plays since the last stop
+  bool isLoopSet = false;
+  std::unique_ptr<AudioPlayer> real;
+  std::shared_ptr<std::uint64_t> wrongLapses;
+
+ private:
+  float pan_ = 0, volume_ = 1;
+};
+
+struct BrokenOutput final : AudioOutput {
+  explicit BrokenOutput(std::shared_ptr<AudioOutput> output) : real(std::move(output)) {}
+
+  std::error_code useCurrentDevice() override {
+    if (breaks("useCurrentDevice() succeeds") && !std::exchange(wasAsked, true))
+      return std::make_error_code(std::errc::no_such_device);
+    return breaks("useCurrentDevice() gives") ? kFine : real->useCurrentDevice();
+  }
+  std::error_code status() override { return breaks("status() gives") ? kFine : real->status(); }
+  std::uint64_t lapses() override {
+    const std::uint64_t all = real->lapses() + *wrongLapses;
+    return breaks("a queue that runs dry is a lapse") ? std::min<std::uint64_t>(all, 1) : all;
+  }
+
+  std::unique_ptr<AudioQueue> newOutputQueue(const AudioStreamBasicDescription& format,
+                                             AudioQueue::OutputCallback callback) override {
+    AudioStreamBasicDescription asked = format;
+    if (breaks("there is a queue")) asked.mSampleRate = 48000;
+    auto queue = std::make_unique<BrokenQueue>();
+    queue->real = real->newOutputQueue(
+        asked, [hand = queue->hand](auto&, Buffer& buffer) { BrokenQueue::handBack(hand, buffer); });
+    if (!queue->real) return nullptr;
+    *queue->hand = {std::move(callback), queue.get(), queue->real.get()};
+    if (breaks("queues and players") && hasPlayer) (void)queue->real->setVolume(0);
+    queues.push_back(queue->hand);
+    return queue;
+  }
+
+  std::unique_ptr<AudioPlayer> playerWithData(std::span<const std::uint8_t> data) override {
+    const Bytes other = waveFile(ramp(10));
+    const bool isOther = breaks("playerWithData() is null") && data.size() == 200;
+    auto player = std::make_unique<BrokenPlayer>(real, isOther ? other : data);
+    if (!player->real) return nullptr;
+    player->wrongLapses = wrongLapses;
+    hasPlayer = true;
+    return player;
+  }
+  std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path) override {
+    if (breaks("playerWithContentsOfFile() plays")) return nullptr;
+    auto player = real->playerWithContentsOfFile(path);
+    if (breaks("playerWithContentsOfFile() is null") && !player) return real->playerWithData(waveFile(ramp(10)));
+    return player;
+  }
+
+  void deviceGoes() {
+    for (const auto& hand : queues) {
+      if (!hand->copy) continue;
+      hand->copy->isRunning = false;
+      if (breaks("what was queued when")) (void)hand->real->stop();
+    }
+  }
+
+  std::shared_ptr<AudioOutput> real;
+  std::vector<std::shared_ptr<BrokenQueue::Hand>> queues;
+  std::shared_ptr<std::uint64_t> wrongLapses = std::make_shared<std::uint64_t>(0);
+  bool wasAsked = false, hasPlayer = false;
+};
+
+AudioUnderTest brokenSound() {
+  static std::vector<std::shared_ptr<AudioOutput>> keptForEver;
+  AudioUnderTest copy = example::audio();
+  if (breaks("what an output made")) keptForEver.push_back(copy.output);
+  const auto broken = std::make_shared<BrokenOutput>(copy.output);
+  copy.output = broken;
+  copy.takeDeviceAway = [output = std::weak_ptr(broken), away = copy.takeDeviceAway] {
+    output.lock()->deviceGoes();
+    away();
+  };
+  return copy;
 }
 
-const std::vector<Copy> kPlayers = {
-    {"0 loops", playerThat([](ChangedPlayer& player) { player.real->setNumberOfLoops(1); })},
-    {"a number of loops", playerThat([](ChangedPlayer& player) {
-       player.looping = [](int loops) { return loops > 0 ? loops - 1 : loops; };
-     })},
-    {"a number of loops", outputThat([](ChangedOutput& output, AudioUnderTest&) { output.data = longerFile; })},
-    {"-1 plays forever",
-     playerThat([](ChangedPlayer& player) { player.looping = [](int loops) { return loops < 0 ? 9 : loops; }; })},
-    {"after its end", playerThat([](ChangedPlayer& player) {
-       player.playing = [&player] { return player.plays > 1 ? player.real->prepareToPlay() : player.real->play(); };
-     })},
-    {"play() is harmless", playerThat([](ChangedPlayer& player) {
-       player.playing = [&player] {
-         if (player.plays > 1) player.real = player.again();
-         return player.real->play();
-       };
-     })},
-    {"stop() stops the sound",
-     playerThat([](ChangedPlayer& player) { player.stopping = [&player] { player.real = player.again(); }; })},
-    {"prepareToPlay()",
-     playerThat([](ChangedPlayer& player) { player.preparing = [&player] { return player.real->play(); }; })},
-    {"pan -1 is left only", panThat([](float pan) { return pan == 1 ? -1 : pan; })},
-    {"between, the far side", panThat([](float pan) { return pan * std::abs(pan); })},
-    {"the volume is a linear gain", gainThat([](float volume) { return volume == 2.5F ? 1 : volume; })},
-    {"samples beyond", outputThat([](ChangedOutput&, AudioUnderTest& copy) {
-       copy.heard = [heard = copy.heard] {
-         auto samples = heard();
-         std::replace(samples.begin(), samples.end(), std::int16_t{32767}, std::int16_t{-32768});
-         return samples;
-       };
-     })},
-    {"a pan or a volume that is no number", panThat([](float pan) { return std::isnan(pan) ? 0 : pan; })},
-    {"a pan or a volume that is no number", gainThat([](float gain) { return std::isnan(gain) ? 1 : gain; })},
-    {"a pan and a volume are heard", playerThat([](ChangedPlayer& player) {
-       player.panning = player.scaling = [](float) {};
-       player.playing = [&player] {
-         player.real->setPan(player.pan());
-         player.real->setVolume(player.volume());
-         return player.real->play();
-       };
-     })},
-    {"pan() and volume()",
-     playerThat([](ChangedPlayer& player) { player.told = [](float volume) { return std::min(volume, 1.0F); }; })},
-    {"a player whose device goes", playerThat([](ChangedPlayer& player) {
-       player.playing = [&player] { return (void)player.real->play(), kFine; };
-     })},
-};
-
-const std::vector<Copy> kOutputs = {
-    {"there is a queue", outputThat([](ChangedOutput& output, AudioUnderTest&) {
-       output.format = [](AudioStreamBasicDescription format) { return format.mSampleRate = 48000, format; };
-     })},
-    {"playerWithData() is null", outputThat([](ChangedOutput& output, AudioUnderTest&) {
-       output.data = [](std::span<const std::uint8_t> given) {
-         return given.size() == 200 ? waveFile(ramp(10)) : Bytes(given.begin(), given.end());
-       };
-     })},
-    {"playerWithData() copies", outputThat([](ChangedOutput& output, AudioUnderTest&) {
-       output.player = [real = output.real.get()](ChangedPlayer& player, std::span<const std::uint8_t> given) {
-         player.playing = [&player, real, given] {
-           if (!player.isLoopSet) player.real = real->playerWithData(given);
-           return player.real->play();
-         };
-       };
-     })},
-    {"playerWithContentsOfFile() plays", outputThat([](ChangedOutput& output, AudioUnderTest&) {
-       output.file = [](const std::string&) { return nullptr; };
-     })},
-    {"playerWithContentsOfFile() is null", outputThat([](ChangedOutput& output, AudioUnderTest&) {
-       output.file = [real = output.real.get()](const std::string& path) {
-         auto player = real->playerWithContentsOfFile(path);
-         return player ? std::move(player) : real->playerWithData(waveFile(ramp(10)));
-       };
-     })},
-    {"queues and players", outputThat([](ChangedOutput& output, AudioUnderTest&) {
-       const auto hasPlayer = std::make_shared<bool>(false);
-       output.player = [hasPlayer](auto&, auto) { *hasPlayer = true; };
-       output.queue = [hasPlayer](ChangedQueue& queue) {
-         if (*hasPlayer) queue.real->setVolume(0);
-       };
-     })},
-    {"what an output made", outputThat([kept = std::make_shared<std::vector<std::shared_ptr<AudioOutput>>>()](
-                                           ChangedOutput& output, AudioUnderTest&) { kept->push_back(output.real); })},
-    {"useCurrentDevice() succeeds", outputThat([](ChangedOutput& output, AudioUnderTest&) {
-       output.choosing = [real = output.real.get(), isFirst = true]() mutable {
-         return std::exchange(isFirst, false) ? std::make_error_code(std::errc::no_such_device)
-                                              : real->useCurrentDevice();
-       };
-     })},
-    {"useCurrentDevice() gives",
-     outputThat([](ChangedOutput& output, AudioUnderTest&) { output.choosing = [] { return kFine; }; })},
-    {"status() gives", outputThat([](ChangedOutput& output, AudioUnderTest&) { output.heard = [] { return kFine; }; })},
-    {"sound that is whole", outputThat([](ChangedOutput& output, AudioUnderTest&) {
-       const auto stops = std::make_shared<std::uint64_t>(0);
-       output.player = [stops](ChangedPlayer& player, auto) {
-         player.stopping = [&player, stops] { ++*stops, player.real->stop(); };
-       };
-       output.lapsed = [stops, real = output.real.get()] { return real->lapses() + *stops; };
-     })},
-    {"a device that goes", outputThat([](ChangedOutput& output, AudioUnderTest& copy) {
-       const auto unseen = std::make_shared<std::uint64_t>(0);
-       output.lapsed = [unseen, real = output.real.get()] { return real->lapses() - *unseen; };
-       copy.takeDeviceAway = [unseen, real = output.real.get(), away = copy.takeDeviceAway] {
-         *unseen -= real->lapses();
-         away();
-         *unseen += real->lapses();
-       };
-     })},
-    {"a queue that runs dry is a lapse", outputThat([](ChangedOutput& output, AudioUnderTest&) {
-       output.lapsed = [real = output.real.get()] { return std::min<std::uint64_t>(real->lapses(), 1); };
-     })},
-};
-
-TEST(BrokenCopies, OfTheQueueAreNamed) { expectNamed("AudioQueue", checkAudioQueue, kQueues); }
-TEST(BrokenCopies, OfThePlayerAreNamed) { expectNamed("AudioPlayer", checkAudioPlayer, kPlayers); }
-TEST(BrokenCopies, OfTheOutputAreNamed) { expectNamed("AudioOutput", checkAudioOutput, kOutputs); }
+TEST(BrokenCopies, OfTheQueueAreNamed) { expectEachNamed<AudioUnderTest>(checkAudioQueue, brokenSound); }
+TEST(BrokenCopies, OfThePlayerAreNamed) { expectEachNamed<AudioUnderTest>(checkAudioPlayer, brokenSound); }
+TEST(BrokenCopies, OfTheOutputAreNamed) { expectEachNamed<AudioUnderTest>(checkAudioOutput, brokenSound); }
 
 }  // namespace
 }  // namespace orn::contract

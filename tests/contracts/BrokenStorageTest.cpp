@@ -12,187 +12,91 @@ namespace orn::contract {
 namespace {
 
 using namespace std::chrono_literals;
+using Bytes = std::vector<std::uint8_t>;
 
-/// The real settings of a Linux program, of which a test changes operations.
-struct ChangedDefaults final : UserDefaults {
-  explicit ChangedDefaults(std::shared_ptr<UserDefaults> defaults) : real(std::move(defaults)) {}
+/// The settings of a Linux program, whose keys and values the suite chose.
+struct BrokenDefaults final : UserDefaults {
+  explicit BrokenDefaults(std::shared_ptr<UserDefaults> defaults, bool reopened = false)
+      : real(std::move(defaults)), isReopened(reopened) {}
 
   std::optional<DefaultsValue> value(const std::string& key) const override {
-    return reading ? reading(key, real->value(key)) : real->value(key);
+    const auto found = real->value(key);
+    if (breaks("a key that was never set") && key == "never set") return false;
+    if (breaks("synchronize() succeeds") && isSynchronized && key == "key0") return std::nullopt;
+    const bool losesTypes = (breaks("a value comes back") && !isSynchronized && !isReopened && key != "key") ||
+                            (breaks("what was synchronized") && isReopened);
+    if (losesTypes && found && std::holds_alternative<std::chrono::system_clock::time_point>(*found)) return 1e9;
+    return found;
   }
   void setValue(const std::string& key, DefaultsValue value) override {
-    if (!taking || taking(key, value)) real->setValue(key, std::move(value));
+    if (breaks("a value that is set again") && std::holds_alternative<bool>(value) && real->value(key)) return;
+    if (breaks("any thread") && key == "b7") return;
+    real->setValue(key, std::move(value));
   }
   void removeValue(const std::string& key) override {
-    if (!removing || removing(key)) real->removeValue(key);
+    if (!breaks("a value that is removed") || key != "key") real->removeValue(key);
   }
   bool synchronize() override {
     isSynchronized = true;
-    const bool isWritten = real->synchronize();
-    return isWritten || claims;
+    return real->synchronize() || breaks("synchronize() on a full disk");
   }
 
   std::shared_ptr<UserDefaults> real;
-  std::function<std::optional<DefaultsValue>(const std::string&, std::optional<DefaultsValue>)> reading;
-  std::function<bool(const std::string&, const DefaultsValue&)> taking;
-  std::function<bool(const std::string&)> removing;
-  bool isSynchronized = false;
-  bool claims = false;
+  bool isReopened, isSynchronized = false;
 };
-
-std::function<UserDefaultsUnderTest()> defaultsThat(const std::function<void(ChangedDefaults&)>& change) {
-  return [change] {
-    UserDefaultsUnderTest copy = linuxDefaults();
-    const auto changed = std::make_shared<ChangedDefaults>(copy.defaults);
-    change(*changed);
-    copy.defaults = changed;
-    return copy;
-  };
-}
-
-std::optional<DefaultsValue> dateAsNumber(std::optional<DefaultsValue> value) {
-  const auto* date = value ? std::get_if<std::chrono::system_clock::time_point>(&*value) : nullptr;
-  if (date) return static_cast<double>(date->time_since_epoch().count());
-  return value;
-}
-
-const std::vector<BrokenCopy<UserDefaultsUnderTest>> kDefaults = {
-    {"a key that was never set", defaultsThat([](ChangedDefaults& defaults) {
-       defaults.reading = [](const std::string& key, auto value) {
-         return key == "never set" ? std::optional<DefaultsValue>(false) : value;
-       };
-     })},
-    {"a value comes back", defaultsThat([](ChangedDefaults& defaults) {
-       defaults.reading = [&defaults](const std::string& key, auto value) {
-         return defaults.isSynchronized || key == "key" ? value : dateAsNumber(value);
-       };
-     })},
-    {"a value that is set again", defaultsThat([](ChangedDefaults& defaults) {
-       defaults.taking = [&defaults](const std::string& key, const DefaultsValue& value) {
-         return !std::holds_alternative<bool>(value) || !defaults.real->value(key);
-       };
-     })},
-    {"a value that is removed", defaultsThat([](ChangedDefaults& defaults) {
-       defaults.removing = [](const std::string& key) { return key != "key"; };
-     })},
-    {"synchronize() succeeds", defaultsThat([](ChangedDefaults& defaults) {
-       defaults.reading = [&defaults](const std::string& key, auto value) {
-         return defaults.isSynchronized && key == "key0" ? std::nullopt : value;
-       };
-     })},
-    {"what was synchronized",
-     [] {
-       UserDefaultsUnderTest copy = linuxDefaults();
-       copy.reopen = [reopen = copy.reopen] {
-         const auto changed = std::make_shared<ChangedDefaults>(reopen());
-         changed->reading = [](const auto&, auto value) { return dateAsNumber(value); };
-         return changed;
-       };
-       return copy;
-     }},
-    {"any thread", defaultsThat([](ChangedDefaults& defaults) {
-       defaults.taking = [](const std::string& key, auto&) { return key != "b7"; };
-     })},
-    {"synchronize() on a full disk", defaultsThat([](ChangedDefaults& defaults) { defaults.claims = true; })},
-};
-
-struct ChangedFiles final : FileManager {
-  explicit ChangedFiles(std::shared_ptr<FileManager> files) : real(std::move(files)) {}
-
-  std::string documentsDirectory() const override { return real->documentsDirectory() + ending; }
-  std::optional<std::string> resourceBundle(const std::string& name) const override {
-    const auto found = real->resourceBundle(name);
-    return found || !anyBundle ? found : real->documentsDirectory();
-  }
-  std::optional<std::vector<std::uint8_t>> contents(const std::string& path) const override {
-    return reading ? reading(path, real->contents(path)) : real->contents(path);
-  }
-  bool writeAtomically(const std::string& path, std::span<const std::uint8_t> bytes) override {
-    return writing ? writing(path, bytes) : real->writeAtomically(path, bytes);
-  }
-  bool fileExists(const std::string& path) const override {
-    return real->fileExists(path) && (!existing || existing(path));
-  }
-  bool removeFile(const std::string& path) override { return real->removeFile(path) || claims; }
-
-  std::shared_ptr<FileManager> real;
-  std::string ending;
-  bool anyBundle = false, claims = false;
-  std::function<std::optional<std::vector<std::uint8_t>>(const std::string&, std::optional<std::vector<std::uint8_t>>)>
-      reading;
-  std::function<bool(const std::string&, std::span<const std::uint8_t>)> writing;
-  std::function<bool(const std::string&)> existing;
-};
-
-std::function<FileManagerUnderTest()> filesThat(const std::function<void(ChangedFiles&)>& change) {
-  return [change] {
-    const auto changed = std::make_shared<ChangedFiles>(example::files().files);
-    change(*changed);
-    return FileManagerUnderTest{changed, withFullDisk};
-  };
-}
 
 void overwrite(const std::string& path, std::span<const std::uint8_t> bytes) {
   std::ofstream(path, std::ios::binary)
       .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
-using Bytes = std::span<const std::uint8_t>;
+struct BrokenFiles final : FileManager {
+  std::string documentsDirectory() const override {
+    return real->documentsDirectory() + (breaks("the documents folder") ? "/" : "");
+  }
+  std::optional<std::string> resourceBundle(const std::string& name) const override {
+    const auto found = real->resourceBundle(name);
+    return found || !breaks("the library's bundles") ? found : real->documentsDirectory();
+  }
+  std::optional<Bytes> contents(const std::string& path) const override {
+    auto bytes = real->contents(path);
+    if (breaks("what was written is read") && bytes) std::erase(*bytes, 0);
+    return bytes || !breaks("what is no file") ? bytes : Bytes();
+  }
+  bool writeAtomically(const std::string& path, std::span<const std::uint8_t> bytes) override {
+    if (breaks("a path is UTF-8") && std::any_of(path.begin(), path.end(), [](char c) { return c < 0; })) return false;
+    if (breaks("whoever reads meanwhile") && bytes.size() == 200'000) {
+      overwrite(path, bytes.first(1000));
+      std::this_thread::sleep_for(1ms);
+    }
+    const bool isWritten = real->writeAtomically(path, bytes);
+    if (breaks("writing leaves no other") && isWritten) overwrite(path + std::to_string(++count), bytes);
+    if (breaks("a write that breaks off") && !isWritten) overwrite(path, bytes.first(1));
+    return isWritten || (breaks("a write that can't be made") && path.ends_with("/x"));
+  }
+  bool fileExists(const std::string& path) const override {
+    return real->fileExists(path) && !(breaks("fileExists() tells") && std::filesystem::is_empty(path));
+  }
+  bool removeFile(const std::string& path) override { return real->removeFile(path) || breaks("removeFile() removes"); }
 
-const std::vector<BrokenCopy<FileManagerUnderTest>> kFiles = {
-    {"the documents folder", filesThat([](ChangedFiles& files) { files.ending = "/"; })},
-    {"the library's bundles", filesThat([](ChangedFiles& files) { files.anyBundle = true; })},
-    {"what was written is read", filesThat([](ChangedFiles& files) {
-       files.reading = [](auto&, auto bytes) {
-         if (bytes) bytes->erase(std::find(bytes->begin(), bytes->end(), 0), bytes->end());
-         return bytes;
-       };
-     })},
-    {"a path is UTF-8", filesThat([](ChangedFiles& files) {
-       files.writing = [&files](const std::string& path, Bytes bytes) {
-         const bool isPlain = std::all_of(path.begin(), path.end(), [](char c) { return c > 0; });
-         return isPlain && files.real->writeAtomically(path, bytes);
-       };
-     })},
-    {"writing leaves no other", filesThat([](ChangedFiles& files) {
-       files.writing = [&files, count = 0](const std::string& path, Bytes bytes) mutable {
-         const bool isWritten = files.real->writeAtomically(path, bytes);
-         if (isWritten && count < 9) overwrite(path + std::to_string(count++), bytes);
-         return isWritten;
-       };
-     })},
-    {"whoever reads meanwhile", filesThat([](ChangedFiles& files) {
-       files.writing = [&files](const std::string& path, Bytes bytes) {
-         if (bytes.size() == 200'000) {
-           overwrite(path, bytes.first(1000));
-           std::this_thread::sleep_for(1ms);
-         }
-         return files.real->writeAtomically(path, bytes);
-       };
-     })},
-    {"a write that can't be made", filesThat([](ChangedFiles& files) {
-       files.writing = [&files](const std::string& path, Bytes bytes) {
-         return files.real->writeAtomically(path, bytes) || path.ends_with("/x");
-       };
-     })},
-    {"a write that breaks off", filesThat([](ChangedFiles& files) {
-       files.writing = [&files](const std::string& path, Bytes bytes) {
-         const bool isWritten = files.real->writeAtomically(path, bytes);
-         if (!isWritten) overwrite(path, bytes.first(1));
-         return isWritten;
-       };
-     })},
-    {"what is no file", filesThat([](ChangedFiles& files) {
-       files.reading = [](auto&, auto bytes) { return bytes ? bytes : std::vector<std::uint8_t>(); };
-     })},
-    {"fileExists() tells", filesThat([](ChangedFiles& files) {
-       files.existing = [](const std::string& path) { return std::filesystem::file_size(path) > 0; };
-     })},
-    {"removeFile() removes", filesThat([](ChangedFiles& files) { files.claims = true; })},
+  std::shared_ptr<FileManager> real = example::files().files;
+  int count = 0;
 };
 
-TEST(BrokenCopies, OfTheSettingsAreNamed) { expectNamed("UserDefaults", checkUserDefaults, kDefaults); }
-TEST(BrokenCopies, OfTheFilesAreNamed) { expectNamed("FileManager", checkFileManager, kFiles); }
+TEST(BrokenCopies, OfTheSettingsAreNamed) {
+  expectEachNamed<UserDefaultsUnderTest>(checkUserDefaults, [] {
+    UserDefaultsUnderTest copy = linuxDefaults();
+    copy.defaults = std::make_shared<BrokenDefaults>(copy.defaults);
+    copy.reopen = [reopen = copy.reopen] { return std::make_shared<BrokenDefaults>(reopen(), true); };
+    return copy;
+  });
+}
+
+TEST(BrokenCopies, OfTheFilesAreNamed) {
+  expectEachNamed<FileManagerUnderTest>(checkFileManager, [] {
+    return FileManagerUnderTest{std::make_shared<BrokenFiles>(), withFullDisk};
+  });
+}
 
 }  // namespace
 }  // namespace orn::contract
