@@ -9,11 +9,11 @@ namespace {
 
 constexpr std::chrono::milliseconds kBeat{100};
 
-RunLoop& loop() { return *Platform::current().runLoop; }
+RunLoop& beatLoop() { return *Platform::current().runLoop; }
 
 /// A beat that is only a little late is one of a busy thread.
 std::chrono::nanoseconds missedSince(std::chrono::nanoseconds last) {
-  const auto pause = loop().now() - last;
+  const auto pause = beatLoop().now() - last;
   return pause < 2 * kBeat ? std::chrono::nanoseconds(0) : pause - kBeat;
 }
 
@@ -25,10 +25,10 @@ HoldUpWatch::~HoldUpWatch() {
 
 void HoldUpWatch::begin() {
   if (timer_) return;
-  beats_->last = loop().now();
-  timer_ = loop().scheduledTimer(kBeat, [beats = beats_] {
+  beats_->last = beatLoop().now();
+  timer_ = beatLoop().scheduledTimer(kBeat, [beats = beats_] {
     beats->missed += missedSince(beats->last);
-    beats->last = loop().now();
+    beats->last = beatLoop().now();
   });
 }
 

@@ -18,7 +18,7 @@ constexpr int kCellMargin = 12;
 constexpr int kTextLeft = 82;
 constexpr int kTitleHeight = 26;
 constexpr int kGap = 4;
-constexpr int kCornerRadius = 30;
+constexpr int kCellCornerRadius = 30;
 constexpr int kRightMargin = 18;
 constexpr QSize kGiveUpSize{52, 40};
 
@@ -40,7 +40,7 @@ DeviceCell::DeviceCell()
   });
   busy_->onChange = [this](bool isShown) { showWaiting(isShown); };
   setDisclosureMark(true);
-  setCornerRadius(kCornerRadius);
+  setCornerRadius(kCellCornerRadius);
 }
 
 void DeviceCell::setContents(const std::string& imageName, const AttributedText& title, const AttributedText& detail) {

@@ -9,12 +9,13 @@
 namespace orn {
 namespace {
 
-constexpr int kHeight = 170;
+constexpr int kFooterHeight = 170;
 constexpr double kFooterLineSpace = 15;
-constexpr int kFontSize = 12;
+constexpr int kFooterFontSize = 12;
 
 AttributedText footerText(const QString& text, const QColor& colour) {
-  AttributedText attributed = ORNScreenUtils::getAttributedWithString(text, kFooterLineSpace, 0, systemFont(kFontSize));
+  AttributedText attributed =
+      ORNScreenUtils::getAttributedWithString(text, kFooterLineSpace, 0, systemFont(kFooterFontSize));
   attributed.addColor(colour, 0, text.size());
   return attributed;
 }
@@ -40,7 +41,7 @@ ShopFooterView::ShopFooterView(std::function<void(QWidget* sender)> goToShop)
 }
 
 void ShopFooterView::setWidth(int width) {
-  resize(width, kHeight);
+  resize(width, kFooterHeight);
   buy_->setGeometry(0, 0, width, 80);
   credit_->setGeometry(0, 150, width, 20);
 }

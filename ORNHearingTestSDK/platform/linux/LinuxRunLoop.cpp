@@ -7,7 +7,7 @@ namespace orn {
 
 namespace {
 // A time far off would overflow the clock's own type.
-constexpr std::chrono::hours kLongestWait{1};
+constexpr std::chrono::hours kLongestIdle{1};
 }  // namespace
 
 void LinuxRunLoop::run() {
@@ -25,7 +25,7 @@ void LinuxRunLoop::waitForWork() {
   std::unique_lock lock(mutex_);
   const auto awake = [this] { return hasWork_ || stopped_; };
   if (due) {
-    work_.wait_for(lock, std::min<std::chrono::nanoseconds>(*due - now(), kLongestWait), awake);
+    work_.wait_for(lock, std::min<std::chrono::nanoseconds>(*due - now(), kLongestIdle), awake);
   } else {
     work_.wait(lock, awake);
   }

@@ -19,8 +19,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr double kFullScale = 32767;
-
 // The slowest fade, at 125 Hz, takes 1.36 s and begins 0.24 s after the tone is asked for.
 constexpr milliseconds kSilence{200}, kToneOn{3000}, kToneOff{2200};
 constexpr SteadyPart kSteady{std::size_t{kSampleRate} * 2, std::size_t{kSampleRate}};

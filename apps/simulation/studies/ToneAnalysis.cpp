@@ -15,7 +15,6 @@ namespace {
 using Samples = std::span<const std::int16_t>;
 using Complex = std::complex<double>;
 
-constexpr double kFullScale = 32767;
 constexpr std::int32_t kRoundingSteps = 2;
 const double kTwentyDown = std::pow(10.0, -20.0 / 20);
 const double kOneDown = std::pow(10.0, -1.0 / 20);

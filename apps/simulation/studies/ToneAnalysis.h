@@ -6,9 +6,11 @@
 
 namespace orn::simulation {
 
+inline constexpr double kFullScale = 32767;  ///< The largest sample.
+
 /// A tone as its samples show it.
 struct ToneFigures {
-  double amplitude = 0;  ///< Of the sine in the steady part, relative to full scale (32767).
+  double amplitude = 0;  ///< Of the sine in the steady part, relative to kFullScale.
   double hz = 0;
   double distortion = 0;   ///< Total harmonic distortion: all harmonics below 24 kHz beside the sine, 0 to 1.
   double riseSeconds = 0;  ///< From 20 dB below the steady level to 1 dB below it (IEC 60645-1).
