@@ -10,7 +10,7 @@ namespace orn {
 namespace {
 
 // Longer than any timeout matters: libcurl shortens it to what it waits for, and add() and end() cut it off.
-constexpr int kLongestWait = 1'000'000;
+constexpr int kLongestPoll = 1'000'000;
 
 CURLM* newMulti() {
   static const CURLcode ready = libcurl().curl_global_init(CURL_GLOBAL_DEFAULT);
@@ -48,7 +48,7 @@ void TransferQueue::run() {
     int count = 0;
     CURLMcode code = libcurl().curl_multi_perform(multi_.get(), &count);
     answerFinished();
-    if (code == CURLM_OK) code = libcurl().curl_multi_poll(multi_.get(), nullptr, 0, kLongestWait, nullptr);
+    if (code == CURLM_OK) code = libcurl().curl_multi_poll(multi_.get(), nullptr, 0, kLongestPoll, nullptr);
     if (code != CURLM_OK) failRunning(libcurl().curl_multi_strerror(code));
   }
   failAll("the session has ended");
