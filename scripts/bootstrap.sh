@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what the project needs on Debian 12: tools, libraries, and what its tests run against; with a word, also what
-# only that needs: the other compiler, the fuzzers, the benchmarks' peers, the Debian packages, the reference.
+# only that needs: the reader of layouts, the other compiler, the fuzzers, the benchmarks' peers, the Debian packages, the
+# reference.
 set -euo pipefail
 
 packages=(
@@ -20,6 +21,7 @@ packages=(
   dbus pipewire-pulse pulseaudio pulseaudio-utils wireplumber
 )
 case "${1-}" in
+  abi) packages+=(abigail-tools python3) ;;
   clang) packages+=(clang-14 googletest libc++-14-dev libc++abi-14-dev) ;;
   fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
   bench) packages+=(gstreamer1.0-plugins-base gstreamer1.0-tools libstk-dev sox xauth xvfb) ;;

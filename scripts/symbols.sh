@@ -1,20 +1,29 @@
 #!/usr/bin/env bash
-# Compares what the shared libraries export with the lists in cmake/symbols, which a change of the public interface
-# changes with it: `scripts/symbols.sh --accept` writes them anew.
+# Compares what the shared libraries export, and how the types in their public headers lie in memory, with the lists in
+# cmake/symbols, which a change of the public interface changes with it: `scripts/symbols.sh --accept` writes them anew.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+scripts/bootstrap.sh abi
 
 libraries=(ORNHearingTestSDK ORNHearingTestLinuxBackend ORNHearingTestScreens)
-scripts/build.sh release "${libraries[@]}"
+accept=${1-}
 result=0
-for library in "${libraries[@]}"; do
-  list=cmake/symbols/$library.txt
-  exported=$(nm --dynamic --defined-only --demangle "build/release/lib/lib$library.so" | cut -d' ' -f3- | LC_ALL=C sort -u)
-  if [ "${1-}" = --accept ]; then
-    echo "$exported" > "$list"
-  elif ! diff -u "$list" - <<< "$exported"; then
-    echo "lib$library.so exports something else than $list says" >&2
+
+# compare LIST WHAT: what is read, with a list.
+compare() {
+  if [ "$accept" = --accept ]; then
+    cat > "$1"
+  elif ! diff -u "$1" -; then
+    echo "$2 is not what $1 says" >&2
     result=1
   fi
+}
+
+scripts/build.sh release "${libraries[@]}"
+for library in "${libraries[@]}"; do
+  exported=$(nm --dynamic --defined-only --demangle "build/release/lib/lib$library.so" | cut -d' ' -f3- | LC_ALL=C sort -u)
+  compare "cmake/symbols/$library.txt" "what lib$library.so exports" <<< "$exported"
+  layouts=$(scripts/layouts.sh "$library")
+  compare "cmake/symbols/$library.layouts.txt" "how $library's public types lie in memory" <<< "$layouts"
 done
 exit "$result"
