@@ -17,7 +17,7 @@ class ORN_EXPORT PlayerGetDataSouce {
   virtual ~PlayerGetDataSouce() = default;
 
   /// The next block: 16-bit little-endian mono samples at 48000 Hz, at most kBlockBytes, valid until the next call.
-  /// An empty span is nothing, and repeats what the buffer last held. Called on the audio queue's thread, and by
+  /// Where it is empty, the buffer is played as it was last. Called on the audio queue's thread, and by
   /// start() on the caller's; never on two threads at once. As on every audio thread nothing is allocated here, no file
   /// is touched, and no lock is waited for that another thread may hold for long.
   virtual std::span<const std::uint8_t> playerGetData() = 0;

@@ -13,9 +13,8 @@ enum class OutputPath { Audiometer, Earphones };
 /// The model that earphones are tested as, whatever they are.
 inline constexpr auto kEarphoneModel = "1";
 
-/// For whoever decides whether a test can be taken: whether a reply of the service, as JSON text, brings all the
-/// records that the path needs, each with a number for every frequency key. A refusal and what is no reply do not. Any
-/// thread.
+/// Whether a reply of the service, as JSON text, has all the records that the path needs, each with a number for every
+/// frequency key: what to ask before a test is begun. False for a refusal, and for what is no reply. Any thread.
 ORN_EXPORT bool isCalibration(OutputPath path, const std::string& reply, const std::vector<std::string>& hzs);
 
 }  // namespace orn

@@ -37,8 +37,8 @@ ORN_EXPORT double audiometerLevel(const ORNDeviceVolumeIOS* ab, const ORNDeviceV
 ORN_EXPORT std::optional<double> earphoneLevel(const ORNDeviceVolumeIOS* record, std::int32_t hz,
                                                double fullScaleFactor);
 
-/// Whether a record has a value at `hz` Hz, a number or not, so that the tone there is no guess of ours: what a session
-/// asks before each tone. A record has one, 0 dB, at any frequency other than the seven. False for null.
+/// Whether a record has a value at `hz` Hz, a number or not. A session asks this before each tone, since a level must
+/// never be guessed. At a frequency other than the seven every record has one, 0 dB. False for null.
 ORN_EXPORT bool hasCalibrationValue(const ORNDeviceVolumeIOS* record, std::int32_t hz);
 
 /// Whether a record has a value that is a number for each of these frequency keys: the stricter question before a whole

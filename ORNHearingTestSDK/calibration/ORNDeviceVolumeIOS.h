@@ -45,8 +45,7 @@ class ORN_EXPORT ORNDeviceVolumeIOS {
   nlohmann::json ear() const;
   void setEar(const nlohmann::json& ear);
 
-  /// Held as it stands, null if absent; not read by the library, as little as edition, id, mac, machine and
-  /// systemVolume are.
+  /// Held as it stands, null if absent. The library reads neither this nor edition, id, mac, machine and systemVolume.
   nlohmann::json earPath() const;
   void setEarPath(const nlohmann::json& earPath);
 

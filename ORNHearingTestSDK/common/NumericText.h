@@ -9,7 +9,8 @@ namespace orn {
 
 // The leading number of a text, as a phone framework's string reads it: leading white space is skipped, one sign may
 // follow, reading stops at the first character that does not belong to the number, and a text that begins with no
-// number reads as 0 or false. The locale has no say. All of these may be called on any thread and report no error.
+// number reads as 0 or false. The locale makes no difference. All of these may be called on any thread and report no
+// error.
 
 /// Decimal integer; one that does not fit saturates.
 ORN_EXPORT std::int32_t intValue(std::string_view text);

@@ -11,7 +11,7 @@ constexpr std::chrono::milliseconds kBeat{100};
 
 RunLoop& beatLoop() { return *Platform::current().runLoop; }
 
-/// A beat that is only a little late is one of a busy thread.
+/// A beat that is only a little late means a busy thread, not a hold-up.
 std::chrono::nanoseconds missedSince(std::chrono::nanoseconds last) {
   const auto pause = beatLoop().now() - last;
   return pause < 2 * kBeat ? std::chrono::nanoseconds(0) : pause - kBeat;

@@ -7,7 +7,7 @@
 namespace orn {
 namespace {
 
-/// How often a tone is presented again, in a row, for want of whole sound, before the output counts as of no use.
+/// How many times in a row a tone that did not sound whole is presented again, before the output counts as failed.
 constexpr int kMostTimesBroken = 3;
 
 }  // namespace

@@ -30,10 +30,10 @@ class ORN_EXPORT AudioOutput {
   /// error.
   virtual std::error_code status() { return {}; }
 
-  /// How often so far sound that was to be heard was not: the device or its server was lost, stalled or held it back, a
-  /// queue that was playing ran dry, samples came too late. Pausing, stopping and the end of a recording are none of
-  /// these, and neither is a start that failed. The number before and after a tone is the same if all of it was played;
-  /// what is missing right now counts already.
+  /// How many times so far sound was lost that should have been heard: the device or its server was lost, stalled or
+  /// held it back, a queue that was playing ran dry, samples came too late. Pausing, stopping and the end of a
+  /// recording are none of these, and neither is a start that failed. The number before and after a tone is the same if
+  /// all of it was played; what is missing right now counts already.
   virtual std::uint64_t lapses() { return 0; }
 
   /// A queue for 16-bit signed mono PCM at 48000 Hz; null for another format.

@@ -7,7 +7,7 @@
 
 namespace orn {
 
-/// Tells what hangs on the platform in force that it goes. Main thread.
+/// Tells those who depend on the platform in force that it is going. Main thread.
 class ORN_EXPORT PlatformBound {
  public:
   PlatformBound();

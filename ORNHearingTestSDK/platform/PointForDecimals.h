@@ -5,7 +5,7 @@
 namespace orn {
 
 /// As long as it lives, the C library's functions on this thread write and read numbers with a point, whatever the
-/// host's locale has.
+/// host's locale says.
 class PointForDecimals {
  public:
   PointForDecimals() : plain_(newlocale(LC_NUMERIC_MASK, "C", nullptr)), before_(uselocale(plain_)) {}

@@ -22,7 +22,7 @@ constexpr float kOvershoot = 1;  // of the lines beyond the outermost rows and c
 
 const BoardLabel kUnit{12, 20, 47, QStringLiteral("dBHL")};
 
-// Divisions by a zero are meant: a single row or column has no distance to the next.
+// Divisions by a zero are meant, see docs/BEHAVIOURS.md: a single row or column has no distance to the next.
 float step(std::int64_t length, std::int64_t lines) {
   return static_cast<float>(length - 2 * kInset) / static_cast<float>(lines - 1);
 }

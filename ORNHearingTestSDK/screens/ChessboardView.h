@@ -65,7 +65,7 @@ class ORN_SCREENS_EXPORT ChessboardView final : public ChessboardBase {
 
   std::int64_t getMaxDBWithDefault() const;
 
-  /// 15 by default. Once minDB is set, the answer is maxDB, which is meant.
+  /// 15 by default. Once minDB is set, the answer is maxDB, which is meant, see docs/BEHAVIOURS.md.
   std::int64_t getMinDBWithDefault() const;
 
   /// How many level rows there are; 16 by default. No more than 1000 of them are drawn or touched.

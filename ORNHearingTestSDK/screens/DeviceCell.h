@@ -21,7 +21,7 @@ class TextLabel;
 /// prepared, a wheel turns there beside a button that gives up.
 class DeviceCell : public TableCell {
  public:
-  /// What of the width the texts don't have.
+  /// The part of the width that the texts can't use.
   static constexpr int kBesideText = 100;
 
   static QString identifier() { return QStringLiteral("TTT"); }

@@ -168,7 +168,8 @@ void ORNSelectTypeViewController::startEarphoneRow(DeviceCell* cell) {
   const int start = closeRow(kEarphoneRow, cell);
   auto fetch = std::make_shared<char>();
   const std::weak_ptr<void> fetched = fetch;
-  // A cached calibration does not call back: the cell then stays closed, which is meant.
+  // A cached calibration does not call back: the cell then stays closed, which is meant, see
+  // docs/BEHAVIOURS.md.
   testVC_ = ORNHearingTestViewController::initEarphoneTestByCompletionHandler(
       [self = weakSelf(this), start, fetch = std::move(fetch)](const std::optional<Error>& error) {
         const auto screen = self.lock();

@@ -90,11 +90,11 @@ class ORN_SCREENS_EXPORT Screen : public std::enable_shared_from_this<Screen> {
   NavigationWindow* window() const;
 
   /// Shows an alert over everything; alertView() is told the answer. It goes unanswered when the screen leaves its
-  /// stack. Nothing happens on a screen that stands in no stack, or while an alert of its with that tag is there.
+  /// stack. Nothing happens on a screen that stands in no stack, or while an alert of its own with that tag is there.
   void showAlert(const Alert& alert);
   void withdrawAlert(int tag);
 
-  /// Whether an alert of this screen's with that tag has been in view long enough to be read.
+  /// Whether an alert of this screen with that tag has been in view long enough to be read.
   bool isAlertRead(int tag) const;
   virtual void alertView(int tag, int buttonIndex);
 

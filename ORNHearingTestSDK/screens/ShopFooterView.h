@@ -11,7 +11,7 @@ class AttributedButton;
 /// The foot of the device selection: the way to the shop, and the credit.
 class ShopFooterView : public QWidget {
  public:
-  /// The action gets the button.
+  /// The action is told the button.
   explicit ShopFooterView(std::function<void(QWidget* sender)> goToShop);
 
   void setWidth(int width);

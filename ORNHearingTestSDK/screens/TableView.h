@@ -32,7 +32,7 @@ class ORN_SCREENS_EXPORT TableViewSource {
   virtual int numberOfSectionsInTableView(TableView& tableView) = 0;
   virtual int numberOfRowsInSection(TableView& tableView, int section) = 0;
 
-  /// Heights in points. A heading of height 0 is none.
+  /// Heights in points. A height of 0 means that there is no heading.
   virtual int heightForRowAtIndexPath(TableView& tableView, IndexPath indexPath) = 0;
   virtual int heightForHeaderInSection(TableView& tableView, int section);
 
@@ -68,7 +68,7 @@ class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
   int columnWidth() const { return std::min(viewport()->width(), kWidestColumn); }
 
   /// Views above the first section and below the last one, at their own heights and as wide as the table, which takes
-  /// them over. Null is none.
+  /// them over. Null means that there is none.
   void setTableHeaderView(QWidget* view) { setEdgeView(header_, view); }
   void setTableFooterView(QWidget* view) { setEdgeView(footer_, view); }
 

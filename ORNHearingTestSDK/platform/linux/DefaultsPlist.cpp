@@ -17,14 +17,14 @@ using std::chrono::system_clock;
 
 constexpr const char* kDistantDateKey = "secondsSince1970";
 constexpr const char* kRawTextKey = "text";
-constexpr std::int64_t plistEpoch = 978'307'200;  // 2001-01-01, in seconds since 1970
-constexpr std::int64_t earliest =
+constexpr std::int64_t kPlistEpoch = 978'307'200;  // 2001-01-01, in seconds since 1970
+constexpr std::int64_t kEarliest =
     std::chrono::duration_cast<seconds>(system_clock::time_point::min().time_since_epoch()).count();
-constexpr std::int64_t latest =
+constexpr std::int64_t kLatest =
     std::chrono::duration_cast<seconds>(system_clock::time_point::max().time_since_epoch()).count();
 
 std::int64_t secondsOf(system_clock::time_point date) {
-  return std::max(earliest, std::int64_t{std::chrono::floor<seconds>(date.time_since_epoch()).count()});
+  return std::max(kEarliest, std::int64_t{std::chrono::floor<seconds>(date.time_since_epoch()).count()});
 }
 
 plist_t node(bool value) { return plist_new_bool(value ? 1 : 0); }
@@ -40,7 +40,7 @@ plist_t node(const std::string& value) {
 
 plist_t node(system_clock::time_point date) {
   using Limits = std::numeric_limits<std::int32_t>;
-  const std::int64_t offset = secondsOf(date) - plistEpoch;
+  const std::int64_t offset = secondsOf(date) - kPlistEpoch;
   // The two limits themselves are what libplist gives for any date that is too far.
   if (offset > Limits::min() && offset < Limits::max()) return plist_new_date(static_cast<std::int32_t>(offset), 0);
   plist_t distant = plist_new_dict();
@@ -60,12 +60,12 @@ std::optional<DefaultsValue> dateIn(plist_t item) {
   std::int32_t microseconds = 0;
   plist_get_date_val(item, &offset, &microseconds);
   if (offset == Limits::min() || offset == Limits::max()) return std::nullopt;
-  return system_clock::time_point(seconds(plistEpoch + offset));
+  return system_clock::time_point(seconds(kPlistEpoch + offset));
 }
 
 std::optional<DefaultsValue> distantDateIn(plist_t since1970) {
   const std::int64_t value = integerIn(since1970);
-  if (value < earliest || value > latest) return std::nullopt;
+  if (value < kEarliest || value > kLatest) return std::nullopt;
   return system_clock::time_point(seconds(value));
 }
 

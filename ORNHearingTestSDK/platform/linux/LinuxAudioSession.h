@@ -30,7 +30,7 @@ class LinuxAudioSession final : public AudioSession {
   float outputVolume() const override;
   std::error_code setOutputVolume(float volume) override { return volumes_.set(volume); }
 
-  /// To the very value for each channel, muting and amplification included. An output that has gone gets its own back
+  /// Exactly, for each channel, muting and amplification included. An output that has gone gets its own back
   /// as soon as it appears, and no other one is touched in its place.
   std::error_code restoreOutputVolume(float volume) override { return volumes_.putBack(volume); }
   void addObserver(std::weak_ptr<const AudioSessionObserver> observer) override;

@@ -27,8 +27,8 @@ struct LinuxSound {
 ORN_EXPORT LinuxSound linuxSound(const std::shared_ptr<RunLoop>& runLoop, const std::string& applicationName,
                                  const std::string& server = {});
 
-/// This machine whole: its sound, network, files, settings and device, with the given run loop. The identifier names
-/// the application's folders, such as "org.example.app". Throws as linuxSound() does. Main thread.
+/// The whole of this machine: its sound, network, files, settings and device, with the given run loop. The identifier
+/// names the application's folders, such as "org.example.app". Throws as linuxSound() does. Main thread.
 ORN_EXPORT Platform linuxPlatform(std::shared_ptr<RunLoop> runLoop, const std::string& applicationIdentifier,
                                   const std::string& applicationVersion);
 

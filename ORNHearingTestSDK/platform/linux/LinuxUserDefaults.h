@@ -21,9 +21,8 @@ class DefaultsPlist;
 /// - A key that XML can't hold (not UTF-8, or with NUL or other control characters) is not taken: setValue() does
 ///   nothing. A text that XML can't hold is kept all the same, in another form.
 /// - Values of other types that the file holds (data, lists, dictionaries) are not seen here but stay in the file.
-/// - A file that is no property list is renamed to end in ".corrupt", or ".corrupt-2" and so on where that is taken,
-/// and
-///   the settings start out empty.
+/// - A file that is no property list is renamed to end in ".corrupt", or ".corrupt-2" and so on where that is taken;
+///   the settings then start out empty.
 /// - A file beside it that ends in ".lock" orders the processes; it stays.
 class ORN_EXPORT LinuxUserDefaults final : public UserDefaults {
  public:

@@ -9,8 +9,8 @@
 
 namespace orn {
 
-/// Drives the volume of outputs, and puts back to the very value what an output had before it was first driven. What is
-/// to be done, DrivenVolumes says. Main thread.
+/// Drives the volume of outputs, and puts back exactly what an output had before it was first driven. DrivenVolumes
+/// says what is to be done. Main thread.
 class OutputVolumes {
  public:
   explicit OutputVolumes(SoundServer& server);
