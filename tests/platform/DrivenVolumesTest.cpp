@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -11,54 +11,65 @@
 namespace orn {
 namespace {
 
-using namespace std::chrono_literals;
-
-/// A sound server, its user, and tests on it. Volumes are percent of the left and the right channel.
+/// A sound server, its user, and tests on it. Volumes are percent of the left and the right channel, such as "30/80",
+/// with an "m" after them where the output is muted.
 class Desk {
  public:
-  void plug(const std::string& sink, const std::string& port, unsigned left, unsigned right, bool isMuted = false) {
-    SoundOutput output;
-    output.key = {sink, port};
-    state_.outputs.push_back(output);
-    state_.defaultSink = sink;
-    set(sink, left, right, isMuted);
-  }
-  void unplug(const std::string& sink) {
-    std::erase_if(state_.outputs, [&](const SoundOutput& output) { return output.key.sink == sink; });
-    tell();
-  }
-
-  /// The user does it, or the server by itself.
-  void set(const std::string& sink, unsigned left, unsigned right, bool isMuted = false) {
-    output(sink).volume = {2, {percent(left), percent(right)}};
-    output(sink).isMuted = isMuted;
-    tell();
-  }
-
-  void startTest() {
-    volumes_.begin();
-    for (int i = 0; i < 2; ++i) drive(1);
-  }
-  void drive(float volume) { make(volumes_.drive(state_, volume)); }
-  void endTest() { make(volumes_.putBack(state_, 0)); }
-  void pass(DrivenVolumes::Time time) { time_ += time; }
-
-  /// Such as "30 80", "muted" after it.
-  std::string volume(const std::string& sink) {
-    const SoundOutput& one = output(sink);
-    const auto text = [](pa_volume_t volume) {
-      return std::to_string((volume * 100 + PA_VOLUME_NORM / 2) / PA_VOLUME_NORM);
-    };
-    return text(one.volume.values[0]) + " " + text(one.volume.values[1]) + (one.isMuted ? " muted" : "");
+  /// Words: "begin" and "end" of a test; "drive60" by the host; "wait5" seconds; and of an output "phones", with its
+  /// port perhaps, "+phones:jack=30/80" when it comes, "-phones" when it goes, "phones=30/80" when the user or the
+  /// server by itself sets it, and "phones?30/80" for what it is expected to be.
+  void play(const std::string& script) {
+    std::istringstream words(script);
+    for (std::string word; words >> word;) {
+      SCOPED_TRACE(word);
+      const std::size_t sign = word.find_first_of("=?");
+      if (word == "begin") {
+        volumes_.begin();
+        for (int i = 0; i < 2; ++i) make(volumes_.drive(state_, 1));
+      } else if (word == "end") {
+        make(volumes_.putBack(state_, 0));
+      } else if (word.starts_with("drive")) {
+        make(volumes_.drive(state_, std::stof(word.substr(5)) / 100));
+      } else if (word.starts_with("wait")) {
+        time_ += std::chrono::seconds(std::stoi(word.substr(4)));
+      } else if (word[0] == '-') {
+        std::erase_if(state_.outputs, [&](const SoundOutput& one) { return one.key.sink == word.substr(1); });
+        tell();
+      } else if (word[sign] == '?') {
+        EXPECT_EQ(volume(word.substr(0, sign)), word.substr(sign + 1));
+      } else {
+        set(word[0] == '+' ? plugged(word.substr(1, sign - 1)) : output(word.substr(0, sign)), word.substr(sign + 1));
+      }
+    }
   }
 
  private:
-  static pa_volume_t percent(unsigned part) { return PA_VOLUME_NORM * part / 100; }
-
+  SoundOutput& plugged(const std::string& name) {
+    const std::size_t colon = std::min(name.find(':'), name.size());
+    state_.outputs.emplace_back().key = {name.substr(0, colon), colon < name.size() ? name.substr(colon + 1) : ""};
+    state_.defaultSink = name.substr(0, colon);
+    return state_.outputs.back();
+  }
   SoundOutput& output(const std::string& sink) {
     return *std::find_if(state_.outputs.begin(), state_.outputs.end(),
                          [&](const SoundOutput& one) { return one.key.sink == sink; });
   }
+
+  void set(SoundOutput& output, const std::string& volume) {
+    const auto percent = [](const std::string& text) {
+      return PA_VOLUME_NORM * static_cast<pa_volume_t>(std::stoul(text)) / 100;
+    };
+    output.volume = {2, {percent(volume), percent(volume.substr(volume.find('/') + 1))}};
+    output.isMuted = volume.back() == 'm';
+    tell();
+  }
+  std::string volume(const std::string& sink) {
+    const SoundOutput& one = output(sink);
+    const auto percent = [](pa_volume_t volume) { return (volume * 100 + PA_VOLUME_NORM / 2) / PA_VOLUME_NORM; };
+    return std::to_string(percent(one.volume.values[0])) + "/" + std::to_string(percent(one.volume.values[1])) +
+           (one.isMuted ? "m" : "");
+  }
+
   void make(const std::vector<DrivenVolumes::Setting>& settings) {
     for (const auto& [key, loudness] : settings) {
       output(key.sink).volume = loudness.volume;
@@ -78,120 +89,30 @@ class Desk {
 };
 
 TEST(DrivenVolumes, AreAsTheUserLeftThemAfterAnyNumberOfTests) {
-  const struct {
-    const char* name;
-    std::function<void(Desk& desk)> happens;
-    std::string phones, speaker;
-  } table[] = {
-      {"a test",
-       [](Desk& desk) {
-         desk.startTest();
-         EXPECT_EQ(desk.volume("phones"), "100 100");
-         desk.endTest();
-       },
-       "30 80 muted", "50 50"},
+  const std::string lost = "begin -phones end +phones=100/100 wait1 phones=100/100 ";
+  const std::pair<const char*, std::string> table[] = {
+      {"a test", "begin phones?100/100 end phones?30/80m speaker?50/50"},
       {"tests from full and from beyond it, and changes between",
-       [](Desk& desk) {
-         for (const auto& [left, right] : {std::pair{100U, 100U}, {140U, 60U}, {25U, 75U}}) {
-           desk.set("phones", left, right);
-           desk.startTest();
-           desk.endTest();
-         }
-       },
-       "25 75", "50 50"},
+       "phones=100/100 begin end phones=140/60 begin end phones=25/75 begin end phones?25/75 speaker?50/50"},
       {"put back twice, and changed between",
-       [](Desk& desk) {
-         desk.startTest();
-         desk.endTest();
-         desk.set("phones", 60, 60);
-         desk.endTest();
-         desk.pass(1min);
-         desk.set("phones", 60, 70);
-         desk.endTest();
-       },
-       "60 70", "50 50"},
+       "begin end phones=60/60 end wait60 phones=60/70 end phones?60/70 speaker?50/50"},
       {"lost in each of several tests, which begin sooner or later",
-       [](Desk& desk) {
-         for (const auto pause : {0s, 5s, 1s, 60s}) {
-           desk.startTest();
-           desk.unplug("phones");
-           desk.endTest();
-           desk.plug("phones", "", 100, 100);
-           desk.pass(1s);
-           desk.set("phones", 100, 100);  // the server, by what it saw last
-           desk.pass(pause);
-         }
-       },
-       "30 80 muted", "50 50"},
-      {"lost in one test, and the next one on another output",
-       [](Desk& desk) {
-         desk.startTest();
-         desk.unplug("phones");
-         desk.endTest();
-         desk.startTest();  // on what is the output now
-         desk.plug("phones", "", 74, 74);
-         desk.endTest();
-       },
-       "30 80 muted", "50 50"},
+       lost + lost + "wait5 " + lost + "wait1 " + lost + "wait60 phones?30/80m speaker?50/50"},
+      {"lost in one test, and the next one on what is the output then",
+       "begin -phones end begin +phones=74/74 end phones?30/80m speaker?50/50"},
       {"changed a moment after it came back",
-       [](Desk& desk) {
-         desk.startTest();
-         desk.unplug("phones");
-         desk.endTest();
-         desk.plug("phones", "", 100, 100);
-         desk.pass(1s);
-         desk.set("phones", 35, 85);
-         desk.startTest();
-         desk.endTest();
-       },
-       "35 85", "50 50"},
-      {"not put back by two tests",
-       [](Desk& desk) {
-         desk.startTest();
-         desk.startTest();
-         desk.unplug("phones");
-         desk.plug("phones", "", 74, 74);  // the server
-         desk.startTest();
-         desk.endTest();
-       },
-       "30 80 muted", "50 50"},
-      {"set by the host on the user's behalf",
-       [](Desk& desk) {
-         desk.drive(0.6F);
-         desk.startTest();
-         desk.endTest();
-       },
-       "60 60", "50 50"},
-      {"not put back by one test, but changed since",
-       [](Desk& desk) {
-         desk.startTest();
-         desk.set("phones", 20, 20);
-         desk.startTest();
-         desk.endTest();
-       },
-       "20 20", "50 50"},
+       "begin -phones end +phones=100/100 wait1 phones=35/85 begin end phones?35/85 speaker?50/50"},
+      {"not put back by two tests", "begin begin -phones +phones=74/74 begin end phones?30/80m speaker?50/50"},
+      {"set by the host on the user's behalf", "drive60 begin end phones?60/60 speaker?50/50"},
+      {"not put back by one test, but changed since", "begin phones=20/20 begin end phones?20/20 speaker?50/50"},
       {"a plug that is drawn, so that the same sink goes to another port",
-       [](Desk& desk) {
-         desk.unplug("speaker");
-         desk.plug("speaker", "jack", 10, 10);
-         desk.startTest();
-         desk.unplug("speaker");
-         desk.plug("speaker", "", 50, 50);
-         desk.endTest();
-         EXPECT_EQ(desk.volume("speaker"), "50 50");
-         desk.unplug("speaker");
-         desk.plug("speaker", "jack", 100, 100);
-       },
-       "30 80 muted", "10 10"},
+       "-speaker +speaker:jack=10/10 begin -speaker +speaker=50/50 end speaker?50/50"
+       " -speaker +speaker:jack=100/100 speaker?10/10 phones?30/80m"},
   };
-  for (const auto& [name, happens, phones, speaker] : table) {
+  for (const auto& [name, script] : table) {
+    SCOPED_TRACE(name);
     Desk desk;
-    desk.plug("speaker", "", 50, 50);
-    desk.plug("phones", "", 30, 80, true);
-    desk.pass(1min);
-    happens(desk);
-    EXPECT_EQ(desk.volume("phones"), phones) << name;
-    EXPECT_EQ(desk.volume("speaker"), speaker) << name;
+    desk.play("+speaker=50/50 +phones=30/80m wait60 " + script);
   }
 }
 

@@ -79,14 +79,6 @@ TEST_F(LinuxFolders, TheDocumentsFolderIsMadeForThisUserAlone) {
   }
 }
 
-TEST_F(LinuxFolders, AFolderThatCantBeMadeTakesNoFile) {
-  write("/home", "a file in the way");
-  LinuxFileManager files("org.app");
-  const std::string folder = files.documentsDirectory();
-  EXPECT_EQ(folder, root_ + "/home/.local/share/org.app/documents");
-  EXPECT_FALSE(files.writeAtomically(folder + "/record", {}));
-}
-
 TEST_F(LinuxFolders, TheMachineIsTheFirstThatSaysWhatItIs) {
   utsname system{};
   uname(&system);
@@ -118,12 +110,6 @@ TEST_F(LinuxFolders, TheSystemVersionIsThatOfOsRelease) {
     write("/etc/os-release", release);
     EXPECT_EQ(version(), expected) << release;
   }
-}
-
-TEST_F(LinuxFolders, TheProgramSaysWhatItIs) {
-  const LinuxDevice device("org.app", "1.2");
-  EXPECT_EQ(device.applicationIdentifier() + " " + device.applicationVersion(), "org.app 1.2");
-  EXPECT_NE(device.machine(), "");
 }
 
 }  // namespace

@@ -79,7 +79,5 @@ TEST(SimulatedURLSession, RepliesByScriptAfterItsDelay) {
   EXPECT_EQ(session.requests().back().url, "http://host/other");
 }
 
-;
-
 }  // namespace
 }  // namespace orn

@@ -1,8 +1,5 @@
 #include <functional>
 
-#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
-#include <ORNHearingTestSDK/engine/SessionCalibration.h>
-
 #include "SoundFixture.h"
 
 namespace orn {
@@ -82,35 +79,6 @@ TEST_P(WholeSound, AServerThatStandsStillInMidToneIsToldOfAndHoldsNobodyUp) {
   EXPECT_EQ(output_->status(), std::errc::timed_out) << "nothing else is there to show it";
   server_.goOn();
   EXPECT_TRUE(comesTo({}));
-}
-
-TEST_P(WholeSound, AServerThatStandsStillInMidTonePausesATestAndTakesNoThreshold) {
-  for (const auto path : {OutputPath::Earphones, OutputPath::Audiometer}) {
-    const auto test = ORNHearingTest::initWithTestType(0);
-    const auto session = std::dynamic_pointer_cast<ORNManualHearingTest>(test);
-    calibrate(*session, path, simulation::sampleDevice(path), simulation::sampleReply(path));
-    test->setTestHzs({"1000hz"});
-    int tones = 0, missing = 0;
-    std::string found;
-    const auto delegate = std::make_shared<ORNHearingTestDelegate>();
-    delegate->willTestAtHz = [&](ORNHearingTest&, const std::string&, const std::string& db, float, bool) {
-      if (++tones == 2) loop_->performAfterDelay(1s, [this] { server_.standStill(); });
-      if (db >= "60") loop_->performAfterDelay(700ms, [test] { test->listened(); });
-    };
-    delegate->toneMissing = [&](ORNHearingTest& told, ToneMissingReason reason, bool) {
-      EXPECT_EQ(reason, ToneMissingReason::Output);
-      if (++missing == 2) server_.goOn();
-      told.continueTest();
-    };
-    delegate->willSelectedAtHz = [&](ORNHearingTest&, const std::string&, const std::string& db, bool) { found = db; };
-    test->setDelegate(delegate);
-    test->startTest(false);
-    EXPECT_TRUE(loop_->runUntil([&] { return !found.empty(); }));
-    EXPECT_EQ(found, "60db");
-    EXPECT_GE(missing, 2);
-    server_.goOn();
-    test->endTest();
-  }
 }
 
 ORN_ON_BOTH_SERVERS(WholeSound);

@@ -90,8 +90,12 @@ void TestSoundServer::start() {
 
 /// A busy machine wakes the server's processes late, and without a sound card nothing is lost by larger turns.
 void TestSoundServer::giveTime() {
-  if (kind_ == ServerKind::PulseAudio) return;
-  const pid_t child = launch({"pw-metadata", "-n", "settings", "0", "clock.force-quantum", "4096"});
+  if (kind_ == ServerKind::PipeWire) changeMetadata({"-n", "settings", "0", "clock.force-quantum", "4096"});
+}
+
+void TestSoundServer::changeMetadata(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "pw-metadata");
+  const pid_t child = launch(arguments);
   waitpid(child, nullptr, 0);
   std::erase(processes_, child);
 }

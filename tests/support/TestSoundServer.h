@@ -41,6 +41,9 @@ class TestSoundServer {
   /// Makes an output the default one, and waits until it is.
   void setDefault(const std::string& sink) const;
 
+  /// Runs pw-metadata with these arguments, which changes what the programs of PipeWire have agreed about.
+  void changeMetadata(std::vector<std::string> arguments);
+
   /// Starts a program beside the server, and kills one.
   pid_t launch(const std::vector<std::string>& command);
   void kill(pid_t process);

@@ -16,7 +16,9 @@ LinuxAudioOutput::~LinuxAudioOutput() {
 }
 
 std::error_code LinuxAudioOutput::useCurrentDevice() {
-  return device_->chooseCurrent() ? std::error_code{} : std::make_error_code(std::errc::no_such_device);
+  if (device_->chooseCurrent()) return {};
+  const PulseLock lock(device_->connection());
+  return device_->connection().absence();
 }
 
 std::error_code LinuxAudioOutput::status() {

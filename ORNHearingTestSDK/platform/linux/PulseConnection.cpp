@@ -78,6 +78,10 @@ bool PulseConnection::waitUntil(const std::function<bool()>& holds) {
   return false;
 }
 
+std::error_code PulseConnection::absence() const {
+  return std::make_error_code(isAnswering_ ? std::errc::no_such_device : std::errc::timed_out);
+}
+
 pa_context* PulseConnection::newContext() const {
   pa_context* context =
       libpulse().pa_context_new(libpulse().pa_threaded_mainloop_get_api(loop_), applicationName_.c_str());

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <system_error>
 
 #include <ORNHearingTestSDK/platform/linux/LibPulse.h>
 
@@ -51,6 +52,9 @@ class PulseConnection {
   /// of what it says.
   bool isAnswering() const { return isAnswering_; }
   void heardOfServer() { isAnswering_ = true; }
+
+  /// With the lock held: why nothing is known of a device, std::errc::no_such_device or timed_out.
+  std::error_code absence() const;
 
  private:
   friend class PulseLock;

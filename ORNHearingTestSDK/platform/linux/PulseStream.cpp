@@ -36,7 +36,7 @@ std::error_code PulseStream::open() {
   const SoundOutput* output = device_->present();
   if (isReady_ && output && output->key == deviceKey_) return {};
   close();
-  if (!output) return std::make_error_code(std::errc::no_such_device);
+  if (!output) return device_->connection().absence();
   if (const std::error_code error = connect(*output)) {
     close();
     return error;

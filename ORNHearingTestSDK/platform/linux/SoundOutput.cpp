@@ -9,6 +9,9 @@
 namespace orn {
 namespace {
 
+/// The servers' stand-in for no device at all.
+constexpr std::string_view kNoDevice = "auto_null";
+
 std::string textOf(const char* text) { return text ? text : ""; }
 
 /// Six pairs of hexadecimal digits with colons between.
@@ -71,11 +74,17 @@ float SoundOutput::loudness() const {
 }
 
 const SoundOutput* SoundServerState::current() const {
-  // The servers' stand-in for no device at all.
-  if (defaultSink == "auto_null") return nullptr;
+  if (defaultSink == kNoDevice) return nullptr;
   const auto one = std::find_if(outputs.begin(), outputs.end(),
                                 [this](const SoundOutput& output) { return output.key.sink == defaultSink; });
   return one == outputs.end() || !one->isPluggedIn ? nullptr : &*one;
+}
+
+bool SoundServerState::isSettled() const {
+  const auto isThere = [](const SoundOutput& output) { return output.isPluggedIn && output.key.sink != kNoDevice; };
+  const auto isDefault = [this](const SoundOutput& output) { return output.key.sink == defaultSink; };
+  return std::none_of(outputs.begin(), outputs.end(), isThere) ||
+         (defaultSink != kNoDevice && std::any_of(outputs.begin(), outputs.end(), isDefault));
 }
 
 const SoundOutput* SoundServerState::find(const SoundOutputKey& key) const {

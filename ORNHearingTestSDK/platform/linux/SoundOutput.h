@@ -50,6 +50,10 @@ struct SoundServerState {
   /// The output that sound goes to; null if there is none, or nothing is plugged into it.
   const SoundOutput* current() const;
 
+  /// Whether the server knows which of its outputs sound goes to, or has none that it could go to. One that is made of
+  /// several programs tells of a new output before they have agreed about the default one.
+  bool isSettled() const;
+
   /// The output by its key, if it is there and plugged in, else null.
   const SoundOutput* find(const SoundOutputKey& key) const;
 };

@@ -7,7 +7,8 @@
 namespace orn {
 namespace {
 
-constexpr pa_usec_t kSettled = 250'000, kOld = 1'000'000;  // microseconds
+// Microseconds.
+constexpr pa_usec_t kSettled = 250'000, kNotSettled = 50'000, kLongestSettling = 700'000, kOld = 1'000'000;
 
 void letGo(pa_operation* operation) {
   if (operation) libpulse().pa_operation_unref(operation);
@@ -39,7 +40,7 @@ void SoundServer::serverIsReady() {
       context,
       [](pa_context*, pa_subscription_event_type_t, uint32_t, void* self) {
         static_cast<SoundServer*>(self)->refresh();
-        static_cast<SoundServer*>(self)->askAgainSoon();
+        static_cast<SoundServer*>(self)->askAgainAfter(kSettled);
       },
       this);
   // A card tells of plugs that its sinks' active ports don't follow.
@@ -51,11 +52,12 @@ void SoundServer::serverIsReady() {
 
 /// A server that is made of several programs tells of a new output before all of them know it, and may not tell of its
 /// becoming the default one.
-void SoundServer::askAgainSoon() {
-  const pa_usec_t settled = libpulse().pa_rtclock_now() + kSettled;
-  if (again_) return libpulse().pa_context_rttime_restart(connection_.context(), again_, settled);
+void SoundServer::askAgainAfter(pa_usec_t delay) {
+  if (!connection_.context()) return;
+  const pa_usec_t due = libpulse().pa_rtclock_now() + delay;
+  if (again_) return libpulse().pa_context_rttime_restart(connection_.context(), again_, due);
   again_ = libpulse().pa_context_rttime_new(
-      connection_.context(), settled,
+      connection_.context(), due,
       [](pa_mainloop_api* api, pa_time_event* event, const timeval*, void* self) {
         api->time_free(event);
         static_cast<SoundServer*>(self)->again_ = nullptr;
@@ -100,11 +102,21 @@ void SoundServer::answered() {
   hasAnswered_ = true;
   change(std::exchange(answer_, {}));
   // What was told of while the answer was under way may not be in it.
-  if (std::exchange(isStale_, false)) refresh();
+  if (std::exchange(isStale_, false)) return refresh();
+  if (isSettling() && !again_) askAgainAfter(kNotSettled);
+}
+
+bool SoundServer::isSettling() const {
+  return unsettledSince_ && libpulse().pa_rtclock_now() < *unsettledSince_ + kLongestSettling;
 }
 
 void SoundServer::change(SoundServerState now) {
   state_ = std::move(now);
+  if (state_.isSettled()) {
+    unsettledSince_.reset();
+  } else if (!unsettledSince_) {
+    unsettledSince_ = libpulse().pa_rtclock_now();
+  }
   connection_.heardOfServer();
   for (const StateObserver& observer : observers_) observer(state_);
   connection_.signal();
@@ -113,7 +125,7 @@ void SoundServer::change(SoundServerState now) {
 SoundServerState SoundServer::state() {
   const bool isReady = connection_.waitUntilReady();
   const PulseLock lock(connection_);
-  if (isReady) connection_.waitUntil([this] { return hasAnswered_ || !connection_.context(); });
+  if (isReady) connection_.waitUntil([this] { return (hasAnswered_ && !isSettling()) || !connection_.context(); });
   // A change that the server did not tell of is then known soon after somebody has looked.
   if (libpulse().pa_rtclock_now() > askedAt_ + kOld) refresh();
   return state_;

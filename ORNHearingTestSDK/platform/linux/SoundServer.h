@@ -3,6 +3,7 @@
 #include <functional>
 #include <list>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <ORNHearingTestSDK/platform/linux/DefaultSinkQuestion.h>
@@ -29,8 +30,9 @@ class SoundServer {
   /// Begins to connect and returns at once.
   void watch() { connection_.start(); }
 
-  /// The state as last told; connects and waits for the first one if need be, and asks again where it is old. Not on
-  /// the connection's thread and not with the lock.
+  /// The state as last told; connects and waits for the first one if need be, and asks again where it is old. While the
+  /// server has outputs and no default one it is waited for, until 0.7 s after it was first found so. Not on the
+  /// connection's thread and not with the lock.
   SoundServerState state();
 
   /// The same with the lock held, and without waiting.
@@ -53,7 +55,8 @@ class SoundServer {
 
  private:
   void serverIsReady();
-  void askAgainSoon();
+  void askAgainAfter(pa_usec_t delay);
+  bool isSettling() const;
   void askForSinks();
   void addSink(const pa_sink_info* sink, int end);
   void answered();
@@ -64,6 +67,7 @@ class SoundServer {
   bool isStale_ = false;
   bool hasAnswered_ = false;
   pa_usec_t askedAt_ = 0;
+  std::optional<pa_usec_t> unsettledSince_;
   pa_time_event* again_ = nullptr;  // goes with the connection's loop
   std::list<StateObserver> observers_;
   PulseConnection connection_;
