@@ -342,6 +342,9 @@ TEST_F(Route, APlatformThatComesIntoForceIsSetUpForPlayback) {
   EXPECT_EQ(machine_.audioSession->active(), true);
   EXPECT_EQ(machine_.audioSession->category(), AudioSessionCategory::Playback);
   EXPECT_EQ(machine_.audioSession->categoryOptions(), kAudioSessionCategoryOptionAllowBluetooth);
+  machine_.audioSession->setActive(false);
+  ORNSystemVolumeManager::saveSystemVolume();
+  EXPECT_EQ(machine_.audioSession->active(), true) << "for its volume to be there";
   AudioRoute::configAudioSessionToPlayAndRecord();
   EXPECT_EQ(machine_.audioSession->category(), AudioSessionCategory::PlayAndRecord);
 }

@@ -68,6 +68,10 @@ TEST(ORNDeviceVolumeIOS, GivesEveryFieldBackAndTheLevelsDeciphered) {
   EXPECT_EQ(record->valueForKey("s500"), json("-5"));
   EXPECT_EQ(record->valueForKey("systemVolume"), plain["system_volume"]);
   EXPECT_EQ(record->valueForKey("s750"), json(0)) << "is no key";
+  for (const char* key : {"base", "batch", "ear", "earPath", "id", "mac"}) {
+    EXPECT_EQ(record->valueForKey(key), plain[key]) << key;
+  }
+  EXPECT_TRUE(recordOf({})->valueForKey("ear").is_null());
   EXPECT_EQ(recordOf({})->toDictionary(), json({{"base", false}, {"batch", 0}, {"id", 0}}));
 }
 

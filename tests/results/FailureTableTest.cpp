@@ -144,13 +144,9 @@ class OtherThreadSession final : public URLSession {
 TEST(FailureTable, TellsATransportsWordsOnOneShortLineToo) {
   ServiceScript script;
   script.knowsUser();
-  Platform platform = script.machine.platform();
-  platform.urlSession = std::make_shared<OtherThreadSession>(
-      URLReply{{}, Error{"transport", 7, "\xFF\r\n\u542c" + std::string(1000, 'x')}});
-  Platform::setCurrent(platform);
+  script.machine.urlSession->script("", {{}, Error{"transport", 7, "\xFF\r\n\u542c" + std::string(1000, 'x')}});
   std::string heard;
   ResultSubmission::submit({}, {}, "model", [&](const std::optional<Error>& error) { heard = error->message; });
-  std::static_pointer_cast<OtherThreadSession>(platform.urlSession)->join();
   script.run();
   EXPECT_EQ(heard, "?  \u542c" + std::string(194, 'x') + "...");
 }

@@ -132,6 +132,9 @@ TEST(ORNListenTest, ArchiveRoundTrip) {
   json sent = fullDictionary();
   sent.erase("right125hz");
   record(sent)->encodeWithCoder(archive);
+  json list = json::array({1});
+  record(sent)->encodeWithCoder(list);
+  EXPECT_EQ(ORNListenTest::initWithCoder(list)->dictionaryRepresentation(), sent) << "what is no archive becomes one";
   EXPECT_EQ(archive.at("another object's"), 1);
   EXPECT_EQ(ORNListenTest::initWithCoder(archive)->dictionaryRepresentation(), sent);
 }
