@@ -35,7 +35,7 @@ void mouse(QWidget* target, QEvent::Type type, QPoint at) {
 
 }  // namespace
 
-ScreenshotScript::ScreenshotScript(const PhoneScreen& screen, QString folder, const std::optional<Profile>& profile,
+ScreenshotScript::ScreenshotScript(const ScreenSize& screen, QString folder, const std::optional<Profile>& profile,
                                    const std::string& serviceHost)
     : screen_(screen), folder_(std::move(folder)) {
   machine_.userDefaults->setValue(kServiceHostDefault, serviceHost);

@@ -5,29 +5,22 @@
 #include <optional>
 #include <string>
 
-#include <QtCore/QSize>
 #include <QtCore/QString>
 
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 
 #include "hearing-app-tools/ScreenListener.h"
 #include "hearing-app/HostApplication.h"
+#include "hearing-app/OtherModes.h"
 
 namespace orn {
-
-/// A phone's screen: its size in points, and pixels to a point.
-struct PhoneScreen {
-  QSize points;
-  int ratio = 1;
-  QSize pixels() const { return points * ratio; }
-};
 
 /// The application on a simulated machine in virtual time, a scripted service and a virtual listener: what can be done
 /// with it, and its picture. Operations throw std::runtime_error where what they are for isn't there.
 class ScreenshotScript {
  public:
   /// Without a profile the application asks for one. Nothing is answered until answer() says so.
-  ScreenshotScript(const PhoneScreen& screen, QString folder, const std::optional<Profile>& profile,
+  ScreenshotScript(const ScreenSize& screen, QString folder, const std::optional<Profile>& profile,
                    const std::string& serviceHost = "service.example");
 
   /// What the service answers to requests whose address has this part; nothing stands for an unreachable service.
@@ -71,7 +64,7 @@ class ScreenshotScript {
   static void settle();
   void start(const std::optional<Profile>& profile);
 
-  const PhoneScreen screen_;
+  const ScreenSize screen_;
   const QString folder_;
   SimulatedPlatform machine_;
   std::unique_ptr<HostApplication> host_;

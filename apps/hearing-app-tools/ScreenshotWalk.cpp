@@ -43,7 +43,7 @@ std::string storedTests(int count) {
 
 class Walk {
  public:
-  Walk(const PhoneScreen& screen, const QString& folder) : screen_(screen), folder_(folder) {}
+  Walk(const ScreenSize& screen, const QString& folder) : screen_(screen), folder_(folder) {}
 
   void all() {
     profile();
@@ -285,13 +285,13 @@ class Walk {
     script.shoot("service-wrong");
   }
 
-  const PhoneScreen screen_;
+  const ScreenSize screen_;
   const QString folder_;
 };
 
 }  // namespace
 
-void walkForScreenshots(const QString& folder, const PhoneScreen& screen) {
+void walkForScreenshots(const QString& folder, const ScreenSize& screen) {
   if (!QDir().mkpath(folder)) throw std::runtime_error("can't make the folder " + folder.toStdString());
   Walk(screen, folder).all();
 }

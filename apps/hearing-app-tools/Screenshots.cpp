@@ -14,7 +14,7 @@ namespace orn {
 namespace {
 
 /// The ratio of a screen holds for a whole process.
-int takeThoseOf(const PhoneScreen& screen, int& argc, char** argv, const std::string& folder) {
+int takeThoseOf(const ScreenSize& screen, int& argc, char** argv, const std::string& folder) {
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   setenv("QT_SCALE_FACTOR", std::to_string(screen.ratio).c_str(), 1);
   QApplication application(argc, argv);
@@ -24,15 +24,21 @@ int takeThoseOf(const PhoneScreen& screen, int& argc, char** argv, const std::st
 
 }  // namespace
 
-int takeScreenshots(int& argc, char** argv, const std::string& folder) {
+int takeScreenshots(int& argc, char** argv, const std::string& folder, const std::vector<ScreenSize>& screens) {
   std::filesystem::create_directories(folder);
-  const pid_t other = fork();
-  if (other < 0) throw std::system_error(errno, std::generic_category(), "can't start a process");
-  if (other == 0) return takeThoseOf({{360, 720}, 3}, argc, argv, folder);
-  const int result = takeThoseOf({{375, 667}, 1}, argc, argv, folder);
-  int status = 0;
-  const bool isGone = waitpid(other, &status, 0) == other;
-  return isGone && WIFEXITED(status) && WEXITSTATUS(status) == 0 ? result : 1;
+  std::vector<pid_t> children;
+  for (const ScreenSize& screen : screens) {
+    const pid_t child = fork();
+    if (child < 0) throw std::system_error(errno, std::generic_category(), "can't start a process");
+    if (child == 0) return takeThoseOf(screen, argc, argv, folder);
+    children.push_back(child);
+  }
+  bool isFine = true;
+  for (const pid_t child : children) {
+    int status = 0;
+    isFine = waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0 && isFine;
+  }
+  return isFine ? 0 : 1;
 }
 
 }  // namespace orn

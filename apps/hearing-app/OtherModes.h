@@ -2,6 +2,9 @@
 
 #include <functional>
 #include <string>
+#include <vector>
+
+#include <QtCore/QSize>
 
 #include <ORNHearingTestSDK/platform/Platform.h>
 
@@ -20,8 +23,15 @@ inline constexpr int kOtherMode = 1000;
 int runSimulated(const std::function<void(const Platform&)>& begin, const std::function<void()>& onOtherMode,
                  bool endsAtFirstFrame);
 
-/// Saves every screen and dialog as PNG in a folder, on two sizes of screen; makes its own QApplication. The answer is
+/// A screen: its size in points, and pixels to a point.
+struct ScreenSize {
+  QSize points;
+  int ratio = 1;
+  QSize pixels() const { return points * ratio; }
+};
+
+/// Saves every screen and dialog as PNG in a folder, on each of these sizes; makes its own QApplication. The answer is
 /// the program's exit code; what goes wrong is thrown, as std::exception.
-int takeScreenshots(int& argc, char** argv, const std::string& folder);
+int takeScreenshots(int& argc, char** argv, const std::string& folder, const std::vector<ScreenSize>& screens);
 
 }  // namespace orn

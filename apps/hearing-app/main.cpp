@@ -2,8 +2,10 @@
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 #include <CLI/CLI.hpp>
 
 #include <QtWidgets/QApplication>
@@ -26,6 +28,7 @@ constexpr auto kVersion = "1.0";
 
 struct Options {
   std::string host, shop, screenshots;
+  std::vector<std::string> screens{"375x667", "360x720@3"};
   bool simulates = false;
   bool endsAtFirstFrame = false;
 };
@@ -38,6 +41,25 @@ std::string checkHost(const std::string& text) {
 std::string checkWebPage(const std::string& text) {
   return text.starts_with("http://") || text.starts_with("https://") ? ""
                                                                      : "'" + text + "' is no http or https address";
+}
+
+/// WIDTHxHEIGHT or WIDTHxHEIGHT@RATIO.
+std::optional<orn::ScreenSize> screenSize(const std::string& text) {
+  int width = 0, height = 0, ratio = 1, read = 0;
+  const int values = std::sscanf(text.c_str(), "%4dx%4d%n@%1d%n", &width, &height, &read, &ratio, &read);
+  const bool isWhole = values >= 2 && static_cast<std::size_t>(read) == text.size();
+  if (!isWhole || width < 320 || height < 320 || ratio < 1) return std::nullopt;
+  return orn::ScreenSize{{width, height}, ratio};
+}
+
+std::string checkScreen(const std::string& text) {
+  return screenSize(text) ? "" : "'" + text + "' is no size like 375x667 or 360x720@3, of at least 320 points";
+}
+
+int takeScreenshots(int& argc, char** argv, const Options& options) {
+  std::vector<orn::ScreenSize> screens;
+  for (const std::string& text : options.screens) screens.push_back(*screenSize(text));
+  return orn::takeScreenshots(argc, argv, options.screenshots, screens);
 }
 
 void keep(const orn::Platform& machine, const char* key, const std::string& value) {
@@ -107,15 +129,21 @@ int run(int& argc, char** argv) {
                                 "Brings its own service, a simulated audiometer and earphones, and a panel for them")
                        ->excludes(host);
   app.add_flag("--end-at-first-frame", options.endsAtFirstFrame)->needs(simulate)->group("");  // for measurements
-  app.add_option("--screenshots", options.screenshots, "Saves every screen and dialog as PNG in this folder, and ends")
-      ->option_text("DIR")
-      ->excludes(simulate);
+  auto* screenshots = app.add_option("--screenshots", options.screenshots,
+                                     "Saves every screen and dialog as PNG in this folder, and ends")
+                          ->option_text("DIR")
+                          ->excludes(simulate);
+  app.add_option("--screen", options.screens,
+                 "A size for them in points, and pixels to a point; more than once for more")
+      ->check(checkScreen)
+      ->option_text("WIDTHxHEIGHT[@RATIO]")
+      ->needs(screenshots);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
-  if (!options.screenshots.empty()) return orn::takeScreenshots(argc, argv, options.screenshots);
+  if (!options.screenshots.empty()) return takeScreenshots(argc, argv, options);
   requireDisplay();
   orn::holdEndingSignals();
   QApplication application(argc, argv);
