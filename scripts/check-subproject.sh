@@ -37,6 +37,7 @@ if "$built/part-of-a-build" > /dev/null; then
   echo "a host with a folder of its own for the tone files still finds the library's" >&2
   exit 1
 fi
-HEARING_BUNDLES=$built/lib/ORNHearingTestSDK "$built/part-of-a-build" > "$heard"
+folder=$(dirname "$(find "$built" -type d -name wav.bundle)")
+HEARING_BUNDLES=$folder "$built/part-of-a-build" > "$heard"
 grep -q "threshold of the left ear at 4000hz: 35 dB" "$heard"
 echo "part of a build: a cipher and a folder of the host's own"
