@@ -74,11 +74,6 @@ TEST(Conformance, OfTheStreamMissesItsSlowFadesAlone) {
   EXPECT_EQ(slow.otherEar, slow.level) << "one stream, both channels";
 }
 
-TEST(Conformance, OfTheToneBankMissesItsFadesThatAreNone) {
-  const auto cell = measureCell(OutputPath::Earphones, std::string(sampleEarphonesReply()), true, 1000, 40);
-  EXPECT_THAT(cell.misses, ElementsAre("rise", "fall"));
-}
-
 TEST(Conformance, TellsWhichCellsACalibrationMakesUseless) {
   for (const auto path : {OutputPath::Audiometer, OutputPath::Earphones}) {
     const auto cell = [&](const char* value, std::int32_t db) {

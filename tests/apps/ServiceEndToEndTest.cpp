@@ -1,5 +1,5 @@
 // The library's own operations against the reference service, over loopback: what each callback gets, and how often,
-// for every way in which the service can answer.
+// and what of a dead one.
 
 #include <gmock/gmock.h>
 
@@ -21,7 +21,6 @@
 namespace orn {
 namespace {
 
-using service::Misbehaviour;
 using testing::ElementsAre;
 
 /// A host application on a real loop and a real network.
@@ -106,62 +105,6 @@ TEST_F(EndToEnd, ProfileSubmissionAndHistory) {
   EXPECT_EQ(history_[0]["correctName"], "Simulated1,1");
   EXPECT_EQ(history_[1]["right500hz"], "15");
   EXPECT_EQ(history_[1]["base"], 1);
-}
-
-TEST_F(EndToEnd, CalibrationIsFetchedOnceAndThenCached) {
-  EXPECT_THAT(fetchesByAddress("AA:BB:CC:DD:EE:FF"), ElementsAre("no error"));
-  ASSERT_TRUE(session_->ab() && session_->aabb() && session_->xxyy());
-  const double amplitude = session_->getKV50CorrectXByEar(true, "", 60, "1000hz");
-  EXPECT_GT(amplitude, 0);
-  EXPECT_THAT(fetchesByModel("1"), ElementsAre("no error"));
-  ASSERT_TRUE(session_->leftVolume() && session_->rightVolue());
-
-  service_.misbehave({Misbehaviour::Kind::Garbage});  // nobody asks it any more
-  EXPECT_THAT(fetchesByAddress("AA:BB:CC:DD:EE:FF"), ElementsAre("no error inside"));
-  EXPECT_EQ(session_->getKV50CorrectXByEar(true, "", 60, "1000hz"), amplitude);
-  session_ = ORNManualHearingTest::init();
-  session_->setEarPlugModel("1", [](const std::optional<Error>&) { ADD_FAILURE() << "a cached model never calls"; });
-  EXPECT_TRUE(session_->leftVolume() && session_->rightVolue());
-  machine_.runLoop->performAfterDelay(std::chrono::milliseconds(20), [&] { loop().stop(); });
-  loop().run();
-}
-
-TEST_F(EndToEnd, BatchOneDeviceIsTenDecibelsLower) {
-  fetchesByAddress("11:11:11:11:11:11");
-  EXPECT_EQ(session_->ab()->batch(), 1);
-}
-
-struct Answer {
-  Misbehaviour::Kind kind;
-  const char* serviceOperations;  ///< what profile, submission and history call back with
-  const char* calibration;        ///< and the two fetches
-  bool isProfileKept;
-};
-
-class EveryAnswer : public EndToEnd, public testing::WithParamInterface<Answer> {};
-INSTANTIATE_TEST_SUITE_P(Answers, EveryAnswer,
-                         testing::Values(Answer{Misbehaviour::Kind::None, "no error", "no error", true},
-                                         Answer{Misbehaviour::Kind::Status500, "no error", "no error", true},
-                                         Answer{Misbehaviour::Kind::Refuse, "no error", "no error", true},
-                                         Answer{Misbehaviour::Kind::Garbage, "json", "no error", false},
-                                         Answer{Misbehaviour::Kind::NoBody, "transport", "transport", false},
-                                         Answer{Misbehaviour::Kind::Half, "transport", "transport", false},
-                                         Answer{Misbehaviour::Kind::Huge, "transport", "transport", false}));
-
-TEST_P(EveryAnswer, ReachesEachCallbackOnce) {
-  const auto [kind, expected, calibration, isProfileKept] = GetParam();
-  service_.misbehave({kind});
-  EXPECT_THAT(registers(), ElementsAre(expected));
-  EXPECT_EQ(machine_.userDefaults->value(kUserIDDefault).has_value(), isProfileKept);
-  machine_.userDefaults->setValue(kUserIDDefault, "user1");
-  EXPECT_THAT(submits(), ElementsAre(expected));
-  EXPECT_THAT(posts(), ElementsAre(expected));
-  EXPECT_THAT(readsHistory(), ElementsAre(expected));
-  EXPECT_EQ(history_.is_array(), kind == Misbehaviour::Kind::None || kind == Misbehaviour::Kind::Status500);
-  EXPECT_THAT(fetchesByAddress("AA:BB:CC:DD:EE:FF"), ElementsAre(calibration));
-  EXPECT_THAT(fetchesByModel("1"), ElementsAre(calibration));
-  const bool hasRecords = kind == Misbehaviour::Kind::None || kind == Misbehaviour::Kind::Status500;
-  EXPECT_EQ(session_->leftVolume() != nullptr, hasRecords);
 }
 
 TEST_F(EndToEnd, DeadServiceIsATransportErrorAndNothingIsLost) {

@@ -39,7 +39,7 @@ double lowestHeard(const StudyPlan& plan, const StudiedThreshold& one) {
 TEST(Study, PerfectListenersOnTheGridGetTheLowestLevelTheyHear) {
   for (const TestType type : kTypes) {
     for (const OutputPath path : kPaths) {
-      StudyPlan plan = planFor(type, path, 4);
+      StudyPlan plan = planFor(type, path, 2);
       plan.population = {.isOnGrid = true, .slope = 0, .guess = 0, .lapse = 0, .slowest = plan.population.quickest};
       plan.population.reactionSpread = 0;
       for (std::size_t index = 0; index < plan.listeners; ++index) {
@@ -51,17 +51,6 @@ TEST(Study, PerfectListenersOnTheGridGetTheLowestLevelTheyHear) {
         }
       }
     }
-  }
-}
-
-TEST(Study, RealListenersAreFoundWithinTheGrid) {
-  for (const TestType type : kTypes) {
-    const StudyPlan plan = planFor(type, OutputPath::Earphones, 6);
-    const StudyStatistics overall = statisticsOf(plan, runStudy(plan, 2)).back();
-    EXPECT_LE(overall.onScale.meanAbsolute, 4);
-    // A level that counts by a single press is as good as that press; one that needs most of three is better.
-    EXPECT_GE(overall.onScale.within10, type == TestType::Standard ? 0.97 : 0.90);
-    EXPECT_GT(overall.retestDeviation, 0) << "chance plays no part";
   }
 }
 

@@ -27,7 +27,7 @@ std::string text(const EarResult& result) {
   return all;
 }
 
-SessionScript::SessionScript(Type type, Path path) {
+SessionScript::SessionScript(Type type, Path path, Sound sound) {
   Platform::setCurrent(machine.platform());
   for (const char* key : {kAppKeyDefault, kUserIDDefault, kServiceHostDefault}) {
     machine.userDefaults->setValue(key, std::string("given"));
@@ -39,7 +39,7 @@ SessionScript::SessionScript(Type type, Path path) {
   if (path == Audiometer) {
     session->setKV50MAC("AA:BB:CC:DD:EE:FF");
     session->setAb(record("-50"));
-    machine.audioOutput->keepSamples();
+    if (sound == Kept) machine.audioOutput->keepSamples();
   } else {
     session->setEarPlugModel("model");
     session->setLeftVolume(record("-60"));
@@ -114,22 +114,6 @@ double SessionScript::now() const { return std::chrono::duration<double>(machine
 
 void SessionScript::at(double seconds, std::function<void()> what) {
   machine.runLoop->performAfterDelay(span(seconds) - machine.runLoop->now(), std::move(what));
-}
-
-std::string SessionScript::search(const std::string& letters, bool isLeft) {
-  presses(letters);
-  std::string levels;
-  onTone = [&levels](const std::string&, const std::string& db, float) {
-    if (levels.find("->") == std::string::npos) levels += std::to_string(std::atoi(db.c_str())) + " ";
-  };
-  delegate->willSelectedAtHz = [&levels](ORNHearingTest&, const std::string&, const std::string& db, bool) {
-    if (levels.find("->") == std::string::npos) levels += "-> " + std::to_string(std::atoi(db.c_str()));
-  };
-  session->startTest(isLeft);
-  machine.virtualTime->runUntil([&] { return levels.find("->") != std::string::npos; }, span(200));
-  onTone = nullptr;
-  watch();
-  return levels;
 }
 
 std::vector<std::string> SessionScript::takeTrace() { return std::exchange(trace_, {}); }

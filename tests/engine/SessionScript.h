@@ -23,8 +23,9 @@ class SessionScript {
  public:
   enum Type { Auto = 0, Manual = 1, Standard = 2 };
   enum Path { Earphones, Audiometer };
+  enum Sound { Kept, Forgotten };  // of an audiometer; a minute of it is 11 megabytes
 
-  explicit SessionScript(Type type, Path path = Earphones);
+  explicit SessionScript(Type type, Path path = Earphones, Sound sound = Kept);
   ~SessionScript();
   SessionScript(const SessionScript&) = delete;
   SessionScript& operator=(const SessionScript&) = delete;
@@ -41,9 +42,6 @@ class SessionScript {
   double now() const;
   /// At a time since the machine was made.
   void at(double seconds, std::function<void()> what);
-
-  /// Runs an ear's first frequency: the levels presented and the threshold, such as "40 30 35 -> 40".
-  std::string search(const std::string& letters, bool isLeft);
 
   /// What the delegate heard since the last call, such as "4 R 1000hz 40db", "16 R -> 1000hz 40db",
   /// "16 R complete 1000hz=40", "90 complete L 1000hz=40 R 1000hz=40", "4 R missing calibration". The number is the
