@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include <QtCore/QPoint>
 #include <QtCore/QString>
 
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>

@@ -18,6 +18,7 @@ TEST_F(ORNScreenUtilsTest, ImagesSuitThePixelRatioAndKeepTheirSize) {
   }
   for (const char* name : {"nothing", "../image.bundle/bg"}) {
     EXPECT_TRUE(ORNScreenUtils::imageResource(name, 1).isNull()) << name;
+    EXPECT_TRUE(ORNScreenUtils::imageWithContentsOfFile(name, 3).isNull()) << name;
   }
   QImage image = paper({200, 100});
   image.fill(Qt::red);

@@ -49,36 +49,6 @@ TEST(ResultScreen, LeavesGapsOutByTheLeftEar) {
   }
 }
 
-/// How high the black and coloured part of a widget is.
-int inkHeight(QWidget& widget) {
-  const QImage image = widget.grab().toImage();
-  int first = image.height(), last = 0;
-  for (int y = 0; y < image.height(); ++y) {
-    for (int x = 0; x < image.width(); ++x) {
-      if (qGray(image.pixel(x, y)) > 160) continue;
-      first = std::min(first, y);
-      last = y;
-    }
-  }
-  return last - first + 1;
-}
-
-TEST(ResultScreen, OnlyTheResultTakesMoreThanALine) {
-  for (const QSize size : {QSize(320, 568), QSize(1280, 800)}) {
-    ScreensScript script;
-    script.window->resize(size);
-    showResult(script, {{"500hz", "30"}}, {{"500hz", "40"}});
-    int found = 0;
-    for (QLabel* one : script.window->findChildren<QLabel*>()) {
-      if (!one->text().contains("言语频率") && !one->text().contains("技术支持")) continue;
-      if (!one->isVisible()) continue;
-      ++found;
-      EXPECT_LT(inkHeight(*one), 20) << one->text().toStdString();
-    }
-    EXPECT_EQ(found, 2);
-  }
-}
-
 TEST(ResultScreen, TapOpensTheAudiogramOverEverythingAndClosesItAfterAMoment) {
   ScreensScript script;
   const auto screen = showResult(script, {{"500hz", "30"}, {"1000hz", "20"}}, {{"500hz", "40"}, {"1000hz", "45"}});
@@ -231,22 +201,6 @@ TEST(HistoryScreen, TenThousandTestsMakeOnlyTheRowsInView) {
   EXPECT_TRUE(script.sees("您的右耳的平均听力损失为70分贝，"));
 }
 
-TEST(HistoryScreen, AWideWindowKeepsTheBadgeNearItsWords) {
-  ScreensScript script;
-  script.window->resize(1280, 800);
-  script.answers(historyReply(1));
-  script.select->gotolishi();
-  script.run();
-  const auto placeOf = [&](const QString& text) {
-    for (const QLabel* one : script.window->findChildren<QLabel*>()) {
-      if (one->isVisible() && one->text() == text) return one->mapTo(script.window.get(), QPoint());
-    }
-    return QPoint();
-  };
-  EXPECT_EQ(placeOf("右耳得分：75分").x(), (1280 - 640) / 2 + 10);
-  EXPECT_EQ(placeOf("73").x(), (1280 + 640) / 2 - 80);
-}
-
 struct FewRows : TableViewSource {
   int numberOfSectionsInTableView(TableView&) override { return 3; }
   int numberOfRowsInSection(TableView&, int) override { return 20; }
@@ -325,19 +279,13 @@ TEST(Screens, AHostsColoursChangeNothing) {
   const std::tuple<const char*, QPalette, QString> table[] = {
       {"a dark desktop", dark, {}},
       {"a sheet for all", own, "* { color: #eee; background-color: #222; }"},
-      {"a sheet for widgets", own, "QWidget { background: black; color: yellow; border: 2px solid red; }"},
-      {"a sheet for some", own,
-       "QLabel { color: white; background: navy; } QPushButton { color: white; } QScrollArea { background: black; }"},
+      {"a sheet for some", own, "QLabel { color: white; background: navy; } QPushButton { border: 2px solid red; }"},
   };
   for (const auto& [name, palette, styleSheet] : table) {
     const std::vector<QImage> pictures = picturesOn(palette, styleSheet);
     ASSERT_EQ(pictures.size(), plain.size());
     for (std::size_t index = 0; index < plain.size(); ++index) {
       EXPECT_TRUE(pictures[index] == plain[index]) << name << ", picture " << index;
-      if (const char* folder = std::getenv("ORN_PICTURES")) {
-        pictures[index].save(QString("%1/%2-%3.png").arg(folder, QString(name).replace(' ', '-')).arg(index));
-        plain[index].save(QString("%1/plain-%2.png").arg(folder).arg(index));
-      }
     }
   }
 }
@@ -348,21 +296,18 @@ TEST(Screens, BarItemsOfTheHostCallIt) {
   const auto navigation = script.window->navigation();
   std::string told;
   const Screen::Action left = [&] { told += "left "; }, right = [&] { told += "right "; };
+  const auto shown = [&](const auto& screen, auto show) {
+    return [=] { ((*screen).*show)(navigation, "左", left, "右", right); };
+  };
   const std::pair<std::function<void()>, QString> table[] = {
-      {[&] {
-         ORNSelectTypeViewController::init()->showSelectTypeViewControllerByNavigation(navigation, "左", left, "右",
-                                                                                       right);
-       },
+      {shown(ORNSelectTypeViewController::init(),
+             &ORNSelectTypeViewController::showSelectTypeViewControllerByNavigation),
        "选择设备"},
-      {[&] {
-         ORNTestHistoryViewController::init()->showTestHistoryViewControllerByNavigation(navigation, "左", left, "右",
-                                                                                         right);
-       },
+      {shown(ORNTestHistoryViewController::init(),
+             &ORNTestHistoryViewController::showTestHistoryViewControllerByNavigation),
        "测试记录"},
-      {[&] {
-         ORNTestResultViewController::init()->showTestResultViewControllerByNavigation(navigation, "左", left, "右",
-                                                                                       right);
-       },
+      {shown(ORNTestResultViewController::init(),
+             &ORNTestResultViewController::showTestResultViewControllerByNavigation),
        "测试结果"},
   };
   for (const auto& [show, title] : table) {

@@ -152,30 +152,19 @@ void dragHeardButton(ScreensScript& script, QPoint by, int steps) {
 }
 
 TEST(TestScreen, PressesDecideTheNextTone) {
-  const std::tuple<const char*, std::function<void(ScreensScript&)>, int> table[] = {
-      {"mouse", [](ScreensScript& s) { s.click(s.heardButton()); }, 3},
-      {"finger", [](ScreensScript& s) { s.touch(s.heardButton()); }, 3},
-      {"space", [](ScreensScript& s) { s.key(Qt::Key_Space); }, 3},
-      {"return", [](ScreensScript& s) { s.key(Qt::Key_Return); }, 3},
-      {"nothing", [](ScreensScript&) {}, 7},
-      {"drag",
-       [](ScreensScript& s) {
-         dragHeardButton(s, {-150, -300}, 10);
-       },
-       3},
-      {"drag off the screen",
-       [](ScreensScript& s) {
-         dragHeardButton(s, {0, 140}, 10);
-       },
-       3},
-      {"release outside",
-       [](ScreensScript& s) {
-         dragHeardButton(s, {0, -200}, 0);
-       },
-       7},
+  using Script = ScreensScript;
+  const std::tuple<const char*, std::function<void(Script&)>, int> table[] = {
+      {"mouse", [](Script& script) { script.click(script.heardButton()); }, 3},
+      {"finger", [](Script& script) { script.touch(script.heardButton()); }, 3},
+      {"space", [](Script& script) { script.key(Qt::Key_Space); }, 3},
+      {"return", [](Script& script) { script.key(Qt::Key_Return); }, 3},
+      {"nothing", [](Script&) {}, 7},
+      {"drag", [](Script& script) { dragHeardButton(script, QPoint(-150, -300), 10); }, 3},
+      {"drag off the screen", [](Script& script) { dragHeardButton(script, QPoint(0, 140), 10); }, 3},
+      {"release outside", [](Script& script) { dragHeardButton(script, QPoint(0, -200), 0); }, 7},
   };
   for (const auto& [name, press, nextRow] : table) {
-    ScreensScript script;
+    Script script;
     script.startTest(0);
     script.run(4.1);
     const ChessboardView* board = script.test()->rightChessView();
@@ -198,7 +187,7 @@ TEST(TestScreen, ClosesAtAnyMomentInSilenceAndLeavesNothing) {
   };
   for (const auto& close : waysToClose) {
     // In tones, within the second after a threshold (the ear hears nothing, so one comes at 28 s), and at the end.
-    for (const double moment : {0.0, 4.1, 28.0, 28.5, 29.5, 60.0, 118.0, 121.5}) {
+    for (const double moment : {4.1, 28.5, 118.0, 121.5}) {
       for (const int row : {0, 1}) {
         ScreensScript script;
         script.startTest(row);
@@ -301,23 +290,6 @@ TEST(TestScreen, PutsTheVolumeBackOnceAndOnlyWhereItDroveIt) {
     script.window.reset();
     Hands::settle();
     EXPECT_EQ(script.volume(), volume) << name;
-  }
-}
-
-TEST(TestScreen, WithoutCalibrationSaysSoAndCloses) {
-  for (const char* reply : {R"({"rspCode":1})", R"({"rspCode":0,"deviceVolumeIOS":[{"ear":2}]})"}) {
-    ScreensScript script;
-    script.plug(1);
-    script.answers(reply);
-    script.clickRow(1);
-    script.run();
-    script.click(kReady);
-    EXPECT_FALSE(script.sounds(6));
-    EXPECT_EQ(script.alert(), "温馨提示|没有测试设备的校准数据，无法进行测试|我知道了");
-    script.click(kIsee);
-    script.run();
-    EXPECT_EQ(script.title(), "选择设备");
-    EXPECT_EQ(script.volume(), kUsersVolume);
   }
 }
 
