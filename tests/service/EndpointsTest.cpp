@@ -26,10 +26,10 @@ void expectSameValues(const std::shared_ptr<ORNDeviceVolumeIOS>& got, const std:
   }
 }
 
-TEST_F(Calibration, OfAnyAddressHasTheValuesOfTheSampleAudiometer) {
-  const auto reply = asked("correct_name=Phone1,1&mac=01:02:03:04:05:06&appkey=&");
-  EXPECT_EQ(reply->rspCode(), 0);
-  const auto got = audiometerRecords(*reply);
+TEST_F(Calibration, OfAnyAddressOrModelHasTheValuesOfTheSampleOne) {
+  const auto audiometer = asked("correct_name=Phone1,1&mac=01:02:03:04:05:06&appkey=&");
+  EXPECT_EQ(audiometer->rspCode(), 0);
+  const auto got = audiometerRecords(*audiometer);
   const auto want = audiometerRecords(*ORNDeviceCorrect::parse(simulation::sampleAudiometerReply()));
   expectSameValues(got.ab, want.ab);
   expectSameValues(got.aabb, want.aabb);
@@ -37,20 +37,12 @@ TEST_F(Calibration, OfAnyAddressHasTheValuesOfTheSampleAudiometer) {
   EXPECT_EQ(got.ab->mac(), "01:02:03:04:05:06");
   EXPECT_EQ(got.ab->correctName(), "Phone1,1");
   EXPECT_EQ(got.ab->batch(), 2);
-}
-
-TEST_F(Calibration, OfOneAddressIsForADeviceOfSeries1) {
   EXPECT_EQ(audiometerRecords(*asked("mac=11:11:11:11:11:11&appkey=k&correct_name=x")).ab->batch(), 1);
-}
-
-TEST_F(Calibration, OfAnyModelHasTheValuesOfTheSampleEarphones) {
-  const auto reply = asked("appkey=k&earplug_model=Model%20%E8%80%B3&correct_name=Phone1,1&");
-  const auto got = earphoneRecords(*reply);
-  const auto want = earphoneRecords(*ORNDeviceCorrect::parse(simulation::sampleEarphonesReply()));
-  expectSameValues(got.left, want.left);
-  expectSameValues(got.right, want.right);
-  EXPECT_EQ(got.left->earplugModel(), "Model \u8033");
-  EXPECT_EQ(got.right->correctName(), "Phone1,1");
+  const auto earphones = earphoneRecords(*asked("appkey=k&earplug_model=Model%20%E8%80%B3&correct_name=Phone1,1&"));
+  const auto sample = earphoneRecords(*ORNDeviceCorrect::parse(simulation::sampleEarphonesReply()));
+  expectSameValues(earphones.left, sample.left);
+  expectSameValues(earphones.right, sample.right);
+  EXPECT_EQ(earphones.left->earplugModel(), "Model \u8033");
 }
 
 TEST_F(Calibration, TakesValuesThatClientsSendUnescaped) {
@@ -107,13 +99,6 @@ TEST_F(ServiceTest, HistoryIsInTheOrderOfSubmissionEvenIfTheClockGoesBack) {
                                  std::pair("9001", 9003), std::pair("9500", 9500)));
 }
 
-TEST_F(ServiceTest, HistoryHoldsTheTestsOfThatUserAndKeyAlone) {
-  answer(kSubmit, submission().dump());
-  EXPECT_EQ(history("u", "k").size(), 1U);
-  EXPECT_EQ(history("k", "u").size(), 0U);
-  EXPECT_EQ(history("U", "k").size(), 0U);
-}
-
 TEST_F(ServiceTest, PathIsDecodedOnceAndItsTextMeansNothing) {
   for (const auto& [escaped, meant] :
        {std::pair("%2E%2E", ".."), std::pair("..", ".."), std::pair("a%2Fb", "a/b"), std::pair("%252F", "%2F"),
@@ -131,7 +116,8 @@ TEST_F(ServiceTest, SqlIsStoredAsTheTextItIs) {
   answer(kSubmit, submission({{"headset", "before"}}).dump());
   answer(kRegister, profile({{"sdkUseId", sql}, {"username", sql}, {"phone", sql}}).dump());
   answer(kSubmit, submission({{"headset", sql}, {"correctName", sql}}).dump());
-  EXPECT_EQ(history("' OR 1=1 --").size(), 0U);
+  for (const char* other : {"' OR 1=1 --", "U"}) EXPECT_EQ(history(other).size(), 0U);
+  EXPECT_EQ(history("k", "u").size(), 0U);
   EXPECT_THAT(rows("SELECT headset, correctName FROM tests"),
               ElementsAre(ElementsAre("before", "Phone1,1"), ElementsAre(sql, sql)));
   EXPECT_THAT(rows("SELECT userId, username, phone FROM profiles"), ElementsAre(ElementsAre(sql, sql, sql)));

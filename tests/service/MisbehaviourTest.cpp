@@ -12,45 +12,31 @@ using namespace std::chrono_literals;
 struct Misbehaving : ServiceTest {
   Reply replyUnder(std::string_view name) {
     service_->misbehave(misbehaviourNamed(name).value());
-    Reply reply = ask(service_->port(), kCalibration, "correct_name=c&mac=m&appkey=k&");
-    service_->misbehave({});
-    return reply;
+    return ask(service_->port(), kCalibration, "correct_name=c&mac=m&appkey=k&");
   }
-
-  Reply good() { return ask(service_->port(), kCalibration, "correct_name=c&mac=m&appkey=k&"); }
 };
 
-TEST_F(Misbehaving, Status500HasTheGoodBody) {
-  const Reply reply = replyUnder("status500");
-  EXPECT_EQ(reply.status, 500);
-  EXPECT_EQ(reply.body, good().body);
-}
-
-TEST_F(Misbehaving, NoBody) {
-  const Reply reply = replyUnder("nobody");
-  EXPECT_EQ(reply.status, 200);
-  EXPECT_EQ(reply.announced, 0U);
-  EXPECT_EQ(reply.body, "");
-}
-
-TEST_F(Misbehaving, GarbageIsNoJson) {
-  const Reply reply = replyUnder("garbage");
-  EXPECT_EQ(reply.status, 200);
-  EXPECT_FALSE(reply.body.empty());
-  EXPECT_TRUE(reply.json().is_discarded());
-}
-
-TEST_F(Misbehaving, HalfAnnouncesTheWhole) {
-  const Reply reply = replyUnder("half");
-  const std::string whole = good().body;
-  EXPECT_EQ(reply.announced, whole.size());
-  EXPECT_EQ(reply.body, whole.substr(0, whole.size() / 2));
-}
-
-TEST_F(Misbehaving, HugeIsTwentyMebibytesOfJson) {
-  const Reply reply = replyUnder("huge");
-  EXPECT_EQ(reply.body.size(), std::size_t{20} << 20);
-  EXPECT_EQ(reply.json(), good().json());
+TEST_F(Misbehaving, EachNameHasItsReply) {
+  const std::string good = replyUnder("delay=0").body, half = good.substr(0, good.size() / 2);
+  const struct {
+    const char* name;
+    int status;
+    std::size_t announced;
+    std::string body;
+  } table[] = {{"status500", 500, good.size(), good}, {"nobody", 200, 0, ""}, {"half", 200, good.size(), half}};
+  for (const auto& [name, status, announced, body] : table) {
+    const Reply reply = replyUnder(name);
+    EXPECT_EQ(reply.status, status) << name;
+    EXPECT_EQ(reply.announced, announced) << name;
+    EXPECT_EQ(reply.body, body) << name;
+  }
+  const Reply garbage = replyUnder("garbage"), huge = replyUnder("huge");
+  EXPECT_TRUE(!garbage.body.empty() && garbage.json().is_discarded());
+  EXPECT_EQ(huge.body.size(), std::size_t{20} << 20);
+  EXPECT_EQ(huge.json(), json::parse(good));
+  const auto before = std::chrono::steady_clock::now();
+  EXPECT_EQ(replyUnder("delay=50").body, good);
+  EXPECT_GE(std::chrono::steady_clock::now() - before, 50ms);
 }
 
 TEST_F(Misbehaving, RefusalStoresNothing) {
@@ -58,12 +44,6 @@ TEST_F(Misbehaving, RefusalStoresNothing) {
   EXPECT_EQ(answer(kSubmit, submission().dump()).at("rspCode"), 1);
   service_->misbehave({});
   EXPECT_TRUE(history().empty());
-}
-
-TEST_F(Misbehaving, DelayedReplyIsGoodAndNotEarly) {
-  const auto before = std::chrono::steady_clock::now();
-  EXPECT_EQ(replyUnder("delay=50").body, good().body);
-  EXPECT_GE(std::chrono::steady_clock::now() - before, 50ms);
 }
 
 TEST_F(Misbehaving, EndOfTheServiceLetsDelayedRepliesGo) {
