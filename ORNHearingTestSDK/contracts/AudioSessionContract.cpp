@@ -81,7 +81,7 @@ const Contract<SessionCheck> kAudioSessionContracts[] = {
      }},
 
     {"an output has a route text",
-     [](SessionCheck& check) { expect(check.session().routeText().value_or("") != "", "there is none"); }},
+     [](SessionCheck& check) { expect(!check.session().routeText().value_or("").empty(), "there is none"); }},
 
     {"an output is a port with a name and a UID",
      [](SessionCheck& check) {

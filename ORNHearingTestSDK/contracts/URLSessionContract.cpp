@@ -149,7 +149,7 @@ const Contract<URLCheck> kURLSessionContracts[] = {
          URLRequest request = check.answered();
          request.method = method;
          request.headers = {{"Accept", "application/json"}, {"app-version", ""}, {"b", "c: d"}};
-         request.body = std::string("name=\xE5\x90\x8D&\0&", 12);
+         request.body = std::string("name=\xE5\x90\x8D&\0&", 11);
          const std::size_t before = check.replies().size();
          check.ask(request);
          check.wait(before + 1);

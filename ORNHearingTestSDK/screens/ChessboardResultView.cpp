@@ -97,10 +97,12 @@ void ChessboardResultView::drawRightEar(QPainter& painter, const Scale& scale, c
 }
 
 void ChessboardResultView::drawLegend(QPainter& painter, double fontSize) const {
+  const std::int64_t width = chessboardWidth() / 4;
   const auto draw = [&](std::int64_t quarters, const QString& text, Qt::GlobalColor textColor) {
-    const double x = static_cast<double>(chessboardWidth() * quarters / 4 + 50);
+    const std::int64_t x = chessboardWidth() * quarters / 4 + 50;
     painter.setPen(textColor);
-    drawLabels(painter, {{x, 20, static_cast<double>(chessboardWidth() / 4), text}}, fontSize, Qt::AlignLeft, false);
+    drawLabels(painter, {{static_cast<double>(x), 20, static_cast<double>(width), text}}, fontSize, Qt::AlignLeft,
+               false);
   };
   draw(1, QStringLiteral("X左耳"), Qt::blue);
   draw(3, QStringLiteral("O右耳"), Qt::red);

@@ -93,7 +93,8 @@ std::vector<std::string> ORNTestResultViewController::hzsOfChessboardView(Chessb
 QPointF ORNTestResultViewController::pointAtHz(ChessboardResultView& /*view*/, const std::string& hz,
                                                std::int32_t index, bool isLeft, std::int32_t /*insection*/) {
   const std::int64_t level = intValue(valueOf(isLeft ? left_ : right_, hz));
-  return {static_cast<double>(index), static_cast<double>((level + 10) / 5)};  // cut towards zero, so 12 dB is row 4
+  const std::int64_t row = (level + 10) / 5;  // cut towards zero, so 12 dB is row 4
+  return {static_cast<double>(index), static_cast<double>(row)};
 }
 
 QWidget* ORNTestResultViewController::loadView(QWidget* parent) {
@@ -221,7 +222,7 @@ void ORNTestResultViewController::showFullView() {
 }
 
 void ORNTestResultViewController::hideFullView() {
-  // Nothing moves, and then the view is gone at once, which is meant.
+  // Nothing moves, and then the view is gone at once, which is meant, see docs/BEHAVIOURS.md.
   Platform::current().runLoop->performAfterDelay(kFullView, [self = weakSelf(this)] {
     if (const auto screen = self.lock()) screen->takeFullViewAway();
   });

@@ -108,8 +108,8 @@ struct BrokenQueue final : AudioQueue {
 };
 
 struct BrokenPlayer final : AudioPlayer {
-  BrokenPlayer(std::shared_ptr<AudioOutput> output, std::span<const std::uint8_t> data)
-      : given(data), bytes(data.begin(), data.end()), output_(std::move(output)), real(again()) {}
+  BrokenPlayer(const std::shared_ptr<AudioOutput>& output, std::span<const std::uint8_t> data)
+      : given(data), bytes(data.begin(), data.end()), output_(output), real(again()) {}
 
   /// The same recording from its beginning.
   std::unique_ptr<AudioPlayer> again() const {

@@ -111,7 +111,7 @@ TEST_F(LinuxURLSessionTest, ARequestGoesOutToTheLetter) {
                 "/vrdnx/user/find?x=1&y=%20",
                 "\r\ncontent-type: text/plain\r\napp-version:",
                 {{"content-type", "text/plain"}, {"app-version", ""}},
-                std::string("name=\xE5\x90\x8D&\0&", 12)},
+                std::string("name=\xE5\x90\x8D&\0&", 11)},
                {"get", "/a/../b", "", {}, ""},
                {"POST", "/large", "", {}, std::string(2 * kMiB, 'x')}};  // libcurl would send "Expect" ahead of it
   for (const auto& [method, path, headersSent, headers, body] : table) {

@@ -134,7 +134,7 @@ void Transfer::fail(Error error) { std::exchange(completionHandler_, nullptr)({s
 URLReply Transfer::reply(int result) {
   if (tooLarge_) return {std::nullopt, transportError(0, "the reply is larger than 16 MiB")};
   if (result != CURLE_OK) {
-    const std::string own = explanation_.c_str();
+    const std::string own = explanation_.substr(0, explanation_.find('\0'));
     return {std::nullopt,
             transportError(result, own.empty() ? libcurl().curl_easy_strerror(static_cast<CURLcode>(result)) : own)};
   }
