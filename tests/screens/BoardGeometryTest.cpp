@@ -61,8 +61,8 @@ TEST_F(BoardGeometryTest, LinesAndTextsStandWhereTheyBelong) {
     const float font = static_cast<float>(size.width()) * 10 / 320;
     const int inner = size.width() - 100;
     expectLayout(resultBoard, size, {27, 2, -10, 0, 5, font, font, QColor(102, 102, 102)}, [&](QImage& expected) {
-      write(expected, QRectF(inner / 4 + 50, 20, 99, 9), "X左耳", font, Qt::AlignLeft, Qt::blue, false);
-      write(expected, QRectF(inner * 3 / 4 + 50, 20, 99, 9), "O右耳", font, Qt::AlignLeft, Qt::red, false);
+      write(expected, QRect(inner / 4 + 50, 20, 99, 9), "X左耳", font, Qt::AlignLeft, Qt::blue, false);
+      write(expected, QRect(inner * 3 / 4 + 50, 20, 99, 9), "O右耳", font, Qt::AlignLeft, Qt::red, false);
     });
   }
 }
