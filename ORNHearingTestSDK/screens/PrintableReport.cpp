@@ -79,7 +79,8 @@ QString findings(const FinishedTest& test) {
   if (reachesTop(test.left) || reachesTop(test.right)) {
     html += QStringLiteral("<p>* 已达测试上限 %1 dB HL，实际听阈可能更高。</p>").arg(kTopOfScale);
   }
-  return html + QStringLiteral("<p>平均听力损失按用户资料中的年龄和性别修正。本报告是自助筛查的结果，不能代替专业诊断。</p>");
+  return html +
+         QStringLiteral("<p>平均听力损失按用户资料中的年龄和性别修正。本报告是自助筛查的结果，不能代替专业诊断。</p>");
 }
 
 /// Draws a text as wide as the page from the painter's origin on; its height in points.
