@@ -1,10 +1,14 @@
 # Two commands do everything: `make run` and `make test`. Both install what they need first.
 # PRESET picks one of release, dev, asan, tsan for `make test`.
 PRESET ?= release
+# Where `make install` puts the libraries and the programs.
+PREFIX ?= /usr/local
 # How long `make fuzz` runs each fuzzer; FUZZ_RUNS, if given, is how often in place of it.
 FUZZ_SECONDS ?= 60
 
-.PHONY: run test bench fuzz deb docs format clean bootstrap
+programs := hearing-app hearing-test hearing-service
+
+.PHONY: run programs test install bench fuzz deb docs format clean bootstrap
 
 bootstrap:
 	@scripts/bootstrap.sh
@@ -18,6 +22,13 @@ else
 	@scripts/build.sh release hearing-test
 	build/release/bin/hearing-test simulate --png build/audiogram.png
 endif
+
+programs: bootstrap
+	@scripts/build.sh release $(programs)
+
+install: bootstrap
+	@scripts/build.sh release $(programs) ORNBackendContracts
+	cmake --install build/release --prefix "$(PREFIX)" > /dev/null
 
 test: bootstrap
 	@scripts/build.sh $(PRESET)

@@ -12,9 +12,9 @@ packages=(
   # the programs
   libcli11-dev libmicrohttpd-dev libsqlite3-dev
   # the screens and their images
-  fonts-wqy-microhei librsvg2-bin qt6-base-dev
+  fonts-wqy-microhei librsvg2-bin qt6-base-dev qt6-svg-dev
   # tests
-  curl libgmock-dev libgtest-dev
+  curl libgmock-dev libgtest-dev poppler-utils
   # an X server and a bus for screen readers, for the tests
   at-spi2-core libatspi2.0-dev libxtst-dev xvfb
   # sound servers for the tests
@@ -38,5 +38,7 @@ done
 echo "Installing: ${missing[*]}"
 as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-"${as_root[@]}" apt-get update -qq
-DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" > /dev/null
+# Another installation may be under way, an automatic one of a machine that has just started, say.
+waits=(-o DPkg::Lock::Timeout=600)
+"${as_root[@]}" apt-get "${waits[@]}" update -qq
+DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get "${waits[@]}" install -y -qq --no-install-recommends "${missing[@]}" > /dev/null

@@ -14,6 +14,7 @@ floors=(
   "ORNHearingTestSDK/audio ORNHearingTestSDK/results"
   "ORNHearingTestSDK/calibration ORNHearingTestSDK/resources"
   "ORNHearingTestSDK/engine"
+  "ORNHearingTestSDK"
   "ORNHearingTestSDK/screens"
   "apps"
   "apps/simulation/calibration"

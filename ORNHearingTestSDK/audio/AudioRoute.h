@@ -18,8 +18,8 @@ class ORN_EXPORT AudioRoute {
 
   /// Sets the audio session up for playback, Bluetooth allowed; what the platform answers is not passed on.
   static void config();
-  static void configAudioSession();
-  static void configAudioSessionToPlayAndRecord();
+  static void configAudioSession();                 ///< The same as config().
+  static void configAudioSessionToPlayAndRecord();  ///< The same with the microphone allowed.
 
   /// Whether the sound goes to earphones, by the route's text.
   static bool hasHeadset();

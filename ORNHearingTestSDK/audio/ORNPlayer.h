@@ -20,7 +20,7 @@ inline constexpr std::int64_t kHighestQuietLevel = 40;
 /// It goes on from where it was at each play(), and keeps pan and volume, so set both before. Main thread.
 class ORN_EXPORT ORNPlayer {
  public:
-  using TonePlayer = std::shared_ptr<AudioPlayer>;
+  using TonePlayer = std::shared_ptr<AudioPlayer>;  ///< A player, shared by all who ask for that tone.
 
   /// The one tone bank of the platform in force.
   static std::shared_ptr<ORNPlayer> shareInstance();
@@ -30,7 +30,7 @@ class ORN_EXPORT ORNPlayer {
 
   /// Kept and without effect.
   bool isShowLog() const { return isShowLog_; }
-  void setLogEnable(bool enabled) { isShowLog_ = enabled; }
+  void setLogEnable(bool enabled) { isShowLog_ = enabled; }  ///< Changes nothing: the library writes no log.
 
   // For each frequency: the recordings for levels up to 40 dB and above; null if a recording can't be opened, and the
   // next call tries again. Their setters. And the one that a level in dB takes.
@@ -56,7 +56,7 @@ class ORN_EXPORT ORNPlayer {
 
   /// Forwards to ORNPlayerByArray, as if the tone before had been silent, which makes no difference to the sound.
   TonePlayer playerWithShz2(std::string_view hz, double lastzhenfu, double zhenfu, bool isleft);
-  TonePlayer playerStopWithShz2(std::string_view hz, double lastzhenfu);
+  TonePlayer playerStopWithShz2(std::string_view hz, double lastzhenfu);  ///< Forwards to ORNPlayerByArray.
 
   /// Path of a file of the tone bundle, or nothing if there is no such bundle.
   std::optional<std::string> pathForResource(const std::string& name, const std::string& type) const;

@@ -22,10 +22,12 @@ class ORN_EXPORT ORNPlayerByArray {
   /// Two seconds of one of the seven frequencies at amplitude `zhenfu`; null for another frequency. `isleft` is not
   /// used: the player comes out centred. A frequency text counts by its leading integer.
   static std::shared_ptr<AudioPlayer> playerWithHz(std::int32_t hz, double lastzhenfu, double zhenfu, bool isleft);
+  /// By a frequency text.
   static std::shared_ptr<AudioPlayer> playerWithHz(std::string_view hz, double lastzhenfu, double zhenfu, bool isleft);
 
   /// Silence on purpose: cycles at amplitude 0, one for each 0.0001 of `lastzhenfu`; null for another frequency.
   static std::shared_ptr<AudioPlayer> playerStopWithHz(std::int32_t hz, double lastzhenfu);
+  /// By a frequency text.
   static std::shared_ptr<AudioPlayer> playerStopWithHz(std::string_view hz, double lastzhenfu);
 };
 

@@ -23,8 +23,8 @@ class ORN_EXPORT ORNSystemVolumeManager {
   /// Activates the audio session and keeps the volume at present.
   static void saveSystemVolume();
 
-  static void setSystemVolumeToMax();
-  static void setSystemVolume(float volume);
+  static void setSystemVolumeToMax();         ///< Drives the volume to full.
+  static void setSystemVolume(float volume);  ///< Drives the volume, from 0 to 1.
 
   /// Puts the saved volume back: 0 if none was ever saved.
   static void reStoreSystemVolume();

@@ -52,12 +52,13 @@ class ORN_EXPORT Player {
 
   /// Linear gain of the queue, 1 from the beginning.
   float volume() const { return volume_; }
-  void setVolume(float volume);
+  void setVolume(float volume);  ///< Gain of the whole stream, 0 to 1.
 
   /// The source is not owned: when it has gone, the buffers circulate with what they last held.
   std::weak_ptr<PlayerGetDataSouce> dataSouce() const;
-  void setDataSouce(std::weak_ptr<PlayerGetDataSouce> dataSouce);
+  void setDataSouce(std::weak_ptr<PlayerGetDataSouce> dataSouce);  ///< Where the blocks come from; not owned.
 
+  /// The format of the stream: 48000 Hz, 16 bit, mono.
   const AudioStreamBasicDescription& audioDescription() const { return audioDescription_; }
 
   /// Always null: blocks go from the source to the queue's own buffers.

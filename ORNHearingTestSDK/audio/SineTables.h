@@ -39,8 +39,8 @@ namespace orn {
 
 /// `size` in bytes; `data` stays valid for the whole process.
 struct SineTable {
-  const std::uint8_t* data;
-  std::int32_t size;
+  const std::uint8_t* data;  ///< The samples, little-endian.
+  std::int32_t size;         ///< Their number of bytes.
 };
 
 /// The full-level table of one of the kToneFrequencies, nothing for any other.

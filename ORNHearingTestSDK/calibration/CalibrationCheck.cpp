@@ -6,11 +6,14 @@
 namespace orn {
 
 bool isCalibration(OutputPath path, const std::string& reply, const std::vector<std::string>& hzs) {
-  const auto parsed = ORNDeviceCorrect::parse(reply);
-  if (parsed->rspCode() != 0) return false;
+  return isCalibration(path, *ORNDeviceCorrect::parse(reply), hzs);
+}
+
+bool isCalibration(OutputPath path, const ORNDeviceCorrect& reply, const std::vector<std::string>& hzs) {
+  if (reply.rspCode() != 0) return false;
   const auto has = [&](const auto& record) { return hasCalibrationNumbers(record.get(), hzs); };
-  const auto device = audiometerRecords(*parsed);
-  const auto ears = earphoneRecords(*parsed);
+  const auto device = audiometerRecords(reply);
+  const auto ears = earphoneRecords(reply);
   return path == OutputPath::Audiometer ? has(device.ab) && has(device.aabb) && has(device.xxyy)
                                         : has(ears.left) && has(ears.right);
 }

@@ -3,12 +3,12 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include <ORNHearingTestSDK/calibration/CalibrationCheck.h>
 #include <ORNHearingTestSDK/platform/URLSession.h>
 
 namespace orn {
-
-class ORNDeviceCorrect;
 
 // Calibration of a device: from its cache file, which stays in force for good, or from the service. Main thread.
 //
@@ -26,5 +26,11 @@ void fetchAudiometerCalibration(const std::string& filePrefix, const std::string
 /// By the earphones' model. A cached reply is handed over before this returns, and then the completion is never called:
 /// only an answer of the service calls it.
 void fetchEarphoneCalibration(const std::string& model, CalibrationAssignment assign, CalibrationCompletion completion);
+
+/// By either, from the same cache files, told in full: a cached reply is taken only if it is enough for these
+/// frequencies, and so is the service's, which else is neither handed over nor kept. The completion is called once,
+/// after this has returned, and has no error only if the records were handed over.
+void fetchCalibrationInFull(OutputPath path, const std::string& device, const std::vector<std::string>& hzs,
+                            CalibrationAssignment assign, CalibrationCompletion completion);
 
 }  // namespace orn

@@ -12,12 +12,15 @@ namespace orn {
 
 /// The audiometer's own record, and those of the reference earplug models "2" and "1".
 struct AudiometerRecords {
-  std::shared_ptr<ORNDeviceVolumeIOS> ab, aabb, xxyy;
+  std::shared_ptr<ORNDeviceVolumeIOS> ab;    ///< The audiometer's own.
+  std::shared_ptr<ORNDeviceVolumeIOS> aabb;  ///< That of model "2".
+  std::shared_ptr<ORNDeviceVolumeIOS> xxyy;  ///< That of model "1".
 };
 
 /// The earphones' record per ear.
 struct EarphoneRecords {
-  std::shared_ptr<ORNDeviceVolumeIOS> left, right;
+  std::shared_ptr<ORNDeviceVolumeIOS> left;   ///< Of ear 1.
+  std::shared_ptr<ORNDeviceVolumeIOS> right;  ///< Of ear 2.
 };
 
 ORN_EXPORT AudiometerRecords audiometerRecords(const ORNDeviceCorrect& reply);

@@ -14,7 +14,7 @@ class ORNDeviceCorrect;
 /// An outward interface that maps nothing; nothing in the library calls it. Any thread.
 class ORN_EXPORT ORNDeviceCorrectAction {
  public:
-  using Completion = std::function<void(std::shared_ptr<ORNDeviceCorrect>)>;
+  using Completion = std::function<void(std::shared_ptr<ORNDeviceCorrect>)>;  ///< Told the reply; always null.
 
   ORNDeviceCorrectAction() = delete;
 

@@ -19,7 +19,7 @@ namespace orn {
 /// nobody changes it any more.
 class ORN_EXPORT ORNDeviceCorrect {
  public:
-  using Records = std::vector<std::shared_ptr<ORNDeviceVolumeIOS>>;
+  using Records = std::vector<std::shared_ptr<ORNDeviceVolumeIOS>>;  ///< Records in the order of the reply.
 
   /// Reads a parsed reply. Never throws: a "deviceVolumeIOS" that is no list counts as missing, what is no object in it
   /// is skipped, and anything but an object gives an empty reply, whose rspCode is 0.

@@ -9,6 +9,7 @@ namespace orn {
 
 /// Orders frequency keys such as "1000hz" by their leading integer, then as texts.
 struct FrequencyOrder {
+  /// Whether a comes before b.
   bool operator()(const std::string& a, const std::string& b) const {
     const auto hzA = intValue(a), hzB = intValue(b);
     return hzA != hzB ? hzA < hzB : a < b;

@@ -16,11 +16,11 @@ namespace orn {
 
 /// The way to the chat application in which customer service answers. The two schemes belong to that application.
 struct ChatApplication {
-  std::function<bool(const std::string& url)> canOpenURL;
-  std::function<void(const std::string& url)> openURL;
-  std::string applicationScheme;  ///< Tells whether the application is there.
-  std::string chatScheme;         ///< Opens a chat in it.
-  std::string accountNumber = "6180339887";
+  std::function<bool(const std::string& url)> canOpenURL;  ///< Whether the machine has an application for a URL.
+  std::function<void(const std::string& url)> openURL;     ///< Opens a URL in that application.
+  std::string applicationScheme;                           ///< Tells whether the application is there.
+  std::string chatScheme;                                  ///< Opens a chat in it.
+  std::string accountNumber = "6180339887";                ///< Whom to chat with.
 };
 
 /// Texts, dates and files for screens and host applications. What needs fonts, images or colours is ORNScreenUtils.
@@ -60,7 +60,7 @@ class ORN_EXPORT ORNUtils {
 
   /// A file of the documents folder, named by the encoded text; always a name within that folder.
   static std::string filePathFromURL(std::string_view url);
-  static bool urlfileExistsAtPath(std::string_view url);
+  static bool urlfileExistsAtPath(std::string_view url);  ///< Whether that file is there.
 
   /// False if there was no file or it could not be removed.
   static bool urlfileRemoveAtPath(std::string_view url);

@@ -13,14 +13,14 @@ namespace orn::contract {
 /// A new session on a machine with an output, and what happens to it. The suite lets go of the session first; the hooks
 /// must not hold it. Those below `runFor` may be empty, and the contracts that need them are not checked then.
 struct AudioSessionUnderTest {
-  std::shared_ptr<AudioSession> session;
+  std::shared_ptr<AudioSession> session;  ///< A new session, with nothing plugged in.
 
   /// Lets a span of the machine's time pass, in which its loop makes the calls that are due.
   std::function<void(std::chrono::nanoseconds span)> runFor;
 
   /// Makes another device the output, and takes the device away that is the output, with others left or none.
   std::function<void()> plug;
-  std::function<void()> unplug;
+  std::function<void()> unplug;  ///< Unplugs it.
 
   /// Takes all outputs away.
   std::function<void()> unplugAll;

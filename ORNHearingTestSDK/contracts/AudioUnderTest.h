@@ -13,7 +13,7 @@ namespace orn::contract {
 /// A new output, and how it is listened to. The suite lets go of the output first; the hooks must not hold it. The
 /// functions below `runFor` may be empty, and the contracts that need them are not checked then.
 struct AudioUnderTest {
-  std::shared_ptr<AudioOutput> output;
+  std::shared_ptr<AudioOutput> output;  ///< A new output.
 
   /// Lets a span of the machine's time pass, in which it plays and its loop makes the calls that are due.
   std::function<void(std::chrono::nanoseconds span)> runFor;
@@ -27,7 +27,7 @@ struct AudioUnderTest {
 
   /// Takes away the only device there is, and brings it back; each returns when the output knows.
   std::function<void()> takeDeviceAway;
-  std::function<void()> bringDeviceBack;
+  std::function<void()> bringDeviceBack;  ///< Brings the only device back.
 };
 
 }  // namespace orn::contract

@@ -19,8 +19,8 @@ enum class Outcome {
 /// What became of one contract.
 struct Verdict {
   std::string contract;  ///< The interface and one sentence, such as "RunLoop: the first firing is one interval off".
-  Outcome outcome = Outcome::Passed;
-  std::string why;  ///< What went wrong, or which hook is missing; one line.
+  Outcome outcome = Outcome::Passed;  ///< What came of the check.
+  std::string why;                    ///< What went wrong, or which hook is missing; one line.
 };
 
 /// Every contract of one interface, in the order in which they were checked.

@@ -11,7 +11,7 @@ namespace orn::contract {
 /// A file manager whose documents folder holds nothing that matters; the suite writes there. The hook may be empty, and
 /// the contract that needs it is not checked then.
 struct FileManagerUnderTest {
-  std::shared_ptr<FileManager> files;
+  std::shared_ptr<FileManager> files;  ///< A file manager whose documents folder may be written to.
 
   /// Makes a call while the disk takes nothing more, or only a few hundred bytes.
   std::function<void(const std::function<void()>& call)> withFullDisk;

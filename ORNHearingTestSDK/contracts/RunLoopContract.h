@@ -11,7 +11,7 @@ namespace orn::contract {
 
 /// A new loop, and how it is run. The suite lets go of the loop first; `runFor` must not hold it.
 struct RunLoopUnderTest {
-  std::shared_ptr<RunLoop> loop;
+  std::shared_ptr<RunLoop> loop;  ///< A new loop.
 
   /// Makes the calls that are due within a span of the loop's time, then returns.
   std::function<void(std::chrono::nanoseconds span)> runFor;

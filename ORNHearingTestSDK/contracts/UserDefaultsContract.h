@@ -10,7 +10,7 @@ namespace orn::contract {
 
 /// A new store without values. The hooks may be empty, and the contracts that need them are not checked then.
 struct UserDefaultsUnderTest {
-  std::shared_ptr<UserDefaults> defaults;
+  std::shared_ptr<UserDefaults> defaults;  ///< Settings that may be written to.
 
   /// Opens the same store once more, as the next start of the program does.
   std::function<std::shared_ptr<UserDefaults>()> reopen;

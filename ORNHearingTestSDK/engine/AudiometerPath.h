@@ -10,6 +10,7 @@ namespace orn {
 /// To the audiometer: one stream of samples, which Player asks the session for and in which a change of tone is a fade.
 class AudiometerPath final : public SoundPath {
  public:
+  /// On a session's records, which must outlive it.
   explicit AudiometerPath(const CalibrationRecords& records) : records_(records) {}
 
   /// Amplitude of a level in dB HL at a frequency key; an absent record counts as zeros.
@@ -20,7 +21,7 @@ class AudiometerPath final : public SoundPath {
   void leave(ORNHearingTestItem& item) override;
   void silence(ORNHearingTestItem& item) override;
   void pause(const PlayerGetDataSouce& session, ORNHearingTestItem* item) override;
-  void resume() override;
+  void resume() override;  ///< The stream plays on.
 
  private:
   bool play(ORNHearingTestItem& item, float volume) override;

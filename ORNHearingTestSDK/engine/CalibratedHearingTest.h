@@ -34,7 +34,7 @@ class ORN_EXPORT CalibratedHearingTest : public ORNHearingTest, public Calibrati
  protected:
   CalibratedHearingTest() = default;
 
-  bool usesAudiometer() const { return KV50MAC_.has_value(); }
+  bool usesAudiometer() const { return KV50MAC_.has_value(); }  ///< Whether the tones go to an audiometer.
 
   /// What goes with the result: an audiometer's address stands in the model's place.
   const std::optional<std::string>& deviceInUse() const { return usesAudiometer() ? KV50MAC_ : earPlugModel(); }

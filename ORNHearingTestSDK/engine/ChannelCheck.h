@@ -44,7 +44,7 @@ class ORN_EXPORT ChannelCheck {
 
   /// Tones of a whole check, and those that have been answered.
   std::size_t tones() const { return tellsEarsApart() ? 2 : 1; }
-  std::size_t answered() const { return answers_.size(); }
+  std::size_t answered() const { return answers_.size(); }  ///< How many tones have been answered.
 
   /// Starts the tone whose answer is due, for two seconds, as often as wanted; why it does not sound, if it does not.
   /// Nothing happens when all are answered.

@@ -22,10 +22,10 @@ using HearingTestGrid = std::map<std::string, HearingTestColumn>;
 
 /// What the items of a column have in common.
 struct ColumnLayout {
-  double x = 0;
-  std::string hzValue;
-  float pan = 0;
-  LevelScale scale = kGridScale;
+  double x = 0;                   ///< Column, from 0.
+  std::string hzValue;            ///< Its frequency key.
+  float pan = 0;                  ///< Stereo position of its tones, -1 to 1.
+  LevelScale scale = kGridScale;  ///< The levels of its rows.
 };
 
 /// A column of fresh items, each linked to its neighbours.
@@ -38,7 +38,7 @@ HearingTestGrid makeGrid(const std::vector<std::string>& hzs, bool isLeft);
 /// they went through.
 class EarGrids {
  public:
-  HearingTestGrid& of(bool isLeft, const std::vector<std::string>& hzs);
+  HearingTestGrid& of(bool isLeft, const std::vector<std::string>& hzs);  ///< That of an ear.
 
  private:
   std::optional<HearingTestGrid> left_, right_;

@@ -18,7 +18,7 @@ class HoldUpWatch {
 
   /// Harmless while it beats.
   void begin();
-  void end();
+  void end();  ///< Watches no longer.
 
   /// For how long the thread was held up so far, in all, the present hold-up included.
   std::chrono::nanoseconds total() const;

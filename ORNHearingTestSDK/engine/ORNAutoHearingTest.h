@@ -10,11 +10,11 @@ namespace orn {
 /// answer changes and closes the gap by 5 dB, so no level is presented twice in a search.
 class ORN_EXPORT ORNAutoHearingTest final : public TimedHearingTest {
  public:
-  static std::shared_ptr<ORNAutoHearingTest> init();
+  static std::shared_ptr<ORNAutoHearingTest> init();  ///< A new session.
 
   void targetItem(const Item& item) override;
-  void hasListened() override;
-  void notListened() override;
+  void hasListened() override;  ///< Goes on after a tone that was heard.
+  void notListened() override;  ///< Goes on after a tone that was not heard.
   Item getNextColnTestItem() override;
 
  private:

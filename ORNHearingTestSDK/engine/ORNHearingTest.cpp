@@ -21,6 +21,10 @@ ORNHearingTest::ORNHearingTest() = default;
 ORNHearingTest::~ORNHearingTest() = default;
 
 std::shared_ptr<ORNHearingTest> ORNHearingTest::initWithTestType(std::int32_t testType) {
+  return ORNManualHearingTest::initWithTestType(testType);
+}
+
+std::shared_ptr<ORNManualHearingTest> ORNManualHearingTest::initWithTestType(std::int32_t testType) {
   switch (testType) {
     case 2:
       return ORNStandardHearingTest::init();
@@ -30,6 +34,8 @@ std::shared_ptr<ORNHearingTest> ORNHearingTest::initWithTestType(std::int32_t te
       return ORNAutoHearingTest::init();
   }
 }
+
+ORNManualHearingTest* ORNHearingTest::manualTest() { return nullptr; }
 
 void ORNHearingTest::setupNotifications() {
   observer_ = std::make_shared<AudioSessionObserver>();

@@ -17,6 +17,7 @@
 
 namespace orn {
 
+class ORNManualHearingTest;
 struct AudioSessionObserver;
 
 /// A hearing test as its host drives it, and the library's class-level front.
@@ -29,7 +30,7 @@ struct AudioSessionObserver;
 /// In this class every operation of an instance is a stub; the classes derived from it hold the behaviour.
 class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearingTest> {
  public:
-  using CompletionHandler = std::function<void(std::optional<Error>)>;
+  using CompletionHandler = std::function<void(std::optional<Error>)>;  ///< Told an error or nothing.
 
   /// A new session: 1 a manual test, 2 a standard test, anything else an automatic test. It observes neither
   /// interruptions nor route changes; a host that wants to pause on a lost device observes those itself.
@@ -64,8 +65,8 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
 
   /// Starts one ear: true left, false right.
   virtual void startTest(bool isLeft);
-  virtual void pauseTest();
-  virtual void continueTest();
+  virtual void pauseTest();     ///< Falls silent at once; a timed test stops its clock.
+  virtual void continueTest();  ///< Goes on after a pause; a timed test judges its tone at once.
 
   /// Ends the test for good: it falls silent, its clock stops, no tone that was due still comes, and nothing starts it
   /// again. For a host that leaves in mid-test. Thresholds found so far stay readable.
@@ -83,27 +84,32 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
   /// Presents one cell of the grid, such as "1000hz" and "40db" or "40". A cell that is not there changes nothing.
   virtual void playAtHz(const std::string& hz, const std::string& db);
 
+  /// This session with the operations of the engine under it, such as those for earphones; null for this class itself.
+  /// What a host built without RTTI has in place of a cast.
+  virtual ORNManualHearingTest* manualTest();
+
   /// Makes this instance observe the audio session. Sessions from the factory don't.
   void setupNotifications();
 
   /// Sets the audio session up again when an interruption has ended (type 0); the test itself takes no notice.
   void handleInterruptionNotification(std::int32_t type);
-  void handleRouteChangeNotification(std::int32_t reason);
+  void handleRouteChangeNotification(std::int32_t reason);  ///< Does nothing.
 
   // Class operations that other units own.
 
   /// AudioRoute::load, which has run by the time the host's code starts, and AudioRoute::config.
   static void load();
-  static void config();
+  static void config();  ///< Sets the audio session up for playback.
   static void configAudioSession();
-  static void configAudioSessionToPlayAndRecord();
-  static bool hasHeadset();
+  static void configAudioSessionToPlayAndRecord();  ///< The same with the microphone allowed.
+  static bool hasHeadset();                         ///< Whether earphones are connected.
+  /// The address of the audiometer that is connected; nothing if none is.
   static std::optional<std::string> getKV50Mac();
-  static std::string platform();
+  static std::string platform();  ///< The machine's model.
 
   /// orn::registerAppKey and orn::setHttpHeader.
   static void registerAppKey(const std::string& appKey);
-  static void setHttpHeader(URLRequest& request);
+  static void setHttpHeader(URLRequest& request);  ///< Adds the common headers to a request.
 
   /// UserProfile::setAppUserID.
   static void setAppUserID(std::optional<std::string> appUserID, std::optional<std::string> username, bool isWomen,
@@ -114,12 +120,13 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
   static void listenTestWithLeft(const EarResult& left, const EarResult& right,
                                  const std::optional<std::string>& earPlugModel,
                                  std::function<void(std::nullptr_t, std::optional<Error>)> completion);
+  /// The tests that the service has stored.
   static void getListenTestWithCompletion(
       std::function<void(std::optional<Error>, const nlohmann::json& listenTests)> completion);
 
   /// HearingScore::computeEarTestResult and HearingScore::computeResultString.
   static std::int64_t computeEarTestResult(const EarResult& earResult);
-  static std::string computeResultString(std::int64_t loss);
+  static std::string computeResultString(std::int64_t loss);  ///< What to say of a loss in dB, in Chinese.
 
  protected:
   ORNHearingTest();
@@ -139,6 +146,7 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
   }
 
   template <class Operation, class... Arguments>
+  /// Calls a delegate's operation, if it has it, with this session held alive.
   void tellDelegate(Operation ORNHearingTestDelegate::*operation, const Arguments&... arguments) {
     const Operation told = delegateOperation(operation);
     if (!told) return;

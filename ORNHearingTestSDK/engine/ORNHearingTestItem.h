@@ -15,8 +15,8 @@ namespace orn {
 
 /// Place of an item in its grid: x the frequency's index, y the row.
 struct GridPoint {
-  double x = 0;
-  double y = 0;
+  double x = 0;  ///< Column, from 0.
+  double y = 0;  ///< Row; 0 stands for the lowest level.
 };
 
 /// One tone of a session: a frequency at a level for an ear. Main thread, but for the sample operations and the fields
@@ -28,8 +28,8 @@ class ORN_EXPORT ORNHearingTestItem {
   ORNHearingTestItem(const ORNHearingTestItem&) = delete;
   ORNHearingTestItem& operator=(const ORNHearingTestItem&) = delete;
 
-  GridPoint point() const { return point_; }
-  void setPoint(GridPoint point) { point_ = point; }
+  GridPoint point() const { return point_; }          ///< Its place in the grid.
+  void setPoint(GridPoint point) { point_ = point; }  ///< Takes its place in the grid.
 
   /// The tone's player on the earphone path, shared with other items.
   const std::shared_ptr<AudioPlayer>& player() const { return player_; }
@@ -42,7 +42,7 @@ class ORN_EXPORT ORNHearingTestItem {
   /// Frequency key, such as "1000hz", and level, such as "40db". Not to be changed once a session has the item.
   const std::string& hzValue() const { return hzValue_; }
   void setHzValue(std::string hzValue);
-  const std::string& dbValue() const { return dbValue_; }
+  const std::string& dbValue() const { return dbValue_; }  ///< Its level, such as "40db".
   void setDbValue(std::string dbValue) { dbValue_ = std::move(dbValue); }
 
   /// The key's leading number, in Hz.
@@ -73,17 +73,18 @@ class ORN_EXPORT ORNHearingTestItem {
   /// Presentations at this level heard and not heard, in the standard test.
   std::int64_t heardTimes() const { return heardTimes_; }
   void setHeardTimes(std::int64_t heardTimes) { heardTimes_ = heardTimes; }
-  std::int64_t notHeardTimes() const { return notHeardTimes_; }
+  std::int64_t notHeardTimes() const { return notHeardTimes_; }  ///< How often it was presented and not heard.
   void setNotHeardTimes(std::int64_t notHeardTimes) { notHeardTimes_ = notHeardTimes; }
 
   /// The item 5 dB louder and the one 5 dB quieter; null at the ends.
   std::shared_ptr<ORNHearingTestItem> nextItem() const { return nextItem_.lock(); }
   void setNextItem(const std::shared_ptr<ORNHearingTestItem>& item) { nextItem_ = item; }
+  /// The next softer one; null at the end.
   std::shared_ptr<ORNHearingTestItem> prevItem() const { return prevItem_.lock(); }
   void setPrevItem(const std::shared_ptr<ORNHearingTestItem>& item) { prevItem_ = item; }
 
-  void play();
-  void stop();
+  void play();  ///< Plays its recording, if there is a player.
+  void stop();  ///< Stops its recording, if there is a player.
 
   /// One cycle of the tone at `zhenfu`, made at first use and kept whatever `zhenfu` becomes; empty for a frequency
   /// outside the seven. Any thread; valid as long as the item.

@@ -24,15 +24,20 @@ namespace orn {
 /// With KV50MAC set, tones go to the audiometer as a stream of samples; without it, to earphones by looping recordings.
 class ORN_EXPORT ORNManualHearingTest : public CalibratedHearingTest, public PlayerGetDataSouce {
  public:
-  using Item = std::shared_ptr<ORNHearingTestItem>;
+  using Item = std::shared_ptr<ORNHearingTestItem>;  ///< A cell of the grid.
 
-  static std::shared_ptr<ORNManualHearingTest> init();
+  static std::shared_ptr<ORNManualHearingTest> init();  ///< A new session.
+
+  /// The session that ORNHearingTest::initWithTestType makes, as this class: every session is one.
+  static std::shared_ptr<ORNManualHearingTest> initWithTestType(std::int32_t testType);
+
+  ORNManualHearingTest* manualTest() override { return this; }
 
   float getTestProgress() const override { return per(); }
   void setTestHzs(std::vector<std::string> hzs) override;
   void startTest(bool isLeft) override;
-  void pauseTest() override;
-  void continueTest() override;
+  void pauseTest() override;     ///< Silences the current tone.
+  void continueTest() override;  ///< Lets the stream play on; a stopped recording stays silent.
   void endTest() override;
   bool isTestLeft() const override { return isLeft_; }
   void listened() override;
@@ -50,8 +55,8 @@ class ORN_EXPORT ORNManualHearingTest : public CalibratedHearingTest, public Pla
   bool isOneComplete();
   /// Both ears have all their thresholds.
   bool isTestComplete();
-  void callOneComplete();
-  void callAllComplete();
+  void callOneComplete();  ///< Pauses, and tells that the first ear is complete.
+  void callAllComplete();  ///< Pauses, tells that the test is complete, and submits the result.
 
   /// Amplitude of a level in dB HL at a frequency key, 0 to 1, from the three audiometer records; neither the ear nor
   /// the address enters it. A missing record counts as zeros.
@@ -72,13 +77,14 @@ class ORN_EXPORT ORNManualHearingTest : public CalibratedHearingTest, public Pla
   /// Puts an item in the place of the one with the same column, or in its own by column.
   static void addItem(const Item& item, std::vector<Item>& forArray);
 
+  /// The item that sounds, or sounded last; null before the first.
   const Item& currentItem() const { return stream_.currentItem(); }
-  const Item& lastTestItem() const { return stream_.lastTestItem(); }
-  void setCurrentItem(Item item);
+  const Item& lastTestItem() const { return stream_.lastTestItem(); }  ///< The one that was current before it.
+  void setCurrentItem(Item item);                                      ///< Makes an item current without presenting it.
 
-  bool isLeft() const { return isLeft_; }
-  float per() const { return results_.progress(); }
-  std::int32_t startY() const { return startY_; }
+  bool isLeft() const { return isLeft_; }            ///< Whether the left ear is under test.
+  float per() const { return results_.progress(); }  ///< Progress of the ear, normally 0 to 1.
+  std::int32_t startY() const { return startY_; }    ///< Always 0.
 
   /// ResultSubmission::postListenTestWithLeft; the scores, the noise, the user id and the times are not used.
   static void postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base, double lscore,
@@ -99,10 +105,11 @@ class ORN_EXPORT ORNManualHearingTest : public CalibratedHearingTest, public Pla
  protected:
   ORNManualHearingTest();
 
+  /// That of the ear under test.
   HearingTestGrid& currentGrid() { return isLeft_ ? manageLeftDictory() : manageRightDictory(); }
-  void setIsLeft(bool isLeft) { isLeft_ = isLeft; }
+  void setIsLeft(bool isLeft) { isLeft_ = isLeft; }  ///< Makes an ear the one under test.
 
-  bool isEnded() const { return isEnded_; }
+  bool isEnded() const { return isEnded_; }  ///< Whether endTest() has been called.
 
   /// How often startTest() has been called.
   int earsStarted() const { return earsStarted_; }
@@ -124,6 +131,7 @@ class ORN_EXPORT ORNManualHearingTest : public CalibratedHearingTest, public Pla
 
   /// The item whose tone is missing; null while tones sound.
   const Item& missingItem() const { return missingItem_; }
+  /// Whether the delegate is being told of a missing tone.
   bool isTellingOfMissing() const { return isTellingOfMissing_; }
 
   /// Whether all of the current tone was played until now.

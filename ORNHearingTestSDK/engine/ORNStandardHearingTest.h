@@ -14,7 +14,7 @@ namespace orn {
 /// path the retest sounds 20 dB above the level that it records, and that is meant.
 class ORN_EXPORT ORNStandardHearingTest final : public TimedHearingTest {
  public:
-  static std::shared_ptr<ORNStandardHearingTest> init();
+  static std::shared_ptr<ORNStandardHearingTest> init();  ///< A new session.
 
   /// Always the list of this test, whatever setTestHzs() was given.
   std::vector<std::string> hzs() override;
@@ -24,8 +24,8 @@ class ORN_EXPORT ORNStandardHearingTest final : public TimedHearingTest {
   /// nothing.
   void targetItemAndCheck(const Item& item);
 
-  void hasListened() override;
-  void notListened() override;
+  void hasListened() override;  ///< Goes on after a tone that was heard.
+  void notListened() override;  ///< Goes on after a tone that was not heard.
   /// The starting item of the frequency at testIndex(), or null after the last one.
   Item getNextColnTestItem() override;
 
@@ -37,7 +37,7 @@ class ORN_EXPORT ORNStandardHearingTest final : public TimedHearingTest {
 
   /// The retest scales of 1000 Hz, from -5 to 90 dB, made at their first read. Both are panned to the left.
   HearingTestColumn& manageReTestLeftDictory();
-  HearingTestColumn& manageReTestRightDictory();
+  HearingTestColumn& manageReTestRightDictory();  ///< The retest's column of the right ear.
 
   /// Always null: the search has no clock of its own.
   std::shared_ptr<Timer> autoFindPlayTimer() const { return nullptr; }

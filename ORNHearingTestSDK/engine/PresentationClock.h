@@ -28,10 +28,10 @@ class ORN_EXPORT PresentationClock {
   /// The timer, made with the action if there is none. The action holds the session, so the session lives until end().
   const std::shared_ptr<Timer>& autoPlayTimer(const RunLoop::Action& timerUpdate);
 
-  void tickAfterPlayTime(const RunLoop::Action& timerUpdate);
-  void tickNow(const RunLoop::Action& timerUpdate);
-  void park(const RunLoop::Action& timerUpdate);
-  bool isRunning() const { return autoPlayTimer_ != nullptr; }
+  void tickAfterPlayTime(const RunLoop::Action& timerUpdate);   ///< The next tick comes a presentation time from now.
+  void tickNow(const RunLoop::Action& timerUpdate);             ///< The next tick comes at the loop's next turn.
+  void park(const RunLoop::Action& timerUpdate);                ///< No tick comes until one of the others.
+  bool isRunning() const { return autoPlayTimer_ != nullptr; }  ///< Whether there is a timer.
 
   /// Called once at each tick: whether it comes more than kLongestHoldUp after its time. After a late one the ticks
   /// begin anew, so that the next tone has its whole time.

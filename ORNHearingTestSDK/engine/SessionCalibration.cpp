@@ -1,7 +1,10 @@
 #include <ORNHearingTestSDK/engine/SessionCalibration.h>
 
+#include <memory>
 #include <optional>
+#include <utility>
 
+#include <ORNHearingTestSDK/calibration/CalibrationFetch.h>
 #include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
 #include <ORNHearingTestSDK/calibration/LevelMapping.h>
 
@@ -21,6 +24,26 @@ void calibrate(ORNManualHearingTest& session, OutputPath path, const std::string
     session.setLeftVolume(records.left);
     session.setRightVolue(records.right);
   }
+}
+
+void fetchCalibration(ORNManualHearingTest& session, OutputPath path, const std::string& device,
+                      ORNHearingTest::CompletionHandler done) {
+  const bool isAudiometer = path == OutputPath::Audiometer;
+  if (isAudiometer) {
+    session.setKV50MAC(std::optional(device));
+  } else {
+    session.setKV50MAC(std::nullopt);
+    session.setEarPlugModel(std::optional(device));
+  }
+  const std::shared_ptr<ORNManualHearingTest> alive(session.shared_from_this(), &session);
+  fetchCalibrationInFull(
+      path, device, session.hzs(),
+      [weak = std::weak_ptr(alive), isAudiometer](const ORNDeviceCorrect& reply) {
+        const auto taking = weak.lock();
+        if (taking && isAudiometer) taking->takeAudiometer(reply);
+        if (taking && !isAudiometer) taking->takeEarphones(reply);
+      },
+      std::move(done));
 }
 
 bool isCalibrated(ORNManualHearingTest& session, OutputPath path) {

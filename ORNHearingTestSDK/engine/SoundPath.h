@@ -20,8 +20,8 @@ class SoundPath {
 
   /// What a tone is started with, or why it would be silent.
   struct Preparation {
-    std::optional<ToneMissingReason> missing;
-    float volume = 0;  ///< The gain or amplitude that the delegate is told.
+    std::optional<ToneMissingReason> missing;  ///< Why the tone can't sound; nothing if it can.
+    float volume = 0;                          ///< The gain or amplitude that the delegate is told.
   };
 
   /// An ear begins, with the session as the source of samples.
@@ -44,12 +44,12 @@ class SoundPath {
 
   /// `item` is the current one; null without one.
   virtual void pause(const PlayerGetDataSouce& session, ORNHearingTestItem* item) = 0;
-  virtual void resume() = 0;
+  virtual void resume() = 0;  ///< Goes on after a pause.
 
  protected:
   SoundPath() = default;
-  SoundPath(const SoundPath&) = default;
-  SoundPath& operator=(const SoundPath&) = default;
+  SoundPath(const SoundPath&) = default;             ///< A copy of nothing: paths have no state of their own here.
+  SoundPath& operator=(const SoundPath&) = default;  ///< The same.
 
  private:
   /// False if the sound did not start.

@@ -9,16 +9,16 @@ namespace orn {
 
 /// How often a level was presented and heard, and presented and not heard.
 struct Presentations {
-  std::int64_t heard = 0;
-  std::int64_t notHeard = 0;
+  std::int64_t heard = 0;     ///< Times.
+  std::int64_t notHeard = 0;  ///< Times.
 };
 
 /// The standard test's way to a threshold: 10 dB down after each tone heard, 5 dB up after each one not heard, until a
 /// level has been heard more often than not over at least three presentations. A rule over answers, with neither sound
 /// nor time.
 struct ORN_EXPORT StandardSearch {
-  static constexpr int kStartRow = 9;
-  static constexpr std::int64_t kLeastPresentations = 3;
+  static constexpr int kStartRow = 9;                     ///< Of the first tone of a frequency.
+  static constexpr std::int64_t kLeastPresentations = 3;  ///< Before a level can be accepted.
 
   /// A level can be accepted by a tone that was not heard, after two that were.
   static bool isAccepted(const Presentations& level);

@@ -32,14 +32,14 @@ class ORN_EXPORT TimedHearingTest : public ORNManualHearingTest {
   /// Time of a presentation in seconds, 4 or more; the user default "BOFANGSHICHANG".
   std::int32_t getPlayTime() const { return PresentationClock::getPlayTime(); }
 
-  bool isAutomatic() const { return isAutomatic_; }
+  bool isAutomatic() const { return isAutomatic_; }  ///< Whether it has been started.
 
   /// The clock, made if there is none.
   std::shared_ptr<Timer> autoPlayTimer() { return clock_.autoPlayTimer(tick()); }
-  void timerUpdate();
+  void timerUpdate();  ///< A tick: judges the current tone and goes on.
 
-  virtual void hasListened() = 0;
-  virtual void notListened() = 0;
+  virtual void hasListened() = 0;  ///< Goes on after a tone that was heard.
+  virtual void notListened() = 0;  ///< Goes on after a tone that was not heard.
   /// The starting item of the next frequency, or null after the last one.
   virtual Item getNextColnTestItem() = 0;
 

@@ -15,14 +15,14 @@ namespace orn {
 /// old tone wholly out before the new one comes in. It has no time of its own.
 class ToneStream {
  public:
-  using Item = std::shared_ptr<ORNHearingTestItem>;
+  using Item = std::shared_ptr<ORNHearingTestItem>;  ///< A cell of the grid.
 
   ToneStream();
 
   /// Makes an item current; the one that was current before, the same perhaps, becomes the last. Main thread.
   void setCurrentItem(Item item);
-  const Item& currentItem() const { return currentItem_; }
-  const Item& lastTestItem() const { return lastTestItem_; }
+  const Item& currentItem() const { return currentItem_; }    ///< What the stream plays or fades to.
+  const Item& lastTestItem() const { return lastTestItem_; }  ///< What it fades from.
 
   /// The next block of exactly kBlockBytes, valid until the next call. One thread at a time, the audio thread mostly.
   std::span<const std::uint8_t> nextBlock();

@@ -28,12 +28,12 @@ class ORN_EXPORT AudioPlayer {
   /// or volume that is no number is silence.
   virtual void setVolume(float volume) = 0;
 
-  virtual float pan() const = 0;
-  virtual float volume() const = 0;
+  virtual float pan() const = 0;     ///< As it was set; 0 at first.
+  virtual float volume() const = 0;  ///< As it was set; 1 at first.
 
   /// Harmless while it plays.
   virtual std::error_code play() = 0;
-  virtual void stop() = 0;
+  virtual void stop() = 0;  ///< Falls silent and keeps the place.
 };
 
 }  // namespace orn

@@ -11,15 +11,15 @@ namespace orn {
 
 /// Format of a stream of linear PCM samples.
 struct AudioStreamBasicDescription {
-  double mSampleRate = 0;          ///< Frames a second.
-  std::uint32_t mFormatID = 0;     ///< kAudioFormatLinearPCM.
-  std::uint32_t mFormatFlags = 0;  ///< kLinearPCMFormatFlag... added up.
-  std::uint32_t mBytesPerPacket = 0;
-  std::uint32_t mFramesPerPacket = 0;
-  std::uint32_t mBytesPerFrame = 0;
-  std::uint32_t mChannelsPerFrame = 0;
-  std::uint32_t mBitsPerChannel = 0;
-  std::uint32_t mReserved = 0;
+  double mSampleRate = 0;               ///< Frames a second.
+  std::uint32_t mFormatID = 0;          ///< kAudioFormatLinearPCM.
+  std::uint32_t mFormatFlags = 0;       ///< kLinearPCMFormatFlag... added up.
+  std::uint32_t mBytesPerPacket = 0;    ///< 2 here.
+  std::uint32_t mFramesPerPacket = 0;   ///< 1 here.
+  std::uint32_t mBytesPerFrame = 0;     ///< 2 here.
+  std::uint32_t mChannelsPerFrame = 0;  ///< 1 here.
+  std::uint32_t mBitsPerChannel = 0;    ///< 16 here.
+  std::uint32_t mReserved = 0;          ///< 0.
 };
 
 inline constexpr std::uint32_t kAudioFormatLinearPCM = 0x6C70636D;  // "lpcm"

@@ -12,8 +12,9 @@ namespace orn {
 /// The buffers of one queue, with what was enqueued of each. One thread at a time.
 class ORN_EXPORT AudioQueueBuffers {
  public:
+  /// One of them.
   struct Buffer : AudioQueueBuffer {
-    std::vector<std::uint8_t> room;
+    std::vector<std::uint8_t> room;     ///< Its bytes, which mAudioData shows.
     std::vector<std::int16_t> samples;  ///< As they were at the last takeSamples().
     std::size_t played = 0;             ///< Samples of these; the queue counts on.
 
@@ -27,7 +28,7 @@ class ORN_EXPORT AudioQueueBuffers {
   /// The buffer that may be enqueued; null if it holds no sample or belongs to another queue.
   Buffer* playable(const AudioQueueBuffer& buffer) const;
 
-  std::size_t count() const { return buffers_.size(); }
+  std::size_t count() const { return buffers_.size(); }  ///< How many there are.
 
  private:
   std::vector<std::unique_ptr<Buffer>> buffers_;

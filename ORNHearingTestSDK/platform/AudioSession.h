@@ -18,9 +18,10 @@ struct AudioPort {
   std::string UID;       ///< Begins with the device address where the device has one.
 };
 
+/// What is plugged in at present.
 struct AudioRouteDescription {
-  std::vector<AudioPort> inputs;
-  std::vector<AudioPort> outputs;
+  std::vector<AudioPort> inputs;   ///< Microphones.
+  std::vector<AudioPort> outputs;  ///< Where sound goes.
 };
 
 enum class AudioSessionCategory { Playback, PlayAndRecord };
@@ -36,7 +37,8 @@ inline constexpr std::int32_t kAudioSessionInterruptionTypeEnded = 0;
 
 /// What an observer of the session wants to hear of; an empty member is not called.
 struct AudioSessionObserver {
-  std::function<void(std::int32_t reason)> routeChange;
+  std::function<void(std::int32_t reason)> routeChange;  ///< Told a reason, kAudioSessionRouteChangeReason....
+  /// Told whether one begins or ends, kAudioSessionInterruptionType....
   std::function<void(std::int32_t type)> interruption;
 };
 
@@ -46,12 +48,13 @@ class ORN_EXPORT AudioSession {
  public:
   virtual ~AudioSession() = default;
 
-  virtual std::error_code setActive(bool active) = 0;
+  virtual std::error_code setActive(bool active) = 0;  ///< Takes the sound for this application, or lets it go.
+  /// Says what the sound is for, with options added up.
   virtual std::error_code setCategory(AudioSessionCategory category, std::uint32_t options) = 0;
 
   /// The route as one text, such as "HeadphonesBT"; nothing where no output is known, and then no port either.
   virtual std::optional<std::string> routeText() const = 0;
-  virtual AudioRouteDescription currentRoute() const = 0;
+  virtual AudioRouteDescription currentRoute() const = 0;  ///< As it is now.
 
   /// Volume of the output, 0 to 1.
   virtual float outputVolume() const = 0;

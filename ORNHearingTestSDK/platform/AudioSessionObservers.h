@@ -13,8 +13,9 @@ namespace orn {
 /// The observers of an audio session, as long as somebody keeps them alive. Main thread.
 class AudioSessionObservers {
  public:
-  using Notice = std::function<void(std::int32_t)> AudioSessionObserver::*;
+  using Notice = std::function<void(std::int32_t)> AudioSessionObserver::*;  ///< A member of an observer.
 
+  /// Held weakly.
   void add(std::weak_ptr<const AudioSessionObserver> observer) {
     std::erase_if(observers_, [](const auto& one) { return one.expired(); });
     observers_.push_back(std::move(observer));

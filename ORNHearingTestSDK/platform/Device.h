@@ -13,9 +13,9 @@ class ORN_EXPORT Device {
 
   /// The hardware model, the system value "hw.machine".
   virtual std::string machine() const = 0;
-  virtual std::string systemVersion() const = 0;
-  virtual std::string applicationIdentifier() const = 0;
-  virtual std::string applicationVersion() const = 0;
+  virtual std::string systemVersion() const = 0;          ///< Such as "12.5".
+  virtual std::string applicationIdentifier() const = 0;  ///< Such as "org.example.diary".
+  virtual std::string applicationVersion() const = 0;     ///< Such as "1.0".
 };
 
 }  // namespace orn

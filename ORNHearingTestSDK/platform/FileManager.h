@@ -28,7 +28,7 @@ class ORN_EXPORT FileManager {
   /// beside it; false if it was not written.
   virtual bool writeAtomically(const std::string& path, std::span<const std::uint8_t> bytes) = 0;
 
-  virtual bool fileExists(const std::string& path) const = 0;
+  virtual bool fileExists(const std::string& path) const = 0;  ///< Whether there is a file at a path.
 
   /// False if there was nothing to remove or it could not be removed.
   virtual bool removeFile(const std::string& path) = 0;

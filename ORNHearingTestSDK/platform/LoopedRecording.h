@@ -11,9 +11,9 @@ namespace orn {
 /// A recording that a player goes through once or more, and the place where it is. One thread at a time.
 class ORN_EXPORT LoopedRecording {
  public:
-  explicit LoopedRecording(std::vector<std::int16_t> samples);
+  explicit LoopedRecording(std::vector<std::int16_t> samples);  ///< At its beginning, to be played once.
 
-  bool isEmpty() const { return samples_.empty(); }
+  bool isEmpty() const { return samples_.empty(); }  ///< Whether there is no sample.
 
   /// As AudioPlayer::setNumberOfLoops, counted from the pass that is going on.
   void setNumberOfLoops(int loops);

@@ -18,13 +18,13 @@ class UserDefaults;
 /// Everything that the library asks of the machine it runs on. A program puts one together once, at its start, from
 /// whichever backends it likes, and every slot must be filled.
 struct ORN_EXPORT Platform {
-  std::shared_ptr<RunLoop> runLoop;
-  std::shared_ptr<AudioOutput> audioOutput;
-  std::shared_ptr<AudioSession> audioSession;
-  std::shared_ptr<URLSession> urlSession;
-  std::shared_ptr<UserDefaults> userDefaults;
-  std::shared_ptr<FileManager> fileManager;
-  std::shared_ptr<Device> device;
+  std::shared_ptr<RunLoop> runLoop;            ///< The main thread's loop and the clock.
+  std::shared_ptr<AudioOutput> audioOutput;    ///< Sound.
+  std::shared_ptr<AudioSession> audioSession;  ///< Routes, volume and interruptions.
+  std::shared_ptr<URLSession> urlSession;      ///< Requests.
+  std::shared_ptr<UserDefaults> userDefaults;  ///< Settings.
+  std::shared_ptr<FileManager> fileManager;    ///< Files and bundles.
+  std::shared_ptr<Device> device;              ///< What the machine is.
 
   /// The platform in force. Throws std::logic_error if there is none yet. Any thread once one has been set.
   static const Platform& current();

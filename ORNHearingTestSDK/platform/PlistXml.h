@@ -13,13 +13,15 @@ namespace orn {
 
 // libplist, held so that its memory is freed and no file can bring it down. Any thread.
 
+/// Ends a property list's node.
 struct ORN_EXPORT PlistFree {
-  void operator()(void* node) const;
+  void operator()(void* node) const;  ///< Does it.
 };
 using PlistNode = std::unique_ptr<void, PlistFree>;
 
+/// Ends a text of the property list's library.
 struct PlistTextFree {
-  void operator()(char* text) const { std::free(text); }
+  void operator()(char* text) const { std::free(text); }  ///< Does it.
 };
 using PlistText = std::unique_ptr<char, PlistTextFree>;
 

@@ -31,7 +31,7 @@ class ORN_EXPORT Timer {
 /// actions; a timer that outlives it does nothing.
 class ORN_EXPORT RunLoop {
  public:
-  using Action = std::function<void()>;
+  using Action = std::function<void()>;  ///< What the loop calls.
 
   /// A time that never arrives: a timer with this fire date is parked.
   static constexpr std::chrono::nanoseconds distantFuture = std::chrono::nanoseconds::max();

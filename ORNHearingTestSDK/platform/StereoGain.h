@@ -9,8 +9,8 @@ namespace orn {
 
 /// What a player's pan and volume make of its samples in each channel.
 struct StereoGain {
-  float left = 1;
-  float right = 1;
+  float left = 1;   ///< Of the left channel.
+  float right = 1;  ///< Of the right channel.
 
   /// The channel on the pan's own side keeps the volume; the other one loses what the pan takes from it.
   static StereoGain of(float pan, float volume) {

@@ -15,8 +15,8 @@ class ORN_EXPORT ToneOutput : public AudioOutput {
   std::unique_ptr<AudioPlayer> playerWithData(std::span<const std::uint8_t> wavFile) final;
 
  protected:
-  virtual std::unique_ptr<AudioQueue> newQueue(AudioQueue::OutputCallback callback) = 0;
-  virtual std::unique_ptr<AudioPlayer> newPlayer(std::vector<std::int16_t> samples) = 0;
+  virtual std::unique_ptr<AudioQueue> newQueue(AudioQueue::OutputCallback callback) = 0;  ///< A queue of such samples.
+  virtual std::unique_ptr<AudioPlayer> newPlayer(std::vector<std::int16_t> samples) = 0;  ///< A player of such samples.
 };
 
 }  // namespace orn

@@ -18,24 +18,25 @@ struct Error {
   std::string message;  ///< One line for a person.
 };
 
+/// What is asked.
 struct URLRequest {
-  std::string url;
-  std::string method;  ///< Sent to the letter, whatever its case.
-  std::vector<std::pair<std::string, std::string>> headers;
-  std::string body;
-  std::chrono::milliseconds timeout{10'000};
+  std::string url;                                           ///< The address, http or https.
+  std::string method;                                        ///< Sent to the letter, whatever its case.
+  std::vector<std::pair<std::string, std::string>> headers;  ///< Names and values, in order.
+  std::string body;                                          ///< The bytes to send.
+  std::chrono::milliseconds timeout{10'000};                 ///< From start to end.
 };
 
 /// What came back: body bytes, or an error. The status code is not part of it, since nobody reads it.
 struct URLReply {
-  std::optional<std::string> body;
-  std::optional<Error> error;  ///< Present if and only if there is no body.
+  std::optional<std::string> body;  ///< The bytes that came.
+  std::optional<Error> error;       ///< Present if and only if there is no body.
 };
 
 /// HTTP requests to the cloud service.
 class ORN_EXPORT URLSession {
  public:
-  using CompletionHandler = std::function<void(URLReply)>;
+  using CompletionHandler = std::function<void(URLReply)>;  ///< Told the reply.
 
   virtual ~URLSession() = default;
 

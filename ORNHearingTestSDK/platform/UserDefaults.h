@@ -19,9 +19,11 @@ class ORN_EXPORT UserDefaults {
  public:
   virtual ~UserDefaults() = default;
 
+  /// What is stored under a key; nothing if there is none.
   virtual std::optional<DefaultsValue> value(const std::string& key) const = 0;
+  /// Stores a value in place of an earlier one.
   virtual void setValue(const std::string& key, DefaultsValue value) = 0;
-  virtual void removeValue(const std::string& key) = 0;
+  virtual void removeValue(const std::string& key) = 0;  ///< Forgets a key.
 
   /// Writes what was set to the disk. False if that failed; the store in memory holds the values all the same, and what
   /// the disk held before is whole.

@@ -14,9 +14,9 @@ ORN_EXPORT EarResult earResultOf(const ORNListenTest& test, bool isLeft);
 
 /// Scores out of 100 of a stored test, by the profile as it is now. A loss above 100 dB gives a negative score.
 struct HistoryScores {
-  std::int64_t right = 0;
-  std::int64_t left = 0;
-  std::int64_t total = 0;
+  std::int64_t right = 0;  ///< Of the right ear.
+  std::int64_t left = 0;   ///< Of the left ear.
+  std::int64_t total = 0;  ///< Of both.
 };
 ORN_EXPORT HistoryScores scoresOf(const ORNListenTest& test);
 

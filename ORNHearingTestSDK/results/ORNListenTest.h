@@ -16,8 +16,8 @@ class ORN_EXPORT ORNListenTest {
  public:
   ORNListenTest();
   ~ORNListenTest();
-  ORNListenTest(const ORNListenTest& other);
-  ORNListenTest& operator=(const ORNListenTest& other);
+  ORNListenTest(const ORNListenTest& other);             ///< A copy of every field.
+  ORNListenTest& operator=(const ORNListenTest& other);  ///< The same.
 
   /// Never throws: anything but a dictionary gives a record with every field empty, 0 or false.
   static std::shared_ptr<ORNListenTest> modelObjectWithDictionary(const nlohmann::json& dictionary);
@@ -33,8 +33,9 @@ class ORN_EXPORT ORNListenTest {
   /// The dictionary as text.
   std::string description() const;
 
-  std::shared_ptr<ORNListenTest> copyWithZone() const;
+  std::shared_ptr<ORNListenTest> copyWithZone() const;  ///< A copy of every field.
 
+  /// The fields, each under the key that kORNListenTest... of ORNListenTestKeys.h names after it.
   const nlohmann::json& correctName() const;
   void setCorrectName(nlohmann::json value);
   const nlohmann::json& internalBaseClassIdentifier() const;

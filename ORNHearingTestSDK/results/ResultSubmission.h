@@ -6,7 +6,7 @@
 #include <string>
 
 #include <ORNHearingTestSDK/common/EarResult.h>
-#include <ORNHearingTestSDK/platform/URLSession.h>
+#include <ORNHearingTestSDK/results/ServiceRequest.h>
 
 namespace orn {
 
@@ -16,8 +16,9 @@ class ORN_EXPORT ResultSubmission {
  public:
   /// The first argument is always nothing. Success and a refusal by the service look alike.
   using Completion = std::function<void(std::nullptr_t, std::optional<Error>)>;
+  /// Told an error, or nothing if the service has the result.
   using Ended = std::function<void(const std::optional<Error>&)>;
-  using PostCompletion = std::function<void(std::optional<Error>)>;
+  using PostCompletion = std::function<void(std::optional<Error>)>;  ///< Told an error or nothing; a refusal is none.
 
   ResultSubmission() = delete;
 
@@ -30,7 +31,7 @@ class ORN_EXPORT ResultSubmission {
   /// a refusal as an error of the domain kServiceDomain, or one of kNotRegistered if there was nobody to send it for.
   static void submit(const EarResult& left, const EarResult& right, const std::optional<std::string>& earPlugModel,
                      Ended ended);
-  static constexpr auto kNotRegistered = "registration";
+  static constexpr auto kNotRegistered = kNotRegisteredDomain;  ///< The same as kNotRegisteredDomain.
 
   /// A second entry for the host: `base` goes with the result, no common headers are sent and the timeout is 10 s.
   static void postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base,

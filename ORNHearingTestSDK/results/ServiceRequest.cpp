@@ -25,10 +25,12 @@ std::optional<std::string> storedText(const char* key) {
 }
 
 /// Why no request can go to the host that is stored; nothing if one can.
-std::optional<std::string> complaintAboutStoredHost(const std::optional<std::string>& host) {
+std::optional<std::string> complaintAboutStoredHost() {
   constexpr auto kWants = "the user default SERVICEHOST wants host or host:port, with https:// in front for TLS";
-  if (!host || host->empty()) return std::string("no service host is set: ") + kWants;
-  const auto complaint = complaintAboutServiceHost(*host);
+  const auto value = Platform::current().userDefaults->value(kServiceHostDefault);
+  const auto host = textValue(value);
+  if (!value || host == "") return std::string("no service host is set: ") + kWants;
+  const auto complaint = host ? complaintAboutServiceHost(*host) : std::optional<std::string>("it is no text");
   if (!complaint) return std::nullopt;
   return "the service host that is set can't be used, " + *complaint + ": " + kWants;
 }
@@ -85,12 +87,13 @@ std::optional<ServiceIdentity> serviceIdentity() {
   return ServiceIdentity{std::move(*appKey), std::move(*userID)};
 }
 
+bool isServiceHostSet() { return !complaintAboutStoredHost(); }
+
 std::string appKeyOrEmpty() { return storedText(kAppKeyDefault).value_or(""); }
 
 URLRequest serviceRequest(const std::string& path) {
-  const auto host = storedText(kServiceHostDefault);
   URLRequest request;
-  if (!complaintAboutStoredHost(host)) request.url = serviceOrigin(*host) + "/vrdnx/" + path;
+  if (isServiceHostSet()) request.url = serviceOrigin(*storedText(kServiceHostDefault)) + "/vrdnx/" + path;
   request.method = "Post";  // to the letter, as the service wants it
   request.timeout = std::chrono::seconds(10);
   return request;
@@ -147,7 +150,7 @@ void sendRequest(URLRequest request, std::function<void(const ServiceReply&, jso
     platform.runLoop->dispatchAsync([received, message] { received({{}, Error{"transport", 0, message}}); });
   };
   if (request.url.empty()) {
-    return fail(complaintAboutStoredHost(storedText(kServiceHostDefault)).value_or("the request has no address"));
+    return fail(complaintAboutStoredHost().value_or("the request has no address"));
   }
   try {
     platform.urlSession->dataTask(std::move(request), received);

@@ -24,10 +24,13 @@ inline constexpr auto kUserIDDefault = "USERID";
 
 /// The application key and the user's id, where both are stored.
 struct ServiceIdentity {
-  std::string appKey;
-  std::string userID;
+  std::string appKey;  ///< The application's.
+  std::string userID;  ///< The user's.
 };
 ORN_EXPORT std::optional<ServiceIdentity> serviceIdentity();
+
+/// Whether a service host is stored that a request can be sent to.
+ORN_EXPORT bool isServiceHostSet();
 
 /// The stored application key, or the empty text.
 std::string appKeyOrEmpty();
@@ -56,6 +59,7 @@ struct ServiceReply {
 
   /// What the callback of an operation is told that reads nothing in the reply, and of one that does.
   const std::optional<Error>& error() const { return body ? parseError : sessionError; }
+  /// What an operation is told that reads the reply.
   const std::optional<Error>& readingError() const { return body ? envelopeError : sessionError; }
 
   /// What whoever wants to know is told: the same, or the refusal.
@@ -64,6 +68,9 @@ struct ServiceReply {
 
 /// The domain of a refusal's error.
 inline constexpr auto kServiceDomain = "service";
+
+/// The domain of the error where nothing was sent, since it is not known for whom.
+inline constexpr auto kNotRegisteredDomain = "registration";
 
 /// Whether an operation tells a refusal by the service as an error or as it tells a success.
 enum class Refusals { LookLikeSuccess, AreErrors };

@@ -31,4 +31,12 @@ void TestHistory::getListenTestWithCompletion(Completion completion, Refusals re
   });
 }
 
+void TestHistory::fetch(Completion completion) {
+  if (serviceIdentity()) return getListenTestWithCompletion(std::move(completion), Refusals::AreErrors);
+  MainQueue::current().dispatchAsync([done = std::move(completion)] {
+    const Error error{kNotRegisteredDomain, 0, "nothing was asked: no application key or no user id is stored"};
+    if (done) done(error, nullptr);
+  });
+}
+
 }  // namespace orn

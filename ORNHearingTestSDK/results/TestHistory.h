@@ -21,6 +21,11 @@ class ORN_EXPORT TestHistory {
   /// Without a stored application key and user id nothing is sent and no callback comes; else it comes once, on the
   /// main thread. Main thread.
   static void getListenTestWithCompletion(Completion completion, Refusals refusals = Refusals::LookLikeSuccess);
+
+  /// The same, told in full: the completion is called once in every case, later and on the main thread. A refusal is an
+  /// error of the domain kServiceDomain, and one of kNotRegisteredDomain says that there was nobody to ask for. Main
+  /// thread.
+  static void fetch(Completion completion);
 };
 
 }  // namespace orn

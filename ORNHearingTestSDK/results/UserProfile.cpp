@@ -81,4 +81,16 @@ void UserProfile::setAppUserID(std::optional<std::string> appUserID, std::option
       });
 }
 
+void UserProfile::registerUser(std::optional<std::string> appUserID, std::optional<std::string> username, bool isWomen,
+                               std::optional<std::chrono::system_clock::time_point> birthday,
+                               std::optional<std::string> phone, CompletionHandler completionHandler) {
+  if (appUserID && birthday && phone) {
+    return setAppUserID(std::move(appUserID), std::move(username), isWomen, birthday, std::move(phone),
+                        std::move(completionHandler), Refusals::AreErrors);
+  }
+  MainQueue::current().dispatchAsync([done = std::move(completionHandler)] {
+    if (done) done(Error{kNotRegisteredDomain, 0, "nothing was sent: the id, the birthday or the phone is missing"});
+  });
+}
+
 }  // namespace orn

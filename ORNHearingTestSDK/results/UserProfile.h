@@ -18,7 +18,7 @@ inline constexpr auto kUserNameDefault = "USERNAME";
 /// The user of the application, as the service and the score know them.
 class ORN_EXPORT UserProfile {
  public:
-  using CompletionHandler = std::function<void(std::optional<Error>)>;
+  using CompletionHandler = std::function<void(std::optional<Error>)>;  ///< Told an error or nothing.
 
   UserProfile() = delete;
 
@@ -35,6 +35,13 @@ class ORN_EXPORT UserProfile {
                            std::optional<std::chrono::system_clock::time_point> birthday,
                            std::optional<std::string> phone, CompletionHandler completionHandler,
                            Refusals refusals = Refusals::LookLikeSuccess);
+
+  /// The same, told in full: the callback is called once in every case, later and on the main thread. A refusal is an
+  /// error of the domain kServiceDomain, after which the profile is kept all the same; one of kNotRegisteredDomain says
+  /// that the id, the birthday or the phone number is missing, and that nothing was sent or kept. Main thread.
+  static void registerUser(std::optional<std::string> appUserID, std::optional<std::string> username, bool isWomen,
+                           std::optional<std::chrono::system_clock::time_point> birthday,
+                           std::optional<std::string> phone, CompletionHandler completionHandler);
 };
 
 }  // namespace orn

@@ -45,7 +45,7 @@ QPalette lightPalette() {
 
 QString ownColours() {
   return QStringLiteral(
-             "* { color: black; background-color: transparent; border: none; }"
+             "* { color: black; background-color: transparent; border: none; padding: 0; margin: 0; }"
              "#%1 { background-color: white; }")
       .arg(QLatin1String(kGroundName));
 }

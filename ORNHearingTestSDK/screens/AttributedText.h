@@ -23,7 +23,7 @@ class ORN_SCREENS_EXPORT AttributedText {
   /// `lineSpace` is put between two lines, `kern` behind every character.
   AttributedText(QString text, double lineSpace, double kern, const QFont& font);
 
-  const QString& text() const { return text_; }
+  const QString& text() const { return text_; }  ///< Without its attributes.
 
   /// Colours a part of the text, over what it was coloured before; what no part covers is black.
   void addColor(const QColor& color, qsizetype from, qsizetype length);

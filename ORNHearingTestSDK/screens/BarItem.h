@@ -8,8 +8,8 @@ namespace orn {
 
 /// A button of the navigation bar.
 struct BarItem {
-  QString title;
-  std::function<void()> action;
+  QString title;                 ///< As it is shown.
+  std::function<void()> action;  ///< What a click does.
 };
 
 }  // namespace orn

@@ -31,9 +31,7 @@ ChannelCheckPage::ChannelCheckPage(const QString& heading, const QString& text, 
   if (!heading.isEmpty()) addLabel(heading, systemFont(20, QFont::DemiBold));
   addLabel(text, systemFont(15));
   note_ = addLabel({}, systemFont(15));
-  QPalette red = note_->palette();
-  red.setColor(QPalette::WindowText, QColor(0xb3, 0x26, 0x1e));
-  note_->setPalette(red);
+  note_->setStyleSheet(QStringLiteral("color: #b3261e;"));  // and not by a palette, which a host's sheet would undo
   note_->hide();
   column_->addSpacing(kSpacing);
   column_->addStretch(1);

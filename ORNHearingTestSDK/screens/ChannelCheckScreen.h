@@ -22,8 +22,8 @@ struct AudioSessionObserver;
 /// for example.
 class ORN_SCREENS_EXPORT ChannelCheckScreen final : public Screen {
  public:
-  static constexpr int kDisconnectedAlert = 7764778;
-  static constexpr int kToneMissingAlert = 7764779;
+  static constexpr int kDisconnectedAlert = 7764778;  ///< Tag of the alert that the device is gone.
+  static constexpr int kToneMissingAlert = 7764779;   ///< Tag of the alert that no tone sounds.
 
   /// For a session that is about to begin and has its calibration; it is not kept, not started and not changed.
   static std::shared_ptr<ChannelCheckScreen> initWithTest(const ORNManualHearingTest& test);

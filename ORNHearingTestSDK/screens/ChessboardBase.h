@@ -30,14 +30,14 @@ class ORN_SCREENS_EXPORT ChessboardBase : public QWidget {
 
   /// Size of the widget, and of the board within its margins, at the last draw.
   std::int64_t viewWidth() const { return viewWidth_; }
-  std::int64_t viewHeight() const { return viewHeight_; }
-  std::int64_t chessboardWidth() const { return chessboardWidth_; }
-  std::int64_t chessboardHeight() const { return chessboardHeight_; }
+  std::int64_t viewHeight() const { return viewHeight_; }              ///< Height of the widget.
+  std::int64_t chessboardWidth() const { return chessboardWidth_; }    ///< Width of the board.
+  std::int64_t chessboardHeight() const { return chessboardHeight_; }  ///< Height of the board.
 
   /// Distance between two level rows and between two frequency columns at the last draw, in points. Infinite where
   /// there is a single row or column.
   float xAxisStep() const { return xAxisStep_; }
-  float yAxisStep() const { return yAxisStep_; }
+  float yAxisStep() const { return yAxisStep_; }  ///< Between two frequency columns.
 
   /// The frequency columns from left to right, such as "1000hz": asked of the data source once, at the first use, and
   /// kept; without one the seven frequencies from 125 to 8000 Hz.
@@ -52,7 +52,7 @@ class ORN_SCREENS_EXPORT ChessboardBase : public QWidget {
   virtual void drawRect(QPainter& painter) = 0;
 
  protected:
-  explicit ChessboardBase(QWidget* parent);
+  explicit ChessboardBase(QWidget* parent);  ///< In a parent.
 
   /// The data source's frequencies; nothing if it does not answer.
   virtual std::optional<std::vector<std::string>> askForHzs() = 0;
@@ -65,7 +65,7 @@ class ORN_SCREENS_EXPORT ChessboardBase : public QWidget {
   /// The white ground, and the watermark on it.
   void drawGround(QPainter& painter) const;
 
-  void drawGrid(QPainter& painter, std::int64_t rows, const QColor& color);
+  void drawGrid(QPainter& painter, std::int64_t rows, const QColor& color);  ///< The lines of rows and columns.
 
   /// The names of the columns, centred beneath them, `distance` points below the last row.
   void drawFrequencyLabels(QPainter& painter, std::int64_t rows, double distance, double fontSize);
@@ -76,14 +76,17 @@ class ORN_SCREENS_EXPORT ChessboardBase : public QWidget {
   /// Which rows carry a level: every so many of them, from the first one with its level in dB on. The labels hang from
   /// `lowered` points below half a step above their rows and keep clear of marks that reach `halfMark` to the left.
   struct LevelScale {
-    std::int64_t rows, every, firstDB;
-    double lowered, halfMark;
+    std::int64_t rows;     ///< How many there are.
+    std::int64_t every;    ///< A label stands at each so-manieth row.
+    std::int64_t firstDB;  ///< Level of the first row, in dB.
+    double lowered;        ///< In points.
+    double halfMark;       ///< In points.
   };
 
   /// The levels at the left, and the unit above them.
   void drawLevelLabels(QPainter& painter, const LevelScale& scale, double fontSize) const;
 
-  void paintEvent(QPaintEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;  ///< Draws by drawRect().
 
  private:
   std::int64_t viewWidth_ = 0, viewHeight_ = 0;

@@ -21,6 +21,7 @@ struct ChessboardResultViewDataSouce {
   /// How many result sets there are; each gets a fainter shade. No more than 100 are drawn.
   std::function<std::int32_t(ChessboardResultView& view)> countOfSection;
 
+  /// The columns from left to right, such as "1000hz".
   std::function<std::vector<std::string>(ChessboardResultView& view)> hzsOfChessboardView;
 
   /// The point of a frequency such as "1000hz" as (column, row), where row r stands for -10 + 5 x r dB; fractions are
@@ -35,7 +36,7 @@ struct ChessboardResultViewDataSouce {
 /// are asked for at each draw. Main thread.
 class ORN_SCREENS_EXPORT ChessboardResultView final : public ChessboardBase {
  public:
-  explicit ChessboardResultView(QWidget* parent = nullptr);
+  explicit ChessboardResultView(QWidget* parent = nullptr);  ///< In a parent, or a window of its own.
   ~ChessboardResultView() override;
 
   /// Not owned.

@@ -28,6 +28,7 @@ class ChessboardView;
 
 /// Gives the frequencies. An empty member is not called.
 struct ChessboardViewDataSource {
+  /// The columns from left to right, such as "1000hz".
   std::function<std::vector<std::string>(ChessboardView& view)> hzsOfChessboardView;
 };
 
@@ -37,7 +38,7 @@ struct ChessboardViewDataSource {
 /// It draws what it is told and knows nothing of the test. Main thread.
 class ORN_SCREENS_EXPORT ChessboardView final : public ChessboardBase {
  public:
-  explicit ChessboardView(QWidget* parent = nullptr);
+  explicit ChessboardView(QWidget* parent = nullptr);  ///< In a parent, or a window of its own.
   ~ChessboardView() override;
 
   /// Stands for the absence of a point, in either coordinate.
@@ -46,24 +47,24 @@ class ORN_SCREENS_EXPORT ChessboardView final : public ChessboardBase {
   /// Not owned.
   std::shared_ptr<ChessboardViewDelegate> delegate() const { return delegate_.lock(); }
   void setDelegate(std::weak_ptr<ChessboardViewDelegate> delegate) { delegate_ = std::move(delegate); }
-  std::shared_ptr<ChessboardViewDataSource> datasource() const { return datasource_.lock(); }
+  std::shared_ptr<ChessboardViewDataSource> datasource() const { return datasource_.lock(); }  ///< Not owned.
   void setDatasource(std::weak_ptr<ChessboardViewDataSource> datasource) { datasource_ = std::move(datasource); }
 
   /// Whether this board shows the left ear.
   bool isTestLeft() const { return isTestLeft_; }
   void setIsTestLeft(bool isTestLeft) { isTestLeft_ = isTestLeft; }
 
-  bool isTestEnd() const { return isTestEnd_; }
-  void setIsTestEnd(bool isTestEnd) { isTestEnd_ = isTestEnd; }
+  bool isTestEnd() const { return isTestEnd_; }                  ///< Whether the ear is finished.
+  void setIsTestEnd(bool isTestEnd) { isTestEnd_ = isTestEnd; }  ///< Says whether the ear is finished.
 
   /// Levels in dB; -1 selects the default. Rows run in steps of 5 dB from the lower to below the upper one.
   std::int64_t maxDB() const { return maxDB_; }
-  std::int64_t minDB() const { return minDB_; }
+  std::int64_t minDB() const { return minDB_; }  ///< The lowest level, in dB HL.
   void setMaxDB(std::int64_t maxDB) { maxDB_ = maxDB; }
   void setMinDB(std::int64_t minDB) { minDB_ = minDB; }
   void setMaxDB(std::int64_t maxDB, std::int64_t minDB);
 
-  std::int64_t getMaxDBWithDefault() const;
+  std::int64_t getMaxDBWithDefault() const;  ///< The highest level, or its default where none is set.
 
   /// 15 by default. Once minDB is set, the answer is maxDB, which is meant, see docs/BEHAVIOURS.md.
   std::int64_t getMinDBWithDefault() const;
@@ -77,7 +78,7 @@ class ORN_SCREENS_EXPORT ChessboardView final : public ChessboardBase {
 
   /// The moving mark in the widget's coordinates, and as (column, row).
   QPointF currentTestPoint() const { return currentTestPoint_; }
-  QPointF currentTestPointBack() const { return currentTestPointBack_; }
+  QPointF currentTestPointBack() const { return currentTestPointBack_; }  ///< The cell before.
   void setCurrentTestPoint(QPointF point) { currentTestPoint_ = point; }
   void setCurrentTestPointBack(QPointF point) { currentTestPointBack_ = point; }
 
@@ -93,11 +94,11 @@ class ORN_SCREENS_EXPORT ChessboardView final : public ChessboardBase {
 
   /// Moves the moving mark; one off the board is not seen.
   void drawTestAtHz(const std::string& hz, const std::string& db);
-  void drawTestAtPoint(QPointF point);
+  void drawTestAtPoint(QPointF point);  ///< The same by its cell.
 
   /// Fixes the mark of a column and takes the moving mark away; nothing happens for a column that there is not.
   void drawSelectAtHz(const std::string& hz, const std::string& db);
-  void drawSelectAtPoint(QPointF point);
+  void drawSelectAtPoint(QPointF point);  ///< The same by its cell.
 
   /// The ear is finished, for good. Asks for no redraw: the line shows at the next one.
   void drawTestEnd() { isTestEnd_ = true; }
@@ -106,9 +107,9 @@ class ORN_SCREENS_EXPORT ChessboardView final : public ChessboardBase {
 
  protected:
   std::optional<std::vector<std::string>> askForHzs() override;
-  bool event(QEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
+  bool event(QEvent* event) override;                   ///< Qt's; handled here.
+  void mousePressEvent(QMouseEvent* event) override;    ///< Qt's; handled here.
+  void mouseReleaseEvent(QMouseEvent* event) override;  ///< Qt's; handled here.
 
  private:
   /// A touch that began on this view has ended there.

@@ -19,9 +19,10 @@ class SpokenChildren;
 /// what slides is only their picture. Main thread.
 class ORN_SCREENS_EXPORT NavigationController : public std::enable_shared_from_this<NavigationController> {
  public:
-  static constexpr int kBarHeight = 44;
+  static constexpr int kBarHeight = 44;  ///< In points.
 
-  static std::shared_ptr<NavigationController> init();
+  static std::shared_ptr<NavigationController> init();  ///< An empty stack.
+  /// A stack with its first screen.
   static std::shared_ptr<NavigationController> initWithRootViewController(const std::shared_ptr<Screen>& screen);
 
   ~NavigationController();
@@ -37,8 +38,8 @@ class ORN_SCREENS_EXPORT NavigationController : public std::enable_shared_from_t
   /// Takes away a screen and all above it, unless that would leave none.
   void pop(const std::shared_ptr<Screen>& screen);
 
-  const std::vector<std::shared_ptr<Screen>>& screens() const { return screens_; }
-  std::shared_ptr<Screen> topScreen() const;
+  const std::vector<std::shared_ptr<Screen>>& screens() const { return screens_; }  ///< From the bottom up.
+  std::shared_ptr<Screen> topScreen() const;                                        ///< Null in an empty stack.
 
   /// Whether the screens' views reach up under the bar, which they do unless this is set to false.
   bool isTranslucent() const { return isTranslucent_; }

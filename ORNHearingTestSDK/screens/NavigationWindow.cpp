@@ -41,6 +41,7 @@ NavigationWindow::NavigationWindow(QWidget* parent) : QWidget(parent) {
 }
 
 NavigationWindow::~NavigationWindow() {
+  isGoing_ = true;
   for (auto stack = stacks_.rbegin(); stack != stacks_.rend(); ++stack) (*stack)->leave();
 }
 

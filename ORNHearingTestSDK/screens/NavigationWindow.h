@@ -27,7 +27,7 @@ class SpokenChildren;
 /// ask. Told once more while the user looks at the question, it closes.
 class ORN_SCREENS_EXPORT NavigationWindow : public QWidget {
  public:
-  explicit NavigationWindow(QWidget* parent = nullptr);
+  explicit NavigationWindow(QWidget* parent = nullptr);  ///< In a parent, or a window of its own.
   ~NavigationWindow() override;
 
   /// The stack at the bottom. A host pushes its first screen here.
@@ -62,16 +62,19 @@ class ORN_SCREENS_EXPORT NavigationWindow : public QWidget {
   /// Closes without a question, as a program that is told to end must.
   void setClosesUnasked(bool closesUnasked) { closesUnasked_ = closesUnasked; }
 
-  QSize sizeHint() const override;
+  /// Whether the window is being destroyed.
+  bool isGoing() const { return isGoing_; }
+
+  QSize sizeHint() const override;  ///< A phone's screen.
 
  protected:
-  void resizeEvent(QResizeEvent* event) override;
-  void showEvent(QShowEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
-  void closeEvent(QCloseEvent* event) override;
-  void changeEvent(QEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
-  bool focusNextPrevChild(bool next) override;
+  void resizeEvent(QResizeEvent* event) override;  ///< Qt's; handled here.
+  void showEvent(QShowEvent* event) override;      ///< Qt's; handled here.
+  void hideEvent(QHideEvent* event) override;      ///< Qt's; handled here.
+  void closeEvent(QCloseEvent* event) override;    ///< Qt's; handled here.
+  void changeEvent(QEvent* event) override;        ///< Qt's; handled here.
+  void keyPressEvent(QKeyEvent* event) override;   ///< Qt's; handled here.
+  bool focusNextPrevChild(bool next) override;     ///< Qt's; handled here.
 
  private:
   friend class Screen;
@@ -100,7 +103,7 @@ class ORN_SCREENS_EXPORT NavigationWindow : public QWidget {
   QPointer<QWidget> overEverything_;
   QPointer<QWidget> focusBeneath_;  // where the keyboard was when the front became covered
   SpokenChildren* spoken_;
-  bool closesUnasked_ = false;
+  bool closesUnasked_ = false, isGoing_ = false;
   int statusBarHeight_ = 0;
 };
 

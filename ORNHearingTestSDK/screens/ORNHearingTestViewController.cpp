@@ -13,6 +13,7 @@
 #include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/engine/ORNAutoHearingTest.h>
 #include <ORNHearingTestSDK/engine/ORNStandardHearingTest.h>
+#include <ORNHearingTestSDK/engine/SessionCalibration.h>
 #include <ORNHearingTestSDK/platform/AudioSession.h>
 #include <ORNHearingTestSDK/platform/MainQueue.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
@@ -21,6 +22,7 @@
 #include <ORNHearingTestSDK/screens/ChessboardView.h>
 #include <ORNHearingTestSDK/screens/HeardButton.h>
 #include <ORNHearingTestSDK/screens/NavigationController.h>
+#include <ORNHearingTestSDK/screens/NavigationWindow.h>
 #include <ORNHearingTestSDK/screens/ORNTestResultViewController.h>
 #include <ORNHearingTestSDK/screens/SpokenChildren.h>
 
@@ -68,8 +70,7 @@ std::shared_ptr<ORNHearingTestViewController> ORNHearingTestViewController::init
 std::shared_ptr<ORNHearingTestViewController> ORNHearingTestViewController::initEarphoneTestByCompletionHandler(
     CompletionHandler completionHandler) {
   const auto made = make();
-  const auto session =
-      std::dynamic_pointer_cast<ORNManualHearingTest>(ORNHearingTest::initWithTestType(kAutomaticTest));
+  const auto session = ORNManualHearingTest::initWithTestType(kAutomaticTest);
   made->test_ = session;
   session->setDelegate(made->sessionDelegate_);
   session->setEarPlugModel(kEarphoneModel, [done = std::move(completionHandler)](std::optional<Error> error) {
@@ -77,6 +78,25 @@ std::shared_ptr<ORNHearingTestViewController> ORNHearingTestViewController::init
   });
   made->isFirstRight_ = true;
   session->setTestHzs(made->testHzs());
+  return made;
+}
+
+std::shared_ptr<ORNHearingTestViewController> ORNHearingTestViewController::initTestByPath(
+    OutputPath path, CompletionHandler completionHandler) {
+  const auto made = make();
+  const auto device =
+      path == OutputPath::Audiometer ? ORNHearingTest::getKV50Mac() : std::optional<std::string>(kEarphoneModel);
+  if (!device) {
+    MainQueue::current().dispatchAsync([done = std::move(completionHandler)] {
+      if (done) done(Error{kNoCalibrationDomain, 0, "no audiometer is connected"});
+    });
+    return made;
+  }
+  const auto session = ORNManualHearingTest::initWithTestType(kAutomaticTest);
+  made->test_ = session;
+  session->setDelegate(made->sessionDelegate_);
+  session->setTestHzs(made->testHzs());
+  fetchCalibration(*session, path, *device, std::move(completionHandler));
   return made;
 }
 
@@ -116,6 +136,7 @@ void ORNHearingTestViewController::watchSession() {
   sessionDelegate_->oneEarCompleteWithResult = forward(&Self::oneEarCompleteWithResult);
   sessionDelegate_->completeWithLeftResult = forward(&Self::completeWithLeftResult);
   sessionDelegate_->toneMissing = forward(&Self::toneMissing);
+  sessionDelegate_->submissionEnded = forward(&Self::submissionEnded);
 }
 
 void ORNHearingTestViewController::watchBoards() {
@@ -168,6 +189,10 @@ void ORNHearingTestViewController::viewDidDisappear() {
 /// No tone that is still due may sound where there is no screen.
 void ORNHearingTestViewController::didLeaveStack() {
   withTest([](ORNHearingTest& session) { session.endTest(); });
+  if (isTellingComplete_) isSubmitting_ = false;               // a session that has ended by then submits nothing
+  const bool isWindowGoing = window() && window()->isGoing();  // and perhaps the host that is to be told
+  const auto told = onLeft;
+  if (told && !isWindowGoing) told(isComplete_);
 }
 
 /// Saves what it puts back, once until then: between two times on screen the volume is the user's.
@@ -294,14 +319,28 @@ void ORNHearingTestViewController::oneEarCompleteWithResult(ORNHearingTest& /*he
   showOneEarEndToast();
 }
 
-void ORNHearingTestViewController::completeWithLeftResult(ORNHearingTest& /*hearingTest*/, const EarResult& /*left*/,
-                                                          const EarResult& /*right*/) {
+void ORNHearingTestViewController::completeWithLeftResult(ORNHearingTest& /*hearingTest*/, const EarResult& left,
+                                                          const EarResult& right) {
   if (ChessboardView* told = board(isTestLeft())) told->drawTestEnd();
   setBoardsTouchable(false);
   isUnderWay_ = false;
   Platform::current().runLoop->performAfterDelay(std::chrono::nanoseconds(0), [self = weakSelf(this)] {
     if (const auto screen = self.lock()) screen->gotoResultVC();
   });
+  tellComplete(left, right);
+}
+
+void ORNHearingTestViewController::tellComplete(const EarResult& left, const EarResult& right) {
+  isComplete_ = isSubmitting_ = isTellingComplete_ = true;
+  const ORNManualHearingTest* session = test_ ? test_->manualTest() : nullptr;
+  const auto device = session && session->KV50MAC() ? session->KV50MAC() : test_ ? test_->earPlugModel() : std::nullopt;
+  if (const auto told = onComplete) told(finishedTest(left, right, device.value_or("")));
+  isTellingComplete_ = false;
+}
+
+void ORNHearingTestViewController::submissionEnded(ORNHearingTest& /*hearingTest*/, const std::optional<Error>& error) {
+  isSubmitting_ = false;
+  if (const auto told = onSubmitted) told(error);
 }
 
 std::vector<std::string> ORNHearingTestViewController::hzsOfChessboardView(ChessboardView& /*view*/) {

@@ -38,6 +38,7 @@ class ORN_SCREENS_EXPORT ORNScreenUtils {
   /// the size is.
   static std::optional<QImage> thumbnailWithImageWithoutScale(const QImage& image, QSizeF size);
 
+  /// A text with space between its lines and letters, in points.
   static AttributedText getAttributedWithString(const QString& text, double WithLineSpace, double kern,
                                                 const QFont& font);
 

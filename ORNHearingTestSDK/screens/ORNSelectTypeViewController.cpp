@@ -150,16 +150,16 @@ void ORNSelectTypeViewController::startAudiometerRow(DeviceCell* cell) {
   const int start = closeRow(kAudiometerRow, cell);
   auto fetch = std::make_shared<char>();
   const std::weak_ptr<void> fetched = fetch;
-  testVC_ = ORNHearingTestViewController::initKV50TestByCompletionHandler(
-      [self = weakSelf(this), start, fetch = std::move(fetch)](const std::optional<Error>& error) {
-        // Later, since a cached calibration calls this before the test screen has been kept.
-        if (!error) {
-          MainQueue::current().dispatchAsync([self, start] {
-            if (const auto screen = self.lock()) screen->gotoTest(start);
-          });
-        }
-        if (const auto screen = self.lock()) screen->openRow(kAudiometerRow, start);
-      });
+  setTestVC(makeTest(OutputPath::Audiometer, start,
+                     [self = weakSelf(this), start, fetch = std::move(fetch)](const std::optional<Error>& error) {
+                       // Later, since a cached calibration calls this before the test screen has been kept.
+                       if (!error) {
+                         MainQueue::current().dispatchAsync([self, start] {
+                           if (const auto screen = self.lock()) screen->gotoTest(start);
+                         });
+                       }
+                       if (const auto screen = self.lock()) screen->openRow(kAudiometerRow, start);
+                     }));
   waitInRow(kAudiometerRow, start, fetched);
 }
 
@@ -168,14 +168,14 @@ void ORNSelectTypeViewController::startEarphoneRow(DeviceCell* cell) {
   const int start = closeRow(kEarphoneRow, cell);
   auto fetch = std::make_shared<char>();
   const std::weak_ptr<void> fetched = fetch;
-  // A cached calibration does not call back: the cell then stays closed, which is meant, see
-  // docs/BEHAVIOURS.md.
-  testVC_ = ORNHearingTestViewController::initEarphoneTestByCompletionHandler(
-      [self = weakSelf(this), start, fetch = std::move(fetch)](const std::optional<Error>& error) {
-        const auto screen = self.lock();
-        if (screen && !error) screen->gotoTest(start);
-        if (screen) screen->openRow(kEarphoneRow, start);
-      });
+  // A cached calibration does not call back, unless it is asked for in full: the cell then stays closed, which is
+  // meant, see docs/BEHAVIOURS.md.
+  setTestVC(makeTest(OutputPath::Earphones, start,
+                     [self = weakSelf(this), start, fetch = std::move(fetch)](const std::optional<Error>& error) {
+                       const auto screen = self.lock();
+                       if (screen && !error) screen->gotoTest(start);
+                       if (screen) screen->openRow(kEarphoneRow, start);
+                     }));
   waitInRow(kEarphoneRow, start, fetched);
 }
 
@@ -221,11 +221,36 @@ void ORNSelectTypeViewController::refuse(const QString& message) {
 }
 
 void ORNSelectTypeViewController::startErjiTest() {
-  testVC_ = ORNHearingTestViewController::initEarphoneTestByCompletionHandler(
-      [self = weakSelf(this), start = ++starts_](const std::optional<Error>& error) {
-        const auto screen = self.lock();
-        if (screen && !error) screen->gotoTest(start);
-      });
+  const int start = ++starts_;
+  setTestVC(makeTest(OutputPath::Earphones, start, [self = weakSelf(this), start](const std::optional<Error>& error) {
+    const auto screen = self.lock();
+    if (screen && !error) screen->gotoTest(start);
+  }));
+}
+
+/// Told in full where the host wants to hear of failures, else as little as the described creators tell.
+std::shared_ptr<ORNHearingTestViewController> ORNSelectTypeViewController::makeTest(
+    OutputPath path, int start, std::function<void(std::optional<Error>)> done) {
+  const auto told = delegate();
+  if (told && told->calibrationFailed) {
+    return ORNHearingTestViewController::initTestByPath(
+        path, [self = weakSelf(this), start, done = std::move(done)](const std::optional<Error>& error) {
+          done(error);
+          const auto screen = self.lock();
+          const auto listening = screen ? screen->delegate() : nullptr;
+          const bool isWanted = error && screen && screen->starts_ == start;  // not given up meanwhile
+          if (isWanted && listening && listening->calibrationFailed) listening->calibrationFailed(*error);
+        });
+  }
+  return path == OutputPath::Audiometer
+             ? ORNHearingTestViewController::initKV50TestByCompletionHandler(std::move(done))
+             : ORNHearingTestViewController::initEarphoneTestByCompletionHandler(std::move(done));
+}
+
+void ORNSelectTypeViewController::setTestVC(std::shared_ptr<ORNHearingTestViewController> testVC) {
+  std::erase_if(submitting_, [](const auto& test) { return !test->isSubmitting(); });
+  if (testVC_ && testVC_ != testVC && testVC_->isSubmitting()) submitting_.push_back(testVC_);
+  testVC_ = std::move(testVC);
 }
 
 /// The test whose calibration has come, unless another one has been started since.

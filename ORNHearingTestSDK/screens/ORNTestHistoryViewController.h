@@ -16,12 +16,13 @@ class ORNListenTest;
 /// are made, read and scored only as they come into view. Says so while they are on their way. Main thread.
 class ORN_SCREENS_EXPORT ORNTestHistoryViewController final : public TableScreen {
  public:
-  static std::shared_ptr<ORNTestHistoryViewController> init();
+  static std::shared_ptr<ORNTestHistoryViewController> init();  ///< A new screen.
   ~ORNTestHistoryViewController() override;
 
   /// The records as the service sent them; null until they have come.
   const nlohmann::json& tests() const { return *tests_; }
 
+  /// Makes the bar items whose titles are given and pushes the screen.
   void showTestHistoryViewControllerByNavigation(const std::shared_ptr<NavigationController>& navigation,
                                                  const std::optional<QString>& leftBarTitle, Action leftBarAction,
                                                  const std::optional<QString>& rightBarTitle, Action rightBarAction);

@@ -23,19 +23,19 @@ class NavigationWindow;
 /// and to nobody else; it may be let go of at any moment, also from within its own operations. Main thread.
 class ORN_SCREENS_EXPORT Screen : public std::enable_shared_from_this<Screen> {
  public:
-  using Action = std::function<void()>;
+  using Action = std::function<void()>;  ///< What a click does.
 
   virtual ~Screen();
   Screen(const Screen&) = delete;
   Screen& operator=(const Screen&) = delete;
 
-  const QString& title() const { return title_; }
-  void setTitle(const QString& title);
+  const QString& title() const { return title_; }  ///< Shown in the bar.
+  void setTitle(const QString& title);             ///< Takes the title.
 
   /// Without a left item the bar leads back to the screen before, where there is one.
   const std::optional<BarItem>& leftBarItem() const { return leftBarItem_; }
   void setLeftBarItem(BarItem item);
-  const std::optional<BarItem>& rightBarItem() const { return rightBarItem_; }
+  const std::optional<BarItem>& rightBarItem() const { return rightBarItem_; }  ///< Nothing where there is none.
   void setRightBarItem(BarItem item);
 
   /// The view, which the window owns; null before the first time on screen and after the window has gone.
@@ -51,8 +51,8 @@ class ORN_SCREENS_EXPORT Screen : public std::enable_shared_from_this<Screen> {
   void showByNavigation(const std::shared_ptr<NavigationController>& navigation,
                         const std::optional<QString>& leftBarTitle, Action leftBarAction,
                         const std::optional<QString>& rightBarTitle, Action rightBarAction);
-  void leftButtonClick() const;
-  void rightButtonClick() const;
+  void leftButtonClick() const;   ///< Does what the left item of showByNavigation() does.
+  void rightButtonClick() const;  ///< Does what the right item of showByNavigation() does.
 
   /// Shows another stack over this screen's own. Nothing happens if something is shown over it already, or if this
   /// screen is in no window.
@@ -68,7 +68,7 @@ class ORN_SCREENS_EXPORT Screen : public std::enable_shared_from_this<Screen> {
   /// Whether the window's closing must wait for an answer of the user. While the question is in view and could have
   /// been read, it need not.
   virtual bool asksBeforeClosing() const { return false; }
-  virtual void askBeforeClosing() {}
+  virtual void askBeforeClosing() {}  ///< Asks; the window closes or stays by the answer.
 
   /// The escape key, where nothing else wants it. Tells whether it had a meaning.
   virtual bool escapePressed() { return false; }
@@ -84,10 +84,10 @@ class ORN_SCREENS_EXPORT Screen : public std::enable_shared_from_this<Screen> {
 
   /// The window's size in points.
   QSize mainScreen() const;
-  int barHeight() const;
-  int statusBarHeight() const;
-  int topBars() const { return barHeight() + statusBarHeight(); }
-  NavigationWindow* window() const;
+  int barHeight() const;                                           ///< Of the navigation bar, in points; 0 without one.
+  int statusBarHeight() const;                                     ///< Of the device's own bar, in points.
+  int topBars() const { return barHeight() + statusBarHeight(); }  ///< Both.
+  NavigationWindow* window() const;  ///< Null before the first time on screen and after the window has gone.
 
   /// Shows an alert over everything; alertView() is told the answer. It goes unanswered when the screen leaves its
   /// stack. Nothing happens on a screen that stands in no stack, or while an alert of its own with that tag is there.
@@ -96,12 +96,13 @@ class ORN_SCREENS_EXPORT Screen : public std::enable_shared_from_this<Screen> {
 
   /// Whether an alert of this screen with that tag has been in view long enough to be read.
   bool isAlertRead(int tag) const;
+  /// An alert of this screen's was answered, by the button of that index.
   virtual void alertView(int tag, int buttonIndex);
 
-  virtual QWidget* loadView(QWidget* parent);
-  virtual void viewDidLoad() {}
-  virtual void viewDidAppear() {}
-  virtual void viewDidDisappear() {}
+  virtual QWidget* loadView(QWidget* parent);  ///< Makes the view.
+  virtual void viewDidLoad() {}                ///< The view has been made.
+  virtual void viewDidAppear() {}              ///< The screen has come into view.
+  virtual void viewDidDisappear() {}           ///< The screen has gone out of view.
 
   /// The screen stands in no stack any more, whether it was on screen or covered.
   virtual void didLeaveStack() {}

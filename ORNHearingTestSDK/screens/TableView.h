@@ -18,10 +18,11 @@ namespace orn {
 
 class TableView;
 
+/// Where a row is.
 struct IndexPath {
-  int section = 0;
-  int row = 0;
-  auto operator<=>(const IndexPath&) const = default;
+  int section = 0;                                     ///< From 0.
+  int row = 0;                                         ///< Within its section, from 0.
+  auto operator<=>(const IndexPath&) const = default;  ///< By section, then by row.
 };
 
 /// What a table shows and what its rows do.
@@ -29,12 +30,12 @@ class ORN_SCREENS_EXPORT TableViewSource {
  public:
   virtual ~TableViewSource() = default;
 
-  virtual int numberOfSectionsInTableView(TableView& tableView) = 0;
-  virtual int numberOfRowsInSection(TableView& tableView, int section) = 0;
+  virtual int numberOfSectionsInTableView(TableView& tableView) = 0;         ///< How many sections there are.
+  virtual int numberOfRowsInSection(TableView& tableView, int section) = 0;  ///< How many rows a section has.
 
   /// Heights in points. A height of 0 means that there is no heading.
   virtual int heightForRowAtIndexPath(TableView& tableView, IndexPath indexPath) = 0;
-  virtual int heightForHeaderInSection(TableView& tableView, int section);
+  virtual int heightForHeaderInSection(TableView& tableView, int section);  ///< In points; 0 for none.
 
   /// A new view, which the table takes over.
   virtual QWidget* viewForHeaderInSection(TableView& tableView, int section);
@@ -43,7 +44,7 @@ class ORN_SCREENS_EXPORT TableViewSource {
   /// over.
   virtual TableCell* cellForRowAtIndexPath(TableView& tableView, IndexPath indexPath) = 0;
 
-  virtual void didSelectRowAtIndexPath(TableView& tableView, IndexPath indexPath);
+  virtual void didSelectRowAtIndexPath(TableView& tableView, IndexPath indexPath);  ///< The user has chosen a row.
 
  private:
   friend class TableView;
@@ -55,10 +56,10 @@ class ORN_SCREENS_EXPORT TableViewSource {
 /// tabulator key finds the rows, not the table. On a wide window the rows stand in a column in its middle. Main thread.
 class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
  public:
-  explicit TableView(QWidget* parent);
+  explicit TableView(QWidget* parent);  ///< In a parent.
   ~TableView() override;
 
-  static constexpr int kWidestColumn = 640;
+  static constexpr int kWidestColumn = 640;  ///< Of the rows, in points.
 
   /// Not owned. With null, or when the source goes, the table becomes empty at its next reload, and no row comes into
   /// view until then.
@@ -70,7 +71,7 @@ class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
   /// Views above the first section and below the last one, at their own heights and as wide as the table, which takes
   /// them over. Null means that there is none.
   void setTableHeaderView(QWidget* view) { setEdgeView(header_, view); }
-  void setTableFooterView(QWidget* view) { setEdgeView(footer_, view); }
+  void setTableFooterView(QWidget* view) { setEdgeView(footer_, view); }  ///< Below all rows; the table owns it.
 
   /// Room that stays free at the top, such as for a bar.
   void setTopInset(int inset);
@@ -87,16 +88,16 @@ class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
   /// The cell of a row that is in view; null otherwise.
   TableCell* cellForRow(IndexPath indexPath) const;
 
-  void deselectRow(IndexPath indexPath);
+  void deselectRow(IndexPath indexPath);  ///< Draws it as not chosen.
 
   /// How many cells there are in all.
   std::size_t cellCount() const { return cells_.size() + pool_.size(); }
 
  protected:
-  void resizeEvent(QResizeEvent* event) override;
-  void showEvent(QShowEvent* event) override;
-  void scrollContentsBy(int dx, int dy) override;
-  void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;  ///< Qt's; handled here.
+  void showEvent(QShowEvent* event) override;      ///< Qt's; handled here.
+  void scrollContentsBy(int dx, int dy) override;  ///< Qt's; handled here.
+  void keyPressEvent(QKeyEvent* event) override;   ///< Qt's; handled here.
 
  private:
   struct Row {

@@ -16,18 +16,15 @@
 #include <ORNHearingTestSDK/screens/NavigationWindow.h>
 #include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
 #include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
+#include <ORNHearingTestSDK/screens/ServiceNotices.h>
 
-#include "hearing-app/CalibrationFiles.h"
 #include "hearing-app/CheckedDevices.h"
 #include "hearing-app/ClosingDelay.h"
 #include "hearing-app/FirstFrame.h"
 #include "hearing-app/ProfileScreen.h"
 #include "hearing-app/ResultKeeper.h"
-#include "hearing-app/ServiceNotices.h"
-#include "hearing-app/ServiceReplies.h"
 #include "hearing-app/ServiceScreen.h"
 #include "hearing-app/SimulationBanner.h"
-#include "hearing-app/WatchedURLSession.h"
 
 namespace orn {
 namespace {
@@ -50,18 +47,17 @@ void keepHost(const std::string& host) {
 }  // namespace
 
 HostApplication::HostApplication(Platform platform, const std::optional<Profile>& profile, Mode mode) : mode_(mode) {
-  platform.fileManager = std::make_shared<CalibrationFiles>(platform.fileManager);
-  platform.urlSession = std::make_shared<WatchedURLSession>(
-      platform.urlSession, platform.runLoop, judged, [this, life = std::weak_ptr(life_)](const URLRequest& request) {
-        return life.lock() ? watch(request) : std::function<void(const URLReply&)>();
-      });
   Platform::setCurrent(std::move(platform));
   results_ = std::make_shared<ResultKeeper>([this](const QString& message) { say(message); });
   ORNHearingTest::registerAppKey(setting(kAppKeyDefault).value_or(kAppKey));
   if (profile) keepProfile(*profile);
   delegate_ = std::make_shared<ORNSelectTypeDelegate>();
   delegate_->buyButtonClick = [this](QWidget*) { openShop(); };
-  delegate_->shouldPresentTest = [this](const auto& test) { return !offersCheck(test); };
+  delegate_->calibrationFailed = [this](const Error& error) { say(noticeOfCalibration(error)); };
+  delegate_->shouldPresentTest = [this](const auto& test) {
+    watch(*test);
+    return !offersCheck(test);
+  };
   window_ = std::make_unique<NavigationWindow>();
   window_->setWindowTitle(mode == Mode::Real ? QStringLiteral("听力测试") : QStringLiteral("听力测试（模拟演示）"));
   if (mode == Mode::Simulation) new SimulationBanner(*window_);
@@ -160,7 +156,8 @@ void HostApplication::changeService() {
 
 /// In a simulation there is nothing to hear.
 bool HostApplication::offersCheck(const std::shared_ptr<ORNHearingTestViewController>& test) {
-  const auto session = std::dynamic_pointer_cast<ORNManualHearingTest>(test->test());
+  const auto owner = test->test();  // the screen's, and here for as long as this takes
+  const ORNManualHearingTest* session = owner ? owner->manualTest() : nullptr;
   if (!session || mode_ == Mode::Simulation) return false;
   const std::string device = deviceOf(*session);
   if (isDeviceChecked(device)) return false;
@@ -208,18 +205,15 @@ void HostApplication::offerUnsentResults() {
                      });
 }
 
-std::function<void(const URLReply&)> HostApplication::watch(const URLRequest& request) {
-  switch (askedFor(request.url)) {
-    case Asked::Submission:
-      return results_->submissionBegins(request);
-    case Asked::Calibration:
-      return [this, life = std::weak_ptr(life_)](const URLReply& reply) {
-        if (reply.error && life.lock()) say(noticeOfCalibration(*reply.error));
-      };
-    case Asked::Other:
-    default:
-      return {};
-  }
+/// Its result is kept until the service has it.
+void HostApplication::watch(ORNHearingTestViewController& test) {
+  const auto kept = std::make_shared<ResultKeeper::Ended>();
+  test.onComplete = [keeper = std::weak_ptr(results_), kept](const FinishedTest& finished) {
+    if (const auto results = keeper.lock()) *kept = results->keep(finished);
+  };
+  test.onSubmitted = [kept](const std::optional<Error>& error) {
+    if (*kept) (*kept)(error);
+  };
 }
 
 void HostApplication::delayClosing() {

@@ -8,7 +8,6 @@
 #include <QtCore/QString>
 
 #include <ORNHearingTestSDK/platform/Platform.h>
-#include <ORNHearingTestSDK/platform/URLSession.h>
 
 #include "hearing-app/Profile.h"
 
@@ -37,8 +36,7 @@ enum class Mode { Real, Simulation };
 /// told of the service. It asks for what it needs first: the service's address and a profile; and before the first test
 /// of a device it offers a check of its channels. Main thread, after the QApplication.
 ///
-/// What a host developer minds besides: which replies of the service are good for a test (judged()) and which cached
-/// ones (CalibrationFiles), and that no result is lost (ResultKeeper, ClosingDelay).
+/// What a host developer minds besides: that no result is lost (ResultKeeper, ClosingDelay).
 class HostApplication {
  public:
   /// Puts the platform in force for its life. A given profile is registered without asking for one.
@@ -80,7 +78,7 @@ class HostApplication {
   void registerProfile();
   void openShop();
   void offerUnsentResults();
-  std::function<void(const URLReply&)> watch(const URLRequest& request);
+  void watch(ORNHearingTestViewController& test);
   void delayClosing();
   void say(const QString& message);
 

@@ -48,18 +48,16 @@ void keepProfile(const Profile& profile) {
 void registerKeptProfile(std::function<void(std::optional<Error>)> done) {
   const auto service = kept<std::string>(kServiceHostDefault);
   if (!isProfileKept() || !service || service == kept<std::string>(kRegisteredWith)) return;
-  UserProfile::setAppUserID(
-      kept<std::string>(kUserIDDefault), kept<std::string>(kUserNameDefault),
-      kept<bool>(kUserSexDefault).value_or(false), kept<system_clock::time_point>(kBirthdayDefault),
-      kept<std::string>(kPhoneDefault),
-      [service = *service, done = std::move(done)](const std::optional<Error>& error) {
-        if (!error) {
-          defaults().setValue(kRegisteredWith, service);
-          defaults().synchronize();
-        }
-        done(error);
-      },
-      Refusals::AreErrors);
+  UserProfile::registerUser(kept<std::string>(kUserIDDefault), kept<std::string>(kUserNameDefault),
+                            kept<bool>(kUserSexDefault).value_or(false),
+                            kept<system_clock::time_point>(kBirthdayDefault), kept<std::string>(kPhoneDefault),
+                            [service = *service, done = std::move(done)](const std::optional<Error>& error) {
+                              if (!error) {
+                                defaults().setValue(kRegisteredWith, service);
+                                defaults().synchronize();
+                              }
+                              done(error);
+                            });
 }
 
 }  // namespace orn

@@ -3,13 +3,10 @@
 #include <chrono>
 #include <utility>
 
-#include <ORNHearingTestSDK/platform/Platform.h>
-#include <ORNHearingTestSDK/platform/RunLoop.h>
 #include <ORNHearingTestSDK/results/ResultSubmission.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 #include <ORNHearingTestSDK/results/TestHistory.h>
-
-#include "hearing-app/ServiceNotices.h"
+#include <ORNHearingTestSDK/screens/ServiceNotices.h>
 
 namespace orn {
 namespace {
@@ -19,35 +16,29 @@ std::vector<UnsentResult> leftOver() {
   return identity ? UnsentResults::ofUser(identity->userID) : std::vector<UnsentResult>();
 }
 
-/// Begins to be somebody's at its submission, which goes out for the user of the settings.
-std::optional<UnsentResult> newResult(const std::string& body) {
-  auto result = UnsentResult::ofSubmission(body);
-  const auto identity = serviceIdentity();
-  if (!result || !identity) return std::nullopt;
-  result->user = identity->userID;
-  result->ended = std::chrono::floor<std::chrono::seconds>(Platform::current().runLoop->date());
-  return result;
-}
-
 }  // namespace
 
-std::function<void(const URLReply&)> ResultKeeper::submissionBegins(const URLRequest& request) {
-  bool isKept = resubmitted_.has_value();
-  auto result = isKept ? std::exchange(resubmitted_, std::nullopt) : newResult(request.body);
-  if (!result) return {};
-  if (!isKept) isKept = UnsentResults::add(*result);
+ResultKeeper::Ended ResultKeeper::keep(const FinishedTest& test) {
+  // Somebody's from here on: of the user of the settings, for whom it is submitted.
+  const auto identity = serviceIdentity();
+  const UnsentResult result{identity ? identity->userID : "", std::chrono::floor<std::chrono::seconds>(test.ended),
+                            test.left, test.right, test.device};
+  return submissionBegins(result, identity && UnsentResults::add(result));
+}
+
+ResultKeeper::Ended ResultKeeper::submissionBegins(const UnsentResult& result, bool isKept) {
   ++underWay_;
-  return [weak = weak_from_this(), result = std::move(*result), isKept](const URLReply& reply) {
-    if (const auto self = weak.lock()) self->submissionEnded(result, isKept, reply);
+  return [weak = weak_from_this(), result, isKept](const std::optional<Error>& error) {
+    if (const auto self = weak.lock()) self->submissionEnded(result, isKept, error);
   };
 }
 
-void ResultKeeper::submissionEnded(const UnsentResult& result, bool isKept, const URLReply& reply) {
+void ResultKeeper::submissionEnded(const UnsentResult& result, bool isKept, const std::optional<Error>& error) {
   --underWay_;
-  if (!reply.error) {
+  if (!error) {
     UnsentResults::remove(result);
   } else {
-    say_(noticeOfSubmission(*reply.error, isKept || UnsentResults::add(result)));
+    say_(noticeOfSubmission(*error, isKept || (!result.user.empty() && UnsentResults::add(result))));
   }
   if (!isSubmitting() && onIdle) onIdle();
 }
@@ -55,7 +46,7 @@ void ResultKeeper::submissionEnded(const UnsentResult& result, bool isKept, cons
 std::size_t ResultKeeper::unsent() const { return leftOver().size(); }
 
 void ResultKeeper::submitUnsent() {
-  TestHistory::getListenTestWithCompletion(
+  TestHistory::fetch(
       [weak = weak_from_this(), results = leftOver()](const std::optional<Error>& error, const nlohmann::json& stored) {
         const auto self = weak.lock();
         if (!self) return;
@@ -69,21 +60,20 @@ void ResultKeeper::submitUnsent() {
           }
         }
         self->submitNext(std::move(missing));
-      },
-      Refusals::AreErrors);
+      });
 }
 
 void ResultKeeper::submitNext(std::vector<UnsentResult> results) {
   if (results.empty()) return say_(QStringLiteral("测试结果已经提交到测试记录。"));
   const UnsentResult next = results.front();
   results.erase(results.begin());
-  resubmitted_ = next;
-  ResultSubmission::submit(next.left, next.right, next.headset,
-                           [weak = weak_from_this(), rest = std::move(results)](const std::optional<Error>& error) {
-                             const auto self = weak.lock();
-                             if (self && !error) self->submitNext(rest);  // of an error the end of the submission tells
-                           });
-  resubmitted_.reset();
+  ResultSubmission::submit(
+      next.left, next.right, next.headset,
+      [weak = weak_from_this(), ended = submissionBegins(next, true), rest = std::move(results)](const auto& error) {
+        ended(error);
+        const auto self = weak.lock();
+        if (self && !error) self->submitNext(rest);
+      });
 }
 
 }  // namespace orn

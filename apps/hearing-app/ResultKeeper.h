@@ -9,6 +9,7 @@
 #include <QtCore/QString>
 
 #include <ORNHearingTestSDK/platform/URLSession.h>
+#include <ORNHearingTestSDK/results/FinishedTest.h>
 
 #include "hearing-app/UnsentResults.h"
 
@@ -22,8 +23,10 @@ class ResultKeeper : public std::enable_shared_from_this<ResultKeeper> {
   /// `say` tells the user what became of a result.
   explicit ResultKeeper(std::function<void(const QString&)> say) : say_(std::move(say)) {}
 
-  /// A submission, by a session or by this object, begins; what is to be told of its judged reply.
-  std::function<void(const URLReply&)> submissionBegins(const URLRequest& request);
+  using Ended = std::function<void(const std::optional<Error>&)>;
+
+  /// A test is finished and its submission begins; what is to be told of the submission's end.
+  Ended keep(const FinishedTest& test);
 
   bool isSubmitting() const { return underWay_ > 0; }
   /// Called when the last submission that was under way has ended.
@@ -35,12 +38,12 @@ class ResultKeeper : public std::enable_shared_from_this<ResultKeeper> {
   void submitUnsent();
 
  private:
-  void submissionEnded(const UnsentResult& result, bool isKept, const URLReply& reply);
+  Ended submissionBegins(const UnsentResult& result, bool isKept);
+  void submissionEnded(const UnsentResult& result, bool isKept, const std::optional<Error>& error);
   void submitNext(std::vector<UnsentResult> results);
 
   std::function<void(const QString&)> say_;
   int underWay_ = 0;
-  std::optional<UnsentResult> resubmitted_;  // whose submission is just about to begin
 };
 
 }  // namespace orn

@@ -83,12 +83,6 @@ bool keep(const json& list) {
 
 }  // namespace
 
-std::optional<UnsentResult> UnsentResult::ofSubmission(const std::string& body) {
-  const json fields = json::parse(body, nullptr, false);
-  if (!fields.is_object()) return std::nullopt;
-  return UnsentResult{{}, {}, earIn(fields, "left"), earIn(fields, "right"), textIn(fields, "headset")};
-}
-
 bool UnsentResult::isAmong(const json& storedTests) const {
   return storedTests.is_array() && std::any_of(storedTests.begin(), storedTests.end(), [this](const json& stored) {
            if (!stored.is_object() || textIn(stored, "headset") != headset) return false;

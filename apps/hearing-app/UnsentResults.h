@@ -18,9 +18,6 @@ struct UnsentResult {
   EarResult left, right;
   std::string headset;  ///< The audiometer's address or the earphones' model.
 
-  /// From the body of a submission; nothing if it is none.
-  static std::optional<UnsentResult> ofSubmission(const std::string& body);
-
   /// Whether one of the service's stored tests is this one: same thresholds and device, not stored before it ended.
   bool isAmong(const nlohmann::json& storedTests) const;
 

@@ -33,7 +33,7 @@ struct RealTestPlan {
 
 /// The device that a test is to be taken on, as it is connected at present.
 struct ConnectedDevice {
-  OutputPath path;
+  OutputPath path = OutputPath::Audiometer;
   std::string name;  ///< Address of the audiometer or model of the earphones.
 
   /// Throws std::runtime_error with one line if there is neither.

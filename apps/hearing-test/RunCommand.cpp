@@ -29,6 +29,7 @@ RunCommand::RunCommand(CLI::App& app) {
                    "Gets the calibration from this service and sends it the result; the registered "
                    "one if not given")
       ->excludes(calibration);
+  files_.addTo(*command);
   addJson(*command, json_);
 }
 
@@ -45,9 +46,10 @@ int RunCommand::run() {
   plan.out = json_ ? stderr : stdout;
 
   simulation::TestOutcome outcome;
+  ConnectedDevice device;
   {
     TerminalInput input(machine.runLoop);
-    const ConnectedDevice device = ConnectedDevice::find();
+    device = ConnectedDevice::find();
     if (!calibration_.empty()) plan.calibrationReply = calibrationReply(device.path, calibration_);
     RealTest test(plan, input);
     test.begin(
@@ -56,9 +58,16 @@ int RunCommand::run() {
     outcome = test.outcome();
   }
   Platform::clearCurrent();
-  if (!outcome.isComplete) throw std::runtime_error(outcome.failure);
+  if (!outcome.isComplete) throw std::runtime_error(outcome.failure + hint(outcome));
+  files_.write(outcome, device.name);
   if (!outcome.submissionFailure.empty()) throw std::runtime_error(outcome.submissionFailure);
   return 0;
+}
+
+/// What the user can do about it.
+std::string RunCommand::hint(const simulation::TestOutcome& outcome) const {
+  if (!outcome.failure.starts_with("no calibration")) return "";
+  return "; give the service that has it by --host HOST[:PORT], or its reply in a file by --calibration REPLY.json";
 }
 
 /// At once, since the service may take its time.

@@ -5,6 +5,7 @@
 
 #include "hearing-test/CommonOptions.h"
 #include "hearing-test/ListenerOptions.h"
+#include "hearing-test/ResultFiles.h"
 #include "simulation/runs/TestOutcome.h"
 
 namespace CLI {
@@ -22,6 +23,7 @@ class RunCommand {
   int run();
 
  private:
+  std::string hint(const simulation::TestOutcome& outcome) const;
   void print(const simulation::TestOutcome& outcome) const;
 
   std::string type_ = "auto";
@@ -30,6 +32,7 @@ class RunCommand {
   ListenerOptions listener_;
   std::string calibration_;
   std::string host_;
+  ResultFiles files_;
   bool json_ = false;
 };
 

@@ -8,10 +8,10 @@
 #include <ORNHearingTestSDK/audio/WaveChange.h>
 #include <ORNHearingTestSDK/platform/SampleFormat.h>
 
-#include "hearing-test/AudiogramPicture.h"
 #include "hearing-test/CalibrationReply.h"
 #include "hearing-test/HostMachine.h"
 #include "hearing-test/SimulateReport.h"
+#include "simulation/calibration/SampleCalibration.h"
 
 namespace orn {
 namespace {
@@ -52,9 +52,7 @@ SimulateCommand::SimulateCommand(CLI::App& app) {
   command->add_option("--host", host_, "Gets the calibration from this service and sends it the result")
       ->excludes(calibration);
   command->add_option("--wav", wav_, "Writes what the output played, left and right")->option_text("FILE");
-#ifdef ORN_HAS_SCREENS
-  command->add_option("--png", png_, "Draws the finished audiogram")->option_text("FILE");
-#endif
+  files_.addTo(*command);
   addJson(*command, json_);
 }
 
@@ -79,9 +77,7 @@ int SimulateCommand::run() {
   const TestOutcome outcome = simulation::runSimulatedTest(test, json_ ? simulation::TestWatch{} : progressForPeople());
   if (!outcome.isComplete) throw std::runtime_error(outcome.failure);
   if (!wav_.empty()) writeWave(wav_, outcome.samples);
-#ifdef ORN_HAS_SCREENS
-  if (!png_.empty()) writeAudiogramPicture(png_, outcome.left, outcome.right);
-#endif
+  files_.write(outcome, simulation::sampleDevice(test.path));
   if (json_) {
     std::printf("%s\n", jsonReport(outcome).c_str());
   } else {

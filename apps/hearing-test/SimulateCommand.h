@@ -5,6 +5,7 @@
 
 #include "hearing-test/CommonOptions.h"
 #include "hearing-test/ListenerOptions.h"
+#include "hearing-test/ResultFiles.h"
 #include "simulation/runs/SimulatedTest.h"
 
 namespace CLI {
@@ -31,7 +32,8 @@ class SimulateCommand {
   ListenerOptions listener_;
   std::string calibration_;
   std::string host_;
-  std::string wav_, png_;
+  std::string wav_;
+  ResultFiles files_;
   bool json_ = false;
 };
 

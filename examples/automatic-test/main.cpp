@@ -5,8 +5,7 @@
 #include <memory>
 #include <string>
 
-#include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
-#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/ORNHearingTestSDK.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 
 int main() {
@@ -17,7 +16,7 @@ int main() {
   calibration->setS1000("-50");
   calibration->setS4000("-48.5");
 
-  const auto session = std::dynamic_pointer_cast<orn::ORNManualHearingTest>(orn::ORNHearingTest::initWithTestType(0));
+  const auto session = orn::ORNManualHearingTest::initWithTestType(0);
   session->setLeftVolume(calibration);
   session->setRightVolue(calibration);
   session->setTestHzs({"1000hz", "4000hz"});

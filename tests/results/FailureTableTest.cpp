@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <ORNHearingTestSDK/results/ResultSubmission.h>
+#include <ORNHearingTestSDK/results/UserProfile.h>
 
 #include "ServiceScript.h"
 
@@ -42,8 +43,8 @@ TEST(FailureTable, TellsEachCallbackWhatCameOfItsRequest) {
       {"getListenTest", "transport 7 gone", "json", "json", "ok", "ok [{\"id\":2},{\"id\":1}]"},
       {"listenTest", "transport 7 gone", "json", "json", "ok", "ok"},
       {"submit", "transport 7 gone", "json", "json", "service", "ok"},
-      {"getListenTest, refusals told", "transport 7 gone", "json", "json", "service", "ok [{\"id\":2},{\"id\":1}]"},
-      {"setAppUserID, refusals told", "transport 7 gone", "json", "json", "service", "ok"},
+      {"fetch history", "transport 7 gone", "json", "json", "service", "ok [{\"id\":2},{\"id\":1}]"},
+      {"registerUser", "transport 7 gone", "json", "json", "service", "ok"},
       {"postListenTest", "transport 7 gone", "json", "ok", "ok", "ok"},
       {"setAppUserID", "transport 7 gone", "json", "ok", "ok", "ok"},
       {"setKV50MAC", "transport 7 gone", "ok", "ok", "ok", "ok"},
@@ -82,12 +83,24 @@ TEST(FailureTable, WithoutAKeyNothingIsSentAndNothingHeard) {
       EXPECT_EQ(heardBy(script, serviceOperation(operation)), "nothing") << operation << " without " << missing;
       EXPECT_EQ(script.requestCount(), 0U);
     }
-    ServiceScript script;
-    script.knowsUser();
-    script.machine.userDefaults->removeValue(missing);
-    EXPECT_EQ(heardBy(script, serviceOperation("submit")), "registration 0") << "this one tells it";
-    EXPECT_EQ(script.requestCount(), 0U);
+    for (const char* operation : {"submit", "fetch history"}) {
+      ServiceScript script;
+      script.knowsUser();
+      script.machine.userDefaults->removeValue(missing);
+      EXPECT_EQ(heardBy(script, serviceOperation(operation)), "registration 0") << "this one tells it";
+      EXPECT_EQ(script.requestCount(), 0U);
+    }
   }
+}
+
+TEST(FailureTable, AProfileThatLacksSomethingIsToldAndNotSent) {
+  ServiceScript script;
+  const ServiceOperation operation{"", [](const std::function<void(const std::string&)>& done) {
+                                     UserProfile::registerUser("id", "name", true, {}, "phone",
+                                                               [done](const auto& error) { done(told(error)); });
+                                   }};
+  EXPECT_EQ(heardBy(script, operation), "registration 0");
+  EXPECT_EQ(script.requestCount(), 0U);
 }
 
 TEST(FailureTable, TellsARefusalInTheServicesWordsOnOneShortLine) {

@@ -196,6 +196,11 @@ TEST_F(ServiceRequest, WithoutAUsableHostTheCallbackHearsOfIt) {
     });
     run();
   }
+  hears(DefaultsValue(true), serviceOperation("listenTest"));
+  ResultSubmission::submit({}, {}, "model", [](const std::optional<Error>& error) {
+    EXPECT_THAT(error->message, testing::HasSubstr("it is no text"));
+  });
+  run();
   EXPECT_EQ(requestCount(), 0U);
 }
 

@@ -72,17 +72,14 @@ std::vector<ServiceOperation> serviceOperations() {
          ORNHearingTest::setAppUserID("id", "name", true, system_clock::time_point(std::chrono::hours(12)), "phone",
                                       [done](const std::optional<Error>& error) { done(told(error)); });
        }},
-      {"getListenTest, refusals told",
+      {"fetch history",
        [](const Done& done) {
-         TestHistory::getListenTestWithCompletion(
-             [done](const std::optional<Error>& error, const json& list) { done(told(error, list)); },
-             Refusals::AreErrors);
+         TestHistory::fetch([done](const std::optional<Error>& error, const json& list) { done(told(error, list)); });
        }},
-      {"setAppUserID, refusals told",
+      {"registerUser",
        [](const Done& done) {
-         UserProfile::setAppUserID(
-             "id", "name", true, system_clock::time_point(std::chrono::hours(12)), "phone",
-             [done](const std::optional<Error>& error) { done(told(error)); }, Refusals::AreErrors);
+         UserProfile::registerUser("id", "name", true, system_clock::time_point(std::chrono::hours(12)), "phone",
+                                   [done](const std::optional<Error>& error) { done(told(error)); });
        }},
       {"setKV50MAC",
        [](const Done& done) {

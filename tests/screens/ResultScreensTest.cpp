@@ -7,6 +7,7 @@
 #include <QtWidgets/QScrollBar>
 #include <nlohmann/json.hpp>
 
+#include <ORNHearingTestSDK/screens/ChannelCheckScreen.h>
 #include <ORNHearingTestSDK/screens/ChessboardResultView.h>
 #include <ORNHearingTestSDK/screens/ORNTestHistoryViewController.h>
 #include <ORNHearingTestSDK/screens/ORNTestResultViewController.h>
@@ -256,6 +257,9 @@ std::vector<QImage> picturesOn(const QPalette& palette, const QString& styleShee
   script.click("准备好了，开始测试");
   script.run(2);
   shoot();
+  script.window->front()->push(ChannelCheckScreen::initWithTest(*script.test()->test()->manualTest()));
+  script.run();
+  shoot();
   script.test()->dismiss();
   showResult(script, {{"500hz", "30"}}, {{"500hz", "40"}});
   shoot();
@@ -280,6 +284,7 @@ TEST(Screens, AHostsColoursChangeNothing) {
       {"a dark desktop", dark, {}},
       {"a sheet for all", own, "* { color: #eee; background-color: #222; }"},
       {"a sheet for some", own, "QLabel { color: white; background: navy; } QPushButton { border: 2px solid red; }"},
+      {"a sheet with room", own, "* { padding: 9px; margin: 5px; }"},
   };
   for (const auto& [name, palette, styleSheet] : table) {
     const std::vector<QImage> pictures = picturesOn(palette, styleSheet);

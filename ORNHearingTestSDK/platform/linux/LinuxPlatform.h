@@ -13,8 +13,8 @@ class RunLoop;
 
 /// Output and session of one sound server, which share one connection to it.
 struct LinuxSound {
-  std::shared_ptr<AudioOutput> output;
-  std::shared_ptr<AudioSession> session;
+  std::shared_ptr<AudioOutput> output;    ///< Plays.
+  std::shared_ptr<AudioSession> session;  ///< Knows what is plugged in.
 };
 
 /// The sound of this machine through PulseAudio or PipeWire's server of the same protocol. Nothing is connected to

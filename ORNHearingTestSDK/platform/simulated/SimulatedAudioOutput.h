@@ -23,7 +23,7 @@ class ORN_EXPORT SimulatedAudioOutput final : public ToneOutput {
   /// frame on. The number is the place of the first of them since the output was made.
   using Listener = std::function<void(std::int64_t firstFrame, std::span<const std::int16_t> samples)>;
 
-  explicit SimulatedAudioOutput(std::shared_ptr<RunLoop> runLoop);
+  explicit SimulatedAudioOutput(std::shared_ptr<RunLoop> runLoop);  ///< Plays as that loop's time passes.
   ~SimulatedAudioOutput() override;
 
   /// Adds a listener for the output's life.
@@ -31,7 +31,7 @@ class ORN_EXPORT SimulatedAudioOutput final : public ToneOutput {
 
   /// Keeps every sample from now on.
   void keepSamples();
-  const std::vector<std::int16_t>& keptSamples() const;
+  const std::vector<std::int16_t>& keptSamples() const;  ///< Since keepSamples(), left and right in turn.
 
   std::error_code useCurrentDevice() override;
   std::error_code status() override;

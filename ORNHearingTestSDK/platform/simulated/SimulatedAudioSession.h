@@ -13,7 +13,7 @@ class AudioSessionObservers;
 /// A route, a volume and notices by script. Main thread; notices go out from within the scripting operations.
 class ORN_EXPORT SimulatedAudioSession final : public AudioSession {
  public:
-  static constexpr std::int32_t kNewDeviceAvailable = 1;
+  static constexpr std::int32_t kNewDeviceAvailable = 1;  ///< The reason of a device that came.
 
   SimulatedAudioSession();
   ~SimulatedAudioSession() override;
@@ -23,7 +23,7 @@ class ORN_EXPORT SimulatedAudioSession final : public AudioSession {
 
   /// An audiometer of that name at that address, such as "AA:BB:CC:DD:EE:FF", becomes the output.
   void plugAudiometer(const std::string& name, const std::string& address);
-  void plugEarphones();
+  void plugEarphones();  ///< Plugs wired earphones in.
 
   /// Back to the loudspeaker; the observers hear that the old device is unavailable.
   void unplug();
@@ -33,9 +33,9 @@ class ORN_EXPORT SimulatedAudioSession final : public AudioSession {
 
   /// What setActive() and setCategory() were asked for last; nothing before the first time.
   std::optional<bool> active() const { return active_; }
-  std::optional<AudioSessionCategory> category() const { return category_; }
-  std::uint32_t categoryOptions() const { return options_; }
-  int timesConfigured() const { return timesConfigured_; }
+  std::optional<AudioSessionCategory> category() const { return category_; }  ///< As it was set last.
+  std::uint32_t categoryOptions() const { return options_; }                  ///< As they were set last.
+  int timesConfigured() const { return timesConfigured_; }                    ///< How often setCategory() was called.
 
   std::error_code setActive(bool active) override;
   std::error_code setCategory(AudioSessionCategory category, std::uint32_t options) override;

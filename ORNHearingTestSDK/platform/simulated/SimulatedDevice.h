@@ -8,10 +8,10 @@ namespace orn {
 
 /// Given values; set them before anything reads them.
 struct ORN_EXPORT SimulatedDevice final : Device {
-  std::string givenMachine = "Simulated1,1";
-  std::string givenSystemVersion = "1.0";
-  std::string givenApplicationIdentifier = "simulated.host";
-  std::string givenApplicationVersion = "1";
+  std::string givenMachine = "Simulated1,1";                  ///< What machine() answers.
+  std::string givenSystemVersion = "1.0";                     ///< What systemVersion() answers.
+  std::string givenApplicationIdentifier = "simulated.host";  ///< What applicationIdentifier() answers.
+  std::string givenApplicationVersion = "1";                  ///< What applicationVersion() answers.
 
   std::string machine() const override { return givenMachine; }
   std::string systemVersion() const override { return givenSystemVersion; }

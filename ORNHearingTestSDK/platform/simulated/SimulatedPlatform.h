@@ -25,14 +25,14 @@ struct ORN_EXPORT SimulatedPlatform {
   /// The machine as a platform, also for putting together with parts of other backends.
   Platform platform() const;
 
-  std::shared_ptr<SimulatedRunLoop> virtualTime;
-  std::shared_ptr<RunLoop> runLoop;
-  std::shared_ptr<SimulatedAudioOutput> audioOutput;
-  std::shared_ptr<SimulatedAudioSession> audioSession;
-  std::shared_ptr<SimulatedURLSession> urlSession;
-  std::shared_ptr<SimulatedUserDefaults> userDefaults;
-  std::shared_ptr<SimulatedFileManager> fileManager;
-  std::shared_ptr<SimulatedDevice> device;
+  std::shared_ptr<SimulatedRunLoop> virtualTime;        ///< The loop whose time jumps; null on a loop of the host's.
+  std::shared_ptr<RunLoop> runLoop;                     ///< The same loop, or the host's.
+  std::shared_ptr<SimulatedAudioOutput> audioOutput;    ///< Sound that is kept or listened to.
+  std::shared_ptr<SimulatedAudioSession> audioSession;  ///< Plugs, unplugs, interrupts.
+  std::shared_ptr<SimulatedURLSession> urlSession;      ///< Scripted replies.
+  std::shared_ptr<SimulatedUserDefaults> userDefaults;  ///< In memory.
+  std::shared_ptr<SimulatedFileManager> fileManager;    ///< In a temporary folder.
+  std::shared_ptr<SimulatedDevice> device;              ///< With given names.
 };
 
 }  // namespace orn

@@ -14,6 +14,7 @@ namespace orn {
 /// is longer than its timeout. Handlers are called from the loop. Main thread.
 class ORN_EXPORT SimulatedURLSession final : public URLSession {
  public:
+  /// Answers as that loop's time passes.
   explicit SimulatedURLSession(std::shared_ptr<RunLoop> runLoop) : runLoop_(std::move(runLoop)) {}
 
   /// Every request whose address holds the text gets this reply after the delay; of several scripts that fit, the last

@@ -32,8 +32,7 @@ std::string whyMissing(ToneMissingReason reason, const std::string& ear) {
 
 TestRun::TestRun(TestType type, const std::vector<std::string>& frequencies, TestWatch watch)
     : watch_(std::move(watch)),
-      session_(std::dynamic_pointer_cast<ORNManualHearingTest>(
-          ORNHearingTest::initWithTestType(static_cast<std::int32_t>(type)))),
+      session_(ORNManualHearingTest::initWithTestType(static_cast<std::int32_t>(type))),
       delegate_(std::make_shared<ORNHearingTestDelegate>()) {
   session_->setDelegate(delegate_);
   session_->setTestHzs(frequencies);
@@ -49,21 +48,10 @@ void TestRun::calibrate(OutputPath path, const std::string& device, const std::s
 
 void TestRun::fetchCalibration(OutputPath path, const std::string& device, std::function<void()> answered) {
   path_ = path;
-  const auto fetched = [this, answered](const std::optional<Error>& error) {
-    if (error) {
-      fail("no calibration: " + error->message);
-    } else if (!isCalibrated(*session_, path_)) {
-      fail("the service has no calibration for this device");
-    }
+  orn::fetchCalibration(*session_, path, device, [this, answered](const std::optional<Error>& error) {
+    if (error) fail("no calibration: " + error->message);
     answered();
-  };
-  if (path == OutputPath::Audiometer) {
-    session_->setKV50MAC(device, fetched);
-    return;
-  }
-  session_->setEarPlugModel(device, fetched);
-  // Records of earphones that come from the cache file are there at once, and nobody is called back.
-  if (session_->leftVolume() || session_->rightVolue()) fetched(std::nullopt);
+  });
 }
 
 void TestRun::invite(const ListenerTraits& listener) {

@@ -50,8 +50,8 @@ class TestRun {
   /// Takes the calibration of a device, an address or a model, from the service's reply.
   void calibrate(OutputPath path, const std::string& device, const std::string& reply);
 
-  /// Has the session get it from the service or its cache file. Told once there is an answer, in time or at once; what
-  /// went wrong is the outcome's failure then.
+  /// Has the session get it from the service or its cache file. Told once, later, when there is an answer; what went
+  /// wrong is the outcome's failure then.
   void fetchCalibration(OutputPath path, const std::string& device, std::function<void()> answered);
 
   /// A virtual listener is to take the test: it presses for what it hears.

@@ -1,8 +1,5 @@
-#include "hearing-app/ServiceNotices.h"
+#include <ORNHearingTestSDK/screens/ServiceNotices.h>
 
-#include <ORNHearingTestSDK/common/DefaultsReading.h>
-#include <ORNHearingTestSDK/platform/Platform.h>
-#include <ORNHearingTestSDK/results/ServiceHost.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
 
 namespace orn {
@@ -29,11 +26,6 @@ QString noticeOfSubmission(const Error& error, bool isKept) {
   const QString why = isUnreachable(error) ? QStringLiteral("连接不上测听服务器，测试结果没有保存到测试记录")
                                            : QStringLiteral("测听服务器没有接受测试结果，它没有保存到测试记录");
   return why + (isKept ? QStringLiteral("，下次打开时可以再提交。") : QStringLiteral("。"));
-}
-
-bool isServiceHostSet() {
-  const auto host = textValue(Platform::current().userDefaults->value(kServiceHostDefault));
-  return host && !complaintAboutServiceHost(*host);
 }
 
 }  // namespace orn

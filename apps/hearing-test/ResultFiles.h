@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+#include "simulation/runs/TestOutcome.h"
+
+namespace CLI {
+class App;
+}
+
+namespace orn {
+
+/// The files that a finished test can be written to: --csv, and where there are screens --png, --svg, --pdf, --report.
+class ResultFiles {
+ public:
+  void addTo(CLI::App& command);
+
+  /// Those that were asked for. Needs no display, and no platform in force any more. Throws std::runtime_error if one
+  /// can't be written.
+  void write(const simulation::TestOutcome& outcome, const std::string& device) const;
+
+ private:
+  std::string csv_, png_, svg_, pdf_, report_;
+};
+
+}  // namespace orn

@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Goes through the commands of the documents as a new reader does, README first, in a clone with nothing built: a line that
+# builds is run, and whatever a line runs has been built by then. What the programs do is documents_test's. What is made
+# for a release, all tests, packages and measurements, is another stage's and only looked up.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+prefix=$(mktemp -d)
+trap 'rm -rf "$prefix"' EXIT
+rm -rf build/release  # all of it is known to ccache, where this is no fresh clone
+
+commands() { sed -n '/^```sh$/,/^```$/{/^```/!p}' "$1" | sed -E 's/ +# .*//; s/^ +.*//'; }
+count=0
+for document in README.md docs/EMBEDDING.md docs/SERVICE.md docs/MEASURED.md; do
+  while read -r line; do
+    case $line in
+      "make run"* | "make programs"*) $line > /dev/null ;;
+      *make\ *) make -n ${line##*make } > /dev/null ;;
+    esac || { echo "$document: this line fails: $line" >&2; exit 1; }
+    for program in $(grep -oE 'build/[a-z/-]*bin/[a-z-]+' <<< "$line" || true); do
+      [ -x "$program" ] || { echo "$document: nothing has built $program by this line: $line" >&2; exit 1; }
+      count=$((count + 1))
+    done
+  done < <(commands "$document")
+done
+[ "$count" -gt 10 ]
+make install PREFIX="$prefix" > /dev/null  # last, since it builds all
+[ -x "$prefix/bin/hearing-test" ]
+echo "documents: $count lines run what has been built by then"

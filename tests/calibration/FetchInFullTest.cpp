@@ -1,0 +1,78 @@
+#include <memory>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <tests/results/ServiceScript.h>
+#include <ORNHearingTestSDK/engine/SessionCalibration.h>
+
+#include "simulation/calibration/SampleCalibration.h"
+
+namespace orn {
+namespace {
+
+using simulation::sampleReply;
+
+/// A good reply without its last record.
+std::string incomplete(OutputPath path) {
+  auto reply = nlohmann::json::parse(sampleReply(path));
+  reply["deviceVolumeIOS"].erase(reply["deviceVolumeIOS"].size() - 1);
+  return reply.dump();
+}
+
+/// What a new session's fetch hears, after how many requests, and whether that session can then be tested.
+std::string fetch(ServiceScript& script, OutputPath path) {
+  const auto before = script.requestCount();
+  const auto session = ORNManualHearingTest::init();
+  session->setTestHzs({"1000hz", "500hz"});
+  std::string heard;
+  bool isWithin = true;
+  const std::string device = path == OutputPath::Audiometer ? "AA:BB:CC:DD:EE:FF" : kEarphoneModel;
+  fetchCalibration(*session, path, device,
+                   [&](const std::optional<Error>& error) { heard += (isWithin ? "within " : "") + told(error); });
+  isWithin = false;
+  script.run();
+  return heard + ", asked " + std::to_string(script.requestCount() - before) +
+         (isCalibrated(*session, path) ? ", calibrated" : "");
+}
+
+TEST(FetchInFull, AnswersOnceAndKeepsOnlyWhatIsEnoughForATest) {
+  for (const OutputPath path : {OutputPath::Audiometer, OutputPath::Earphones}) {
+    const OutputPath other = path == OutputPath::Audiometer ? OutputPath::Earphones : OutputPath::Audiometer;
+    const std::pair<std::string, std::string> useless[] = {{R"({"rspCode":1,"rspDesc":"unknown"})", "service, asked 1"},
+                                                           {"no JSON", "json, asked 1"},
+                                                           {"[]", "json, asked 1"},
+                                                           {R"({"rspCode":0})", "calibration 0, asked 1"},
+                                                           {incomplete(path), "calibration 0, asked 1"},
+                                                           {sampleReply(other), "calibration 0, asked 1"}};
+    ServiceScript script;
+    script.fails();
+    EXPECT_EQ(fetch(script, path), "transport 7 gone, asked 1");
+    for (const auto& [reply, heard] : useless) {
+      script.answers(reply);
+      for (int time = 0; time < 2; ++time) EXPECT_EQ(fetch(script, path), heard) << reply;
+    }
+    script.answers(sampleReply(path));
+    EXPECT_EQ(fetch(script, path), "ok, asked 1, calibrated");
+    script.fails();
+    EXPECT_EQ(fetch(script, path), "ok, asked 0, calibrated") << "from the cache";
+  }
+}
+
+TEST(FetchInFull, AsksAgainForWhatTheOtherOperationsHaveKeptAndIsNotEnough) {
+  for (const OutputPath path : {OutputPath::Audiometer, OutputPath::Earphones}) {
+    ServiceScript script;
+    script.answers(incomplete(path));
+    const auto session = ORNManualHearingTest::init();
+    session->setKV50MAC("AA:BB:CC:DD:EE:FF", {});
+    session->setEarPlugModel(kEarphoneModel, {});
+    script.run();
+    script.answers(sampleReply(path));
+    EXPECT_EQ(fetch(script, path), "ok, asked 1, calibrated");
+    EXPECT_EQ(fetch(script, path), "ok, asked 0, calibrated") << "and it is mended";
+  }
+}
+
+}  // namespace
+}  // namespace orn

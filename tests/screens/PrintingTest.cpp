@@ -1,0 +1,88 @@
+// Finished tests on paper: what a reader of the files finds in them.
+#include <QtCore/QFile>
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QImage>
+#include <gmock/gmock.h>
+
+#include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
+#include <ORNHearingTestSDK/screens/AudiogramPicture.h>
+#include <ORNHearingTestSDK/screens/PrintableReport.h>
+
+namespace orn {
+namespace {
+
+struct Printing : testing::Test {
+  Printing() { Platform::setCurrent(machine.platform()); }
+  ~Printing() override { Platform::clearCurrent(); }
+
+  QString keep(const char* name, const QByteArray& contents) const {
+    QFile file(folder.filePath(name));
+    EXPECT_TRUE(file.open(QFile::WriteOnly) && file.write(contents) == contents.size());
+    return file.fileName();
+  }
+  static QString printed(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    EXPECT_TRUE(process.waitForFinished() && process.exitCode() == 0) << program.toStdString();
+    return QString::fromUtf8(process.readAllStandardOutput());
+  }
+  QString textOf(const QByteArray& pdf) const { return printed("pdftotext", {"-layout", keep("a.pdf", pdf), "-"}); }
+
+  /// The page as pixels, 72 an inch.
+  QImage pageOf(const QByteArray& pdf) const {
+    printed("pdftoppm", {"-r", "72", "-png", "-singlefile", keep("a.pdf", pdf), folder.filePath("page")});
+    return QImage(folder.filePath("page.png"));
+  }
+
+  QTemporaryDir folder;
+  SimulatedPlatform machine;
+  const EarResult left{{"500hz", "15"}, {"1000hz", "90"}}, right{{"500hz", "40"}, {"4000hz", "-1"}};
+};
+
+/// How many points are strongly of one colour.
+int count(const QImage& image, bool isRed) {
+  int found = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      const QColor one = image.pixelColor(x, y);
+      found += isRed ? one.red() - one.blue() > 120 : one.blue() - one.red() > 120;
+    }
+  }
+  return found;
+}
+
+TEST_F(Printing, AnAudiogramIsTheSameInEveryFormat) {
+  const QImage png = QImage::fromData(audiogramPicture(left, right, PictureFormat::Png)).scaled(375, 667);
+  const QImage pdf = pageOf(audiogramPicture(left, right, PictureFormat::Pdf));
+  EXPECT_EQ(pdf.size(), QSize(375, 667));
+  for (const bool isRed : {false, true}) {
+    EXPECT_GT(count(png, isRed), 20);
+    EXPECT_NEAR(count(pdf, isRed), count(png, isRed), count(png, isRed) / 2);
+  }
+  const QByteArray svg = audiogramPicture(left, right, PictureFormat::Svg);
+  for (const char* part : {"viewBox=\"0 0 375 667\"", ">500</text>", ">4K Hz</text>", ">左耳</text>"}) {
+    EXPECT_TRUE(svg.contains(part)) << part;
+  }
+}
+
+TEST_F(Printing, AReportHoldsAllThatIsKnownOfTheTestOnOnePage) {
+  FinishedTest test = finishedTest(left, right, "AA:BB:CC:DD:EE:FF");
+  const QByteArray pdf = printableReport(test);
+  const QString text = textOf(pdf).simplified();
+  for (const QString& part :
+       {QString("测试时间：2026-01-01 "), QString("AA:BB:CC:DD:EE:FF"), QString("声级核验：未核验"),
+        QString("右耳听阈 (dB HL) 40 — —"), QString("左耳听阈 (dB HL) 15 90 *"), QString("* 已达测试上限"),
+        QString("左耳：平均听力损失 %1 分贝").arg(test.leftLoss)}) {
+    EXPECT_TRUE(text.contains(part)) << part.toStdString() << " in " << text.toStdString();
+  }
+  const QImage page = pageOf(pdf);
+  for (const bool isRed : {false, true}) EXPECT_GT(count(page, isRed), 20);
+  EXPECT_TRUE(printed("pdfinfo", {folder.filePath("a.pdf")}).simplified().contains("Pages: 1 "));
+  test.levelVerification = "coupler <2026>";
+  EXPECT_TRUE(textOf(printableReport(test)).contains("声级核验：coupler <2026>"));
+  EXPECT_TRUE(textOf(printableReport({})).contains("没有结果"));
+}
+
+}  // namespace
+}  // namespace orn
