@@ -8,7 +8,7 @@ FUZZ_SECONDS ?= 60
 
 programs := hearing-app hearing-test hearing-service
 
-.PHONY: run programs test install bench fuzz deb docs format clean bootstrap
+.PHONY: run programs test install bench fuzz deb docs web format clean bootstrap
 
 bootstrap:
 	@scripts/bootstrap.sh
@@ -52,6 +52,12 @@ deb: bootstrap
 docs: bootstrap
 	@scripts/bootstrap.sh docs
 	@scripts/docs.sh
+
+# A folder of static files, build/web/bin, for a phone's browser or a desktop's; served on this machine alone.
+web:
+	@scripts/web.sh
+	@echo "http://127.0.0.1:8000/ (Ctrl-C ends it)"
+	@python3 -m http.server 8000 --bind 127.0.0.1 --directory build/web/bin
 
 format:
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i

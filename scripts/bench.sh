@@ -18,3 +18,5 @@ if command -v xvfb-run > /dev/null; then
   echo "on an X server:"
   QT_QPA_PLATFORM=xcb xvfb-run -a build/release/benchmarks/application_benchmark start
 fi
+# Of the page, where `make web` has built it.
+[ ! -e build/web/bin/index.html ] || node scripts/check-web.mjs bench

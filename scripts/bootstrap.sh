@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what the project needs on Debian 12: tools, libraries, and what its tests run against; with a word, also what
 # only that needs: the reader of layouts, the other compiler, the fuzzers, the benchmarks' peers, the Debian packages, the
-# reference.
+# reference, the web.
 set -euo pipefail
 
 packages=(
@@ -27,6 +27,7 @@ case "${1-}" in
   bench) packages+=(gstreamer1.0-plugins-base gstreamer1.0-tools libstk-dev sox xauth xvfb) ;;
   deb) packages+=(desktop-file-utils dpkg-dev file) ;;
   docs) packages+=(doxygen) ;;
+  web) packages+=(chromium chromium-driver dpkg-dev emscripten nodejs python3) ;;
 esac
 
 missing=()

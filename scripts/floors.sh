@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 # Lowest first; the folders of a line know nothing of each other.
 floors=(
   "ORNHearingTestSDK/platform"
-  "ORNHearingTestSDK/platform/linux ORNHearingTestSDK/platform/simulated ORNHearingTestSDK/platform/qt"
+  "ORNHearingTestSDK/platform/linux ORNHearingTestSDK/platform/simulated ORNHearingTestSDK/platform/qt ORNHearingTestSDK/platform/web"
   "ORNHearingTestSDK/contracts"
   "ORNHearingTestSDK/common"
   "ORNHearingTestSDK/audio ORNHearingTestSDK/results"
@@ -22,7 +22,7 @@ floors=(
   "apps/simulation/runs"
   "apps/simulation/studies"
   "apps/hearing-service"
-  "apps/hearing-app apps/hearing-test"
+  "apps/hearing-app apps/hearing-test apps/hearing-web"
   "apps/hearing-app-tools"
 )
 

@@ -24,7 +24,7 @@ std::uint8_t* allocate(std::int64_t size, std::int64_t count) {
   const auto cycles = static_cast<std::uint64_t>(std::max<std::int64_t>(count, 0));
   constexpr std::uint64_t most = std::numeric_limits<std::ptrdiff_t>::max();
   if (cycles > 0 && cycle > most / cycles) return nullptr;
-  return static_cast<std::uint8_t*>(std::malloc(std::max<std::size_t>(cycle * cycles, 1)));
+  return static_cast<std::uint8_t*>(std::malloc(static_cast<std::size_t>(std::max<std::uint64_t>(cycle * cycles, 1))));
 }
 
 std::uint8_t* put(std::uint8_t* out, const char (&id)[5]) {

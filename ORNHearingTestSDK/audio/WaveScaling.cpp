@@ -163,7 +163,7 @@ void scaleCycle(const std::uint8_t* in, std::int64_t size, float amplitude, std:
 }
 
 void rampCycles(const std::uint8_t* in, std::int64_t size, std::int32_t repetitions, float start, float end,
-                std::uint8_t* out, WaveKernel kernel) {
+                std::uint8_t* out, [[maybe_unused]] WaveKernel kernel) {
   if (size < 1 || repetitions < 1) return;
   const Ramp ramp = Ramp::of(in, size, repetitions, start, end, out);
   if (!isFast(start) || !isFast(end) || size > kCountable || repetitions > kCountable) return rampPlainly(ramp);

@@ -10,7 +10,7 @@ std::string dateText(std::chrono::system_clock::time_point date, const char* pat
 }
 
 std::string dateText(std::chrono::sys_seconds date, const char* pattern) {
-  const std::time_t seconds = date.time_since_epoch().count();
+  const auto seconds = static_cast<std::time_t>(date.time_since_epoch().count());
   std::tm calendar{};
   if (!localtime_r(&seconds, &calendar)) return {};
   std::array<char, 64> text{};

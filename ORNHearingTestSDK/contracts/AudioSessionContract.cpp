@@ -26,6 +26,10 @@ class SessionCheck {
 
   AudioSession& session() { return *underTest_.session; }
 
+  void needVolume() {
+    if (!underTest_.hasVolume) throw NotChecked{"needs an output whose volume can be set"};
+  }
+  bool hasVolume() const { return underTest_.hasVolume; }
   void plug() { happen(underTest_.plug, "plug"); }
   void unplug() { happen(underTest_.unplug, "unplug"); }
   void unplugAll() { happen(underTest_.unplugAll, "unplugAll"); }
@@ -92,6 +96,7 @@ const Contract<SessionCheck> kAudioSessionContracts[] = {
 
     {"the volume that is set is the volume of the output",
      [](SessionCheck& check) {
+       check.needVolume();
        for (const float volume : {1.0F, 0.0F, 0.5F, 0.9F}) {
          expect(!check.session().setOutputVolume(volume), "it can't be set");
          const float now = check.session().outputVolume();
@@ -101,6 +106,7 @@ const Contract<SessionCheck> kAudioSessionContracts[] = {
 
     {"beyond 0 and 1 the nearer volume counts, and what is no number is 0",
      [](SessionCheck& check) {
+       check.needVolume();
        constexpr float none = std::numeric_limits<float>::quiet_NaN();
        for (const auto& [volume, result] : {std::pair{7.0F, 1.0F}, {-3.0F, 0.0F}, {1.0F, 1.0F}, {none, 0.0F}}) {
          (void)check.session().setOutputVolume(volume);
@@ -110,10 +116,19 @@ const Contract<SessionCheck> kAudioSessionContracts[] = {
 
     {"restoreOutputVolume() puts back the volume that was there before it was set",
      [](SessionCheck& check) {
+       check.needVolume();
        const float before = check.session().outputVolume();
        (void)check.session().setOutputVolume(before < 0.5F ? 0.9F : 0.1F);
        expect(!check.session().restoreOutputVolume(before), "it fails");
        expect(isNear(check.session().outputVolume(), before), "the volume is another one");
+     }},
+
+    {"where the volume can't be set, setOutputVolume() gives not_supported",
+     [](SessionCheck& check) {
+       if (check.hasVolume()) throw NotChecked{"the volume can be set"};
+       const float before = check.session().outputVolume();
+       expect(check.session().setOutputVolume(0.5F) == std::errc::not_supported, "it succeeds, or gives another error");
+       expect(check.session().outputVolume() == before, "another volume is told of all the same");
      }},
 
     {"without an output there is no route text and no port",

@@ -18,6 +18,9 @@ struct AudioSessionUnderTest {
   /// Lets a span of the machine's time pass, in which its loop makes the calls that are due.
   std::function<void(std::chrono::nanoseconds span)> runFor;
 
+  /// For an output whose volume nobody can read or set.
+  bool hasVolume = true;
+
   /// Makes another device the output, and takes the device away that is the output, with others left or none.
   std::function<void()> plug;
   std::function<void()> unplug;  ///< Unplugs it.

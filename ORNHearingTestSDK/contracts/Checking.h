@@ -3,6 +3,9 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 #include <ORNHearingTestSDK/contracts/Contract.h>
 
@@ -28,6 +31,16 @@ template <class Hook>
 const Hook& needed(const Hook& hook, const char* name) {
   if (!hook) throw NotChecked{std::string("needs the hook ") + name};
   return hook;
+}
+
+/// Another thread, or the end of the check on a machine that has one thread alone.
+template <class Run>
+std::thread newThread(Run run) {
+  try {
+    return std::thread(std::move(run));
+  } catch (const std::system_error& error) {
+    throw NotChecked{std::string("needs another thread: ") + error.what()};
+  }
 }
 
 /// A sentence of the interface's header, and what shows that it holds. Each check gets a backend made for it alone.

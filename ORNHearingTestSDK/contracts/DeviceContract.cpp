@@ -36,7 +36,7 @@ const Contract<DeviceCheck> kDeviceContracts[] = {
      [](DeviceCheck& check) {
        const auto before = check.texts();
        std::vector<std::string> elsewhere;
-       std::thread([&] { elsewhere = check.texts(); }).join();
+       newThread([&] { elsewhere = check.texts(); }).join();
        expect(check.texts() == before && elsewhere == before, "another text comes at another time");
      }},
 };

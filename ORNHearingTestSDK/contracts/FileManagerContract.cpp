@@ -85,7 +85,7 @@ const Contract<FilesCheck> kFileManagerContracts[] = {
        const Bytes old(100'000, 'o'), fresh(200'000, 'n');
        check.write(old);
        std::atomic<bool> isOver = false;
-       std::thread writer([&] {
+       std::thread writer = newThread([&] {
          for (int i = 0; i < 30; ++i) (void)check.files().writeAtomically(check.path, i % 2 == 0 ? fresh : old);
          isOver = true;
        });

@@ -305,7 +305,7 @@ const Contract<LoopCheck> kRunLoopContracts[] = {
        std::vector<int> made;
        bool isElsewhere = false;
        const auto here = std::this_thread::get_id();
-       std::thread other([&] {
+       std::thread other = newThread([&] {
          for (int i = 0; i < count; ++i) {
            check.loop().dispatchAsync([&, i] {
              const std::lock_guard lock(mutex);
@@ -325,7 +325,7 @@ const Contract<LoopCheck> kRunLoopContracts[] = {
     {"a call that another thread dispatches wakes a loop that waits",
      [](LoopCheck& check) {
        std::atomic<nanoseconds> asked{}, called{-1ns};
-       std::thread other([&] {
+       std::thread other = newThread([&] {
          for (int i = 0; i < 2000 && check.now() < 20ms; ++i) std::this_thread::sleep_for(1ms);
          asked = check.now();
          check.loop().dispatchAsync([&] { called = check.now(); });

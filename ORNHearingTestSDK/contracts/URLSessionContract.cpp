@@ -192,7 +192,7 @@ const Contract<URLCheck> kURLSessionContracts[] = {
        constexpr std::size_t count = 10;
        const URLRequest request = check.answered();
        std::vector<std::thread> callers;
-       for (std::size_t i = 0; i < count; ++i) callers.emplace_back([&] { check.ask(request); });
+       for (std::size_t i = 0; i < count; ++i) callers.push_back(newThread([&] { check.ask(request); }));
        for (std::thread& caller : callers) caller.join();
        check.expectAnswers(count);
      }},

@@ -113,14 +113,14 @@ const Contract<DefaultsCheck> kUserDefaultsContracts[] = {
        constexpr int count = 100;
        std::vector<std::thread> threads;
        for (const std::string prefix : {"a", "b", "c"}) {
-         threads.emplace_back([&check, prefix] {
+         threads.push_back(newThread([&check, prefix] {
            for (int i = 0; i < count; ++i) {
              const std::string key = prefix + std::to_string(i);
              check.defaults().setValue(key, std::int64_t{i});
              if (check.defaults().value(key) != DefaultsValue(std::int64_t{i}))
                check.defaults().removeValue(prefix + "0");
            }
-         });
+         }));
        }
        for (std::thread& thread : threads) thread.join();
        for (const std::string prefix : {"a", "b", "c"}) {

@@ -60,7 +60,7 @@ class ORN_EXPORT AudioSession {
   virtual float outputVolume() const = 0;
 
   /// Drives the volume slider of the device, 0 to 1; beyond that the nearer end counts, and what is no number is 0.
-  /// std::errc::no_such_device where there is none.
+  /// std::errc::no_such_device where there is none, not_supported where programs can't set the volume.
   virtual std::error_code setOutputVolume(float volume) = 0;
 
   /// Puts the volume back to the one that outputVolume() told before setOutputVolume() first changed it. Unless a

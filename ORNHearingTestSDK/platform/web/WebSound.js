@@ -1,0 +1,143 @@
+// The page's half of the web backend's sound: one AudioContext with one AudioWorkletNode, and what may take it away. A
+// program opens it by Module.ornSound.open(), in the gesture that a browser asks for.
+
+mergeInto(LibraryManager.library, {
+  $ORNSound__deps: ['orn_web_reported', 'orn_web_available', 'orn_web_heard'],
+  $ORNSound__postset: 'Module["ornSound"] = ORNSound;',
+  $ORNSound: {
+    kLongestStall: 0.5, // seconds
+    context: null,
+    node: null,
+    ear: null,
+    unsent: [], // before there was a node
+    isConnected: false,
+    isFrozen: false,
+    isStalled: false,
+    wasAvailable: false,
+    base: null, // a moment on both clocks: of the page, and of the sound
+
+    /** Opens the sound, or goes on after a suspension; resolved when it sounds. */
+    open: async function(workletUrl = 'OutputWorklet.js') {
+      if (!this.context) await this.make(workletUrl);
+      await this.context.resume();
+      this.update();
+    },
+
+    make: async function(workletUrl) {
+      this.context = new AudioContext({ sampleRate: 48000, latencyHint: 'interactive' });
+      await this.context.audioWorklet.addModule(workletUrl);
+      this.node = new AudioWorkletNode(this.context, 'orn-output', { numberOfInputs: 0, outputChannelCount: [2] });
+      this.node.port.onmessage = ({ data }) => {
+        for (const report of data) _orn_web_reported(...report);
+      };
+      for (const message of this.unsent.splice(0)) this.post(message);
+      const update = () => this.update();
+      this.context.addEventListener('statechange', update);
+      document.addEventListener('visibilitychange', update);
+      for (const event of ['freeze', 'resume']) {
+        document.addEventListener(event, () => {
+          this.isFrozen = event === 'freeze';
+          update();
+        });
+      }
+      // Another output: nobody knows which, and at which level.
+      if (navigator.mediaDevices) navigator.mediaDevices.addEventListener('devicechange', () => {
+        this.tell(false);
+        update();
+      });
+      setInterval(() => this.watch(), 100);
+    },
+
+    /** Why nothing sounds; the empty text where it does. */
+    why: function() {
+      if (!this.context) return 'closed';
+      if (this.context.state !== 'running') return this.context.state; // suspended, interrupted, closed
+      if (document.hidden) return 'hidden';
+      if (this.isFrozen) return 'frozen';
+      return this.isStalled ? 'stalled' : '';
+    },
+
+    update: function() {
+      this.tell(this.why() === '');
+    },
+
+    tell: function(isAvailable) {
+      if (isAvailable === this.wasAvailable) return;
+      this.wasAvailable = isAvailable;
+      this.base = null;
+      // What the audio thread has not been told yet must not sound on when the output is back.
+      if (!isAvailable) {
+        this.node.disconnect();
+        this.isConnected = false;
+      }
+      _orn_web_available(isAvailable ? 1 : 0);
+    },
+
+    /** A clock of the sound that falls behind the page's stood still: what was to sound meanwhile did not. */
+    watch: function() {
+      const page = performance.now() / 1000, sound = this.context ? this.context.currentTime : 0;
+      const behind = this.base ? page - this.base.page - (sound - this.base.sound) : 0;
+      if (this.isStalled && sound > this.base.sound) {
+        this.isStalled = false;
+        this.base = null;
+      } else if (behind > this.kLongestStall && !this.isStalled) {
+        this.isStalled = true;
+        this.update();
+        this.base = { page, sound };
+      }
+      // Anew from time to time, since no two clocks go alike.
+      if (!this.base || (!this.isStalled && page - this.base.page > 5)) this.base = { page, sound };
+      this.update();
+    },
+
+    connect: function() {
+      if (this.isConnected) return;
+      this.isConnected = true;
+      this.node.connect(this.context.destination);
+      if (this.ear) this.node.connect(this.ear);
+    },
+
+    post: function(message, transfer = []) {
+      if (this.node) this.node.port.postMessage(message, transfer);
+      else this.unsent.push(message);
+    },
+  },
+
+  orn_web_why__deps: ['$ORNSound'],
+  orn_web_why: function() { return ['', 'closed', 'suspended', 'interrupted', 'hidden', 'frozen', 'stalled'].indexOf(ORNSound.why()); },
+  orn_web_watch__deps: ['$ORNSound'],
+  orn_web_watch: function() { if (ORNSound.context) ORNSound.watch(); },
+  orn_web_make__deps: ['$ORNSound'],
+  orn_web_make: function(id) { return ORNSound.post({ id, does: 'make' }); },
+  orn_web_drop__deps: ['$ORNSound'],
+  orn_web_drop: function(id) { return ORNSound.post({ id, does: 'drop' }); },
+  orn_web_play__deps: ['$ORNSound'],
+  orn_web_play: function(id) {
+    ORNSound.connect();
+    ORNSound.post({ id, does: 'play' });
+  },
+  orn_web_pause__deps: ['$ORNSound'],
+  orn_web_pause: function(id) { return ORNSound.post({ id, does: 'pause' }); },
+  orn_web_clear__deps: ['$ORNSound'],
+  orn_web_clear: function(id, turn) { return ORNSound.post({ id, does: 'clear', turn }); },
+  orn_web_gain__deps: ['$ORNSound'],
+  orn_web_gain: function(id, left, right) { return ORNSound.post({ id, does: 'gain', gain: [left, right] }); },
+  orn_web_feed__deps: ['$ORNSound'],
+  orn_web_feed: function(id, at, count, isLast) {
+    const samples = HEAP16.slice(at >> 1, (at >> 1) + count);
+    ORNSound.post({ id, does: 'feed', samples, isLast: isLast !== 0 }, [samples.buffer]);
+  },
+  orn_web_listen__deps: ['$ORNSound', 'malloc', 'free'],
+  orn_web_listen: function() {
+    if (ORNSound.ear || !ORNSound.context) return;
+    ORNSound.ear = new AudioWorkletNode(ORNSound.context, 'orn-ear');
+    ORNSound.ear.connect(ORNSound.context.destination);
+    if (ORNSound.isConnected) ORNSound.node.connect(ORNSound.ear);
+    ORNSound.ear.port.onmessage = ({ data }) => {
+      const at = _malloc(data.byteLength);
+      HEAP16.set(data, at >> 1);
+      _orn_web_heard(at, data.length);
+      _free(at);
+    };
+  },
+});

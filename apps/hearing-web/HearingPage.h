@@ -1,0 +1,56 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <ORNHearingTestSDK/engine/ChannelCheck.h>
+#include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
+#include <ORNHearingTestSDK/platform/AudioSession.h>
+
+#include "simulation/listener/VirtualListener.h"
+
+namespace orn::web {
+
+/// One test on the page, from the channel check to the result, on the earphone path with the sample calibration. What
+/// happens is told by events, a name and an object. Nobody is registered, so nothing is ever submitted. Main thread.
+class HearingPage {
+ public:
+  using Tell = std::function<void(const std::string& event, const nlohmann::json& what)>;
+
+  HearingPage(const std::vector<std::string>& frequencies, Tell tell);
+  ~HearingPage();
+  HearingPage(const HearingPage&) = delete;
+  HearingPage& operator=(const HearingPage&) = delete;
+
+  /// The channel check's tone sounds; false if it does not.
+  bool playCheck();
+  bool answerCheck(ChannelAnswer heard);
+  /// As in ChannelFinding, or -1 until all is answered.
+  int checkFinding() const;
+
+  /// A virtual listener takes the test: it hears the samples that leave the page's output, and nothing else.
+  void invite(const simulation::ListenerTraits& listener);
+
+  void startEar(bool isLeft);
+  void press();
+  void pause();
+  void goOn();
+
+ private:
+  void watchDelegate();
+  void watchOutput();
+
+  Tell tell_;
+  std::shared_ptr<ORNManualHearingTest> session_;
+  std::shared_ptr<ORNHearingTestDelegate> delegate_ = std::make_shared<ORNHearingTestDelegate>();
+  std::shared_ptr<AudioSessionObserver> observer_ = std::make_shared<AudioSessionObserver>();
+  std::unique_ptr<ChannelCheck> check_;
+  std::unique_ptr<simulation::VirtualListener> listener_;
+  bool isUnderWay_ = false;  // an ear is being tested
+};
+
+}  // namespace orn::web
