@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <ORNHearingTestSDK/platform/Export.h>
+
 namespace orn {
 
 /// The frequencies in Hz that have a tone, ascending.

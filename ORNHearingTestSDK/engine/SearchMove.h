@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include <ORNHearingTestSDK/platform/Export.h>
+
 namespace orn {
 
 /// What is known of a level; the numbers are those of an item's hearStatus.

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <span>
 
+#include <ORNHearingTestSDK/platform/Export.h>
+
 namespace orn {
 
 /// What a player's pan and volume make of its samples in each channel.

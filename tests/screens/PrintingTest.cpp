@@ -58,7 +58,7 @@ TEST_F(Printing, AnAudiogramIsTheSameInEveryFormat) {
   EXPECT_EQ(pdf.size(), QSize(375, 667));
   for (const bool isRed : {false, true}) {
     EXPECT_GT(count(png, isRed), 20);
-    EXPECT_NEAR(count(pdf, isRed), count(png, isRed), count(png, isRed) / 2);
+    EXPECT_NEAR(count(pdf, isRed), count(png, isRed), 0.5 * count(png, isRed));
   }
   const QByteArray svg = audiogramPicture(left, right, PictureFormat::Svg);
   for (const char* part : {"viewBox=\"0 0 375 667\"", ">500</text>", ">4K Hz</text>", ">左耳</text>"}) {
