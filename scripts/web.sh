@@ -6,4 +6,4 @@ scripts/bootstrap.sh
 scripts/bootstrap.sh web
 scripts/web-libraries.sh
 cmake --preset web --log-level=NOTICE > /dev/null
-cmake --build --preset web --target hearing_web_page web_contracts
+cmake --build --preset web --target hearing_web_page web_contracts web_samples
