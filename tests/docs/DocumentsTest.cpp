@@ -58,11 +58,9 @@ std::vector<Block> blocksOf(const fs::path& document) {
 std::vector<fs::path> documents() {
   std::vector<fs::path> found;
   for (const fs::path& folder : {kRoot, kRoot / "docs"}) {
-    for (const auto& entry : fs::directory_iterator(folder)) {
-      if (entry.path().extension() == ".md") found.push_back(entry.path());
-    }
+    std::copy_if(fs::directory_iterator(folder), {}, std::back_inserter(found),
+                 [](const fs::path& one) { return one.extension() == ".md"; });
   }
-  std::sort(found.begin(), found.end());
   return found;
 }
 

@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ORNHearingTestSDK/contracts/TemporaryFolder.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxDevice.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxFileManager.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxUserDefaults.h>
@@ -22,8 +23,6 @@ namespace {
 class LinuxFolders : public testing::Test {
  protected:
   LinuxFolders() {
-    std::string fresh = std::filesystem::temp_directory_path() / "folders.XXXXXX";
-    root_ = mkdtemp(fresh.data());
     for (const char* name : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME"}) {
       const char* const value = getenv(name);
       before_.emplace_back(name, value ? std::optional<std::string>(value) : std::nullopt);
@@ -33,7 +32,6 @@ class LinuxFolders : public testing::Test {
   }
   ~LinuxFolders() override {
     for (const auto& [name, value] : before_) value ? setenv(name, value->c_str(), 1) : unsetenv(name);
-    std::filesystem::remove_all(root_);
   }
 
   void write(const std::string& path, const std::string& bytes) const {
@@ -41,27 +39,25 @@ class LinuxFolders : public testing::Test {
     std::ofstream(root_ + path, std::ios::binary) << bytes;
   }
 
-  std::string root_;
+  contract::TemporaryFolder folder_;
+  const std::string root_ = folder_.path();
   std::vector<std::pair<const char*, std::optional<std::string>>> before_;
 };
 
 TEST_F(LinuxFolders, FollowTheBaseDirectorySpecification) {
-  const std::string given = root_ + "/given", home = root_ + "/home/";
-  const struct {
-    std::optional<std::string> base;
-    std::string application, data, config;
-  } table[] = {{{}, "org.app", home + ".local/share/org.app", home + ".config/org.app"},
-               {"", "org.app", home + ".local/share/org.app", home + ".config/org.app"},
-               {"relative/path", "org.app", home + ".local/share/org.app", home + ".config/org.app"},
-               {given, "org.app", given + "/org.app", given + "/org.app"},
-               {given + "/", "../up", given + "/.._up", given + "/.._up"},
-               {given, "..", given + "/_", given + "/_"},
-               {given, "", given + "/_", given + "/_"}};
-  for (const auto& [base, application, data, config] : table) {
-    for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME"})
-      base ? setenv(name, base->c_str(), 1) : unsetenv(name);
-    EXPECT_EQ(LinuxFileManager(application).documentsDirectory(), data + "/documents");
-    EXPECT_EQ(LinuxUserDefaults::defaultPath(application), config + "/defaults.plist");
+  const std::string given = root_ + "/given", home = root_ + "/home/", application = "org.app";
+  for (const char* base : {static_cast<const char*>(nullptr), "", "relative/path"}) {
+    for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME"}) base ? setenv(name, base, 1) : unsetenv(name);
+    EXPECT_EQ(LinuxFileManager(application).documentsDirectory(), home + ".local/share/org.app/documents");
+    EXPECT_EQ(LinuxUserDefaults::defaultPath(application), home + ".config/org.app/defaults.plist");
+  }
+  for (std::filesystem::path made = home + ".local/share/org.app/documents"; made != root_; made = made.parent_path()) {
+    EXPECT_EQ(std::filesystem::status(made).permissions(), std::filesystem::perms::owner_all) << made;
+  }
+  for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME"}) setenv(name, (given + "/").c_str(), 1);
+  for (const auto& [name, folder] : {std::pair("org.app", "/org.app"), {"../up", "/.._up"}, {"..", "/_"}, {"", "/_"}}) {
+    EXPECT_EQ(LinuxFileManager(name).documentsDirectory(), given + folder + "/documents");
+    EXPECT_EQ(LinuxUserDefaults::defaultPath(name), given + folder + "/defaults.plist");
   }
 }
 
@@ -70,13 +66,6 @@ TEST_F(LinuxFolders, WithoutAHomeVariableTheUserDatabaseTellsIt) {
   const passwd* const entry = getpwuid(getuid());
   const std::string home = entry ? entry->pw_dir : "";
   EXPECT_EQ(LinuxUserDefaults::defaultPath("a"), (home == "/" ? "" : home) + "/.config/a/defaults.plist");
-}
-
-TEST_F(LinuxFolders, TheDocumentsFolderIsMadeForThisUserAlone) {
-  const std::string folder = LinuxFileManager("org.app").documentsDirectory();
-  for (std::filesystem::path made = folder; made != root_; made = made.parent_path()) {
-    EXPECT_EQ(std::filesystem::status(made).permissions(), std::filesystem::perms::owner_all) << made;
-  }
 }
 
 TEST_F(LinuxFolders, TheMachineIsTheFirstThatSaysWhatItIs) {

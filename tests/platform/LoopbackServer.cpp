@@ -105,9 +105,9 @@ LoopbackServer::~LoopbackServer() {
   close(listener_);
 }
 
-void LoopbackServer::script(const std::string& path, std::string bytes, std::size_t waitForRequests) {
+void LoopbackServer::script(const std::string& path, std::string bytes) {
   const std::lock_guard lock(mutex_);
-  answers_.insert_or_assign(path, Answer{std::move(bytes), waitForRequests});
+  answers_.insert_or_assign(path, std::move(bytes));
 }
 
 bool LoopbackServer::waitForRequests(std::size_t count) const {
@@ -142,21 +142,17 @@ void LoopbackServer::serve(int connection) {
     requests_.push_back(request);
     come_.notify_all();
   }
-  answer(channel, request);
+  const auto answer = answerTo(request);
+  if (answer) channel.sendAll(*answer);
+  if (!answer && !request.empty()) channel.waitUntilClosed();
   channel.sendEnd();
   channel.waitUntilClosed();
 }
 
-void LoopbackServer::answer(Channel& channel, const std::string& request) {
+std::optional<std::string> LoopbackServer::answerTo(const std::string& request) const {
   const std::size_t start = request.find(' ') + 1;
-  const auto answer = answerTo(request.substr(start, request.find(' ', start) - start));
-  if (answer && waitForRequests(answer->waitForRequests)) return channel.sendAll(answer->bytes);
-  if (!request.empty()) channel.waitUntilClosed();
-}
-
-std::optional<LoopbackServer::Answer> LoopbackServer::answerTo(const std::string& path) const {
   const std::lock_guard lock(mutex_);
-  const auto found = answers_.find(path);
+  const auto found = answers_.find(request.substr(start, request.find(' ', start) - start));
   return found == answers_.end() ? std::nullopt : std::optional(found->second);
 }
 

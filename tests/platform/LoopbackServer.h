@@ -31,8 +31,8 @@ class LoopbackServer {
   }
 
   /// What a request of that path is answered with before the connection is closed. A path without a script is never
-  /// answered. The answers wait until as many requests have come as they are to wait for.
-  void script(const std::string& path, std::string bytes, std::size_t waitForRequests = 0);
+  /// answered.
+  void script(const std::string& path, std::string bytes);
 
   /// Waits until that many requests have come; false if they don't.
   bool waitForRequests(std::size_t count) const;
@@ -41,22 +41,16 @@ class LoopbackServer {
   std::vector<std::string> requests() const;
 
  private:
-  struct Answer {
-    std::string bytes;
-    std::size_t waitForRequests;
-  };
-
   void accept();
   void serve(int connection);
-  void answer(Channel& channel, const std::string& request);
-  std::optional<Answer> answerTo(const std::string& path) const;
+  std::optional<std::string> answerTo(const std::string& request) const;
 
   const std::shared_ptr<ssl_ctx_st> tls_;
   int listener_;
   int port_ = 0;
   mutable std::mutex mutex_;
   mutable std::condition_variable come_;
-  std::map<std::string, Answer> answers_;
+  std::map<std::string, std::string> answers_;
   std::vector<std::string> requests_;
   std::vector<int> connections_;
   std::vector<std::thread> threads_;

@@ -9,33 +9,18 @@
 namespace orn {
 namespace {
 
-struct LibC : SharedLibrary {
-  LibC() : SharedLibrary("libc.so.6") {}
-  ORN_FUNCTION(getpid);
+struct Library : SharedLibrary {
+  explicit Library(const char* name) : SharedLibrary(name) {}
+  using SharedLibrary::find;
 };
-
-struct NoLibrary : SharedLibrary {
-  NoLibrary() : SharedLibrary("libno-such-library.so.1") {}
-};
-
-struct NoFunction : LibC {
-  void (*missing)() = find<void()>("no_such_function");
-};
-
-template <class Library>
-std::string complaint() {
-  try {
-    Library();
-  } catch (const std::runtime_error& error) {
-    return error.what();
-  }
-  return {};
-}
 
 TEST(SharedLibrary, IsLoadedWithItsFunctionsOrSaysWhatIsMissing) {
-  EXPECT_EQ(LibC().getpid(), ::getpid());
-  EXPECT_THAT(complaint<NoLibrary>(), testing::HasSubstr("libno-such-library.so.1"));
-  EXPECT_THAT(complaint<NoFunction>(), testing::HasSubstr("no_such_function"));
+  EXPECT_EQ(Library("libc.so.6").find<pid_t()>("getpid")(), ::getpid());
+  const auto complainsOf = [](const char* name) {
+    return testing::ThrowsMessage<std::runtime_error>(testing::HasSubstr(name));
+  };
+  EXPECT_THAT([] { Library("libno-such-library.so.1"); }, complainsOf("libno-such-library.so.1"));
+  EXPECT_THAT([] { Library("libc.so.6").find<void()>("no_such_function"); }, complainsOf("no_such_function"));
 }
 
 }  // namespace

@@ -15,36 +15,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Writes down what it is told: the reason of a route change, or the type of an interruption above 100.
-std::shared_ptr<AudioSessionObserver> observerInto(std::vector<int>& told) {
-  return std::make_shared<AudioSessionObserver>(
-      AudioSessionObserver{[&told](std::int32_t reason) { told.push_back(reason); },
-                           [&told](std::int32_t type) { told.push_back(100 + type); }});
-}
-
-TEST(SimulatedAudioSession, PluggingChangesTheRouteAndTellsWhy) {
-  SimulatedAudioSession session;
-  std::vector<int> told;
-  const auto observer = observerInto(told), silent = std::make_shared<AudioSessionObserver>();
-  session.addObserver(silent);
-  session.addObserver(observer);
-  const auto route = [&] { return session.currentRoute().outputs.at(0).portName + "/" + *session.routeText(); };
-  session.plugAudiometer("KV50-1234", "AA:BB:CC:DD:EE:FF");
-  EXPECT_EQ(route(), "KV50-1234/HeadsetBT");
-  EXPECT_EQ(session.currentRoute().outputs[0].UID.rfind("AA:BB:CC:DD:EE:FF-", 0), 0U);
-  session.unplug();
-  EXPECT_EQ(route(), "Speaker/Speaker");
-  session.plugEarphones();
-  EXPECT_EQ(route(), "Headphones/Headphone");
-  session.interrupt(1);
-  session.interrupt(kAudioSessionInterruptionTypeEnded);
-  session.setRoute({}, std::nullopt, 7);
-  EXPECT_EQ(session.routeText(), std::nullopt);
-  EXPECT_THAT(
-      told, ElementsAre(SimulatedAudioSession::kNewDeviceAvailable, kAudioSessionRouteChangeReasonOldDeviceUnavailable,
-                        SimulatedAudioSession::kNewDeviceAvailable, 101, 100, 7));
-}
-
 TEST(SimulatedURLSession, RepliesByScriptAfterItsDelay) {
   const auto loop = std::make_shared<SimulatedRunLoop>();
   SimulatedURLSession session(loop);

@@ -136,15 +136,15 @@ TEST_F(ChessboardTest, BadInputIsLeftOutAndHarmless) {
   board.drawTestEnd();
   board.setPointsArray({{NAN, 100}, {100, HUGE_VAL}, {1e300, -1e300}, {-HUGE_VAL, 100}});
   EXPECT_EQ(draw(board), plain);
-  board.setHzs({"1000hz"});
-  EXPECT_EQ(placesOf(draw(board), Qt::black, false, 80).size(), 16U) << "the rows are there";
-  using Range = std::tuple<std::int64_t, std::int64_t, std::int64_t, double>;
-  const Range most{INT64_MAX, -1, INT64_MAX / 5 - 3, 5}, least{INT64_MIN, 0, 0, 0x1p63 / 5}, both{90, 20, 0, -10};
-  const Range ranges[] = {most, least, both, {-1, 20, 19, 8}, {45, -1, 6, 5}, {20, -1, 1, 5}, {-1, -1, 16, 5}};
+  const std::tuple<std::int64_t, std::int64_t, std::int64_t, double> ranges[] = {{INT64_MAX, -1, INT64_MAX / 5 - 3, 5},
+                                                                                 {INT64_MIN, 0, 0, 0x1p63 / 5},
+                                                                                 {90, 20, 0, -10},
+                                                                                 {-1, 20, 19, 8},
+                                                                                 {45, -1, 6, 5},
+                                                                                 {20, -1, 1, 5},
+                                                                                 {-1, -1, 16, 5}};
   for (const auto& [maxDB, minDB, rows, rowOf40] : ranges) {
     board.setMaxDB(maxDB, minDB);
-    EXPECT_EQ(board.kXAxisNumber(), rows);
-    EXPECT_EQ(board.convert2Point("1000hz", "40db"), QPointF(0, rowOf40));
     for (const std::vector<std::string>& hzs : {std::vector<std::string>{}, kFour, {"1000hz"}}) {
       board.setHzs(hzs);
       for (const QSize size : {QSize(1, 1), QSize(110, 110), QSize(320, 504)}) {
@@ -153,7 +153,10 @@ TEST_F(ChessboardTest, BadInputIsLeftOutAndHarmless) {
         QTest::mouseClick(&board, Qt::LeftButton, {}, board.rect().center());
       }
     }
+    EXPECT_EQ(board.kXAxisNumber(), rows);
+    EXPECT_EQ(board.convert2Point("1000hz", "40db"), QPointF(0, rowOf40));
   }
+  EXPECT_EQ(placesOf(draw(board), Qt::black, false, 80).size(), 16U) << "the rows are there, in a single column too";
 }
 
 TEST_F(ChessboardTest, TheWatermarkLiesInItsRectangleUnderTheGridAndMayBeMissing) {

@@ -74,23 +74,24 @@ TEST(ResultScreen, TapOpensTheAudiogramOverEverythingAndClosesItAfterAMoment) {
   script.run();
   EXPECT_FALSE(isOpen());
   EXPECT_EQ(script.window->focusWidget()->accessibleName(), full->accessibleName()) << "the small one";
-  const QTemporaryDir home;
-  for (const char* name : {"HOME", "XDG_CONFIG_HOME"}) setenv(name, home.path().toUtf8(), 1);
-  screen->takePhoto(nullptr);
-  QDirIterator photos(home.path(), {"*.png"}, QDir::Files, QDirIterator::Subdirectories);
-  EXPECT_EQ(QImage(photos.next()).size(), QSize(375, 667));
-
-  setenv("HOME", "/dev/null", 1);
-  setenv("XDG_CONFIG_HOME", "/dev/null", 1);
-  screen->takePhoto(nullptr);
-  EXPECT_EQ(script.alert(), "") << "a failure is not told";
-
   script.clickAt({187, 200});
   script.run();
   screen->backClicked();  // closed while it is open
   script.run();
-  EXPECT_FALSE(isOpen());
-  EXPECT_EQ(script.title(), "选择设备");
+  EXPECT_TRUE(!isOpen() && script.title() == "选择设备");
+}
+
+TEST(ResultScreen, APhotoIsOfTheWholeScreenAndItsFailureIsNotTold) {
+  ScreensScript script;
+  const auto screen = showResult(script, {}, {});
+  const QTemporaryDir home;
+  for (const QByteArray& path : {QByteArray("/dev/null"), home.path().toUtf8()}) {
+    for (const char* name : {"HOME", "XDG_CONFIG_HOME"}) setenv(name, path, 1);
+    screen->takePhoto(nullptr);
+    EXPECT_EQ(script.alert(), "");
+  }
+  QDirIterator photos(home.path(), {"*.png"}, QDir::Files, QDirIterator::Subdirectories);
+  EXPECT_EQ(QImage(photos.next()).size(), QSize(375, 667));
 }
 
 /// Tests of a loss of 25, 30, ... dB on the right and 5 dB more on the left, ten of them in turn.
@@ -229,21 +230,18 @@ TEST(Table, ASourceThatHasGoneLeavesItEmptyAtTheNextReload) {
     first->click();
     table.verticalScrollBar()->setValue(900);
     table.setTableHeaderView(nullptr);
-    table.resize(320, 300);
     table.reloadData();
-    EXPECT_EQ(table.verticalScrollBar()->maximum(), 0);
-    EXPECT_EQ(table.cellForRow({0, 0}), nullptr);
+    EXPECT_TRUE(table.verticalScrollBar()->maximum() == 0 && !table.cellForRow({0, 0}));
   }
 }
 
-/// Every screen and an alert, as pictures, on a host that looks like this.
+/// Screens with all their parts and an alert, as pictures, on a host that looks like this.
 std::vector<QImage> picturesOn(const QPalette& palette, const QString& styleSheet) {
   QApplication::setPalette(palette);
   qApp->setStyleSheet(styleSheet);
   std::vector<QImage> pictures;
   ScreensScript script;
   const auto shoot = [&] { pictures.push_back(script.window->grab().toImage()); };
-  shoot();
   script.clickRow(0);
   script.run(1.1);
   shoot();
@@ -263,10 +261,8 @@ std::vector<QImage> picturesOn(const QPalette& palette, const QString& styleShee
   script.test()->dismiss();
   showResult(script, {{"500hz", "30"}}, {{"500hz", "40"}});
   shoot();
-  script.answers(historyReply(2), 1000);
+  script.answers(historyReply(2));
   script.select->gotolishi();
-  script.run(0.5);
-  shoot();
   script.run();
   shoot();
   qApp->setStyleSheet({});
@@ -280,18 +276,14 @@ TEST(Screens, AHostsColoursChangeNothing) {
   for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button}) dark.setColor(role, QColor(30, 30, 30));
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) dark.setColor(role, Qt::white);
   const std::vector<QImage> plain = picturesOn(own, {});
-  const std::tuple<const char*, QPalette, QString> table[] = {
-      {"a dark desktop", dark, {}},
-      {"a sheet for all", own, "* { color: #eee; background-color: #222; }"},
-      {"a sheet for some", own, "QLabel { color: white; background: navy; } QPushButton { border: 2px solid red; }"},
-      {"a sheet with room", own, "* { padding: 9px; margin: 5px; }"},
+  const std::pair<QPalette, QString> table[] = {
+      {dark, {}},
+      {own, "* { color: #eee; background-color: #222; }"},
+      {own, "QLabel { color: white; background: navy; } QPushButton { border: 2px solid red; }"},
+      {own, "* { padding: 9px; margin: 5px; }"},
   };
-  for (const auto& [name, palette, styleSheet] : table) {
-    const std::vector<QImage> pictures = picturesOn(palette, styleSheet);
-    ASSERT_EQ(pictures.size(), plain.size());
-    for (std::size_t index = 0; index < plain.size(); ++index) {
-      EXPECT_TRUE(pictures[index] == plain[index]) << name << ", picture " << index;
-    }
+  for (const auto& [palette, styleSheet] : table) {
+    EXPECT_TRUE(picturesOn(palette, styleSheet) == plain) << "a dark desktop, or: " << styleSheet.toStdString();
   }
 }
 
@@ -300,35 +292,25 @@ TEST(Screens, BarItemsOfTheHostCallIt) {
   script.answers(historyReply(1));
   const auto navigation = script.window->navigation();
   std::string told;
-  const Screen::Action left = [&] { told += "left "; }, right = [&] { told += "right "; };
-  const auto shown = [&](const auto& screen, auto show) {
-    return [=] { ((*screen).*show)(navigation, "左", left, "右", right); };
-  };
-  const std::pair<std::function<void()>, QString> table[] = {
-      {shown(ORNSelectTypeViewController::init(),
-             &ORNSelectTypeViewController::showSelectTypeViewControllerByNavigation),
-       "选择设备"},
-      {shown(ORNTestHistoryViewController::init(),
-             &ORNTestHistoryViewController::showTestHistoryViewControllerByNavigation),
-       "测试记录"},
-      {shown(ORNTestResultViewController::init(),
-             &ORNTestResultViewController::showTestResultViewControllerByNavigation),
-       "测试结果"},
-  };
-  for (const auto& [show, title] : table) {
+  const auto expectItems = [&](const auto& screen, auto show, const QString& title) {
     told.clear();
-    show();
+    ((*screen).*show)(
+        navigation, "左", [&] { told += "left "; }, "右", [&] { told += "right "; });
     script.run();
     EXPECT_EQ(script.title(), title);
     script.click("左");
     script.click("右");
     EXPECT_EQ(told, "left right ");
-    EXPECT_EQ(navigation->topScreen()->navi(), navigation);
-  }
-  std::dynamic_pointer_cast<ORNTestResultViewController>(navigation->topScreen())->gotolishi();
+  };
+  using Select = ORNSelectTypeViewController;
+  using History = ORNTestHistoryViewController;
+  using Result = ORNTestResultViewController;
+  expectItems(Select::init(), &Select::showSelectTypeViewControllerByNavigation, "选择设备");
+  expectItems(History::init(), &History::showTestHistoryViewControllerByNavigation, "测试记录");
+  expectItems(Result::init(), &Result::showTestResultViewControllerByNavigation, "测试结果");
+  std::dynamic_pointer_cast<Result>(navigation->topScreen())->gotolishi();
   script.run();
   EXPECT_EQ(script.title(), "测试记录");
-  script.click("‹ 测试结果");
 }
 
 }  // namespace

@@ -104,23 +104,18 @@ TEST_F(BadRequests, OfAFieldThatIsMissingOrUnknownOrHoldsWhatItCannot) {
   }
 }
 
-TEST_F(BadRequests, OfABodyLargerThanAMebibyte) {
+TEST_F(BadRequests, OfABodyLargerThanAMebibyteOrThatNeverEnds) {
   std::string body = submission().dump();
   body.append(kLargestBody - body.size(), ' ');
   expectRefusal(kSubmit, body + " ");
   expectRefusal(kSubmit, body + body + body);
-  EXPECT_EQ(answer(kSubmit, body).at("rspCode"), 0);
-}
-
-TEST_F(BadRequests, ThatNeverEndsIsCutOff) {
   Connection connection(service_->port());
   connection.send("Post "s + kSubmit + " HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\n");
-  const std::string chunk = "10000\r\n" + std::string(0x10000, ' ') + "\r\n";
   const auto sendForever = [&] {
-    for (int i = 0; i < 10'000; ++i) connection.send(chunk);
+    for (int i = 0; i < 10'000; ++i) connection.send("10000\r\n" + std::string(0x10000, ' ') + "\r\n");
   };
   EXPECT_THROW(sendForever(), std::runtime_error);
-  EXPECT_EQ(answer(kSubmit, submission().dump()).at("rspCode"), 0);
+  EXPECT_EQ(answer(kSubmit, body).at("rspCode"), 0);
 }
 
 }  // namespace

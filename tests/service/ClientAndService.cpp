@@ -68,10 +68,8 @@ Reply ask(std::uint16_t port, std::string_view target, std::string_view body, st
 
 json submission(const std::map<std::string, std::string>& fields) {
   json body = {{"base", "0"}, {"headset", "AA:BB:CC:DD:EE:FF"}, {"correctName", "Phone1,1"}};
-  for (const char* ear : {"left", "right"}) {
-    for (const char* hz : {"125", "250", "500", "1000", "2000", "4000", "8000"}) {
-      body[std::string(ear) + hz + "hz"] = "20";
-    }
+  for (const std::string hz : {"125hz", "250hz", "500hz", "1000hz", "2000hz", "4000hz", "8000hz"}) {
+    body["left" + hz] = body["right" + hz] = "20";
   }
   for (const auto& [name, value] : fields) body[name] = value;
   return body;

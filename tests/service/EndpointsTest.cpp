@@ -55,11 +55,11 @@ TEST_F(Calibration, TakesValuesThatClientsSendUnescaped) {
   }
 }
 
-TEST_F(ServiceTest, TellsThatItIsHealthy) {
+TEST_F(ServiceTest, TellsThatItIsHealthyByGetAlone) {
   const Reply reply = ask(service_->port(), "/health", "", "GET");
   EXPECT_EQ(reply.status, 200);
   EXPECT_EQ(reply.json(), (json{{"rspCode", 0}, {"rspDesc", "ok"}, {"version", "ORNHearingTestSDK 1.0"}}));
-  EXPECT_EQ(answer("/health", "").at("rspCode"), 1) << "by GET alone";
+  EXPECT_EQ(answer("/health", "").at("rspCode"), 1);
 }
 
 TEST_F(ServiceTest, RegistrationReplacesTheProfileOfTheSameUserAndKey) {
@@ -99,7 +99,7 @@ TEST_F(ServiceTest, HistoryIsInTheOrderOfSubmissionEvenIfTheClockGoesBack) {
                                  std::pair("9001", 9003), std::pair("9500", 9500)));
 }
 
-TEST_F(ServiceTest, PathIsDecodedOnceAndItsTextMeansNothing) {
+TEST_F(ServiceTest, ATextIsStoredAsItIsWhateverItSays) {
   for (const auto& [escaped, meant] :
        {std::pair("%2E%2E", ".."), std::pair("..", ".."), std::pair("a%2Fb", "a/b"), std::pair("%252F", "%2F"),
         std::pair("a+b", "a+b"), std::pair("%E6%9D%8E", "\u674e"), std::pair("a%3Fb%23", "a?b#"),
@@ -109,17 +109,12 @@ TEST_F(ServiceTest, PathIsDecodedOnceAndItsTextMeansNothing) {
     EXPECT_THAT(rows("SELECT userId, appKey FROM tests ORDER BY id DESC LIMIT 1"),
                 ElementsAre(ElementsAre(meant, std::string("key/") + meant)));
   }
-}
-
-TEST_F(ServiceTest, SqlIsStoredAsTheTextItIs) {
   const std::string sql = "'); DROP TABLE tests; DELETE FROM profiles; --\";\\";
-  answer(kSubmit, submission({{"headset", "before"}}).dump());
   answer(kRegister, profile({{"sdkUseId", sql}, {"username", sql}, {"phone", sql}}).dump());
   answer(kSubmit, submission({{"headset", sql}, {"correctName", sql}}).dump());
   for (const char* other : {"' OR 1=1 --", "U"}) EXPECT_EQ(history(other).size(), 0U);
   EXPECT_EQ(history("k", "u").size(), 0U);
-  EXPECT_THAT(rows("SELECT headset, correctName FROM tests"),
-              ElementsAre(ElementsAre("before", "Phone1,1"), ElementsAre(sql, sql)));
+  EXPECT_THAT(rows("SELECT headset, correctName FROM tests WHERE userId = 'u'"), ElementsAre(ElementsAre(sql, sql)));
   EXPECT_THAT(rows("SELECT userId, username, phone FROM profiles"), ElementsAre(ElementsAre(sql, sql, sql)));
 }
 

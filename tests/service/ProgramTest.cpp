@@ -3,6 +3,7 @@
 #include <deque>
 #include <fstream>
 #include <future>
+#include <utility>
 #include <gmock/gmock.h>
 #include <sqlite3.h>
 #include <sys/prctl.h>
@@ -38,41 +39,35 @@ class Program {
       execv(argv[0], argv.data());
       _exit(127);
     }
-    close(out[1]);
-    close(error[1]);
-    out_ = fdopen(out[0], "r");
-    error_ = fdopen(error[0], "r");
+    for (const int end : {out[1], error[1]}) close(end);
+    out_.reset(fdopen(out[0], "r"));
+    error_.reset(fdopen(error[0], "r"));
   }
-
   ~Program() {
     if (process_ > 0) end(SIGKILL);
-    fclose(out_);
-    fclose(error_);
   }
-
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
-  std::string line() { return lineOf(out_); }
-  std::string errorLine() { return lineOf(error_); }
+  std::string line() { return lineOf(*out_); }
+  std::string errorLine() { return lineOf(*error_); }
 
   /// The exit status; -1 if a signal ended the program.
   int end(int signal = 0) {
     int status = 0;
     if (signal != 0) kill(process_, signal);
-    waitpid(process_, &status, 0);
-    process_ = 0;
+    waitpid(std::exchange(process_, 0), &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
 
  private:
-  static std::string lineOf(FILE* stream) {
+  static std::string lineOf(FILE& stream) {
     std::array<char, 4096> buffer{};
-    return fgets(buffer.data(), buffer.size(), stream) ? buffer.data() : "";
+    return fgets(buffer.data(), buffer.size(), &stream) ? buffer.data() : "";
   }
 
   pid_t process_ = 0;
-  FILE *out_ = nullptr, *error_ = nullptr;
+  std::unique_ptr<FILE, int (*)(FILE*)> out_{nullptr, fclose}, error_{nullptr, fclose};
 };
 
 struct ServiceProgram : ServiceTest {
@@ -174,20 +169,19 @@ TEST_F(ServiceProgram, FailsInOneLineAndTellsWrongUsage) {
   HearingService taken;
   const std::string none = folder_ / "none" / "tests.db", noDatabase = folder_ / "text";
   std::ofstream(noDatabase) << std::string(4096, 'x');
-  using Arguments = std::vector<std::string>;
-  const std::pair<int, Arguments> table[] = {{1, {"--port", std::to_string(taken.port())}},
-                                             {1, {"--db", none}},
-                                             {1, {"--db", noDatabase}},
-                                             {1, {"--address", "192.0.2.1", "--allow-plain"}},
-                                             {1, {"--certificate", noDatabase, "--key", none}},
-                                             {2, {"--port", "65536"}},
-                                             {2, {"--misbehave", "well"}},
-                                             {2, {"--address", "0.0.0.0"}},
-                                             {2, {"--address", "localhost"}},
-                                             {2, {"--certificate", "/dev/null"}},
-                                             {2, {"--key", "/dev/null"}},
-                                             {2, {"--db", ""}},
-                                             {2, {"extra"}}};
+  const std::pair<int, std::vector<std::string>> table[] = {{1, {"--port", std::to_string(taken.port())}},
+                                                            {1, {"--db", none}},
+                                                            {1, {"--db", noDatabase}},
+                                                            {1, {"--address", "192.0.2.1", "--allow-plain"}},
+                                                            {1, {"--certificate", noDatabase, "--key", none}},
+                                                            {2, {"--port", "65536"}},
+                                                            {2, {"--misbehave", "well"}},
+                                                            {2, {"--address", "0.0.0.0"}},
+                                                            {2, {"--address", "localhost"}},
+                                                            {2, {"--certificate", "/dev/null"}},
+                                                            {2, {"--key", "/dev/null"}},
+                                                            {2, {"--db", ""}},
+                                                            {2, {"extra"}}};
   for (const auto& [code, arguments] : table) {
     SCOPED_TRACE(arguments.front() + " " + arguments.back());
     Program program(arguments);

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <memory>
 #include <mutex>
@@ -34,14 +33,6 @@ class Recording {
           const std::lock_guard lock(mutex_);
           samples_.insert(samples_.end(), samples.begin(), samples.end());
         }) {}
-
-  /// Left and right of what was recorded so far.
-  std::array<Samples, 2> channels() const {
-    const std::lock_guard lock(mutex_);
-    std::array<Samples, 2> channels;
-    for (std::size_t i = 0; i < samples_.size(); ++i) channels[i % 2].push_back(samples_[i]);
-    return channels;
-  }
 
   /// Left and right in turn, once.
   Samples take() {

@@ -63,12 +63,14 @@ class SoundProgram : public testing::Test {
     return false;
   }
 
-  /// Waits until the test's tones have begun, by what is printed then.
-  bool isUnderWay() const {
-    return comes([&] { return printed("out").find("Testing the right ear") != std::string::npos; });
-  }
   bool isFull() const {
     return comes([&] { return server_.volumes("audiometer").find("100%") != std::string::npos; });
+  }
+  /// Somebody ended the program, which has put the volume back and kept nothing.
+  void expectInterrupted(pid_t program) {
+    EXPECT_EQ(exitCode(program), 1);
+    EXPECT_EQ(printed("err"), "hearing-test: interrupted; nothing of the test is kept\n");
+    EXPECT_EQ(server_.volumes("audiometer"), volumes_);
   }
 
   /// Registers somebody whose service answers nothing from then on.
@@ -119,34 +121,33 @@ TEST_F(SoundProgram, AVirtualListenerTakesTheTestAndTheServiceIsNotWaitedFor) {
 }
 
 TEST_F(SoundProgram, AnInterruptOrALostDevicePutsTheVolumeBack) {
-  for (const int signal : {SIGINT, SIGTERM}) {
+  const std::string elsewhere = server_.volumes("speaker");
+  for (const int signal : {SIGINT, SIGTERM, 0}) {
+    std::ofstream(server_.folder() + "/out");
     const pid_t program = start(kRun);
-    ASSERT_TRUE(isUnderWay());
+    ASSERT_TRUE(comes([&] { return printed("out").find("Testing the right ear") != std::string::npos; }));
     EXPECT_THAT(server_.volumes("audiometer"), HasSubstr("100%"));
     if (signal == SIGINT) {
       server_.control("set-sink-volume audiometer 50%");
       EXPECT_TRUE(isFull()) << "the volume is held, at the next tone at the latest";
     }
-    kill(program, signal);
+    if (signal != 0) {
+      kill(program, signal);
+      expectInterrupted(program);
+      continue;
+    }
+    server_.remove(audiometer_);
     EXPECT_EQ(exitCode(program), 1);
-    EXPECT_EQ(printed("err"), "hearing-test: interrupted; nothing of the test is kept\n");
-    EXPECT_EQ(server_.volumes("audiometer"), volumes_);
-    std::ofstream(server_.folder() + "/out");
+    EXPECT_EQ(printed("err"), "hearing-test: the device was disconnected\n");
+    EXPECT_EQ(server_.volumes("speaker"), elsewhere);
   }
+}
+
+TEST_F(SoundProgram, AnInterruptWhileItFetchesPutsTheVolumeBack) {
   const pid_t fetching = start("run --listener" + slowService());
   ASSERT_TRUE(isFull());
   kill(fetching, SIGHUP);
-  EXPECT_EQ(exitCode(fetching), 1);
-  EXPECT_EQ(printed("err"), "hearing-test: interrupted; nothing of the test is kept\n");
-  EXPECT_EQ(server_.volumes("audiometer"), volumes_);
-
-  const std::string elsewhere = server_.volumes("speaker");
-  const pid_t program = start(kRun);
-  ASSERT_TRUE(isUnderWay());
-  server_.remove(audiometer_);
-  EXPECT_EQ(exitCode(program), 1);
-  EXPECT_EQ(printed("err"), "hearing-test: the device was disconnected\n");
-  EXPECT_EQ(server_.volumes("speaker"), elsewhere);
+  expectInterrupted(fetching);
 }
 
 TEST_F(SoundProgram, ThatIsSuspendedWhileAToneSoundsKeepsNothingAndPutsTheVolumeBack) {

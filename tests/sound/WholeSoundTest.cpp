@@ -63,15 +63,15 @@ TEST_P(WholeSound, AServerThatStandsStillInMidToneIsToldOfAndHoldsNobodyUp) {
   const auto stream = newStream();
   for (const bool isStream : {true, false}) {
     EXPECT_FALSE(isStream ? stream->start() : tone->play());
-    const auto begin = [&] { server_.standStill(); };
-    const auto end = [&] {
-      const auto asked = loop_->now();
-      for (int i = 0; i < 10; ++i) EXPECT_EQ(newTone()->play(), std::errc::timed_out);
-      EXPECT_LT((loop_->now() - asked) / kHaste, 5s);
-      EXPECT_EQ(output_->status(), std::errc::timed_out);
-      server_.goOn();
-    };
-    expectToldOf(std::errc::timed_out, begin, end);
+    expectToldOf(
+        std::errc::timed_out, [&] { server_.standStill(); },
+        [&] {
+          const auto asked = loop_->now();
+          for (int i = 0; i < 10; ++i) EXPECT_EQ(newTone()->play(), std::errc::timed_out);
+          EXPECT_LT((loop_->now() - asked) / kHaste, 5s);
+          EXPECT_EQ(output_->status(), std::errc::timed_out);
+          server_.goOn();
+        });
     isStream ? (void)stream->pause() : tone->stop();
   }
   server_.standStill();
