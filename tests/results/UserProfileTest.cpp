@@ -3,6 +3,7 @@
 #include <ctime>
 
 #include <ORNHearingTestSDK/engine/ORNHearingTest.h>
+#include <ORNHearingTestSDK/results/UserProfile.h>
 
 #include "ServiceScript.h"
 
@@ -93,8 +94,11 @@ TEST_F(SetAppUserID, NeedsAnIdABirthdayAndAPhone) {
   call("id", "name", true, {}, "1");
   call("id", "name", true, date(1980, 3, 5), {});
   run();
-  EXPECT_EQ(requestCount(), 0U);
   EXPECT_THAT(heard, IsEmpty());
+  UserProfile::registerUser("id", "name", true, {}, "1", [this](const auto& error) { heard.push_back(told(error)); });
+  run();
+  EXPECT_THAT(heard, ElementsAre("registration 0"));
+  EXPECT_EQ(requestCount(), 0U);
   EXPECT_THAT(stored(), testing::Each(std::nullopt));
 }
 
