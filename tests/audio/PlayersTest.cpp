@@ -66,9 +66,6 @@ struct NotingOutput final : AudioOutput {
                                              AudioQueue::OutputCallback callback) override {
     return output->newOutputQueue(format, std::move(callback));
   }
-  std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path) override {
-    return output->playerWithContentsOfFile(path);
-  }
   std::unique_ptr<AudioPlayer> playerWithData(std::span<const std::uint8_t> wavFile) override {
     files.emplace_back(wavFile.begin(), wavFile.end());
     return output->playerWithData(wavFile);
@@ -79,17 +76,11 @@ struct NotingOutput final : AudioOutput {
 };
 
 /// Files of a temporary folder, which is also the tone bundle.
-struct BundleFiles final : FileManager {
+struct BundleFiles final : PosixFileManager {
   std::string documentsDirectory() const override { return files.documentsDirectory(); }
   std::optional<std::string> resourceBundle(const std::string& name) const override {
     return name == "wav.bundle" ? std::optional(files.documentsDirectory()) : std::nullopt;
   }
-  std::optional<Bytes> contents(const std::string& path) const override { return files.contents(path); }
-  bool writeAtomically(const std::string& path, std::span<const std::uint8_t> bytes) override {
-    return files.writeAtomically(path, bytes);
-  }
-  bool fileExists(const std::string& path) const override { return files.fileExists(path); }
-  bool removeFile(const std::string& path) override { return files.removeFile(path); }
 
   SimulatedFileManager files;
 };
@@ -105,11 +96,11 @@ class Players : public testing::Test {
   }
   ~Players() override { Platform::clearCurrent(); }
 
-  /// What comes out of a channel in the next time.
-  Samples heard(std::chrono::nanoseconds span, std::size_t channel = 0) {
+  /// What comes out on the left in the next time.
+  Samples heard(std::chrono::nanoseconds span) {
     const std::size_t from = machine_.audioOutput->keptSamples().size();
     machine_.virtualTime->runFor(span);
-    return channelFrom(from, channel);
+    return channelFrom(from, 0);
   }
 
   Samples channelFrom(std::size_t from, std::size_t channel) const {
@@ -217,13 +208,13 @@ TEST_F(StreamPlayer, PauseKeepsTheVerySampleAndPullsNothing) {
 class ToneBank : public Players {
  protected:
   /// Every file holds one sample of its own: 1 to 7 in the quiet ones, 11 to 17 in the loud ones.
-  void layOutFiles() {
+  ToneBank() {
     for (std::int16_t i = 0; i < 7; ++i) {
-      const std::string name = std::to_string(i) + ".wav";
-      files_->writeAtomically(files_->documentsDirectory() + "/40-" + name,
-                              waveFile({static_cast<std::int16_t>(1 + i)}));
-      files_->writeAtomically(files_->documentsDirectory() + "/40+" + name,
-                              waveFile({static_cast<std::int16_t>(11 + i)}));
+      const auto put = [&](const std::string& prefix, int sample) {
+        files_->writeAtomically(files_->documentsDirectory() + prefix + std::to_string(i) + ".wav",
+                                waveFile({static_cast<std::int16_t>(sample + i)}));
+      };
+      put("/40-", 1), put("/40+", 11);
     }
   }
 
@@ -243,7 +234,6 @@ class ToneBank : public Players {
 };
 
 TEST_F(ToneBank, FrequencyAndLevelChooseTheFileAndTheEarItsSide) {
-  layOutFiles();
   const struct {
     std::int32_t hz;
     std::int64_t db;
@@ -260,7 +250,6 @@ TEST_F(ToneBank, FrequencyAndLevelChooseTheFileAndTheEarItsSide) {
 }
 
 TEST_F(ToneBank, APlayerIsSharedAndKeepsItsLastSide) {
-  layOutFiles();
   const auto left = bank_->playerWithHzValue(1000, -5, true);
   EXPECT_EQ(bank_->playerWithHzValue(1000, 40, false), left);
   EXPECT_EQ(bank_->playerOf1000HzWithDB(0), left);
