@@ -115,25 +115,16 @@ class Players : public testing::Test {
   std::shared_ptr<BundleFiles> files_ = std::make_shared<BundleFiles>();
 };
 
-/// Gives the blocks in turn, then nothing.
+/// Gives whole blocks, the first of them all 1, the next all 2, then nothing.
 struct Blocks final : PlayerGetDataSouce {
-  explicit Blocks(std::vector<Samples> all) : samples(std::move(all)) {}
+  explicit Blocks(std::size_t number) : count(number) {}
   std::span<const std::uint8_t> playerGetData() override {
-    if (pulls++ >= samples.size()) return {};
-    block = bytesOf(samples[pulls - 1]);
-    return block;
+    if (pulls++ >= count) return {};
+    return block = bytesOf(Samples(kBlock, static_cast<std::int16_t>(pulls)));
   }
-  std::vector<Samples> samples;
+  std::size_t count, pulls = 0;
   Bytes block;
-  std::size_t pulls = 0;
 };
-
-/// Whole blocks, the first of them all 1, the next all 2.
-std::shared_ptr<Blocks> counted(std::size_t count) {
-  std::vector<Samples> blocks;
-  for (std::size_t i = 1; i <= count; ++i) blocks.emplace_back(kBlock, static_cast<std::int16_t>(i));
-  return std::make_shared<Blocks>(std::move(blocks));
-}
 
 /// Each run of equal samples by its value and how many blocks it lasts, such as "1x1 2x0.5".
 std::string runs(const Samples& samples) {
@@ -171,7 +162,7 @@ TEST(PlayersDeathTest, APlatformMayBeClearedByAStaticObjectThatOutlivesThem) {
 }
 
 TEST_F(StreamPlayer, PlaysTheSourcesBlocksInOrderAndPullsOnePer80Milliseconds) {
-  const auto source = counted(20);
+  const auto source = std::make_shared<Blocks>(20);
   machine_.virtualTime->runFor(33ms);
   startWith(source);
   EXPECT_EQ(source->pulls, 3U);
@@ -180,17 +171,17 @@ TEST_F(StreamPlayer, PlaysTheSourcesBlocksInOrderAndPullsOnePer80Milliseconds) {
 }
 
 TEST_F(StreamPlayer, ASourceThatHasNothingOrHasGoneRepeatsWhatTheBuffersHold) {
-  auto source = counted(4);
+  auto source = std::make_shared<Blocks>(4);
   startWith(source);
   EXPECT_EQ(runs(heard(640ms)), "1x1 2x1 3x1 4x1 2x1 3x1 4x1 2x1 ");
   source.reset();
   EXPECT_EQ(runs(heard(400ms)), "3x1 4x1 2x1 3x1 4x1 ");
-  startWith(counted(3));  // a new session goes on with its own blocks
+  startWith(std::make_shared<Blocks>(3));  // a new session goes on with its own blocks
   EXPECT_EQ(runs(heard(240ms)), "1x1 2x1 3x1 ");
 }
 
 TEST_F(StreamPlayer, PauseKeepsTheVerySampleAndPullsNothing) {
-  const auto source = counted(9);
+  const auto source = std::make_shared<Blocks>(9);
   startWith(source);
   EXPECT_EQ(runs(heard(100ms)), "1x1 2x0.25 ");
   player_->pause();
