@@ -65,16 +65,12 @@ TEST_F(HearingTestProgram, PrintsOneJsonObjectAndNothingElse) {
   EXPECT_THAT(ran.err, IsEmpty());
 }
 
-TEST_F(HearingTestProgram, ShowsAPersonWhatWasFoundBesideWhatIsTrue) {
-  const ProgramRun ran = run("simulate --frequencies 500 --left 500=32 --right 500=47");
+TEST_F(HearingTestProgram, ShowsAPersonWhatWasFoundBesideWhatIsTrueAndWritesTheSound) {
+  const std::string path = (folder_ / "test.wav").string();
+  const ProgramRun ran = run("simulate --frequencies 500 --left 500=32 --right 500=47 --wav " + path);
   EXPECT_EQ(ran.code, 0);
   EXPECT_THAT(ran.out, HasSubstr("  500 Hz     50 dB     47 dB"));
   EXPECT_THAT(ran.out, HasSubstr("  500 Hz     35 dB     32 dB"));
-}
-
-TEST_F(HearingTestProgram, WritesTheSoundAsAWaveFile) {
-  const std::string path = (folder_ / "test.wav").string();
-  ASSERT_EQ(run("simulate --frequencies 1000 --wav " + path).code, 0);
   const std::string file = contents(path);
   ASSERT_GT(file.size(), 44U);
   EXPECT_EQ(file.substr(0, 4), "RIFF");
@@ -134,12 +130,17 @@ std::string registers(const HearingService& service, const std::string& birthday
   return "register --app-key KEY --id user --phone 1 --birthday " + birthday + hostOf(service);
 }
 
-TEST_F(HearingTestProgram, WhatTheServiceDoesNotTakeIsSaidInOneLine) {
+TEST_F(HearingTestProgram, TheServiceHasTheTestAndWhatItDoesNotTakeIsSaidInOneLine) {
   HearingService service;
-  const std::string simulates = "simulate --json --frequencies 1000" + hostOf(service);
-  for (const std::string& command : {simulates, registers(service), simulates, std::string("history")}) {
+  const std::string simulates = "simulate --json --frequencies 1000 --left 1000=20 --right 1000=35" + hostOf(service);
+  for (const std::string& command : {simulates, registers(service), simulates}) {
     ASSERT_EQ(run(command).code, 0) << command;
   }
+  const json stored = json::parse(run("history --json").out).at("tests");
+  ASSERT_EQ(stored.size(), 1U) << "the first test was taken by nobody";
+  EXPECT_EQ(stored[0]["left"]["1000hz"], "20");
+  EXPECT_EQ(stored[0]["left"]["125hz"], "-1");
+  EXPECT_EQ(stored[0]["right"]["1000hz"], "35");
   const std::pair<Misbehaviour::Kind, const char*> table[] = {{Misbehaviour::Kind::Refuse, "refused as it was told to"},
                                                               {Misbehaviour::Kind::Garbage, "parse error"},
                                                               {Misbehaviour::Kind::NoBody, "the reply has no body"}};

@@ -66,9 +66,6 @@ struct NotingOutput final : AudioOutput {
                                              AudioQueue::OutputCallback callback) override {
     return output->newOutputQueue(format, std::move(callback));
   }
-  std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path) override {
-    return output->playerWithContentsOfFile(path);
-  }
   std::unique_ptr<AudioPlayer> playerWithData(std::span<const std::uint8_t> wavFile) override {
     files.emplace_back(wavFile.begin(), wavFile.end());
     return output->playerWithData(wavFile);
@@ -79,17 +76,11 @@ struct NotingOutput final : AudioOutput {
 };
 
 /// Files of a temporary folder, which is also the tone bundle.
-struct BundleFiles final : FileManager {
+struct BundleFiles final : PosixFileManager {
   std::string documentsDirectory() const override { return files.documentsDirectory(); }
   std::optional<std::string> resourceBundle(const std::string& name) const override {
     return name == "wav.bundle" ? std::optional(files.documentsDirectory()) : std::nullopt;
   }
-  std::optional<Bytes> contents(const std::string& path) const override { return files.contents(path); }
-  bool writeAtomically(const std::string& path, std::span<const std::uint8_t> bytes) override {
-    return files.writeAtomically(path, bytes);
-  }
-  bool fileExists(const std::string& path) const override { return files.fileExists(path); }
-  bool removeFile(const std::string& path) override { return files.removeFile(path); }
 
   SimulatedFileManager files;
 };
@@ -105,11 +96,11 @@ class Players : public testing::Test {
   }
   ~Players() override { Platform::clearCurrent(); }
 
-  /// What comes out of a channel in the next time.
-  Samples heard(std::chrono::nanoseconds span, std::size_t channel = 0) {
+  /// What comes out on the left in the next time.
+  Samples heard(std::chrono::nanoseconds span) {
     const std::size_t from = machine_.audioOutput->keptSamples().size();
     machine_.virtualTime->runFor(span);
-    return channelFrom(from, channel);
+    return channelFrom(from, 0);
   }
 
   Samples channelFrom(std::size_t from, std::size_t channel) const {
@@ -124,25 +115,16 @@ class Players : public testing::Test {
   std::shared_ptr<BundleFiles> files_ = std::make_shared<BundleFiles>();
 };
 
-/// Gives the blocks in turn, then nothing.
+/// Gives whole blocks, the first of them all 1, the next all 2, then nothing.
 struct Blocks final : PlayerGetDataSouce {
-  explicit Blocks(std::vector<Samples> all) : samples(std::move(all)) {}
+  explicit Blocks(std::size_t number) : count(number) {}
   std::span<const std::uint8_t> playerGetData() override {
-    if (pulls++ >= samples.size()) return {};
-    block = bytesOf(samples[pulls - 1]);
-    return block;
+    if (pulls++ >= count) return {};
+    return block = bytesOf(Samples(kBlock, static_cast<std::int16_t>(pulls)));
   }
-  std::vector<Samples> samples;
+  std::size_t count, pulls = 0;
   Bytes block;
-  std::size_t pulls = 0;
 };
-
-/// Whole blocks, the first of them all 1, the next all 2.
-std::shared_ptr<Blocks> counted(std::size_t count) {
-  std::vector<Samples> blocks;
-  for (std::size_t i = 1; i <= count; ++i) blocks.emplace_back(kBlock, static_cast<std::int16_t>(i));
-  return std::make_shared<Blocks>(std::move(blocks));
-}
 
 /// Each run of equal samples by its value and how many blocks it lasts, such as "1x1 2x0.5".
 std::string runs(const Samples& samples) {
@@ -180,7 +162,7 @@ TEST(PlayersDeathTest, APlatformMayBeClearedByAStaticObjectThatOutlivesThem) {
 }
 
 TEST_F(StreamPlayer, PlaysTheSourcesBlocksInOrderAndPullsOnePer80Milliseconds) {
-  const auto source = counted(20);
+  const auto source = std::make_shared<Blocks>(20);
   machine_.virtualTime->runFor(33ms);
   startWith(source);
   EXPECT_EQ(source->pulls, 3U);
@@ -189,17 +171,17 @@ TEST_F(StreamPlayer, PlaysTheSourcesBlocksInOrderAndPullsOnePer80Milliseconds) {
 }
 
 TEST_F(StreamPlayer, ASourceThatHasNothingOrHasGoneRepeatsWhatTheBuffersHold) {
-  auto source = counted(4);
+  auto source = std::make_shared<Blocks>(4);
   startWith(source);
   EXPECT_EQ(runs(heard(640ms)), "1x1 2x1 3x1 4x1 2x1 3x1 4x1 2x1 ");
   source.reset();
   EXPECT_EQ(runs(heard(400ms)), "3x1 4x1 2x1 3x1 4x1 ");
-  startWith(counted(3));  // a new session goes on with its own blocks
+  startWith(std::make_shared<Blocks>(3));  // a new session goes on with its own blocks
   EXPECT_EQ(runs(heard(240ms)), "1x1 2x1 3x1 ");
 }
 
 TEST_F(StreamPlayer, PauseKeepsTheVerySampleAndPullsNothing) {
-  const auto source = counted(9);
+  const auto source = std::make_shared<Blocks>(9);
   startWith(source);
   EXPECT_EQ(runs(heard(100ms)), "1x1 2x0.25 ");
   player_->pause();
@@ -217,13 +199,13 @@ TEST_F(StreamPlayer, PauseKeepsTheVerySampleAndPullsNothing) {
 class ToneBank : public Players {
  protected:
   /// Every file holds one sample of its own: 1 to 7 in the quiet ones, 11 to 17 in the loud ones.
-  void layOutFiles() {
+  ToneBank() {
     for (std::int16_t i = 0; i < 7; ++i) {
-      const std::string name = std::to_string(i) + ".wav";
-      files_->writeAtomically(files_->documentsDirectory() + "/40-" + name,
-                              waveFile({static_cast<std::int16_t>(1 + i)}));
-      files_->writeAtomically(files_->documentsDirectory() + "/40+" + name,
-                              waveFile({static_cast<std::int16_t>(11 + i)}));
+      const auto put = [&](const std::string& prefix, int sample) {
+        files_->writeAtomically(files_->documentsDirectory() + prefix + std::to_string(i) + ".wav",
+                                waveFile({static_cast<std::int16_t>(sample + i)}));
+      };
+      put("/40-", 1), put("/40+", 11);
     }
   }
 
@@ -243,7 +225,6 @@ class ToneBank : public Players {
 };
 
 TEST_F(ToneBank, FrequencyAndLevelChooseTheFileAndTheEarItsSide) {
-  layOutFiles();
   const struct {
     std::int32_t hz;
     std::int64_t db;
@@ -260,7 +241,6 @@ TEST_F(ToneBank, FrequencyAndLevelChooseTheFileAndTheEarItsSide) {
 }
 
 TEST_F(ToneBank, APlayerIsSharedAndKeepsItsLastSide) {
-  layOutFiles();
   const auto left = bank_->playerWithHzValue(1000, -5, true);
   EXPECT_EQ(bank_->playerWithHzValue(1000, 40, false), left);
   EXPECT_EQ(bank_->playerOf1000HzWithDB(0), left);

@@ -33,44 +33,32 @@ Tone readTone(const std::string& name) {
   return tone;
 }
 
-class ToneFilesTest : public testing::TestWithParam<std::size_t> {
- protected:
-  void SetUp() override {
-    const std::unique_ptr<std::uint8_t, decltype(&freeWaveHeader)> header(createWaveHeader(2 * kSamples, 1, 48000, 16),
-                                                                          freeWaveHeader);
-    for (const Tone* tone : {&up_, &down_}) {
+TEST(ToneFiles, AreTheTableThroughTheSeamAndAHundredthOfItAtEveryPlaceOfTheCycle) {
+  const std::unique_ptr<std::uint8_t, decltype(&freeWaveHeader)> header(createWaveHeader(2 * kSamples, 1, 48000, 16),
+                                                                        freeWaveHeader);
+  for (std::size_t number = 0; number < orn::kToneFrequencies.size(); ++number) {
+    const Tone up = readTone("40+" + std::to_string(number)), down = readTone("40-" + std::to_string(number));
+    for (const Tone* tone : {&up, &down}) {
       ASSERT_EQ(tone->header, std::string(header.get(), header.get() + 44));
       ASSERT_EQ(tone->samples.size(), kSamples);
     }
-  }
-
-  const Tone up_ = readTone("40+" + std::to_string(GetParam()));
-  const Tone down_ = readTone("40-" + std::to_string(GetParam()));
-  const int hz_ = orn::kToneFrequencies.at(GetParam());
-  const std::size_t cycle_ = static_cast<std::size_t>(orn::kSampleRate / hz_);
-};
-
-INSTANTIATE_TEST_SUITE_P(Frequencies, ToneFilesTest, testing::Range<std::size_t>(0, 7));
-
-TEST_P(ToneFilesTest, UpperLevelIsTheTableThroughTheSeam) {
-  const auto table = orn::sineTable(hz_);
-  ASSERT_TRUE(table);
-  for (std::size_t i = 0; i < kSamples + cycle_; ++i) {
-    const std::uint8_t* at = table->data + 2 * (i % cycle_);
-    ASSERT_EQ(up_.samples[i % kSamples], static_cast<std::int16_t>(at[0] | at[1] << 8)) << i;
-  }
-}
-
-TEST_P(ToneFilesTest, LowerLevelIsAHundredthAtEveryPlaceOfTheCycle) {
-  for (std::size_t from = 0; from < kSamples; from += 100 * cycle_) {
-    for (std::size_t place = 0; place < cycle_; ++place) {
-      int sum = 0;
-      for (std::size_t k = 0; k < 100; ++k) {
-        const int sample = down_.samples[from + k * cycle_ + place];
-        ASSERT_LE(std::abs(sample - up_.samples[place] / 100.0), 1.0);
-        sum += sample;
+    const auto table = orn::sineTable(orn::kToneFrequencies[number]);
+    ASSERT_TRUE(table);
+    const auto cycle = static_cast<std::size_t>(table->size) / 2;
+    for (std::size_t i = 0; i < kSamples + cycle; ++i) {
+      const std::uint8_t* at = table->data + 2 * (i % cycle);
+      ASSERT_EQ(up.samples[i % kSamples], static_cast<std::int16_t>(at[0] | at[1] << 8)) << number << " at " << i;
+    }
+    for (std::size_t from = 0; from < kSamples; from += 100 * cycle) {
+      for (std::size_t place = 0; place < cycle; ++place) {
+        int sum = 0;
+        for (std::size_t k = 0; k < 100; ++k) {
+          const int sample = down.samples[from + k * cycle + place];
+          ASSERT_LE(std::abs(sample - up.samples[place] / 100.0), 1.0);
+          sum += sample;
+        }
+        ASSERT_EQ(sum, up.samples[place]) << number << ", place " << place << " of the cycles from " << from;
       }
-      ASSERT_EQ(sum, up_.samples[place]) << "place " << place << " of the cycles from sample " << from;
     }
   }
 }

@@ -22,16 +22,25 @@ namespace {
 using namespace std::string_literals;
 using nlohmann::json;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 const std::string kAddress = "AA:BB:CC:DD:EE:FF";
 
+/// The last record of a part or an ear wins: 6, 2 and 5; 3 and 2. The others are of none.
 const json kAudiometer = {{{"id", 1}},
                           {{"id", 2}, {"base", true}, {"earplug_model", "2"}},
                           {{"id", 3}, {"base", true}, {"earplug_model", "1"}},
                           {{"id", 4}, {"base", true}, {"earplug_model", "3"}},
-                          {{"id", 5}, {"base", false}, {"earplug_model", "2"}}};
-const json kEarphones = {{{"id", 1}, {"ear", 1}}, {{"id", 2}, {"ear", "2"}}, {{"id", 3}, {"ear", 1}}, {{"id", 4}}};
+                          {{"id", 5}, {"base", true}, {"earplug_model", "1"}},
+                          {{"id", 6}, {"base", false}, {"earplug_model", "2"}},
+                          {{"id", 7}, {"base", true}, {"earplug_model", "02"}},
+                          {{"id", 8}, {"base", true}},
+                          {{"id", 9}, {"base", true}, {"earplug_model", 2}}};
+const json kEarphones = {{{"id", 1}, {"ear", 1}},
+                         {{"id", 2}, {"ear", "2"}},
+                         {{"id", 3}, {"ear", 1.9}},
+                         {{"id", 4}, {"ear", 3}},
+                         {{"id", 5}},
+                         {{"id", 7}, {"ear", 4294967297}}};
 
 std::string reply(const json& records, int rspCode = 0) {
   return json{{"rspCode", rspCode}, {"deviceVolumeIOS", records}}.dump();
@@ -112,7 +121,7 @@ TEST_F(CalibrationFetch, AudiometerRepliesAreKeptToTheByteAndCallBackWithinTheCa
     for (const char* heard : {"asks: ok", "cache: within ok"}) {
       newSession();
       EXPECT_EQ((this->*operation)(kAddress), heard) << file;
-      EXPECT_EQ(fields(), "523 --");
+      EXPECT_EQ(fields(), "625 --");
       EXPECT_EQ(session->KV50MAC(), kAddress);
       EXPECT_EQ(contents(file), text);
     }
@@ -146,62 +155,51 @@ TEST_F(CalibrationFetch, WhatCannotBeKeptIsUsedAndAskedForAgain) {
     EXPECT_EQ(audiometer(), "asks: ok");
     answers(reply(kEarphones));
     EXPECT_EQ(earphones(), "asks: ok");
-    EXPECT_EQ(fields(), "523 32");
+    EXPECT_EQ(fields(), "625 32");
   }
 }
 
-TEST_F(CalibrationFetch, ARefusalFillsTheFieldsAndStoresNothing) {
-  answers(reply(kAudiometer, 1));
-  EXPECT_EQ(audiometer(), "asks: ok");
-  EXPECT_EQ(history(), "asks: ok");
-  answers(reply(kEarphones, 1));
-  EXPECT_EQ(earphones(), "asks: ok");
-  EXPECT_EQ(fields(), "523 32");
-  EXPECT_THAT(files(), IsEmpty());
-}
-
-TEST_F(CalibrationFetch, WithoutAReplyTheFieldsStayAsTheyWere) {
+TEST_F(CalibrationFetch, FillsTheFieldsThatAReplyHasRecordsForAndStoresWhatMayServeAgain) {
   const auto old = ORNDeviceVolumeIOS::initWithDictionary({{"id", 9}});
-  session->setAb(old);
-  session->setLeftVolume(old);
-  fails();
-  EXPECT_EQ(audiometer(), "asks: transport 7 gone");
-  EXPECT_EQ(history("other"), "asks: transport 7 gone");
-  EXPECT_EQ(earphones(), "asks: transport 7 gone");
-  EXPECT_EQ(fields(), "9-- 9-");
-  EXPECT_EQ(session->KV50MAC(), "other") << "is set whatever follows";
-  EXPECT_EQ(session->earPlugModel(), "1");
-  EXPECT_THAT(files(), IsEmpty());
-}
-
-TEST_F(CalibrationFetch, AFieldWithoutARecordKeepsItsOldValue) {
-  const auto old = ORNDeviceVolumeIOS::initWithDictionary({{"id", 9}});
-  session->setAb(old);
-  session->setXxyy(old);
-  session->setLeftVolume(old);
-  answers(reply({{{"id", 2}, {"base", true}, {"earplug_model", "2"}}, nullptr, 5, json::array()}));
-  EXPECT_EQ(audiometer(), "asks: ok");
-  answers(reply({{{"id", 4}, {"ear", 2}}}));
-  EXPECT_EQ(earphones(), "asks: ok");
-  EXPECT_EQ(fields(), "929 94");
-}
-
-TEST_F(CalibrationFetch, WhatIsNoJsonIsStoredForAnAudiometerAndAskedForAgain) {
-  for (const std::string& text : {"<html>"s, "[]"s, "{\"rspCode\":1"s, "\0\xFF"s, "null"s}) {
-    answers(text);
-    EXPECT_EQ(audiometer(), "asks: ok");
-    EXPECT_EQ(contents("__AA_BB_CC_DD_EE_FF"), text);
-    EXPECT_EQ(earphones(), "asks: ok");
-    EXPECT_THAT(files(), ElementsAre("__AA_BB_CC_DD_EE_FF"));
-    EXPECT_EQ(fields(), "--- --");
+  const std::string anyAudiometer = "__AA_BB_CC_DD_EE_FF", anyEarphones = "Phone1,1_1";
+  const struct {
+    std::optional<std::string> audiometer, earphones;
+    std::string fields;
+    std::vector<std::string> stored;
+  } table[] = {
+      {{}, {}, "999 99", {}},
+      {reply(kAudiometer, 1), reply(kEarphones, 1), "625 32", {}},
+      {reply({{{"id", 2}, {"base", true}, {"earplug_model", "2"}}, nullptr, 5, json::array()}),
+       reply({{{"id", 4}, {"ear", 2}}}),
+       "929 94",
+       {anyEarphones, anyAudiometer}},
+      {R"({"rspCode":1})", R"({"rspCode":0,"deviceVolumeIOS":[{"id":1,"ear":1,"earPath":null}]})", "999 19", {}},
+      {"<html>", "<html>", "999 99", {anyAudiometer}},
+      {"[]", "[]", "999 99", {anyAudiometer}},
+      {"{\"rspCode\":1", "null", "999 99", {anyAudiometer}},
+      {"\0\xFF"s, "\0\xFF"s, "999 99", {anyAudiometer}},
+  };
+  for (const auto& row : table) {
+    newSession();
+    for (const auto set : {&ORNManualHearingTest::setAb, &ORNManualHearingTest::setAabb, &ORNManualHearingTest::setXxyy,
+                           &ORNManualHearingTest::setLeftVolume, &ORNManualHearingTest::setRightVolue}) {
+      ((*session).*set)(old);
+    }
+    const std::string heard = row.audiometer ? "asks: ok" : "asks: transport 7 gone";
+    row.audiometer ? answers(*row.audiometer) : fails();
+    EXPECT_EQ(history("other"), heard);
+    EXPECT_EQ(session->KV50MAC(), "other") << "is set whatever follows";
+    machine.fileManager->removeFile(folder() + "/history__other");
+    EXPECT_EQ(audiometer(), heard) << "what is no JSON is asked for again";
+    row.earphones ? answers(*row.earphones) : fails();
+    EXPECT_EQ(earphones(), heard);
+    EXPECT_EQ(fields(), row.fields);
+    EXPECT_EQ(files(), row.stored);
+    for (const auto& file : files()) {
+      EXPECT_TRUE(file == anyEarphones || contents(file) == row.audiometer);
+      if (row.fields != "999 99") machine.fileManager->removeFile(folder() + "/" + file);
+    }
   }
-}
-
-TEST_F(CalibrationFetch, AnEarphoneReplyThatNoPropertyListHoldsIsNotStored) {
-  answers(R"({"rspCode":0,"deviceVolumeIOS":[{"id":1,"ear":1,"earPath":null}]})");
-  EXPECT_EQ(earphones(), "asks: ok");
-  EXPECT_EQ(fields(), "--- 1-");
-  EXPECT_THAT(files(), IsEmpty());
 }
 
 TEST_F(CalibrationFetch, ACorruptCacheIsAskedForAgain) {
@@ -211,7 +209,7 @@ TEST_F(CalibrationFetch, ACorruptCacheIsAskedForAgain) {
     put("__AA_BB_CC_DD_EE_FF", text);
     newSession();
     EXPECT_EQ(audiometer(), "asks: ok") << text;
-    EXPECT_EQ(fields(), "523 --");
+    EXPECT_EQ(fields(), "625 --");
     EXPECT_EQ(contents("__AA_BB_CC_DD_EE_FF"), good);
   }
   for (const std::string& text :
@@ -260,13 +258,9 @@ TEST_F(CalibrationFetch, OfTheActionIsAnsweredWhereASettingIsTrue) {
   const std::pair<std::optional<DefaultsValue>, bool> table[] = {
       {true, true},          {std::int64_t{-1}, true},
       {0.5, true},           {"YES"s, true},
-      {"true"s, true},       {"1"s, true},
       {false, false},        {std::int64_t{0}, false},
-      {0.0, false},          {"NO"s, false},
-      {""s, false},          {"0"s, false},
-      {"no Y"s, false},      {std::chrono::system_clock::time_point(), false},
-      {std::nullopt, false},
-  };
+      {0.0, false},          {"no Y"s, false},
+      {std::nullopt, false}, {std::chrono::system_clock::time_point(), false}};
   for (const auto& [setting, isAnswered] : table) {
     machine.userDefaults->removeValue("LOCAL");
     if (setting) machine.userDefaults->setValue("LOCAL", *setting);

@@ -57,6 +57,9 @@ TEST(FetchInFull, AnswersOnceAndKeepsOnlyWhatIsEnoughForATest) {
     EXPECT_EQ(fetch(script, path), "ok, asked 1, calibrated");
     script.fails();
     EXPECT_EQ(fetch(script, path), "ok, asked 0, calibrated") << "from the cache";
+    EXPECT_TRUE(isCalibration(path, sampleReply(path), {"1000hz"}));
+    EXPECT_FALSE(isCalibration(path, sampleReply(other), {"1000hz"}));
+    EXPECT_FALSE(isCalibration(path, sampleReply(path), {"1000hz", "750hz"}));
   }
 }
 

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
 #include <ORNHearingTestSDK/calibration/LevelCipher.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 
@@ -21,14 +20,6 @@ std::vector<std::int64_t> ids(const ORNDeviceCorrect& reply) {
   std::vector<std::int64_t> list;
   for (const auto& record : reply.deviceVolumeIOS().value_or(ORNDeviceCorrect::Records())) list.push_back(record->id());
   return list;
-}
-
-std::int64_t idOf(const std::shared_ptr<ORNDeviceVolumeIOS>& record) { return record ? record->id() : -1; }
-
-json reference(int id, const char* model) { return {{"id", id}, {"base", true}, {"earplug_model", model}}; }
-
-std::shared_ptr<ORNDeviceCorrect> replyOf(json records) {
-  return ORNDeviceCorrect::initWithDictionary({{"rspCode", 0}, {"deviceVolumeIOS", std::move(records)}});
 }
 
 TEST(ORNDeviceCorrect, ReadsTheRecordsOfAListInTheirOrder) {
@@ -77,33 +68,6 @@ TEST(ORNDeviceCorrect, SurvivesDeepNesting) {
                             ",\"s500\":" + deep + "}]}");
   EXPECT_EQ(reply->rspCode(), 0);
   EXPECT_FALSE(reply->deviceVolumeIOS());
-}
-
-TEST(CalibrationRoles, LastAudiometerRecordOfAPartWins) {
-  const auto records = audiometerRecords(*replyOf({{{"id", 1}},
-                                                   reference(2, "2"),
-                                                   reference(3, "1"),
-                                                   {{"id", 4}, {"earplug_model", "2"}},
-                                                   reference(5, "1"),
-                                                   reference(6, "3"),
-                                                   reference(7, "02"),
-                                                   {{"id", 8}, {"base", true}},
-                                                   {{"id", 9}, {"base", true}, {"earplug_model", 2}}}));
-  EXPECT_EQ(idOf(records.ab), 4);
-  EXPECT_EQ(idOf(records.aabb), 2);
-  EXPECT_EQ(idOf(records.xxyy), 5);
-}
-
-TEST(CalibrationRoles, LastEarphoneRecordOfAnEarWins) {
-  const auto records = earphoneRecords(*replyOf({{{"id", 1}, {"ear", 1}},
-                                                 {{"id", 2}, {"ear", "2"}},
-                                                 {{"id", 3}, {"ear", 1.9}},
-                                                 {{"id", 4}, {"ear", 3}},
-                                                 {{"id", 5}},
-                                                 {{"id", 6}, {"ear", nullptr}},
-                                                 {{"id", 7}, {"ear", 4294967297}}}));
-  EXPECT_EQ(idOf(records.left), 3);
-  EXPECT_EQ(idOf(records.right), 2);
 }
 
 }  // namespace

@@ -21,15 +21,9 @@ struct Loudness {
 };
 
 /// A person with earphones on, whose wires may be wrong.
-struct Listener {
-  explicit Listener(Path path) {
-    Platform::setCurrent(machine.platform());
-    session = ORNManualHearingTest::init();
-    for (const auto set :
-         {&ORNManualHearingTest::setLeftVolume, &ORNManualHearingTest::setRightVolue, &ORNManualHearingTest::setAb}) {
-      ((*session).*set)(SessionScript::record("-60"));
-    }
-    if (path == SessionScript::Audiometer) session->setKV50MAC(std::optional<std::string>("AA:BB:CC:DD:EE:FF"));
+struct Listener : SessionScript {
+  explicit Listener(Path path) : SessionScript(Manual, path, Forgotten) {
+    Platform::setCurrent(machine.platform());  // with the library's own recordings
     machine.audioOutput->addListener([this](std::int64_t, std::span<const std::int16_t> samples) {
       for (std::size_t i = 0; i + 1 < samples.size(); i += 2) {
         heard.left = std::max(heard.left, std::abs(samples[i]));
@@ -37,18 +31,12 @@ struct Listener {
       }
     });
   }
-  ~Listener() {
-    session.reset();
-    Platform::clearCurrent();
-  }
   Loudness listen(double seconds) {
     heard = {};
-    machine.virtualTime->runFor(std::chrono::milliseconds(std::lround(seconds * 1000)));
+    run(seconds);
     return heard;
   }
 
-  SimulatedPlatform machine;
-  std::shared_ptr<ORNManualHearingTest> session;
   Loudness heard;
 };
 

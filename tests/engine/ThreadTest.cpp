@@ -66,7 +66,6 @@ struct SpinningOutput final : AudioOutput {
                                              AudioQueue::OutputCallback callback) override {
     return std::make_unique<SpinningQueue>(std::move(callback), tally);
   }
-  std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string&) override { return nullptr; }
   std::unique_ptr<AudioPlayer> playerWithData(std::span<const std::uint8_t>) override { return nullptr; }
 
   Tally tally;

@@ -13,7 +13,6 @@
 namespace orn {
 
 using nlohmann::json;
-using std::chrono::system_clock;
 using Done = std::function<void(const std::string&)>;
 
 ServiceScript::ServiceScript() {
@@ -45,58 +44,50 @@ std::string told(const std::optional<Error>& error, const json& list) {
 
 std::vector<ServiceOperation> serviceOperations() {
   static const EarResult left{{"1000hz", "40"}}, right{{"1000hz", "35"}, {"2000hz", "30"}};
+  static const auto birthday = std::chrono::system_clock::time_point(std::chrono::hours(12));
+  static const std::string address = "AA:BB:CC:DD:EE:FF";
+  using Failure = std::optional<Error>;
+  const auto tells = [](const Done& done) { return [done](const Failure& error) { done(told(error)); }; };
+  const auto lists = [](const Done& done) {
+    return [done](const Failure& error, const json& list) { done(told(error, list)); };
+  };
+  // A session lives as long as what waits for its answer.
+  const auto session = [](const Done& done) {
+    const auto made = ORNManualHearingTest::init();
+    return std::pair(made.get(), [done, made](const Failure& error, auto&&...) { done(told(error)); });
+  };
   return {
-      {"getListenTest",
-       [](const Done& done) {
-         ORNHearingTest::getListenTestWithCompletion(
-             [done](const std::optional<Error>& error, const json& list) { done(told(error, list)); });
-       }},
+      {"getListenTest", [=](const Done& done) { ORNHearingTest::getListenTestWithCompletion(lists(done)); }},
+      {"fetch history", [=](const Done& done) { TestHistory::fetch(lists(done)); }},
       {"listenTest",
        [](const Done& done) {
-         ORNHearingTest::listenTestWithLeft(
-             left, right, "model", [done](std::nullptr_t, const std::optional<Error>& error) { done(told(error)); });
+         ORNHearingTest::listenTestWithLeft(left, right, "model",
+                                            [done](std::nullptr_t, const Failure& error) { done(told(error)); });
        }},
-      {"submit",
-       [](const Done& done) {
-         ResultSubmission::submit(left, right, "model",
-                                  [done](const std::optional<Error>& error) { done(told(error)); });
-       }},
+      {"submit", [=](const Done& done) { ResultSubmission::submit(left, right, "model", tells(done)); }},
       {"postListenTest",
-       [](const Done& done) {
+       [=](const Done& done) {
          ORNManualHearingTest::postListenTestWithLeft(left, right, true, 1, 2, "noise", "another user", "start", "end",
-                                                      "model",
-                                                      [done](const std::optional<Error>& error) { done(told(error)); });
+                                                      "model", tells(done));
        }},
       {"setAppUserID",
-       [](const Done& done) {
-         ORNHearingTest::setAppUserID("id", "name", true, system_clock::time_point(std::chrono::hours(12)), "phone",
-                                      [done](const std::optional<Error>& error) { done(told(error)); });
-       }},
-      {"fetch history",
-       [](const Done& done) {
-         TestHistory::fetch([done](const std::optional<Error>& error, const json& list) { done(told(error, list)); });
-       }},
+       [=](const Done& done) { ORNHearingTest::setAppUserID("id", "name", true, birthday, "phone", tells(done)); }},
       {"registerUser",
-       [](const Done& done) {
-         UserProfile::registerUser("id", "name", true, system_clock::time_point(std::chrono::hours(12)), "phone",
-                                   [done](const std::optional<Error>& error) { done(told(error)); });
-       }},
+       [=](const Done& done) { UserProfile::registerUser("id", "name", true, birthday, "phone", tells(done)); }},
       {"setKV50MAC",
-       [](const Done& done) {
-         const auto session = ORNManualHearingTest::init();
-         session->setKV50MAC("AA:BB:CC:DD:EE:FF",
-                             [done, session](const std::optional<Error>& error) { done(told(error)); });
+       [=](const Done& done) {
+         const auto [made, tell] = session(done);
+         made->setKV50MAC(address, tell);
        }},
       {"getTestHistoryByMAC",
-       [](const Done& done) {
-         const auto session = ORNManualHearingTest::init();
-         session->getTestHistoryByMAC("AA:BB:CC:DD:EE:FF", [done, session](const std::optional<Error>& error,
-                                                                           std::nullptr_t) { done(told(error)); });
+       [=](const Done& done) {
+         const auto [made, tell] = session(done);
+         made->getTestHistoryByMAC(address, tell);
        }},
       {"setEarPlugModel",
-       [](const Done& done) {
-         const auto session = ORNManualHearingTest::init();
-         session->setEarPlugModel("1", [done, session](const std::optional<Error>& error) { done(told(error)); });
+       [=](const Done& done) {
+         const auto [made, tell] = session(done);
+         made->setEarPlugModel("1", tell);
        }},
   };
 }

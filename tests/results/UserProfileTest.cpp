@@ -3,6 +3,7 @@
 #include <ctime>
 
 #include <ORNHearingTestSDK/engine/ORNHearingTest.h>
+#include <ORNHearingTestSDK/results/UserProfile.h>
 
 #include "ServiceScript.h"
 
@@ -21,18 +22,6 @@ constexpr Date date(int year, unsigned month, unsigned day, std::chrono::nanosec
   const sys_days day0 = std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day);
   return floor<Date::duration>(day0 + time);
 }
-
-/// The time zone of the process for a while.
-struct Zone {
-  explicit Zone(const char* name) {
-    setenv("TZ", name, 1);
-    tzset();
-  }
-  ~Zone() {
-    unsetenv("TZ");
-    tzset();
-  }
-};
 
 struct SetAppUserID : testing::Test, ServiceScript {
   std::vector<std::string> heard;
@@ -93,8 +82,11 @@ TEST_F(SetAppUserID, NeedsAnIdABirthdayAndAPhone) {
   call("id", "name", true, {}, "1");
   call("id", "name", true, date(1980, 3, 5), {});
   run();
-  EXPECT_EQ(requestCount(), 0U);
   EXPECT_THAT(heard, IsEmpty());
+  UserProfile::registerUser("id", "name", true, {}, "1", [this](const auto& error) { heard.push_back(told(error)); });
+  run();
+  EXPECT_THAT(heard, ElementsAre("registration 0"));
+  EXPECT_EQ(requestCount(), 0U);
   EXPECT_THAT(stored(), testing::Each(std::nullopt));
 }
 
@@ -121,11 +113,14 @@ TEST_F(SetAppUserID, BirthdayGoesOutAsADayOfTheLocalZone) {
       {"UTC0", date(1900, 2, 28), "19000228"},      {"UTC0", date(2024, 2, 29), "20240229"},
   };
   for (const auto& row : table) {
-    const Zone zone(row.zone);
+    setenv("TZ", row.zone, 1);
+    tzset();
     call("id", {}, false, row.birthday, "1");
     run();
     EXPECT_EQ(sent().at("birthday"), row.text) << row.zone;
   }
+  unsetenv("TZ");
+  tzset();
 }
 
 }  // namespace
