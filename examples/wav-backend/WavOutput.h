@@ -83,6 +83,7 @@ class WavDevice {
     std::uint8_t* header = createWaveHeader(static_cast<std::uint32_t>(played_ * 4), 2, orn::kSampleRate, 16);
     if (header) file_.write(reinterpret_cast<const char*>(header), getWaveHeaderSize());
     freeWaveHeader(header);
+    file_.flush();
   }
 
   std::weak_ptr<orn::RunLoop> loop_;
