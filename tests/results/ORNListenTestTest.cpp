@@ -48,8 +48,8 @@ TEST(ORNListenTest, EveryFieldComesBackUnderItsKey) {
 }
 
 TEST(ORNListenTest, NullAndAbsentValuesAreEmpty) {
-  json nulls, empty;
-  for (const auto& [key, value] : fullDictionary().items()) nulls[key] = nullptr;
+  json nulls = fullDictionary(), empty;
+  for (json& value : nulls) value = nullptr;
   for (const auto& key : kNumbers) empty[key] = 0.0;
   for (const auto& key : kFlags) empty[key] = false;
   for (const json& dictionary : {json::object(), nulls, json::array({1, 2}), json(5), json("text"), json()}) {
