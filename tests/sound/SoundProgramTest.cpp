@@ -123,7 +123,7 @@ TEST_F(SoundProgram, AVirtualListenerTakesTheTestAndTheServiceIsNotWaitedFor) {
 TEST_F(SoundProgram, AnInterruptOrALostDevicePutsTheVolumeBack) {
   const std::string elsewhere = server_.volumes("speaker");
   for (const int signal : {SIGINT, SIGTERM, 0}) {
-    std::ofstream(server_.folder() + "/out");
+    const std::ofstream emptied(server_.folder() + "/out");
     const pid_t program = start(kRun);
     ASSERT_TRUE(comes([&] { return printed("out").find("Testing the right ear") != std::string::npos; }));
     EXPECT_THAT(server_.volumes("audiometer"), HasSubstr("100%"));
