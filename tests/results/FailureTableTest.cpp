@@ -131,11 +131,13 @@ class OtherThreadSession final : public URLSession {
   void dataTask(URLRequest, CompletionHandler completionHandler) override {
     threads_.emplace_back([reply = reply_, done = std::move(completionHandler)] { done(reply); });
   }
-  void join() { threads_.clear(); }
+  void join() {
+    for (std::thread& one : std::exchange(threads_, {})) one.join();
+  }
 
  private:
   URLReply reply_;
-  std::vector<std::jthread> threads_;
+  std::vector<std::thread> threads_;  // libc++ 14 has no jthread
 };
 
 TEST(FailureTable, CallbacksComeOnTheMainThreadFromItsLoop) {
