@@ -31,13 +31,13 @@ class ORN_EXPORT CalibratedHearingTest : public ORNHearingTest, public Calibrati
   using ORNHearingTest::setEarPlugModel;
   void setEarPlugModel(const std::string& earPlugModel, CompletionHandler completionHandler);
 
+  /// What goes with the result: an audiometer's address stands in the model's place.
+  const std::optional<std::string>& deviceInUse() const { return usesAudiometer() ? KV50MAC_ : earPlugModel(); }
+
  protected:
   CalibratedHearingTest() = default;
 
   bool usesAudiometer() const { return KV50MAC_.has_value(); }  ///< Whether the tones go to an audiometer.
-
-  /// What goes with the result: an audiometer's address stands in the model's place.
-  const std::optional<std::string>& deviceInUse() const { return usesAudiometer() ? KV50MAC_ : earPlugModel(); }
 
  private:
   std::function<void(const ORNDeviceCorrect&)> taking(void (CalibrationRecords::*take)(const ORNDeviceCorrect&));

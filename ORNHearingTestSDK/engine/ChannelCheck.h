@@ -42,9 +42,8 @@ class ORN_EXPORT ChannelCheck {
   /// Whether the ears get tones of their own.
   bool tellsEarsApart() const;
 
-  /// Tones of a whole check, and those that have been answered.
-  std::size_t tones() const { return tellsEarsApart() ? 2 : 1; }
-  std::size_t answered() const { return answers_.size(); }  ///< How many tones have been answered.
+  std::size_t tones() const { return tellsEarsApart() ? 2 : 1; }  ///< Tones of a whole check.
+  std::size_t answered() const { return answers_.size(); }        ///< How many tones have been answered.
 
   /// Starts the tone whose answer is due, for two seconds, as often as wanted; why it does not sound, if it does not.
   /// Nothing happens when all are answered.

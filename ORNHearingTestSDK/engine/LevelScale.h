@@ -24,4 +24,7 @@ inline constexpr LevelScale kGridScale{16, 15};
 /// Of the standard test's second look at 1000 Hz: -5 to 90 dB HL.
 inline constexpr LevelScale kRetestScale{20, -5};
 
+/// Of the picture of a result: -10 to 120 dB HL.
+inline constexpr LevelScale kResultScale{27, -10};
+
 }  // namespace orn

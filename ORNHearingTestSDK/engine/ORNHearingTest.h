@@ -145,8 +145,8 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
     return told ? (*told).*operation : Operation{};
   }
 
-  template <class Operation, class... Arguments>
   /// Calls a delegate's operation, if it has it, with this session held alive.
+  template <class Operation, class... Arguments>
   void tellDelegate(Operation ORNHearingTestDelegate::*operation, const Arguments&... arguments) {
     const Operation told = delegateOperation(operation);
     if (!told) return;

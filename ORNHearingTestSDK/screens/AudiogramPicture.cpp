@@ -13,6 +13,7 @@
 #include <QtSvg/QSvgGenerator>
 
 #include <ORNHearingTestSDK/common/NumericText.h>
+#include <ORNHearingTestSDK/engine/LevelScale.h>
 #include <ORNHearingTestSDK/screens/AudiogramDrawing.h>
 #include <ORNHearingTestSDK/screens/ChessboardResultView.h>
 
@@ -23,11 +24,12 @@ constexpr QSize kPictureSize(375, 667);
 constexpr int kPixelsPerPoint = 2;
 constexpr int kPointsPerInch = 72;
 
-/// Row 0 stands for -10 dB and each row for 5 dB more; nowhere without a result.
+/// A threshold between two rows stands between them; nowhere without a result.
 double thresholdRow(const EarResult& ear, const std::string& hz) {
   const auto found = ear.find(hz);
   const std::int32_t db = found == ear.end() ? -1 : intValue(found->second);
-  return db == -1 ? std::numeric_limits<double>::quiet_NaN() : (db + 10) / 5.0;
+  if (db == -1) return std::numeric_limits<double>::quiet_NaN();
+  return (db - kResultScale.lowest) / static_cast<double>(LevelScale::kStep);
 }
 
 std::shared_ptr<ChessboardResultViewDataSouce> dataOf(const EarResult& left, const EarResult& right) {

@@ -333,8 +333,8 @@ void ORNHearingTestViewController::completeWithLeftResult(ORNHearingTest& /*hear
 void ORNHearingTestViewController::tellComplete(const EarResult& left, const EarResult& right) {
   isComplete_ = isSubmitting_ = isTellingComplete_ = true;
   const ORNManualHearingTest* session = test_ ? test_->manualTest() : nullptr;
-  const auto device = session && session->KV50MAC() ? session->KV50MAC() : test_ ? test_->earPlugModel() : std::nullopt;
-  if (const auto told = onComplete) told(finishedTest(left, right, device.value_or("")));
+  const std::string device = session ? session->deviceInUse().value_or("") : "";
+  if (const auto told = onComplete) told(finishedTest(left, right, device));
   isTellingComplete_ = false;
 }
 

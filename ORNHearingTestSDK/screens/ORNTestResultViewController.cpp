@@ -9,6 +9,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QScrollArea>
 
+#include <ORNHearingTestSDK/engine/LevelScale.h>
 #include <ORNHearingTestSDK/engine/ORNHearingTest.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/platform/RunLoop.h>
@@ -93,7 +94,7 @@ std::vector<std::string> ORNTestResultViewController::hzsOfChessboardView(Chessb
 QPointF ORNTestResultViewController::pointAtHz(ChessboardResultView& /*view*/, const std::string& hz,
                                                std::int32_t index, bool isLeft, std::int32_t /*insection*/) {
   const std::int64_t level = intValue(valueOf(isLeft ? left_ : right_, hz));
-  const std::int64_t row = (level + 10) / 5;  // cut towards zero, so 12 dB is row 4
+  const std::int64_t row = kResultScale.rowOf(level);  // cut towards zero, so 12 dB is row 4
   return {static_cast<double>(index), static_cast<double>(row)};
 }
 
