@@ -10,21 +10,42 @@ namespace orn {
 namespace {
 
 /// Breaks the text into lines, a word too long for one included, and gives what they take.
-QSizeF layOut(QTextLayout& layout, double width, double lineSpace, Qt::Alignment alignment = {}) {
-  QTextOption option(alignment);
-  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  layout.setTextOption(option);
+QSizeF breakLines(QTextLayout& layout, double width, double lineSpace, double left = 0) {
   QSizeF size(0, 0);
   layout.beginLayout();
   for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
     line.setLeadingIncluded(true);
     line.setLineWidth(width);
     const double top = line.lineNumber() == 0 ? 0 : size.height() + lineSpace;
-    line.setPosition({0, top});
+    line.setPosition({left, top});
     size = {std::max(size.width(), line.naturalTextWidth()), top + line.height()};
   }
   layout.endLayout();
   return size;
+}
+
+/// Whether the last line has a single character, a mark behind it aside, that was not put there by the text's own
+/// break.
+bool endsInOneCharacter(const QTextLayout& layout) {
+  if (layout.lineCount() < 2) return false;
+  const QTextLine last = layout.lineAt(layout.lineCount() - 1);
+  const QString text = layout.text().mid(last.textStart(), last.textLength());
+  return layout.text().at(last.textStart() - 1) != QChar::LineSeparator &&
+         std::count_if(text.begin(), text.end(), [](QChar one) { return one.isLetterOrNumber(); }) < 2;
+}
+
+/// As breakLines(); lines that are a character shorter, where the last one would have one alone and that needs no more.
+QSizeF layOut(QTextLayout& layout, double width, double lineSpace, Qt::Alignment alignment = {}) {
+  QTextOption option(alignment);
+  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  layout.setTextOption(option);
+  const QSizeF size = breakLines(layout, width, lineSpace);
+  if (!endsInOneCharacter(layout)) return size;
+  const int lines = layout.lineCount();
+  const QTextLine last = layout.lineAt(lines - 1);
+  const double spare = last.naturalTextWidth() / last.textLength();
+  const QSizeF even = breakLines(layout, width - spare, lineSpace, alignment & Qt::AlignHCenter ? spare / 2 : 0);
+  return layout.lineCount() == lines ? even : breakLines(layout, width, lineSpace);
 }
 
 }  // namespace

@@ -102,7 +102,6 @@ void NavigationWindow::showAlert(const Alert& alert, std::function<void(int tag,
     takeAway([shown](const ShownAlert& one) { return one.view == shown; });
     if (told) told(tag, buttonIndex);
   };
-  keepFocus();
   alerts_.push_back({shown, owner, alert.tag});
   arrangeAlerts();
   shown->appear();
@@ -147,7 +146,6 @@ void NavigationWindow::arrangeAlerts() {
 }
 
 void NavigationWindow::showOverEverything(QWidget* view) {
-  keepFocus();
   view->setParent(this);
   overEverything_ = view;
   view->show();
@@ -160,19 +158,16 @@ bool NavigationWindow::isCovered() const {
          (overEverything_ && overEverything_->parentWidget() == this && !overEverything_->isHidden());
 }
 
-void NavigationWindow::keepFocus() {
-  if (!isCovered()) focusBeneath_ = window()->focusWidget();
-}
-
+/// A screen that comes back has the keyboard where it was.
 void NavigationWindow::focusFront() {
   spoken_->changed();
   if (!alerts_.empty()) return alerts_.back().view->takeFocus();
   if (isCovered()) return overEverything_->setFocus();
   const auto top = front()->topScreen();
-  QWidget* kept = std::exchange(focusBeneath_, nullptr);
-  if (!top) return;
-  if (kept && kept != top->view() && top->view()->isAncestorOf(kept) && kept->isVisibleTo(this) && kept->isEnabled()) {
-    kept->setFocus();
+  if (!top || top->view()->isHidden()) return;  // hidden: on its way, and told when it is there
+  QWidget* const last = top->view()->focusWidget();
+  if (last && last != top->view() && last->isVisibleTo(this) && last->isEnabled()) {
+    last->setFocus();
   } else if (top->firstFocus()) {
     top->firstFocus()->setFocus();
   }

@@ -93,7 +93,6 @@ class ORN_SCREENS_EXPORT NavigationWindow : public QWidget {
   template <class Condition>
   void takeAway(Condition isMeant);
   void arrangeAlerts();
-  void keepFocus();
   bool isCovered() const;
   QWidgetList spokenViews() const;
   void keepColours();
@@ -101,7 +100,6 @@ class ORN_SCREENS_EXPORT NavigationWindow : public QWidget {
   std::vector<std::shared_ptr<NavigationController>> stacks_;
   std::vector<ShownAlert> alerts_;
   QPointer<QWidget> overEverything_;
-  QPointer<QWidget> focusBeneath_;  // where the keyboard was when the front became covered
   SpokenChildren* spoken_;
   bool closesUnasked_ = false, isGoing_ = false;
   int statusBarHeight_ = 0;

@@ -47,6 +47,7 @@ TEST_F(ORNScreenUtilsTest, TextsHaveGlyphsAndTheSpaceThatTheyAreMeasuredAt) {
   EXPECT_EQ(size(""), QSizeF(0, 0));
   EXPECT_NEAR(size("听力\n检测").height(), 2 * line + 15, 0.1);
   EXPECT_NEAR(size("听力检测听力检测").height(), 2 * line + 15, 0.1) << "wraps";
+  EXPECT_LT(size("听力检测听。").width(), size("听力检测").width()) << "no character is left alone";
   EXPECT_TRUE(size("KV60SKV60SKV60S").width() <= 50 && size("KV60SKV60SKV60S").height() > line) << "wraps a word too";
   EXPECT_NEAR(size("听力", 3).width(), size("听力").width() + 6, 0.1);
   std::set<QByteArray> glyphs;

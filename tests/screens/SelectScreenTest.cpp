@@ -1,6 +1,7 @@
 #include <QtGui/QKeyEvent>
 
 #include <ORNHearingTestSDK/platform/AudioSession.h>
+#include <ORNHearingTestSDK/screens/ORNTestHistoryViewController.h>
 
 #include "ScreensScript.h"
 
@@ -106,7 +107,7 @@ TEST(SelectScreen, APreparationThatTakesAMomentSaysSoAndCanBeGivenUp) {
   }
 }
 
-TEST(SelectScreen, TheKeyboardStaysWithTheRowAcrossItsRefusal) {
+TEST(SelectScreen, TheKeyboardStaysWithTheRowAcrossItsRefusalAndAnotherScreen) {
   ScreensScript script;
   for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down}) script.key(key);
   for (int time = 0; time < 2; ++time) {
@@ -118,6 +119,11 @@ TEST(SelectScreen, TheKeyboardStaysWithTheRowAcrossItsRefusal) {
     script.machine.audioSession->setRoute({}, "Speaker", 1);  // which fills the rows anew
     script.run();
   }
+  script.window->navigation()->push(ORNTestHistoryViewController::init());
+  script.run();
+  script.window->navigation()->pop();
+  script.run();
+  EXPECT_EQ(script.window->focusWidget()->accessibleName(), kRows[1]);
 }
 
 TEST(SelectScreen, AnAlertTakesNoKeyThatWasMeantForWhatItCovers) {
