@@ -1,8 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ContractExpectations.h"
 
@@ -25,6 +27,14 @@ void expectEachNamed(Report (*check)(const std::function<UnderTest()>&), const s
     EXPECT_THAT(thoseOf(check(make), Outcome::Broken), testing::Contains(contract));
     brokenContract.clear();
   }
+}
+
+/// Puts a broken part in the place of a real one, which it holds.
+template <class Broken, class UnderTest, class Part>
+UnderTest brokenIn(UnderTest copy, std::shared_ptr<Part> UnderTest::*part) {
+  const auto broken = std::make_shared<Broken>();
+  broken->real = std::exchange(copy.*part, broken);
+  return copy;
 }
 
 }  // namespace orn::contract

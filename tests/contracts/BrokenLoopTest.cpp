@@ -49,7 +49,7 @@ struct BrokenLoop final : RunLoop {
     if (breaks("a timer fires first")) interval *= 2;
     if (breaks("an interval below") && interval <= 0ns) interval = 1h;
     if (breaks("a timer goes on firing")) {
-      action = [action, isFirst = true]() mutable { std::exchange(isFirst, false) ? action() : void(); };
+      action = [action, firings = std::make_shared<int>(0)] { ++*firings < 3 ? action() : void(); };
     }
     if (breaks("a timer does not fire while")) {
       action = [this, action] { real->performAfterDelay(1ms, action), action(); };
@@ -88,12 +88,8 @@ struct BrokenLoop final : RunLoop {
 };
 
 TEST(BrokenCopies, OfTheLoopAreNamed) {
-  expectEachNamed<RunLoopUnderTest>(checkRunLoop, [] {
-    RunLoopUnderTest copy = example::loop();
-    const auto broken = std::make_shared<BrokenLoop>();
-    broken->real = std::exchange(copy.loop, broken);
-    return copy;
-  });
+  expectEachNamed<RunLoopUnderTest>(checkRunLoop,
+                                    [] { return brokenIn<BrokenLoop>(example::loop(), &RunLoopUnderTest::loop); });
 }
 
 }  // namespace

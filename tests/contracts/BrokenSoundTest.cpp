@@ -17,6 +17,7 @@ namespace orn::contract {
 namespace {
 
 using Buffer = AudioQueueBuffer;
+using Observer = std::shared_ptr<const AudioSessionObserver>;
 
 const std::error_code kFine;
 std::vector<std::shared_ptr<AudioQueue>> queuesKept;
@@ -168,17 +169,73 @@ struct BrokenOutput final : AudioOutput {
   std::uint64_t asked = 0;
 };
 
+struct BrokenSession final : AudioSession {
+  std::error_code setActive(bool active) override { return real->setActive(active); }
+  std::error_code setCategory(AudioSessionCategory category, std::uint32_t options) override {
+    return breaks("it is activated") ? std::make_error_code(std::errc::io_error) : real->setCategory(category, options);
+  }
+  std::optional<std::string> routeText() const override {
+    if (breaks("an output has a route text")) return std::nullopt;
+    return breaks("without an output there is") ? "Speaker" : real->routeText();
+  }
+  AudioRouteDescription currentRoute() const override {
+    AudioRouteDescription route = real->currentRoute();
+    for (AudioPort& port : route.outputs) {
+      if (breaks("an output is a port")) port.portName.clear();
+      if (breaks("a new device becomes")) port.UID = "the same";
+    }
+    return route;
+  }
+
+  float outputVolume() const override { return real->outputVolume(); }
+  std::error_code setOutputVolume(float level) override {
+    if (breaks("the volume that is set")) level *= level;
+    if (breaks("beyond 0 and 1") && level > 1) level = 0;
+    const std::error_code error = real->setOutputVolume(level);
+    return breaks("without an output setOutputVolume()") ? std::error_code() : error;
+  }
+  std::error_code restoreOutputVolume(float level) override {
+    return breaks("restoreOutputVolume() puts") ? std::error_code() : real->restoreOutputVolume(level);
+  }
+
+  void addObserver(std::weak_ptr<const AudioSessionObserver> observer) override {
+    if (breaks("an observer may let go") && isTelling) return;
+    if (breaks("an observer is not kept")) kept.push_back(observer.lock());
+    const auto routeChange = [this, observer](std::int32_t reason) { tell(observer.lock(), reason); };
+    const auto interruption = [observer](std::int32_t type) {
+      observer.lock()->interruption(breaks("an interruption") ? 1 : type);
+    };
+    kept.push_back(std::make_shared<AudioSessionObserver>(AudioSessionObserver{routeChange, interruption}));
+    real->addObserver(kept.back());
+  }
+
+  void tell(const Observer& observer, std::int32_t reason) {
+    if (!observer || (!observer->routeChange && !breaks("an empty member"))) return;
+    if (breaks("a device that goes")) reason = 0;
+    if (breaks("notices come on")) return std::thread([&] { observer->routeChange(reason); }).join();
+    isTelling = true;
+    observer->routeChange(reason);
+    isTelling = false;
+  }
+
+  std::shared_ptr<AudioSession> real;
+  std::vector<Observer> kept;
+  bool isTelling = false;
+};
+
 AudioUnderTest brokenSound() {
   AudioUnderTest copy = example::audio();
-  const auto broken = std::make_shared<BrokenOutput>();
-  broken->real = std::exchange(copy.output, broken);
-  if (breaks("what an output made")) outputsKept.push_back(broken->real);
-  return copy;
+  if (breaks("what an output made")) outputsKept.push_back(copy.output);
+  return brokenIn<BrokenOutput>(copy, &AudioUnderTest::output);
 }
 
 TEST(BrokenCopies, OfTheQueueAreNamed) { expectEachNamed<AudioUnderTest>(checkAudioQueue, brokenSound); }
 TEST(BrokenCopies, OfThePlayerAreNamed) { expectEachNamed<AudioUnderTest>(checkAudioPlayer, brokenSound); }
 TEST(BrokenCopies, OfTheOutputAreNamed) { expectEachNamed<AudioUnderTest>(checkAudioOutput, brokenSound); }
+TEST(BrokenCopies, OfTheSessionAreNamed) {
+  expectEachNamed<AudioSessionUnderTest>(
+      checkAudioSession, [] { return brokenIn<BrokenSession>(example::session(), &AudioSessionUnderTest::session); });
+}
 
 }  // namespace
 }  // namespace orn::contract

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <fstream>
 #include <thread>
-#include <utility>
 
 #include "BrokenCopies.h"
 #include "LinuxBackend.h"
@@ -10,7 +9,32 @@
 namespace orn::contract {
 namespace {
 
+using namespace std::chrono_literals;
 using Bytes = std::vector<std::uint8_t>;
+
+struct BrokenNetwork final : URLSession {
+  void dataTask(URLRequest request, CompletionHandler handler) override {
+    if (breaks("a request that is not answered")) request.timeout = 24h;
+    if (breaks("method, headers and body")) request.headers.pop_back();
+    if (breaks("dataTask() returns")) return handler({"the answer", {}});
+    if (breaks("a handler may ask again") && isWithin) return;
+    if (breaks("requests may be under way")) std::swap(request.url, before);
+    real->dataTask(request, [this, handler](URLReply reply) {
+      if (breaks("the body of the reply")) reply.body = reply.body->substr(1);
+      if (breaks("whatever the status")) reply = {std::nullopt, Error{"http", 500, "bad"}};
+      if (breaks("an address that nobody")) reply = {};
+      if (breaks("the handler is called exactly once")) handler(reply);
+      if (breaks("handlers come on")) return std::thread([&] { handler(reply); }).join();
+      isWithin = true;
+      handler(std::move(reply));
+      isWithin = false;
+    });
+  }
+
+  std::shared_ptr<URLSession> real;
+  std::string before;  // the address of the request before this one
+  bool isWithin = false;
+};
 
 struct BrokenDefaults final : UserDefaults {
   std::optional<DefaultsValue> value(const std::string& key) const override {
@@ -55,7 +79,7 @@ struct BrokenFiles final : FileManager {
     if (breaks("a path is UTF-8") && std::any_of(path.begin(), path.end(), [](char c) { return c < 0; })) return false;
     if (breaks("whoever reads meanwhile")) {
       overwrite(path, bytes.first(bytes.size() / 2));
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+      std::this_thread::sleep_for(1ms);
     }
     const bool isWritten = real->writeAtomically(path, bytes);
     if (breaks("writing leaves no other")) overwrite(path + std::to_string(++count), bytes);
@@ -67,23 +91,29 @@ struct BrokenFiles final : FileManager {
   }
   bool removeFile(const std::string& path) override { return real->removeFile(path) || breaks("removeFile() removes"); }
 
-  std::shared_ptr<FileManager> real = example::files().files;
+  std::shared_ptr<FileManager> real;
   int count = 0;
 };
+
+TEST(BrokenCopies, OfTheNetworkAreNamed) {
+  expectEachNamed<URLSessionUnderTest>(checkURLSession, [] {
+    URLSessionUnderTest copy = example::network();
+    copy.brokenStatusUrl = copy.answeringUrl;
+    return brokenIn<BrokenNetwork>(copy, &URLSessionUnderTest::session);
+  });
+}
 
 TEST(BrokenCopies, OfTheSettingsAreNamed) {
   expectEachNamed<UserDefaultsUnderTest>(checkUserDefaults, [] {
     UserDefaultsUnderTest copy = linuxDefaults();
-    const auto broken = std::make_shared<BrokenDefaults>();
-    broken->real = std::exchange(copy.defaults, broken);
     if (breaks("what was synchronized")) copy.reopen = [] { return std::make_shared<SimulatedUserDefaults>(); };
-    return copy;
+    return brokenIn<BrokenDefaults>(copy, &UserDefaultsUnderTest::defaults);
   });
 }
 
 TEST(BrokenCopies, OfTheFilesAreNamed) {
   expectEachNamed<FileManagerUnderTest>(checkFileManager, [] {
-    return FileManagerUnderTest{std::make_shared<BrokenFiles>(), withFullDisk};
+    return brokenIn<BrokenFiles>({example::files().files, withFullDisk}, &FileManagerUnderTest::files);
   });
 }
 
