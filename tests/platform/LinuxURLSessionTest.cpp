@@ -1,9 +1,7 @@
 #include <condition_variable>
-#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +10,7 @@
 
 #include <ORNHearingTestSDK/platform/linux/LinuxURLSession.h>
 
+#include "Environment.h"
 #include "LoopbackServer.h"
 #include "tls/TestAuthority.h"
 
@@ -19,6 +18,7 @@ namespace orn {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -55,22 +55,6 @@ URLRequest post(std::string url, std::chrono::milliseconds timeout = 60s) {
 std::string http(const std::string& body, const std::string& status = "200 OK", const std::string& headers = "") {
   return "HTTP/1.1 " + status + "\r\n" + headers + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
 }
-
-/// Sets a variable of the environment, or removes it, until this object goes.
-class Environment {
- public:
-  Environment(const char* name, const char* value) : name_(name) {
-    if (const char* const before = getenv(name)) before_ = before;
-    value ? setenv(name, value, 1) : unsetenv(name);
-  }
-  ~Environment() { before_ ? setenv(name_, before_->c_str(), 1) : unsetenv(name_); }
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-
- private:
-  const char* name_;
-  std::optional<std::string> before_;
-};
 
 class LinuxURLSessionTest : public testing::Test {
  protected:
@@ -140,21 +124,17 @@ TEST_F(LinuxURLSessionTest, AReplyIsItsBodyOrWhatIsWrongWithIt) {
 
 TEST_F(LinuxURLSessionTest, WhatCantGoOutAsGivenIsAnError) {
   const std::string url = server_.url("/x"), nul(1, '\0'), rest = url.substr(7), injected = "\r\nInjected: 1";
+  using Header = std::pair<std::string, std::string>;
   std::vector<URLRequest> requests;
   for (const std::string& address :
-       {std::string(), std::string("no address"), rest, std::string("http://"),
-        std::string("http://127.0.0.1:99999999/"), "ftp://" + rest, std::string("file:///etc/hostname"),
+       {""s, "no address"s, rest, "http://"s, "http://127.0.0.1:99999999/"s, "ftp://" + rest, "file:///etc/hostname"s,
         "http://user:word@" + rest, url + " HTTP/1.1", url + injected, url + nul + "y"}) {
     requests.push_back(post(address));
   }
-  for (const auto& method : {std::string(), std::string("Po st"), "Post" + injected, nul}) {
+  for (const std::string& method : {""s, "Po st"s, "Post" + injected, nul}) {
     requests.emplace_back(post(url)).method = method;
   }
-  for (const auto& header : {std::pair<std::string, std::string>("", "x"),
-                             {"a b", "x"},
-                             {"a:", "x"},
-                             {"a", "x" + injected},
-                             {"a", "x" + nul}}) {
+  for (const Header& header : {Header("", "x"), {"a b", "x"}, {"a:", "x"}, {"a", "x" + injected}, {"a", "x" + nul}}) {
     requests.emplace_back(post(url)).headers = {header};
   }
   for (const URLRequest& request : requests) {
