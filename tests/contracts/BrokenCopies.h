@@ -8,6 +8,9 @@
 
 #include "ContractExpectations.h"
 
+// Copies of a backend of which each breaks one contract, for what a check could overlook: what comes at another time,
+// or on another thread, or does not come at all. That is the loop and the sound.
+
 namespace orn::contract {
 
 /// The one contract that copies of a backend break now; empty for none.
