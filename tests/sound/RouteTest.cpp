@@ -134,6 +134,7 @@ TEST_P(Route, TheVolumeIsPutBackToTheVeryValue) {
       ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "Speaker"; }));
     }
     ORNSystemVolumeManager::reStoreSystemVolume();
+    EXPECT_FALSE(session_->restoreOutputVolume(0)) << "a screen does so twice, and nothing is left to put back";
     EXPECT_EQ(server_.volumes("speaker"), elsewhere);
     if (isLost) audiometer = server_.addAudiometer();
     EXPECT_TRUE(loop_->runUntil([&] { return server_.volumes("audiometer") == before; }, 5s))
