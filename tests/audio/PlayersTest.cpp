@@ -15,48 +15,22 @@
 #include <ORNHearingTestSDK/audio/ORNSystemVolumeManager.h>
 #include <ORNHearingTestSDK/audio/Player.h>
 #include <ORNHearingTestSDK/audio/SineTables.h>
-#include <ORNHearingTestSDK/audio/WaveChange.h>
+#include <ORNHearingTestSDK/contracts/AudioCheck.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
+
+#include "SampleBytes.h"
 
 namespace orn {
 namespace {
 
 using namespace std::chrono_literals;
+using contract::waveFile;
 using testing::Each;
 using testing::ElementsAre;
-
-using Bytes = std::vector<std::uint8_t>;
-using Samples = std::vector<std::int16_t>;
 
 static_assert(!std::is_default_constructible_v<ORNPlayer> && !std::is_copy_constructible_v<ORNPlayer>, "there is one");
 
 constexpr std::size_t kBlock = 3840;  // samples of 80 ms
-
-Bytes bytesOf(const Samples& samples) {
-  Bytes bytes;
-  for (const std::int16_t sample : samples) {
-    bytes.push_back(static_cast<std::uint8_t>(sample));
-    bytes.push_back(static_cast<std::uint8_t>(sample >> 8));
-  }
-  return bytes;
-}
-
-Samples samplesOf(std::span<const std::uint8_t> bytes) {
-  Samples samples;
-  for (std::size_t i = 0; i < bytes.size(); i += 2) {
-    samples.push_back(static_cast<std::int16_t>(bytes[i] | bytes[i + 1] << 8));
-  }
-  return samples;
-}
-
-Bytes waveFile(const Samples& samples) {
-  const std::unique_ptr<std::uint8_t, decltype(&freeWaveHeader)> header(
-      createWaveHeader(static_cast<std::uint32_t>(2 * samples.size()), 1, 48000, 16), freeWaveHeader);
-  Bytes file(header.get(), header.get() + getWaveHeaderSize());
-  const Bytes data = bytesOf(samples);
-  file.insert(file.end(), data.begin(), data.end());
-  return file;
-}
 
 /// The simulated output, and what files it was given.
 struct NotingOutput final : AudioOutput {

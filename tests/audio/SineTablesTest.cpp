@@ -7,6 +7,8 @@
 #include <ORNHearingTestSDK/audio/SineTables.h>
 #include <ORNHearingTestSDK/platform/SampleFormat.h>
 
+#include "SampleBytes.h"
+
 namespace {
 
 struct Table {
@@ -19,10 +21,6 @@ const Table kTables[] = {{125, WAV_b_125_DATA, WAV_b_l_125_DATA},    {250, WAV_b
                          {500, WAV_b_500_DATA, WAV_b_l_500_DATA},    {1000, WAV_b_1000_DATA, WAV_b_l_1000_DATA},
                          {2000, WAV_b_2000_DATA, WAV_b_l_2000_DATA}, {4000, WAV_b_4000_DATA, WAV_b_l_4000_DATA},
                          {8000, WAV_b_8000_DATA, WAV_b_l_8000_DATA}};
-
-int entry(std::span<const unsigned char> table, std::size_t n) {
-  return static_cast<std::int16_t>(table[2 * n] | table[2 * n + 1] << 8);
-}
 
 /// The rule by the library's sine; it rounds where that is in doubt, at the exact halves, apart.
 long expected(long double peak, std::size_t n, std::size_t length) {
@@ -37,11 +35,12 @@ long expected(long double peak, std::size_t n, std::size_t length) {
 TEST(SineTables, EveryEntryFollowsTheRule) {
   for (const auto& [hz, full, low] : kTables) {
     const auto length = static_cast<std::size_t>(orn::kSampleRate / hz);
-    ASSERT_EQ(full.size(), 2 * length);
-    ASSERT_EQ(low.size(), 2 * length);
+    const orn::Samples loud = orn::samplesOf(full), quiet = orn::samplesOf(low);
+    ASSERT_EQ(loud.size(), length);
+    ASSERT_EQ(quiet.size(), length);
     for (std::size_t n = 0; n < length; ++n) {
-      EXPECT_EQ(entry(full, n), expected(32767.0L, n, length)) << hz << " Hz, entry " << n;
-      EXPECT_EQ(entry(low, n), expected(327.67L, n, length)) << hz << " Hz at low level, entry " << n;
+      EXPECT_EQ(loud[n], expected(32767.0L, n, length)) << hz << " Hz, entry " << n;
+      EXPECT_EQ(quiet[n], expected(327.67L, n, length)) << hz << " Hz at low level, entry " << n;
     }
   }
 }

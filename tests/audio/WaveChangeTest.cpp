@@ -11,35 +11,15 @@
 #include <ORNHearingTestSDK/audio/WaveScaling.h>
 #include <ORNHearingTestSDK/platform/SampleFormat.h>
 
+#include "SampleBytes.h"
+
+namespace orn {
 namespace {
 
-using orn::WaveKernel;
 using testing::Each;
 using testing::ElementsAre;
 
-using Bytes = std::vector<std::uint8_t>;
-using Samples = std::vector<int>;
-
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
-
-Bytes bytesOf(const Samples& samples) {
-  Bytes bytes;
-  for (const int sample : samples) {
-    bytes.push_back(static_cast<std::uint8_t>(sample));
-    bytes.push_back(static_cast<std::uint8_t>(sample >> 8));
-  }
-  return bytes;
-}
-
-int sampleAt(const Bytes& bytes, std::size_t i) {
-  return static_cast<std::int16_t>(bytes[i] | (i + 1 < bytes.size() ? bytes[i + 1] : 0) << 8);
-}
-
-Samples samplesOf(const Bytes& bytes) {
-  Samples samples;
-  for (std::size_t i = 0; i < bytes.size(); i += 2) samples.push_back(sampleAt(bytes, i));
-  return samples;
-}
 
 /// Takes over a result, of which `size` bytes count.
 Bytes taken(std::uint8_t* block, std::int64_t size) {
@@ -68,6 +48,7 @@ Samples byTimes(const Samples& cycle, float start, float end, int steady, int ra
 
 /// The ramp in the order of its definition, every operation rounded on its own.
 Bytes expectedRamp(const Bytes& in, int repetitions, float start, float end) {
+  const Samples samples = samplesOf(in);
   Samples out;
   const auto rounded = [](float value) {
     const volatile float stored = value;
@@ -76,11 +57,11 @@ Bytes expectedRamp(const Bytes& in, int repetitions, float start, float end) {
   const float step = rounded(end - start) / static_cast<float>(repetitions);
   for (int k = 0; k < repetitions; ++k) {
     const float base = rounded(step * static_cast<float>(k)) + start;
-    for (std::size_t i = 0; i < in.size(); i += 2) {
-      const float share = rounded(step * static_cast<float>(i)) / static_cast<float>(in.size());
-      const float product = rounded(base + rounded(share)) * static_cast<float>(sampleAt(in, i));
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+      const float share = rounded(step * static_cast<float>(2 * i)) / static_cast<float>(in.size());
+      const float product = rounded(base + rounded(share)) * static_cast<float>(samples[i]);
       const double whole = std::trunc(static_cast<double>(product));
-      out.push_back(whole >= -0x1p31 && whole < 0x1p31 ? static_cast<int>(whole) : 0);
+      out.push_back(static_cast<std::int16_t>(whole >= -0x1p31 && whole < 0x1p31 ? static_cast<int>(whole) : 0));
     }
   }
   return bytesOf(out);
@@ -98,13 +79,13 @@ Bytes noise(std::size_t size) {
 class RampTest : public testing::TestWithParam<WaveKernel> {
  protected:
   void SetUp() override {
-    if (!orn::isAvailable(GetParam())) GTEST_SKIP() << "not on this processor";
+    if (!isAvailable(GetParam())) GTEST_SKIP() << "not on this processor";
   }
 
   void expectExact(const Bytes& in, int repetitions, float start, float end) {
     const Bytes expected = expectedRamp(in, repetitions, start, end);
     Bytes out(expected.size(), 0xAA);
-    orn::rampCycles(in.data(), length(in), repetitions, start, end, out.data(), GetParam());
+    rampCycles(in.data(), length(in), repetitions, start, end, out.data(), GetParam());
     EXPECT_EQ(out, expected) << in.size() << " bytes, " << repetitions << " times, " << start << " to " << end;
   }
 };
@@ -117,12 +98,12 @@ TEST_P(RampTest, IsExactForEveryTable) {
     float start, end;
   } gains[] = {{0.0F, 1.0F},  {1.0F, 0.0F},          {0.37F, 0.37F},    {0.1F, 0.1003F},   {1.0F, 3.0F},
                {-0.5F, 0.5F}, {65000.0F, -65000.0F}, {0.0F, 100000.0F}, {0.0F, kInfinity}, {3e38F, -3e38F}};
-  for (const int hz : orn::kToneFrequencies) {
-    const auto table = orn::sineTable(hz);
+  for (const int hz : kToneFrequencies) {
+    const auto table = sineTable(hz);
     ASSERT_TRUE(table);
     const Bytes in(table->data, table->data + table->size);
     for (const auto [start, end] : gains) {
-      for (const int repetitions : {1, 3, orn::kBlockBytes / table->size}) expectExact(in, repetitions, start, end);
+      for (const int repetitions : {1, 3, kBlockBytes / table->size}) expectExact(in, repetitions, start, end);
     }
   }
 }
@@ -181,3 +162,4 @@ TEST(WaveChange, NullInputAndImpossibleSizesGiveNull) {
 }
 
 }  // namespace
+}  // namespace orn

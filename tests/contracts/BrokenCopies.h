@@ -1,10 +1,15 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ContractExpectations.h"
+
+// Copies of a backend of which each breaks one contract, for what a check could overlook: what comes at another time,
+// or on another thread, or does not come at all. That is the loop and the sound.
 
 namespace orn::contract {
 
@@ -17,15 +22,22 @@ inline bool breaks(std::string_view beginning) {
   return sentence != std::string::npos && std::string_view(brokenContract).substr(sentence + 2).starts_with(beginning);
 }
 
-/// Breaks one contract of an interface after the other: the suite names each, and nothing else.
+/// Breaks one contract of an interface after the other, and the suite notices each. A crude copy may break more.
 template <class UnderTest>
 void expectEachNamed(Report (*check)(const std::function<UnderTest()>&), const std::function<UnderTest()>& make) {
-  for (const Verdict& one : check(make)) {
-    EXPECT_NE(one.outcome, Outcome::Broken) << one.contract << "\n  -> " << one.why;
-    brokenContract = one.contract;
-    EXPECT_THAT(thoseOf(check(make), Outcome::Broken), testing::ElementsAre(one.contract));
+  for (const std::string& contract : thoseOf(check(make), Outcome::Passed)) {
+    brokenContract = contract;
+    EXPECT_THAT(thoseOf(check(make), Outcome::Broken), testing::Contains(contract));
     brokenContract.clear();
   }
+}
+
+/// Puts a broken part in the place of a real one, which it holds.
+template <class Broken, class UnderTest, class Part>
+UnderTest brokenIn(UnderTest copy, std::shared_ptr<Part> UnderTest::*part) {
+  const auto broken = std::make_shared<Broken>();
+  broken->real = std::exchange(copy.*part, broken);
+  return copy;
 }
 
 }  // namespace orn::contract

@@ -12,18 +12,17 @@ namespace {
 
 TEST(LinuxContract, OfTheLoop) { expectKept(checkRunLoop(linuxLoop)); }
 
-TEST(LinuxContract, OfTheNetwork) { expectKept(checkURLSession(linuxNetwork)); }
+TEST(LinuxContract, OfTheNetwork) { expectKept(checkURLSession(linuxNetwork), {"to the letter"}); }
 
 TEST(LinuxContract, OfTheSettings) { expectKept(checkUserDefaults(linuxDefaults)); }
 
 TEST(LinuxContract, OfTheFilesAndTheDevice) {
-  std::string home = std::filesystem::temp_directory_path() / "home.XXXXXX";
-  setenv("XDG_DATA_HOME", mkdtemp(home.data()), 1);
+  const TemporaryFolder home;
+  setenv("XDG_DATA_HOME", home.path().c_str(), 1);
   expectKept(checkFileManager([] {
     return FileManagerUnderTest{std::make_shared<LinuxFileManager>("org.app"), withFullDisk};
   }));
   unsetenv("XDG_DATA_HOME");
-  std::filesystem::remove_all(home);
   expectKept(checkDevice([] { return std::make_shared<LinuxDevice>("org.app", "1.2"); }));
 }
 

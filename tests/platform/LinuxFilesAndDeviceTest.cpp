@@ -2,11 +2,9 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,24 +14,14 @@
 #include <ORNHearingTestSDK/platform/linux/LinuxFileManager.h>
 #include <ORNHearingTestSDK/platform/linux/LinuxUserDefaults.h>
 
+#include "Environment.h"
+
 namespace orn {
 namespace {
 
 /// A folder that goes with the test, and an environment of the test's own.
 class LinuxFolders : public testing::Test {
  protected:
-  LinuxFolders() {
-    for (const char* name : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME"}) {
-      const char* const value = getenv(name);
-      before_.emplace_back(name, value ? std::optional<std::string>(value) : std::nullopt);
-      unsetenv(name);
-    }
-    setenv("HOME", (root_ + "/home").c_str(), 1);
-  }
-  ~LinuxFolders() override {
-    for (const auto& [name, value] : before_) value ? setenv(name, value->c_str(), 1) : unsetenv(name);
-  }
-
   void write(const std::string& path, const std::string& bytes) const {
     std::filesystem::create_directories(std::filesystem::path(root_ + path).parent_path());
     std::ofstream(root_ + path, std::ios::binary) << bytes;
@@ -41,20 +29,21 @@ class LinuxFolders : public testing::Test {
 
   contract::TemporaryFolder folder_;
   const std::string root_ = folder_.path();
-  std::vector<std::pair<const char*, std::optional<std::string>>> before_;
+  const Environment home_{"HOME", (root_ + "/home").c_str()};
+  const Environment data_{"XDG_DATA_HOME", nullptr}, config_{"XDG_CONFIG_HOME", nullptr};
 };
 
 TEST_F(LinuxFolders, FollowTheBaseDirectorySpecification) {
   const std::string given = root_ + "/given", home = root_ + "/home/", application = "org.app";
   for (const char* base : {static_cast<const char*>(nullptr), "", "relative/path"}) {
-    for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME"}) base ? setenv(name, base, 1) : unsetenv(name);
+    for (const Environment* one : {&data_, &config_}) one->set(base);
     EXPECT_EQ(LinuxFileManager(application).documentsDirectory(), home + ".local/share/org.app/documents");
     EXPECT_EQ(LinuxUserDefaults::defaultPath(application), home + ".config/org.app/defaults.plist");
   }
   for (std::filesystem::path made = home + ".local/share/org.app/documents"; made != root_; made = made.parent_path()) {
     EXPECT_EQ(std::filesystem::status(made).permissions(), std::filesystem::perms::owner_all) << made;
   }
-  for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME"}) setenv(name, (given + "/").c_str(), 1);
+  for (const Environment* one : {&data_, &config_}) one->set((given + "/").c_str());
   for (const auto& [name, folder] : {std::pair("org.app", "/org.app"), {"../up", "/.._up"}, {"..", "/_"}, {"", "/_"}}) {
     EXPECT_EQ(LinuxFileManager(name).documentsDirectory(), given + folder + "/documents");
     EXPECT_EQ(LinuxUserDefaults::defaultPath(name), given + folder + "/defaults.plist");
@@ -62,7 +51,7 @@ TEST_F(LinuxFolders, FollowTheBaseDirectorySpecification) {
 }
 
 TEST_F(LinuxFolders, WithoutAHomeVariableTheUserDatabaseTellsIt) {
-  unsetenv("HOME");
+  home_.set(nullptr);
   const passwd* const entry = getpwuid(getuid());
   const std::string home = entry ? entry->pw_dir : "";
   EXPECT_EQ(LinuxUserDefaults::defaultPath("a"), (home == "/" ? "" : home) + "/.config/a/defaults.plist");

@@ -10,20 +10,17 @@ namespace {
 TEST(LinuxRunLoop, StopEndsRunAfterTheCallThatIsGoingOn) {
   LinuxRunLoop loop;
   std::string said;
-  loop.dispatchAsync([&] {
-    said += "a";
-    loop.stop();
-  });
-  loop.dispatchAsync([&] {
-    said += "b";
-    loop.stop();
-  });
+  for (const char letter : {'a', 'b', 'c'}) {
+    loop.dispatchAsync([&, letter] {
+      said += letter;
+      loop.stop();
+    });
+  }
   loop.run();
   EXPECT_EQ(said, "a");
   loop.run();
   EXPECT_EQ(said, "ab");
   loop.stop();
-  loop.dispatchAsync([&] { said += "c"; });
   loop.run();
   EXPECT_EQ(said, "ab");
 }

@@ -1,9 +1,7 @@
 #include <condition_variable>
-#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +10,7 @@
 
 #include <ORNHearingTestSDK/platform/linux/LinuxURLSession.h>
 
+#include "Environment.h"
 #include "LoopbackServer.h"
 #include "tls/TestAuthority.h"
 
@@ -19,6 +18,7 @@ namespace orn {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -56,22 +56,6 @@ std::string http(const std::string& body, const std::string& status = "200 OK", 
   return "HTTP/1.1 " + status + "\r\n" + headers + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
 }
 
-/// Sets a variable of the environment, or removes it, until this object goes.
-class Environment {
- public:
-  Environment(const char* name, const char* value) : name_(name) {
-    if (const char* const before = getenv(name)) before_ = before;
-    value ? setenv(name, value, 1) : unsetenv(name);
-  }
-  ~Environment() { before_ ? setenv(name_, before_->c_str(), 1) : unsetenv(name_); }
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-
- private:
-  const char* name_;
-  std::optional<std::string> before_;
-};
-
 class LinuxURLSessionTest : public testing::Test {
  protected:
   /// The one reply to a request, and proof that no second one came before the session's end.
@@ -96,17 +80,18 @@ class LinuxURLSessionTest : public testing::Test {
 TEST_F(LinuxURLSessionTest, ARequestGoesOutToTheLetter) {
   const Environment proxy("http_proxy", "http://127.0.0.1:1"), lower("no_proxy", nullptr), upper("NO_PROXY", nullptr);
   const std::string host = "\r\nHost: 127.0.0.1:" + std::to_string(server_.port());
-  const std::tuple<std::string, std::string, std::string> table[] = {
-      {"Post", "/vrdnx/user/find?x=1&y=%20", std::string("name=\xE5\x90\x8D&\0&", 11)},
-      {"get", "/a/../b", ""},
-      {"POST", "/large", std::string(2 * kMiB, 'x')}};  // libcurl would send "Expect" ahead of it
-  for (const auto& [method, path, body] : table) {
+  const std::tuple<std::string, std::string, bool, std::string> table[] = {
+      {"Post", "/vrdnx/user/find?x=1&y=%20", true, std::string("name=\xE5\x90\x8D&\0&", 11)},
+      {"get", "/a/../b", true, ""},
+      {"POST", "/large", false, std::string(2 * kMiB, 'x')}};  // libcurl would send "Expect" ahead of it
+  for (const auto& [method, path, hasType, body] : table) {
     server_.script(path, http("fine"));
-    const URLRequest request{server_.url(path), method, {{"content-type", "text/plain"}, {"app-version", ""}}, body};
+    URLRequest request{server_.url(path), method, {{"app-version", ""}}, body};
+    if (hasType) request.headers.emplace_back("content-type", "text/plain");
     EXPECT_EQ(replyTo(request), "fine");
-    const std::string headers = "\r\ncontent-type: text/plain\r\napp-version:\r\nContent-Length: ";
-    EXPECT_TRUE(server_.requests().back() ==
-                method + " " + path + " HTTP/1.1" + host + headers + std::to_string(body.size()) + "\r\n\r\n" + body)
+    const std::string headers = std::string("\r\napp-version:") + (hasType ? "\r\ncontent-type: text/plain" : "");
+    const std::string length = "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n";
+    EXPECT_TRUE(server_.requests().back() == method + " " + path + " HTTP/1.1" + host + headers + length + body)
         << server_.requests().back().substr(0, 1000);
   }
 }
@@ -140,21 +125,17 @@ TEST_F(LinuxURLSessionTest, AReplyIsItsBodyOrWhatIsWrongWithIt) {
 
 TEST_F(LinuxURLSessionTest, WhatCantGoOutAsGivenIsAnError) {
   const std::string url = server_.url("/x"), nul(1, '\0'), rest = url.substr(7), injected = "\r\nInjected: 1";
+  using Header = std::pair<std::string, std::string>;
   std::vector<URLRequest> requests;
   for (const std::string& address :
-       {std::string(), std::string("no address"), rest, std::string("http://"),
-        std::string("http://127.0.0.1:99999999/"), "ftp://" + rest, std::string("file:///etc/hostname"),
+       {""s, "no address"s, rest, "http://"s, "http://127.0.0.1:99999999/"s, "ftp://" + rest, "file:///etc/hostname"s,
         "http://user:word@" + rest, url + " HTTP/1.1", url + injected, url + nul + "y"}) {
     requests.push_back(post(address));
   }
-  for (const auto& method : {std::string(), std::string("Po st"), "Post" + injected, nul}) {
+  for (const std::string& method : {""s, "Po st"s, "Post" + injected, nul}) {
     requests.emplace_back(post(url)).method = method;
   }
-  for (const auto& header : {std::pair<std::string, std::string>("", "x"),
-                             {"a b", "x"},
-                             {"a:", "x"},
-                             {"a", "x" + injected},
-                             {"a", "x" + nul}}) {
+  for (const Header& header : {Header("", "x"), {"a b", "x"}, {"a:", "x"}, {"a", "x" + injected}, {"a", "x" + nul}}) {
     requests.emplace_back(post(url)).headers = {header};
   }
   for (const URLRequest& request : requests) {

