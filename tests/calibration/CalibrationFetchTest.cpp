@@ -1,18 +1,8 @@
 #include <algorithm>
 #include <filesystem>
-#include <memory>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <tests/results/ServiceScript.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceAction.h>
-#include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
 #include <ORNHearingTestSDK/common/PropertyList.h>
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
 
@@ -23,24 +13,18 @@ using namespace std::string_literals;
 using nlohmann::json;
 using testing::ElementsAre;
 
-const std::string kAddress = "AA:BB:CC:DD:EE:FF";
+const std::string kAddress = "AA:BB:CC:DD:EE:FF", kAudiometerFile = "__AA_BB_CC_DD_EE_FF";
+const std::string kModel = "a:b", kEarphonesFile = "Phone1,1_a:b";
 
 /// The last record of a part or an ear wins: 6, 2 and 5; 3 and 2. The others are of none.
-const json kAudiometer = {{{"id", 1}},
-                          {{"id", 2}, {"base", true}, {"earplug_model", "2"}},
-                          {{"id", 3}, {"base", true}, {"earplug_model", "1"}},
-                          {{"id", 4}, {"base", true}, {"earplug_model", "3"}},
-                          {{"id", 5}, {"base", true}, {"earplug_model", "1"}},
-                          {{"id", 6}, {"base", false}, {"earplug_model", "2"}},
-                          {{"id", 7}, {"base", true}, {"earplug_model", "02"}},
-                          {{"id", 8}, {"base", true}},
-                          {{"id", 9}, {"base", true}, {"earplug_model", 2}}};
-const json kEarphones = {{{"id", 1}, {"ear", 1}},
-                         {{"id", 2}, {"ear", "2"}},
-                         {{"id", 3}, {"ear", 1.9}},
-                         {{"id", 4}, {"ear", 3}},
-                         {{"id", 5}},
-                         {{"id", 7}, {"ear", 4294967297}}};
+const json kAudiometer = json::parse(R"([
+  {"id": 1}, {"id": 2, "base": true, "earplug_model": "2"}, {"id": 3, "base": true, "earplug_model": "1"},
+  {"id": 4, "base": true, "earplug_model": "3"}, {"id": 5, "base": true, "earplug_model": "1"},
+  {"id": 6, "base": false, "earplug_model": "2"}, {"id": 7, "base": true, "earplug_model": "02"},
+  {"id": 8, "base": true}, {"id": 9, "base": true, "earplug_model": 2}])");
+const json kEarphones = json::parse(R"([
+  {"id": 1, "ear": 1}, {"id": 2, "ear": "2"}, {"id": 3, "ear": 1.9}, {"id": 4, "ear": 3}, {"id": 5},
+  {"id": 7, "ear": 4294967297}])");
 
 std::string reply(const json& records, int rspCode = 0) {
   return json{{"rspCode", rspCode}, {"deviceVolumeIOS", records}}.dump();
@@ -55,11 +39,13 @@ struct CalibrationFetch : testing::Test, ServiceScript {
 
   std::vector<std::string> files() const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder())) {
-      names.push_back(std::filesystem::relative(entry.path(), folder()).string());
-    }
+    for (const auto& entry : std::filesystem::directory_iterator(folder())) names.push_back(entry.path().filename());
     std::sort(names.begin(), names.end());
     return names;
+  }
+
+  void removeFiles() const {
+    for (const auto& file : files()) machine.fileManager->removeFile(folder() + "/" + file);
   }
 
   std::optional<std::string> contents(const std::string& name) const {
@@ -72,9 +58,14 @@ struct CalibrationFetch : testing::Test, ServiceScript {
         folder() + "/" + name, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}));
   }
 
-  /// What the callback hears and how often the service is asked: "asks: ok", "cache: " if it hears nothing, and
-  /// "cache: within ok" if it is called within the call.
+  /// Of a new session that has the record 9 everywhere: how often the service is asked, what the callback hears, and
+  /// the records of ab, aabb, xxyy, leftVolume, rightVolue by their ids. "asks: ok, 625 99", "cache: , 999 32" if it
+  /// hears nothing, "cache: within ok, 625 99" if it is called within the call.
   std::string outcome(const std::function<void(ORNManualHearingTest::CompletionHandler)>& operation) {
+    session = ORNManualHearingTest::init();
+    const auto old = ORNDeviceVolumeIOS::initWithDictionary({{"id", 9}});
+    session->setAb(old), session->setAabb(old), session->setXxyy(old);
+    session->setLeftVolume(old), session->setRightVolue(old);
     const auto before = requestCount();
     std::string heard, atThatTime;
     bool isWithin = true;
@@ -85,7 +76,8 @@ struct CalibrationFetch : testing::Test, ServiceScript {
     isWithin = false;
     run();
     EXPECT_EQ(heard.empty() ? "" : fields(), atThatTime) << "the records are there when the callback comes";
-    return (requestCount() == before ? "cache: " : requestCount() == before + 1 ? "asks: " : "asks often: ") + heard;
+    const auto asked = requestCount() - before;
+    return (asked == 0 ? "cache: " : asked == 1 ? "asks: " : "asks often: ") + heard + ", " + fields();
   }
 
   std::string audiometer(const std::string& address = kAddress) {
@@ -95,17 +87,14 @@ struct CalibrationFetch : testing::Test, ServiceScript {
     return outcome(
         [&](auto done) { session->getTestHistoryByMAC(address, [done](auto error, std::nullptr_t) { done(error); }); });
   }
-  std::string earphones(const std::string& model = "1") {
+  std::string earphones(const std::string& model = kModel) {
     return outcome([&](auto done) { session->setEarPlugModel(model, done); });
   }
 
-  /// ab, aabb, xxyy, leftVolume, rightVolue by the ids of their records.
   std::string fields() const {
     return idOf(session->ab()) + idOf(session->aabb()) + idOf(session->xxyy()) + " " + idOf(session->leftVolume()) +
            idOf(session->rightVolue());
   }
-
-  void newSession() { session = ORNManualHearingTest::init(); }
 
   std::shared_ptr<ORNManualHearingTest> session = ORNManualHearingTest::init();
 };
@@ -114,130 +103,104 @@ TEST_F(CalibrationFetch, AudiometerRepliesAreKeptToTheByteAndCallBackWithinTheCa
   const std::string text =
       "{ \"unknown\":1.50,\r\n \"rspCode\" :\"0\", \"deviceVolumeIOS\":" + kAudiometer.dump() + "}\n";
   answers(text);
-  const std::pair<std::string (CalibrationFetch::*)(const std::string&), const char*> table[] = {
-      {&CalibrationFetch::audiometer, "__AA_BB_CC_DD_EE_FF"},
-      {&CalibrationFetch::history, "history__AA_BB_CC_DD_EE_FF"}};
-  for (const auto& [operation, file] : table) {
-    for (const char* heard : {"asks: ok", "cache: within ok"}) {
-      newSession();
-      EXPECT_EQ((this->*operation)(kAddress), heard) << file;
-      EXPECT_EQ(fields(), "625 --");
+  for (const auto operation : {&CalibrationFetch::audiometer, &CalibrationFetch::history}) {
+    for (const char* heard : {"asks: ok, 625 99", "cache: within ok, 625 99"}) {
+      EXPECT_EQ((this->*operation)(kAddress), heard);
       EXPECT_EQ(session->KV50MAC(), kAddress);
-      EXPECT_EQ(contents(file), text);
     }
   }
-  EXPECT_THAT(files(), ElementsAre("__AA_BB_CC_DD_EE_FF", "history__AA_BB_CC_DD_EE_FF"));
+  EXPECT_THAT(files(), ElementsAre(kAudiometerFile, "history" + kAudiometerFile));
+  for (const auto& file : files()) EXPECT_EQ(contents(file), text);
 }
 
 TEST_F(CalibrationFetch, EarphoneRepliesAreKeptAsAPropertyListAndNeverCallBack) {
   answers(reply(kEarphones));
-  for (const char* heard : {"asks: ok", "cache: "}) {
-    newSession();
-    EXPECT_EQ(earphones("a:b"), heard);
-    EXPECT_EQ(fields(), "--- 32");
-    EXPECT_EQ(session->earPlugModel(), "a:b");
+  for (const char* heard : {"asks: ok, 999 32", "cache: , 999 32"}) {
+    EXPECT_EQ(earphones(), heard);
+    EXPECT_EQ(session->earPlugModel(), kModel);
   }
-  EXPECT_THAT(files(), ElementsAre("Phone1,1_a:b"));
-  const auto bytes = machine.fileManager->contents(folder() + "/Phone1,1_a:b").value();
-  EXPECT_EQ(dictionaryOfPropertyList(bytes), json::parse(reply(kEarphones)));
-
-  put("Phone1,1_a:b", propertyListOf(json::parse(reply(kEarphones, 1))).value());
-  newSession();
-  EXPECT_EQ(earphones("a:b"), "cache: ") << "not even on a refusal";
-  EXPECT_EQ(fields(), "--- --");
+  EXPECT_THAT(files(), ElementsAre(kEarphonesFile));
+  EXPECT_EQ(contents(kEarphonesFile), propertyListOf(json::parse(reply(kEarphones))));
+  put(kEarphonesFile, propertyListOf(json::parse(reply(kEarphones, 1))).value());
+  EXPECT_EQ(earphones(), "cache: , 999 99") << "not even on a refusal";
 }
 
 TEST_F(CalibrationFetch, WhatCannotBeKeptIsUsedAndAskedForAgain) {
   std::filesystem::remove_all(folder());
   for (int time = 0; time < 2; ++time) {
-    newSession();
     answers(reply(kAudiometer));
-    EXPECT_EQ(audiometer(), "asks: ok");
+    EXPECT_EQ(audiometer(), "asks: ok, 625 99");
     answers(reply(kEarphones));
-    EXPECT_EQ(earphones(), "asks: ok");
-    EXPECT_EQ(fields(), "625 32");
+    EXPECT_EQ(earphones(), "asks: ok, 999 32");
   }
 }
 
 TEST_F(CalibrationFetch, FillsTheFieldsThatAReplyHasRecordsForAndStoresWhatMayServeAgain) {
-  const auto old = ORNDeviceVolumeIOS::initWithDictionary({{"id", 9}});
-  const std::string anyAudiometer = "__AA_BB_CC_DD_EE_FF", anyEarphones = "Phone1,1_1";
-  const struct {
-    std::optional<std::string> audiometer, earphones;
-    std::string fields;
-    std::vector<std::string> stored;
-  } table[] = {
-      {{}, {}, "999 99", {}},
-      {reply(kAudiometer, 1), reply(kEarphones, 1), "625 32", {}},
-      {reply({{{"id", 2}, {"base", true}, {"earplug_model", "2"}}, nullptr, 5, json::array()}),
-       reply({{{"id", 4}, {"ear", 2}}}),
-       "929 94",
-       {anyEarphones, anyAudiometer}},
-      {R"({"rspCode":1})", R"({"rspCode":0,"deviceVolumeIOS":[{"id":1,"ear":1,"earPath":null}]})", "999 19", {}},
-      {"<html>", "<html>", "999 99", {anyAudiometer}},
-      {"[]", "[]", "999 99", {anyAudiometer}},
-      {"{\"rspCode\":1", "null", "999 99", {anyAudiometer}},
-      {"\0\xFF"s, "\0\xFF"s, "999 99", {anyAudiometer}},
+  using Rows = std::vector<std::tuple<std::string, std::string, bool>>;
+  const Rows audiometerReplies{
+      {reply(kAudiometer, 1), "625 99", false},
+      {R"({"deviceVolumeIOS":[{"id":2,"base":true,"earplug_model":"2"},null,5,[]]})", "929 99", true},
+      {R"({"rspCode":1})", "999 99", false},
+      {"<html>", "999 99", true},
+      {"[]", "999 99", true},
+      {"\0\xFF"s, "999 99", true},
   };
-  for (const auto& row : table) {
-    newSession();
-    for (const auto set : {&ORNManualHearingTest::setAb, &ORNManualHearingTest::setAabb, &ORNManualHearingTest::setXxyy,
-                           &ORNManualHearingTest::setLeftVolume, &ORNManualHearingTest::setRightVolue}) {
-      ((*session).*set)(old);
-    }
-    const std::string heard = row.audiometer ? "asks: ok" : "asks: transport 7 gone";
-    row.audiometer ? answers(*row.audiometer) : fails();
-    EXPECT_EQ(history("other"), heard);
-    EXPECT_EQ(session->KV50MAC(), "other") << "is set whatever follows";
-    machine.fileManager->removeFile(folder() + "/history__other");
-    EXPECT_EQ(audiometer(), heard) << "what is no JSON is asked for again";
-    row.earphones ? answers(*row.earphones) : fails();
-    EXPECT_EQ(earphones(), heard);
-    EXPECT_EQ(fields(), row.fields);
-    EXPECT_EQ(files(), row.stored);
-    for (const auto& file : files()) {
-      EXPECT_TRUE(file == anyEarphones || contents(file) == row.audiometer);
-      if (row.fields != "999 99") machine.fileManager->removeFile(folder() + "/" + file);
-    }
+  for (const auto& [text, found, isKept] : audiometerReplies) {
+    answers(text);
+    EXPECT_EQ(audiometer(), "asks: ok, " + found);
+    EXPECT_EQ(contents(kAudiometerFile), isKept ? std::optional(text) : std::nullopt);
+    removeFiles();
   }
+  const Rows earphoneReplies{
+      {reply(kEarphones, 1), "999 32", false},
+      {R"({"deviceVolumeIOS":[{"id":4,"ear":2}]})", "999 94", true},
+      {R"({"deviceVolumeIOS":[{"id":1,"ear":1,"earPath":null}]})", "999 19", false},
+      {"<html>", "999 99", false},
+      {"[]", "999 99", false},
+  };
+  for (const auto& [text, found, isKept] : earphoneReplies) {
+    answers(text);
+    EXPECT_EQ(earphones(), "asks: ok, " + found);
+    EXPECT_EQ(contents(kEarphonesFile).has_value(), isKept);
+    removeFiles();
+  }
+}
+
+TEST_F(CalibrationFetch, LeavesTheFieldsAsTheyAreWithoutAReply) {
+  fails();
+  for (const auto& heard : {audiometer(), history(), earphones()}) EXPECT_EQ(heard, "asks: transport 7 gone, 999 99");
+  EXPECT_EQ(session->earPlugModel(), kModel) << "is set whatever follows";
 }
 
 TEST_F(CalibrationFetch, ACorruptCacheIsAskedForAgain) {
   const std::string good = reply(kAudiometer), list = propertyListOf(json::parse(reply(kEarphones))).value();
+  answers(good);
   for (const std::string& text : {""s, "[]"s, reply(kAudiometer, 1), good.substr(0, good.size() - 1), good + "x"}) {
-    answers(good);
-    put("__AA_BB_CC_DD_EE_FF", text);
-    newSession();
-    EXPECT_EQ(audiometer(), "asks: ok") << text;
-    EXPECT_EQ(fields(), "625 --");
-    EXPECT_EQ(contents("__AA_BB_CC_DD_EE_FF"), good);
+    put(kAudiometerFile, text);
+    EXPECT_EQ(audiometer(), "asks: ok, 625 99") << text;
+    EXPECT_EQ(contents(kAudiometerFile), good);
   }
-  for (const std::string& text :
-       {""s, reply(kEarphones), list.substr(0, list.size() / 2), propertyListOf(json::array({1})).value()}) {
-    answers(reply(kEarphones));
-    put("Phone1,1_1", text);
-    newSession();
-    EXPECT_EQ(earphones(), "asks: ok") << text;
-    EXPECT_EQ(fields(), "--- 32");
-    EXPECT_EQ(contents("Phone1,1_1"), list);
+  answers(reply(kEarphones));
+  for (const std::string& text : {""s, good, list.substr(0, list.size() / 2), *propertyListOf(json::array({1}))}) {
+    put(kEarphonesFile, text);
+    EXPECT_EQ(earphones(), "asks: ok, 999 32") << text;
+    EXPECT_EQ(contents(kEarphonesFile), list);
   }
 }
 
 TEST_F(CalibrationFetch, HostileNamesStayInsideTheFolder) {
-  const struct {
-    std::string name, audiometer, earphones;
-  } table[] = {
+  const std::tuple<std::string, std::string, std::string> table[] = {
       {"", "__", "Phone1,1_"},
       {"../\0x"s, "__..__x", "Phone1,1_..__x"},
       {"a\nb\\c \u597d", "__a\nb\\c \u597d", "Phone1,1_a\nb\\c \u597d"},
   };
-  for (const auto& row : table) {
+  for (const auto& [name, audiometerFile, earphonesFile] : table) {
     answers(reply(kAudiometer));
-    EXPECT_EQ(audiometer(row.name), "asks: ok") << row.name;
+    EXPECT_EQ(audiometer(name), "asks: ok, 625 99") << name;
     answers(reply(kEarphones));
-    EXPECT_EQ(earphones(row.name), "asks: ok") << row.name;
-    EXPECT_THAT(files(), testing::UnorderedElementsAre(row.audiometer, row.earphones));
-    for (const auto& file : files()) machine.fileManager->removeFile(folder() + "/" + file);
+    EXPECT_EQ(earphones(name), "asks: ok, 999 32") << name;
+    EXPECT_THAT(files(), testing::UnorderedElementsAre(audiometerFile, earphonesFile));
+    removeFiles();
   }
 }
 
@@ -245,29 +208,25 @@ TEST_F(CalibrationFetch, ASessionReleasedMeanwhileIsNotMissed) {
   std::vector<std::string> heard;
   answers(reply(kAudiometer));
   session->setKV50MAC(kAddress, [&](const std::optional<Error>& error) { heard.push_back(told(error)); });
-  session->setEarPlugModel("1", [&](const std::optional<Error>& error) { heard.push_back(told(error)); });
+  session->setEarPlugModel(kModel, [&](const std::optional<Error>& error) { heard.push_back(told(error)); });
   const std::weak_ptr<ORNManualHearingTest> released = session;
   session.reset();
   EXPECT_TRUE(released.expired()) << "a request keeps no session";
   run();
   EXPECT_THAT(heard, ElementsAre("ok", "ok"));
-  EXPECT_THAT(files(), ElementsAre("Phone1,1_1", "__AA_BB_CC_DD_EE_FF"));
+  EXPECT_THAT(files(), ElementsAre(kEarphonesFile, kAudiometerFile));
 }
 
 TEST_F(CalibrationFetch, OfTheActionIsAnsweredWhereASettingIsTrue) {
-  const std::pair<std::optional<DefaultsValue>, bool> table[] = {
-      {true, true},          {std::int64_t{-1}, true},
-      {0.5, true},           {"YES"s, true},
-      {false, false},        {std::int64_t{0}, false},
-      {0.0, false},          {"no Y"s, false},
-      {std::nullopt, false}, {std::chrono::system_clock::time_point(), false}};
+  const std::pair<DefaultsValue, bool> table[] = {{true, true},    {std::int64_t{-1}, true}, {0.5, true},
+                                                  {"YES"s, true},  {false, false},           {0.0, false},
+                                                  {"no Y"s, false}};
   for (const auto& [setting, isAnswered] : table) {
-    machine.userDefaults->removeValue("LOCAL");
-    if (setting) machine.userDefaults->setValue("LOCAL", *setting);
+    machine.userDefaults->setValue("LOCAL", setting);
     int answers = 0;
     ORNDeviceCorrectAction::getDeviceCorrectsWithErji(0, [&](const auto& records) { answers += records ? 10 : 1; });
     run();
-    EXPECT_EQ(answers, isAnswered ? 1 : 0) << (setting ? setting->index() : 99);
+    EXPECT_EQ(answers, isAnswered ? 1 : 0) << setting.index();
   }
 }
 

@@ -7,7 +7,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Lines = std::vector<std::string>;
 
 struct AutoTest : SessionScript {
   explicit AutoTest(std::vector<std::string> hzs = {"1000hz"}, Path path = Earphones) : SessionScript(Auto, path) {
@@ -18,27 +17,23 @@ struct AutoTest : SessionScript {
 TEST(AutoTimes, GiveEachToneItsTimeAndTheFirstOfAFurtherFrequencyASecondLess) {
   AutoTest test({"1000hz", "2000hz"});
   test.presses("HNN NHH");
-  test.session->startTest(kRight);
-  test.run(60);
   EXPECT_THAT(
-      test.takeTrace(),
+      test.traceOfEar(kRight, 60),
       ElementsAre("4 R 1000hz 40db", "8 R 1000hz 30db", "12 R 1000hz 35db", "16 R -> 1000hz 40db", "17 R 2000hz 40db",
                   "20 R 2000hz 50db", "24 R 2000hz 45db", "28 R -> 2000hz 45db", "28 R complete 1000hz=40 2000hz=45"));
 }
 
 TEST(AutoTimes, FollowTheTimeThatIsStoredAtTheStartAboveFourSeconds) {
   const std::pair<std::optional<DefaultsValue>, int> table[] = {
-      {std::nullopt, 4},      {std::string("0"), 4}, {std::int64_t{4}, 4},    {std::string("word"), 4},
-      {std::int64_t{-30}, 4}, {std::int64_t{5}, 5},  {std::string("30"), 30}, {5.9, 5},
-  };
+      {std::nullopt, 4}, {std::int64_t{-30}, 4}, {std::int64_t{5}, 5}, {std::string("30"), 30}};
   for (const auto& [stored, seconds] : table) {
     AutoTest test;
     if (stored) test.machine.userDefaults->setValue("BOFANGSHICHANG", *stored);
-    test.session->startTest(kRight);
-    test.machine.userDefaults->setValue("BOFANGSHICHANG", std::int64_t{seconds == 4 ? 30 : 4});
-    test.run(3 * seconds - 1);
-    EXPECT_THAT(test.takeTrace(), ElementsAre(std::to_string(seconds) + " R 1000hz 40db",
-                                              std::to_string(2 * seconds) + " R 1000hz 50db"));
+    test.at(1, [&, other = seconds == 4 ? 30 : 4] {
+      test.machine.userDefaults->setValue("BOFANGSHICHANG", std::int64_t{other});
+    });
+    EXPECT_THAT(test.traceOfEar(kRight, 3 * seconds - 1), ElementsAre(std::to_string(seconds) + " R 1000hz 40db",
+                                                                      std::to_string(2 * seconds) + " R 1000hz 50db"));
   }
 }
 
@@ -47,36 +42,30 @@ Lines traceWith(const std::string& letters, double at, const std::function<void(
   AutoTest test({"1000hz", "2000hz"});
   test.presses(letters);
   test.at(at, [&] { what(test); });
-  test.session->startTest(kRight);
-  test.run(22);
-  return test.takeTrace();
+  return test.traceOfEar(kRight, 22);
 }
 
 TEST(AutoPress, CountsAnyTimeWithinTheToneAndOnce) {
   const auto press = [](AutoTest& test) { test.session->listened(); };
   const Lines heard = traceWith("HNN", 30, press);
+  EXPECT_EQ(heard.back(), "20 R 2000hz 50db");
   EXPECT_EQ(traceWith("NNN", 4.001, press), heard);
   EXPECT_EQ(traceWith("NNN", 7.999, press), heard);
   EXPECT_EQ(traceWith("HNN", 6, press), heard);
   EXPECT_EQ(traceWith("HNN", 2, press), heard) << "before the first tone";
   EXPECT_EQ(traceWith("HNN", 16.5, press), heard) << "between two frequencies";
-  EXPECT_EQ(heard.back(), "20 R 2000hz 50db");
 }
 
 TEST(AutoPause, CutsTheToneShortAndJudgesItAtTheNextContinue) {
   for (const auto& [letters, next] : {std::pair("H N", "100 R 1000hz 35db"), std::pair("H H", "100 R 1000hz 20db")}) {
     AutoTest test;
     test.presses(letters);
-    test.session->startTest(kRight);
     test.at(9, [&] { test.session->pauseTest(); });
-    test.run(50);
-    EXPECT_FALSE(test.quiet1000->isPlaying);
-    EXPECT_THAT(test.takeTrace(), ElementsAre("4 R 1000hz 40db", "8 R 1000hz 30db"));
     test.at(100, [&] { test.session->continueTest(); });
-    test.run(53);
-    EXPECT_THAT(test.takeTrace(), ElementsAre(next));
-    test.run(2);
-    EXPECT_EQ(test.takeTrace().at(0).substr(0, 4), "104 ");
+    EXPECT_THAT(test.traceOfEar(kRight, 50), ElementsAre("4 R 1000hz 40db", "8 R 1000hz 30db"));
+    EXPECT_FALSE(test.quiet1000->isPlaying);
+    EXPECT_THAT(test.trace(53), ElementsAre(next));
+    EXPECT_THAT(test.trace(2).at(0), testing::StartsWith("104 "));
   }
 }
 
@@ -88,41 +77,30 @@ TEST(AutoStart, InMidEarGoesOnFromTheColumnAndNeverCompletes) {
   AutoTest test({"1000hz", "2000hz"});
   test.presses("HNN");
   test.at(18, [&] { test.session->startTest(kRight); });
-  test.session->startTest(kRight);
-  test.run(100);
-  const Lines trace = test.takeTrace();
-  EXPECT_THAT(Lines(trace.end() - 2, trace.end()), ElementsAre("38 R 2000hz 90db", "42 R -> 2000hz 90db"));
+  EXPECT_EQ(test.traceOfEar(kRight, 100).back(), "42 R -> 2000hz 90db");
   EXPECT_EQ(text(*test.session->getTestResult(kRight)), "2000hz=90");
 }
 
 TEST(AutoStart, OnAnEarThatHasBeenRunMeetsItsMarks) {
   AutoTest test;
   test.presses("H N H");
-  test.session->startTest(kRight);
-  test.run(20);
-  EXPECT_EQ(test.takeTrace().back(), "16 R complete 1000hz=35");
+  EXPECT_EQ(test.traceOfEar(kRight, 20).back(), "16 R complete 1000hz=35");
   // 40 dB counts as heard without a press. 30 dB has been judged, so the step down is 5 dB; 35 dB counts as heard too.
-  test.session->startTest(kRight);
-  test.run(20);
-  EXPECT_THAT(test.takeTrace(),
+  EXPECT_THAT(test.traceOfEar(kRight, 20),
               ElementsAre("24 R 1000hz 40db", "28 R 1000hz 35db", "32 R -> 1000hz 35db", "32 R complete 1000hz=35"));
 }
 
-TEST(AutoCompletion, SubmitsOnceWhoeverListens) {
+TEST(AutoCompletion, SubmitsOnceThoughNobodyListens) {
   for (const auto path : {SessionScript::Earphones, SessionScript::Audiometer}) {
     AutoTest test({"1000hz"}, path);
-    const auto complete = test.delegate->completeWithLeftResult;
-    *test.delegate = {};  // it hears of nothing else
-    test.delegate->completeWithLeftResult = complete;
-    if (path == SessionScript::Audiometer) test.session->setDelegate({});
+    const bool isOnEarphones = path == SessionScript::Earphones;
+    isOnEarphones ? test.session->setDelegate({})
+                  : test.session->setDelegate(std::make_shared<ORNHearingTestDelegate>());
     for (const bool isLeft : {kRight, kLeft}) {
       EXPECT_THAT(test.submissions(), IsEmpty());
-      test.session->startTest(isLeft);
-      test.run(100);
+      test.traceOfEar(isLeft, 100);
     }
-    const bool isOnEarphones = path == SessionScript::Earphones;
     EXPECT_THAT(test.submissions(), ElementsAre(isOnEarphones ? "L 90 R 90 model" : "L 90 R 90 AA:BB:CC:DD:EE:FF"));
-    EXPECT_EQ(test.takeTrace(), isOnEarphones ? Lines{"128 complete L 1000hz=90 R 1000hz=90"} : Lines());
   }
 }
 
@@ -134,14 +112,10 @@ TEST(AutoCompletion, LetsTheOtherEarStartFromWithinTheCall) {
     session.startTest(!isLeft);
     EXPECT_EQ(session.getTestProgress(), 0);
   };
-  test.session->startTest(kRight);
-  test.run(36.5);
-  EXPECT_EQ(test.takeTrace().back(), "36 R -> 1000hz 15db");
-  test.run(100);
-  const Lines trace = test.takeTrace();
-  EXPECT_EQ(trace.front(), "40 L 2000hz 40db");
-  EXPECT_THAT(Lines(trace.end() - 2, trace.end()),
-              ElementsAre("72 L -> 1000hz 15db", "72 complete L 1000hz=15 2000hz=15 R 1000hz=15 2000hz=15"));
+  EXPECT_EQ(test.traceOfEar(kRight, 36.5).back(), "36 R -> 1000hz 15db");
+  const Lines left = test.trace(100);
+  EXPECT_EQ(left.front(), "40 L 2000hz 40db");
+  EXPECT_EQ(left.back(), "72 complete L 1000hz=15 2000hz=15 R 1000hz=15 2000hz=15");
 }
 
 TEST(AutoLife, IsHeldByTheClockUntilTheEarIsOver) {
@@ -151,8 +125,7 @@ TEST(AutoLife, IsHeldByTheClockUntilTheEarIsOver) {
   test.session.reset();
   test.run(27.9);
   EXPECT_FALSE(life.expired());
-  test.run(0.2);
-  EXPECT_EQ(test.takeTrace().back(), "28 R complete 1000hz=90");
+  EXPECT_EQ(test.trace(0.2).back(), "28 R complete 1000hz=90");
   EXPECT_TRUE(life.expired());
 }
 
@@ -161,7 +134,7 @@ TEST(AutoLife, IsNotHeldByAPauseBeforeTheStartOrAfterTheEnd) {
     AutoTest test;
     const std::weak_ptr<ORNManualHearingTest> life = test.session;
     for (const bool isLeft : {kRight, kLeft}) {
-      if (isOver) test.session->startTest(isLeft), test.run(30);
+      if (isOver) test.traceOfEar(isLeft, 30);
     }
     test.session->pauseTest();
     test.session.reset();

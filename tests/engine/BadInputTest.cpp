@@ -11,56 +11,42 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Lines = std::vector<std::string>;
-using Record = std::shared_ptr<ORNDeviceVolumeIOS>;
 
 TEST(MissingCalibration, OfALaterFrequencyKeepsWhatWasFound) {
   SessionScript test(SessionScript::Auto);
   test.session->setTestHzs({"1000hz", "2000hz"});
-  const Record record = SessionScript::record("-60");
+  const auto record = SessionScript::record("-60");
   record->setS2000(std::nullopt);
   test.session->setRightVolue(record);
   test.presses("HNH NHH");
-  test.session->startTest(kRight);
-  test.run(40);
-  EXPECT_EQ(test.takeTrace().back(), "17 R missing calibration");
+  EXPECT_EQ(test.traceOfEar(kRight, 40).back(), "17 R missing calibration");
   test.session->setRightVolue(SessionScript::record("-60"));
   test.session->continueTest();
-  test.run(40);
-  const Lines trace = test.takeTrace();
-  EXPECT_EQ(trace.front(), "40 R 2000hz 40db");
-  EXPECT_EQ(trace.back(), "52 R complete 1000hz=35 2000hz=45");
+  EXPECT_EQ(test.trace(40).back(), "52 R complete 1000hz=35 2000hz=45");
 }
 
 TEST(MissingCalibration, OfOneEarLeavesNothingBehindForTheOther) {
   for (const auto type : {SessionScript::Auto, SessionScript::Standard}) {
     SessionScript test(type);
     test.session->setRightVolue(nullptr);
-    test.session->startTest(kRight);
-    test.run(10);
-    EXPECT_THAT(test.takeTrace(), ElementsAre("4 R missing calibration"));
-    test.session->startTest(kLeft);
-    test.run(4.5);
+    EXPECT_THAT(test.traceOfEar(kRight, 10), ElementsAre("4 R missing calibration"));
+    test.traceOfEar(kLeft, 4.5);
     const auto& playing = test.quiet1000->isPlaying ? test.quiet1000 : test.loud1000;
     EXPECT_TRUE(playing->isPlaying && playing->pan() < 0) << "the left ear's own tone";
   }
 }
 
-/// Drives a test of both ears in which nothing is heard, with a delegate that does something in one of its calls.
+/// A test of both ears in which nothing is heard, with a delegate that does something in one of its calls.
 struct Careless : SessionScript {
-  Careless(Type kind, Path path) : SessionScript(kind, path, Forgotten), type(kind) {
-    session->setTestHzs({"1000hz", "2000hz"});
-  }
+  explicit Careless(Type kind) : SessionScript(kind), type(kind) { session->setTestHzs({"1000hz", "2000hz"}); }
 
   void doIn(const std::string& call, const std::function<void()>& what) {
-    ORNHearingTestDelegate& told = *delegate;
-    if (call == "tone") told.willTestAtHz = [what](auto&&...) { what(); };
-    if (call == "threshold") told.willSelectedAtHz = [what](auto&&...) { what(); };
-    if (call == "ear") told.oneEarCompleteWithResult = [what](auto&&...) { what(); };
-    if (call == "test") told.completeWithLeftResult = [what](auto&&...) { what(); };
-    if (call != "missing") return;
-    session->setRightVolue(nullptr);
-    told.toneMissing = [what](auto&&...) { what(); };
+    const auto deed = [what](auto&&...) { what(); };
+    if (call == "tone") delegate->willTestAtHz = deed;
+    if (call == "threshold") delegate->willSelectedAtHz = deed;
+    if (call == "ear") delegate->oneEarCompleteWithResult = deed;
+    if (call == "test") delegate->completeWithLeftResult = deed;
+    if (call == "missing") delegate->toneMissing = deed, session->setRightVolue(nullptr);
   }
 
   /// As far as there is a session.
@@ -78,80 +64,75 @@ struct Careless : SessionScript {
   const Type type;
 };
 
-/// Every type on the paths where it differs, with the calls that come there.
 void forEachCall(const std::function<void(Careless& test, const std::string& call)>& meet) {
   for (const auto type : {SessionScript::Auto, SessionScript::Manual, SessionScript::Standard}) {
-    for (const auto path : {SessionScript::Earphones, SessionScript::Audiometer}) {
-      for (const char* call : {"tone", "threshold", "ear", "test", "missing"}) {
-        const bool isElsewhere = type == SessionScript::Standard || call == std::string("missing");
-        if (path == SessionScript::Audiometer && isElsewhere) continue;
-        Careless test(type, path);
-        SCOPED_TRACE(std::to_string(type) + " on path " + std::to_string(path) + " " + call);
-        meet(test, call);
-      }
+    for (const std::string call : {"tone", "threshold", "ear", "test", "missing"}) {
+      Careless test(type);
+      SCOPED_TRACE(std::to_string(type) + " " + call);
+      meet(test, call);
     }
   }
 }
 
-TEST(CarelessDelegate, MayReleaseOrEndTheSessionOrDeleteItselfInEachOfItsCalls) {
-  const std::map<std::string, int> callsOfOne{{"tone", 1}, {"threshold", 4}, {"ear", 1}, {"test", 1}, {"missing", 1}};
-  for (const std::string deed : {"release", "end and release", "end", "delete itself"}) {
-    forEachCall([&](Careless& test, const std::string& call) {
-      SCOPED_TRACE(deed);
+TEST(CarelessDelegate, MayReleaseTheSessionOrDeleteItselfInEachOfItsCalls) {
+  forEachCall([](Careless& test, const std::string& call) {
+    const std::weak_ptr<ORNManualHearingTest> life = test.session;
+    test.doIn(call, [&test] { test.session.reset(); });
+    test.go();
+    // A timed test that waits for its calibration is parked, and a parked one lives on.
+    EXPECT_EQ(life.expired(), test.type == SessionScript::Manual || call != "missing");
+  });
+  forEachCall([](Careless& test, const std::string& call) {
+    test.doIn(call, [&test, kept = std::string("of the delegate's own")] {
+      test.delegate.reset();
+      EXPECT_EQ(kept, "of the delegate's own");
+    });
+    test.go();
+    EXPECT_EQ(test.submissions().size(), call == "missing" ? 0U : 1U);
+  });
+}
+
+TEST(CarelessDelegate, HearsNothingOfATestThatItHasEnded) {
+  for (const bool isReleased : {false, true}) {
+    forEachCall([isReleased](Careless& test, const std::string& call) {
       const std::weak_ptr<ORNManualHearingTest> life = test.session;
       int calls = 0;
-      test.doIn(call, [&, kept = std::string("of the delegate's own")] {
-        if (deed == "end" && ++calls != callsOfOne.at(call)) return;
-        if (deed.starts_with("end")) {
-          test.takeTrace();
-          test.session->endTest();
-          test.session->listened();
-          test.session->continueTest();
-        }
-        if (deed.ends_with("release")) test.session.reset();
-        if (deed == "delete itself") test.delegate.reset();
-        EXPECT_EQ(kept, "of the delegate's own");
+      const int last = call == "threshold" && !isReleased ? 4 : 1;
+      test.doIn(call, [&] {
+        if (++calls != last) return;
+        test.takeTrace();
+        test.session->endTest();
+        test.session->listened();
+        test.session->continueTest();
+        if (isReleased) test.session.reset();
       });
       test.go();
-      // A timed test that waits for its calibration is parked, and a parked one lives on.
-      const bool isKept =
-          !deed.ends_with("release") || (deed == "release" && test.type != SessionScript::Manual && call == "missing");
-      EXPECT_EQ(life.expired(), !isKept);
-      if (deed.starts_with("end")) {
-        EXPECT_EQ(calls, deed == "end" ? callsOfOne.at(call) : 0);
-        EXPECT_THAT(test.takeTrace(), IsEmpty()) << "nothing is told of what has ended";
-        EXPECT_THAT(test.submissions(), IsEmpty());
-      } else if (deed == "delete itself") {
-        EXPECT_EQ(test.submissions().size(), call == "missing" ? 0U : 1U);
-      }
+      EXPECT_EQ(calls, last);
+      EXPECT_THAT(test.takeTrace(), IsEmpty());
+      EXPECT_THAT(test.submissions(), IsEmpty());
+      EXPECT_EQ(life.expired(), isReleased);
     });
   }
 }
 
 TEST(CarelessHost, MayReleaseTheSessionInACompletion) {
   using Completion = std::function<void(const std::optional<Error>&)>;
-  const struct {
-    std::function<void(ORNManualHearingTest&, const Completion&)> ask;
-    bool isCalledFromCache;
-  } table[] = {
-      {[](auto& session, auto done) { session.setKV50MAC("AA", done); }, true},
-      {[](auto& session, auto done) { session.setEarPlugModel("1", done); }, false},
-      {[](auto& session, auto done) { session.getTestHistoryByMAC("AA", [done](auto error, auto) { done(error); }); },
-       true},
-      {[](auto& session, auto done) { session.postListenTestWithLeft({}, {}, false, 0, 0, {}, {}, {}, {}, {}, done); },
-       true}};
-  for (const auto& [ask, isCalledFromCache] : table) {
-    for (const auto type : {SessionScript::Auto, SessionScript::Manual, SessionScript::Standard}) {
-      for (const bool isAskedBefore : {false, true}) {
-        SessionScript test(type);
-        test.machine.urlSession->script("", {R"({"rspCode":0})", {}});
-        if (isAskedBefore) ask(*test.session, [](auto&&) {});
-        test.run(1);
-        const std::weak_ptr<ORNManualHearingTest> life = test.session;
-        ask(*test.session, [&](const std::optional<Error>&) { test.session.reset(); });
-        test.run(1);
-        EXPECT_EQ(life.expired(), isCalledFromCache || !isAskedBefore) << isCalledFromCache << type << isAskedBefore;
-      }
+  const std::function<void(ORNManualHearingTest&, const Completion&)> table[] = {
+      [](auto& session, auto done) { session.setKV50MAC("AA", done); },
+      [](auto& session, auto done) { session.setEarPlugModel("1", done); },
+      [](auto& session, auto done) { session.getTestHistoryByMAC("AA", [done](auto error, auto) { done(error); }); },
+      [](auto& session, auto done) { session.postListenTestWithLeft({}, {}, false, 0, 0, {}, {}, {}, {}, {}, done); }};
+  for (const auto& ask : table) {
+    for (const bool isAskedBefore : {false, true}) {  // then a calibration comes from the cache
+      SessionScript test(SessionScript::Auto);
+      test.machine.urlSession->script("", {R"({"rspCode":0})", {}});
+      if (isAskedBefore) ask(*test.session, [](auto&&) {});
+      test.run(1);
+      const std::weak_ptr<ORNManualHearingTest> life = test.session;
+      bool isCalled = false;
+      ask(*test.session, [&](auto&&) { isCalled = true, test.session.reset(); });
+      test.run(1);
+      EXPECT_EQ(life.expired(), isCalled);
     }
   }
 }
@@ -166,42 +147,30 @@ TEST(FrequencyList, IsTakenAsItIsAndIsTheSevenWhereItIsEmpty) {
   for (const auto& [hzs, complete] : table) {
     SessionScript test(SessionScript::Auto);
     test.session->setTestHzs(hzs);
-    test.session->startTest(kRight);
-    test.run(250);
-    EXPECT_EQ(test.takeTrace().back(), complete);
+    EXPECT_EQ(test.traceOfEar(kRight, 250).back(), complete);
   }
 }
 
 TEST(ManualLevel, IsCutToARowAndNothingIsPlayedOutsideTheGrid) {
-  const struct {
-    const char *hz, *db, *played;
-  } table[] = {{"1000hz", "40", "0 R 1000hz 40db"},
-               {"1000hz", "12db", "0 R 1000hz 15db"},
-               {"1000hz", "19", "0 R 1000hz 15db"},
-               {"1000hz", "94", "0 R 1000hz 90db"},
-               {"1000hz", "95db", ""},
-               {"1000hz", "10db", ""},
-               {"1000hz", "db", ""},
-               {"1000hz", "-99999999999999999999", ""},
-               {"750hz", "40", ""},
-               {"", "40", ""},
-               {"1000", "40", ""}};
-  for (const auto path : {SessionScript::Earphones, SessionScript::Audiometer}) {
-    for (const auto& [hz, db, played] : table) {
-      SessionScript test(SessionScript::Manual, path);
-      test.session->startTest(kRight);
-      test.session->playAtHz("1000hz", "40");
-      test.takeTrace();
-      test.session->playAtHz(hz, db);
-      EXPECT_EQ(test.takeTrace(), *played ? Lines{played} : Lines{}) << hz << " " << db;
-      if (!*played) {
-        EXPECT_FALSE(test.quiet1000->isPlaying);
-      }
-      test.run(1);
-      if (path == SessionScript::Audiometer) {
-        EXPECT_GT(test.loudest(0.6, 1), 0) << "a tone goes on";
-      }
-    }
+  const std::tuple<const char*, const char*, Lines> table[] = {{"1000hz", "40", {"0 R 1000hz 40db"}},
+                                                               {"1000hz", "12db", {"0 R 1000hz 15db"}},
+                                                               {"1000hz", "19", {"0 R 1000hz 15db"}},
+                                                               {"1000hz", "94", {"0 R 1000hz 90db"}},
+                                                               {"1000hz", "95db", {}},
+                                                               {"1000hz", "10db", {}},
+                                                               {"1000hz", "db", {}},
+                                                               {"1000hz", "-99999999999999999999", {}},
+                                                               {"750hz", "40", {}},
+                                                               {"", "40", {}},
+                                                               {"1000", "40", {}}};
+  for (const auto& [hz, db, played] : table) {
+    SessionScript test(SessionScript::Manual, SessionScript::Audiometer);
+    test.session->startTest(kRight);
+    test.session->playAtHz("1000hz", "40");
+    test.takeTrace();
+    test.session->playAtHz(hz, db);
+    EXPECT_EQ(test.trace(1), played) << hz << " " << db;
+    EXPECT_GT(test.loudest(0.6, 1), 0) << "a tone goes on";
   }
 }
 

@@ -52,13 +52,11 @@ SessionScript::~SessionScript() { Platform::clearCurrent(); }
 
 std::shared_ptr<ORNDeviceVolumeIOS> SessionScript::record(const std::string& value) {
   auto made = std::make_shared<ORNDeviceVolumeIOS>();
-  made->setS125(value);
-  made->setS250(value);
-  made->setS500(value);
-  made->setS1000(value);
-  made->setS2000(value);
-  made->setS4000(value);
-  made->setS8000(value);
+  using Record = ORNDeviceVolumeIOS;
+  for (const auto set : {&Record::setS125, &Record::setS250, &Record::setS500, &Record::setS1000, &Record::setS2000,
+                         &Record::setS4000, &Record::setS8000}) {
+    ((*made).*set)(value);
+  }
   return made;
 }
 
@@ -116,10 +114,10 @@ void SessionScript::at(double seconds, std::function<void()> what) {
   machine.runLoop->performAfterDelay(span(seconds) - machine.runLoop->now(), std::move(what));
 }
 
-std::vector<std::string> SessionScript::takeTrace() { return std::exchange(trace_, {}); }
+Lines SessionScript::takeTrace() { return std::exchange(trace_, {}); }
 
-std::vector<std::string> SessionScript::submissions() const {
-  std::vector<std::string> all;
+Lines SessionScript::submissions() const {
+  Lines all;
   for (const URLRequest& request : machine.urlSession->requests()) {
     const auto body = nlohmann::json::parse(request.body);
     all.push_back("L " + body["left1000hz"].get<std::string>() + " R " + body["right1000hz"].get<std::string>() + " " +

@@ -15,6 +15,8 @@
 
 namespace orn {
 
+using Lines = std::vector<std::string>;
+
 inline constexpr bool kLeft = true, kRight = false;
 
 /// A machine in virtual time, a session on it with the same calibration at every frequency, a delegate that keeps a
@@ -39,6 +41,9 @@ class SessionScript {
   void hearsFrom(int level);
 
   void run(double seconds);
+  /// Runs, and gives what the delegate heard meanwhile.
+  Lines trace(double seconds) { return run(seconds), takeTrace(); }
+  Lines traceOfEar(bool isLeft, double seconds) { return session->startTest(isLeft), trace(seconds); }
   double now() const;
   /// At a time since the machine was made.
   void at(double seconds, std::function<void()> what);
@@ -46,13 +51,13 @@ class SessionScript {
   /// What the delegate heard since the last call, such as "4 R 1000hz 40db", "16 R -> 1000hz 40db",
   /// "16 R complete 1000hz=40", "90 complete L 1000hz=40 R 1000hz=40", "4 R missing calibration". The number is the
   /// time in seconds.
-  std::vector<std::string> takeTrace();
+  Lines takeTrace();
 
   /// Loudest sample of a span of what came out.
   int loudest(double from, double to) const;
 
   /// What has been sent to the service: the thresholds of 1000 Hz and the model, such as "L 40 R 35 model".
-  std::vector<std::string> submissions() const;
+  Lines submissions() const;
 
   SimulatedPlatform machine;
   std::shared_ptr<ORNManualHearingTest> session;
@@ -68,7 +73,7 @@ class SessionScript {
   void userMeets(const std::string& db);
 
   std::function<bool(int level)> hears_ = [](int) { return false; };
-  std::vector<std::string> trace_;
+  Lines trace_;
 };
 
 std::string text(const EarResult& result);

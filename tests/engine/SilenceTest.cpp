@@ -45,11 +45,9 @@ struct Ear : SessionScript {
 struct Way {
   const char* name;
   const char* told;
-  std::vector<SessionScript::Path> paths;
   std::function<void(Ear&, bool isBroken)> set;
+  std::vector<SessionScript::Path> paths{SessionScript::Earphones, SessionScript::Audiometer};
 };
-
-const std::vector<SessionScript::Path> kBoth{SessionScript::Earphones, SessionScript::Audiometer};
 
 ORNManualHearingTest::Record withoutValue() {
   const auto record = SessionScript::record("-60");
@@ -57,26 +55,30 @@ ORNManualHearingTest::Record withoutValue() {
   return record;
 }
 
-const Way kNoDevice{"no device", "output", kBoth,
+/// A record in place of the good one.
+std::function<void(Ear&, bool)> calibration(const std::function<ORNManualHearingTest::Record()>& broken) {
+  return [broken](Ear& ear, bool isBroken) { ear.calibrate(isBroken ? broken() : SessionScript::record("-60")); };
+}
+
+const Way kNoDevice{"no device", "output",
                     [](Ear& ear, bool isBroken) { ear.machine.audioOutput->setDevicePresent(!isBroken); }};
-const Way kHeldBack{"held back", "output", kBoth,
+const Way kHeldBack{"held back", "output",
                     [](Ear& ear, bool isBroken) { ear.machine.audioOutput->setHeldBack(isBroken); }};
+const Way kOutputs[] = {kNoDevice, kHeldBack};
 
 const Way kWays[] = {
     kNoDevice,
     kHeldBack,
-    {"no tone files",
-     "recording",
-     {SessionScript::Earphones},
-     [](Ear& ear, bool isBroken) { ear.bundles->areShipped = !isBroken; }},
-    {"no record", "calibration", kBoth,
-     [](Ear& ear, bool isBroken) { ear.calibrate(isBroken ? nullptr : SessionScript::record("-60")); }},
-    {"no value", "calibration", kBoth,
-     [](Ear& ear, bool isBroken) { ear.calibrate(isBroken ? withoutValue() : SessionScript::record("-60")); }},
+    {"no record", "calibration", calibration([] { return nullptr; })},
+    {"no value", "calibration", calibration(withoutValue)},
     {"no amplitude",
      "calibration",
-     {SessionScript::Audiometer},
-     [](Ear& ear, bool isBroken) { ear.calibrate(SessionScript::record(isBroken ? "1e9" : "-60")); }},
+     calibration([] { return SessionScript::record("1e9"); }),
+     {SessionScript::Audiometer}},
+    {"no tone files",
+     "recording",
+     [](Ear& ear, bool isBroken) { ear.bundles->areShipped = !isBroken; },
+     {SessionScript::Earphones}},
 };
 
 void forEach(std::span<const Way> ways, const std::function<void(Ear&, const Way&)>& meet) {
@@ -108,21 +110,18 @@ void expectTruth(Ear& ear) {
 
 TEST(Silence, FromTheStartIsToldAndNotJudgedAndEndsWhereTheTestBegan) {
   forEach(kWays, [](Ear& ear, const Way& way) {
+    const std::string missing = std::string(" R missing ") + way.told;
     way.set(ear, true);
-    ear.session->startTest(kRight);
     ear.at(10, [&] { ear.session->listened(); });
-    ear.run(20);
-    EXPECT_THAT(ear.takeTrace(), ElementsAre(std::string("4 R missing ") + way.told));
+    EXPECT_THAT(ear.traceOfEar(kRight, 20), ElementsAre("4" + missing));
     EXPECT_THAT(*ear.session->getTestResult(kRight), IsEmpty());
     EXPECT_EQ(ear.session->getTestProgress(), 0);
     EXPECT_EQ(ear.loudest(0, 20), 0);
     ear.session->continueTest();
-    ear.run(4);
-    EXPECT_THAT(ear.takeTrace(), ElementsAre(std::string("20 R missing ") + way.told));
+    EXPECT_THAT(ear.trace(4), ElementsAre("20" + missing));
     way.set(ear, false);
     ear.session->continueTest();
-    ear.run(1);
-    EXPECT_THAT(ear.takeTrace(), ElementsAre("24" + firstTone(ear)));
+    EXPECT_THAT(ear.trace(1), ElementsAre("24" + firstTone(ear)));
     EXPECT_GT(ear.loudest(24.3, 25), 0);
     expectTruth(ear);
   });
@@ -137,63 +136,43 @@ TEST(Silence, IsTriedAgainOncePerToneWhereTheHostContinuesWithinTheTelling) {
       dynamic_cast<ORNManualHearingTest&>(test).playAtHz("1000hz", "60");
     };
     way.set(ear, true);
-    ear.session->startTest(kRight);
     ear.at(14, [&] { way.set(ear, false); });
-    ear.run(17);
     const std::string missing = std::string(" R missing ") + way.told;
-    EXPECT_THAT(ear.takeTrace(), ElementsAre("4" + missing, "8" + missing, "12" + missing, "16" + firstTone(ear)));
-    expectTruth(ear);
-  });
-}
-
-TEST(Silence, WithinAToneHasItPresentedAgainUnlessItWasHeard) {
-  const Way ways[] = {kNoDevice, kHeldBack};
-  forEach(ways, [](Ear& ear, const Way& way) {
-    ear.hearsFrom(100);
-    ear.session->startTest(kRight);
-    ear.at(5.5, [&] { way.set(ear, true); });
-    ear.at(7, [&] { way.set(ear, false); });
-    ear.run(9);
-    EXPECT_THAT(ear.takeTrace(), ElementsAre("4" + firstTone(ear), "8" + firstTone(ear)));
-    EXPECT_GT(ear.loudest(8.3, 9), 0);
-    // Gone at the tone's end, and back later.
-    ear.at(11.9, [&] { way.set(ear, true); });
-    ear.run(10);
-    EXPECT_THAT(ear.takeTrace(), ElementsAre("12 R missing output"));
-    way.set(ear, false);
-    ear.hearsFrom(60);
-    ear.session->continueTest();
+    EXPECT_THAT(ear.traceOfEar(kRight, 17),
+                ElementsAre("4" + missing, "8" + missing, "12" + missing, "16" + firstTone(ear)));
     expectTruth(ear);
   });
 }
 
 TEST(Silence, AfterAPressTakesNothingFromIt) {
-  forEach(std::span(&kNoDevice, 1), [](Ear& ear, const Way& way) {
+  forEach(std::span(kOutputs, 1), [](Ear& ear, const Way& way) {
     ear.hearsFrom(15);
-    ear.session->startTest(kRight);
     ear.at(5.5, [&] { way.set(ear, true); });
-    ear.run(9);
-    EXPECT_THAT(ear.takeTrace(), ElementsAre("4" + firstTone(ear), "8 R missing output")) << "of the next tone";
+    EXPECT_THAT(ear.traceOfEar(kRight, 9), ElementsAre("4" + firstTone(ear), "8 R missing output"))
+        << "of the next tone";
     way.set(ear, false);
     ear.session->continueTest();
-    ear.run(1);
-    EXPECT_THAT(ear.takeTrace(),
-                ElementsAre(firstTone(ear) == " R 1000hz 60db" ? "9 R 1000hz 50db" : "9 R 1000hz 30db"));
+    const bool isStandard = firstTone(ear) == " R 1000hz 60db";
+    EXPECT_THAT(ear.trace(1), ElementsAre(isStandard ? "9 R 1000hz 50db" : "9 R 1000hz 30db"));
   });
 }
 
-TEST(Silence, InOneToneAfterAnotherPausesTheTest) {
-  const Way ways[] = {kNoDevice, kHeldBack};
-  forEach(ways, [](Ear& ear, const Way& way) {
+TEST(Silence, WithinAToneHasItPresentedAgainAndInTheLastOfFourPausesTheTest) {
+  forEach(kOutputs, [](Ear& ear, const Way& way) {
     ear.hearsFrom(100);
     for (const double start : {4, 8, 12, 16}) {
       ear.at(start + 1, [&] { way.set(ear, true); });
       ear.at(start + 2, [&] { way.set(ear, false); });
     }
-    ear.session->startTest(kRight);
-    ear.run(60);
     const std::string tone = firstTone(ear);
-    EXPECT_THAT(ear.takeTrace(), ElementsAre("4" + tone, "8" + tone, "12" + tone, "16" + tone, "20 R missing output"));
+    EXPECT_THAT(ear.traceOfEar(kRight, 60),
+                ElementsAre("4" + tone, "8" + tone, "12" + tone, "16" + tone, "20 R missing output"));
+    EXPECT_GT(ear.loudest(8.3, 9), 0);
+    // Once more, gone at the tone's end, and back later.
+    ear.session->continueTest();
+    ear.at(63.9, [&] { way.set(ear, true); });
+    EXPECT_THAT(ear.trace(10), ElementsAre("60" + tone, "64 R missing output"));
+    way.set(ear, false);
     ear.hearsFrom(60);
     ear.session->continueTest();
     expectTruth(ear);
@@ -222,9 +201,7 @@ TEST(Silence, OfAFrequencyWithoutATableIsToldOnTheAudiometer) {
   for (const char* hz : {"750hz", "abc", "", "99999999999999999999hz", "-1000hz"}) {
     Ear ear(SessionScript::Auto, SessionScript::Audiometer);
     ear.session->setTestHzs({hz});
-    ear.session->startTest(kRight);
-    ear.run(60);
-    EXPECT_THAT(ear.takeTrace(), ElementsAre("4 R missing recording")) << hz;
+    EXPECT_THAT(ear.traceOfEar(kRight, 60), ElementsAre("4 R missing recording")) << hz;
     EXPECT_EQ(ear.loudest(0, 60), 0);
   }
 }

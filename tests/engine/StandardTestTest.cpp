@@ -10,23 +10,24 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-using Lines = std::vector<std::string>;
 
 struct StandardTest : SessionScript {
-  explicit StandardTest(Path path = Earphones) : SessionScript(Standard, path) {}
-
-  /// The retest is what comes after the threshold of 8000 Hz.
-  void runToTheRetest(bool isLeft) {
-    delegate->willSelectedAtHz = [this](ORNHearingTest& told, const std::string& hz, const std::string& db, bool) {
-      thresholds.push_back(hz + " " + db);
-      if (isHasty && thresholds.size() == 5) told.listened();
+  explicit StandardTest(Path path = Earphones) : SessionScript(Standard, path) {
+    delegate->willSelectedAtHz = [this, told = delegate->willSelectedAtHz](ORNHearingTest& test, const std::string& hz,
+                                                                           const std::string& db, bool isLeft) {
+      told(test, hz, db, isLeft);
+      thresholds += hz + " ";
+      if (++settled == 5 && isHasty) test.listened();
     };
-    session->startTest(isLeft);
-    machine.virtualTime->runUntil([this] { return thresholds.size() == 4; }, std::chrono::seconds(500));
-    takeTrace();
   }
 
-  Lines thresholds;
+  /// The retest is what comes after the threshold of 8000 Hz, and gives the fifth.
+  void runUntilSettled(int count) {
+    machine.virtualTime->runUntil([&] { return settled == count; }, std::chrono::seconds(500));
+  }
+
+  std::string thresholds;
+  int settled = 0;
   bool isHasty = false;  // the host presses when it is told of the retest's threshold
 };
 
@@ -34,35 +35,38 @@ struct StandardTest : SessionScript {
 struct Retested : StandardTest {
   explicit Retested(const std::string& letters, Path path = Earphones, bool hasty = false) : StandardTest(path) {
     isHasty = hasty;
-    onTone = [this](const std::string& hz, const std::string& db, float volume) {
-      if (thresholds.size() == 4) levels += std::to_string(std::atoi(db.c_str())) + " ", volumes.push_back(volume);
-      if (volumes.size() == 1) progress = session->getTestProgress();
-      if (thresholds.size() == 5 && hz == "500hz") tones.push_back(now());
+    onTone = [this](const std::string& hz, const std::string& db, float gain) {
+      if (settled == 4 && levels.empty()) meetsRetest(gain);
+      if (settled == 4) levels += std::to_string(std::atoi(db.c_str())) + " ";
+      if (settled == 5 && hz == "500hz") tones.push_back(now());
     };
     presses(std::string(4 * 7, 'N') + letters);
-    runToTheRetest(kRight);
-    machine.virtualTime->runUntil([this] { return thresholds.size() == 5; }, std::chrono::seconds(100));
+    session->startTest(kRight);
+    runUntilSettled(5);
     acceptance = now();
     run(3.9);
   }
 
+  void meetsRetest(float gain) {
+    volume = gain;
+    pan = quiet1000->pan();
+    progress = session->getTestProgress();
+  }
+
   std::string levels;
-  std::vector<float> volumes;
-  float progress = 0;
+  float volume = 0, pan = 0, progress = 0;  // of its first tone, of 40 dB
   double acceptance = 0;
   std::vector<double> tones;
 };
 
 TEST(StandardTimes, PresentTheNextFrequencyTwiceAfterAHeardAcceptanceAndOnceAfterAnUnheard) {
-  const std::pair<const char*, Lines> table[] = {
-      {"HHHHHHHH", {"36 R -> 1000hz 15db", "36 R 2000hz 60db", "37 R 2000hz 60db", "40 R 2000hz 65db"}},
-      {"HHHNNHNNN", {"36 R 1000hz 40db", "40 R -> 1000hz 40db", "41 R 2000hz 60db", "44 R 2000hz 65db"}}};
-  for (const auto& [letters, last] : table) {
+  const std::tuple<const char*, int, Lines> table[] = {
+      {"HHHHHHHH", 41, {"36 R -> 1000hz 15db", "36 R 2000hz 60db", "37 R 2000hz 60db", "40 R 2000hz 65db"}},
+      {"HHHNNHNNN", 45, {"36 R 1000hz 40db", "40 R -> 1000hz 40db", "41 R 2000hz 60db", "44 R 2000hz 65db"}}};
+  for (const auto& [letters, seconds, last] : table) {
     StandardTest test;
     test.presses(letters);
-    test.session->startTest(kRight);
-    test.run(last == table[0].second ? 41 : 45);
-    const Lines trace = test.takeTrace();
+    const Lines trace = test.traceOfEar(kRight, seconds);
     EXPECT_EQ(Lines(trace.end() - 4, trace.end()), last);
   }
 }
@@ -74,60 +78,37 @@ TEST(StandardTimes, DoNothingWithoutATone) {
 }
 
 TEST(StandardRetest, GivesTheValueOf1000HzInAResultOfSevenKeysWhateverTheListOfTheHost) {
-  const std::pair<int, const char*> table[] = {{-5, "-5"}, {0, "0"}, {91, "90"}};
-  for (const auto& [hearing, value] : table) {
+  const std::tuple<int, std::string, std::string> table[] = {{-5, "-5", "15"}, {0, "0", "15"}, {91, "90", "90"}};
+  for (const auto& [hearing, value, rest] : table) {
     StandardTest test;
     test.session->setTestHzs({"1000hz", "2000hz", "500hz"});
     test.hearsFrom(hearing);
-    const std::string rest = hearing > 90 ? "90" : "15";
-    std::string whole, order;
-    for (const char* hz : {"125hz", "250hz", "500hz", "1000hz", "2000hz", "4000hz", "8000hz"}) {
-      whole += " " + std::string(hz) + "=" + (hz == std::string("1000hz") ? value : rest);
+    std::string whole;
+    for (const std::string hz : {"125hz", "250hz", "500hz", "1000hz", "2000hz", "4000hz", "8000hz"}) {
+      whole += " " + hz + "=" + (hz == "1000hz" ? value : rest);
     }
-    test.session->startTest(kRight);
-    test.run(400);
-    const Lines right = test.takeTrace();
-    for (const std::string& line : right) {
-      if (const auto at = line.find("-> "); at != line.npos) order += line.substr(at + 3, line.rfind(' ') - at - 2);
-    }
-    EXPECT_EQ(order, "1000hz 2000hz 4000hz 8000hz 1000hz 500hz 250hz 125hz ");
-    EXPECT_EQ(right.back().substr(right.back().find(' ')), " R complete" + whole);
-    test.session->startTest(kLeft);
-    test.run(400);
-    const Lines left = test.takeTrace();
+    EXPECT_THAT(test.traceOfEar(kRight, 400).back(), testing::EndsWith(" R complete" + whole));
+    EXPECT_EQ(test.thresholds, "1000hz 2000hz 4000hz 8000hz 1000hz 500hz 250hz 125hz ");
+    const Lines left = test.traceOfEar(kLeft, 400);
     EXPECT_EQ(left.front(), "404 L 1000hz 60db") << "the clock of the first ear has ended";
-    EXPECT_EQ(left.back().substr(left.back().find(' ')), " complete L" + whole + " R" + whole);
+    EXPECT_THAT(left.back(), testing::EndsWith(" complete L" + whole + " R" + whole));
     EXPECT_THAT(test.submissions(), SizeIs(1));
   }
 }
 
-TEST(StandardRetest, StandsAboveAWholeProgressUntilTheEarIsComplete) {
+TEST(StandardRetest, OfTheRightEarIsPannedToTheLeftAndStandsAboveAWholeProgressUntilTheEarIsComplete) {
   Retested test("");
+  EXPECT_EQ(test.pan, -1);
   EXPECT_FLOAT_EQ(test.progress, 8.0F / 7 + 0.1285714285714286F) << "an odd row";
   EXPECT_GE(test.session->getTestProgress(), test.progress);
   test.run(300);
   EXPECT_EQ(test.session->getTestProgress(), 1);
-  test.session->startTest(kLeft);
-  EXPECT_EQ(test.session->getTestProgress(), 0);
-}
-
-TEST(StandardRetest, IsPannedToTheLeftForBothEars) {
-  for (const bool isLeft : {kRight, kLeft}) {
-    StandardTest test;
-    std::vector<float> pans;
-    test.onTone = [&](const std::string& hz, const std::string& db, float) {
-      if (hz == "1000hz" && db == "60db") pans.push_back(test.loud1000->pan());
-    };
-    test.runToTheRetest(isLeft);
-    test.run(30);
-    EXPECT_THAT(pans, ElementsAre(isLeft ? -1 : 1, -1));
-  }
 }
 
 TEST(StandardRetest, SoundsAtItsLabelOnEarphonesAnd20DbAboveItOnTheAudiometer) {
   // With 60 dB of calibration at the recording's 140 dB, and with 50 dB at full scale's 140 dB.
-  EXPECT_FLOAT_EQ(Retested("").volumes.at(0), 1);
-  EXPECT_NEAR(Retested("", SessionScript::Audiometer).volumes.at(0), 0.0316228, 1e-6);  // 60 dB, not 40
+  EXPECT_FLOAT_EQ(Retested("").volume, 1);
+  EXPECT_NEAR(Retested("", SessionScript::Audiometer).volume, 0.0316228, 1e-6);  // 60 dB, not 40
 }
 
 TEST(StandardRetest, LeavesTheNextToneSilentAfterAnUnheardAcceptanceOnTheAudiometer) {
