@@ -78,8 +78,6 @@ TEST(ApplicationCheck, TakesNoAnswerForAToneThatDoesNotSound) {
   app.click("没听到");
   EXPECT_TRUE(app.sees("声音没有播放完整") && app.sees("第 1 次，共 2 次"));
   app.click("再听一次");
-  app.click(app.heard(1));
-  EXPECT_TRUE(app.sees("第 2 次，共 2 次"));
   EXPECT_TRUE(app.sounds(1));
   app.unplug();
   EXPECT_TRUE(app.alert().contains("您的测试设备已断开"));

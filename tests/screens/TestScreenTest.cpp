@@ -292,11 +292,7 @@ TEST(TestScreen, WithoutAudiometerThereIsNoSession) {
   EXPECT_EQ(told, 1);
   EXPECT_FALSE(script.button("左")) << "the test has a left item of its own";
   EXPECT_FALSE(script.sounds(6));
-  script.click("取消");
-  script.click("结束测试");
-  script.run();
-  EXPECT_EQ(script.title(), "选择设备");
-  EXPECT_TRUE(script.volume() == kUsersVolume && script.requests() == 0U);
+  EXPECT_EQ(script.requests(), 0U);
 }
 
 TEST(TestScreen, BoardsTakeTouchesInAManualTestOnly) {
