@@ -15,8 +15,8 @@ packages=(
   fonts-wqy-microhei librsvg2-bin qt6-base-dev qt6-svg-dev
   # tests
   curl libgmock-dev libgtest-dev poppler-utils
-  # an X server and a bus for screen readers, for the tests
-  at-spi2-core libatspi2.0-dev libxtst-dev xvfb
+  # an X server for the tests
+  xauth xvfb
   # sound servers for the tests
   dbus pipewire-pulse pulseaudio pulseaudio-utils wireplumber
 )
@@ -24,7 +24,7 @@ case "${1-}" in
   abi) packages+=(abigail-tools python3) ;;
   clang) packages+=(clang-14 googletest libc++-14-dev libc++abi-14-dev) ;;
   fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
-  bench) packages+=(gstreamer1.0-plugins-base gstreamer1.0-tools libstk-dev sox xauth xvfb) ;;
+  bench) packages+=(gstreamer1.0-plugins-base gstreamer1.0-tools libstk-dev sox) ;;
   deb) packages+=(desktop-file-utils dpkg-dev file) ;;
   docs) packages+=(doxygen) ;;
   web) packages+=(chromium chromium-driver dpkg-dev emscripten nodejs python3) ;;

@@ -108,10 +108,12 @@ TEST_F(HearingTestProgram, WrongUsageIsExitTwoAndFailuresAreOneLine) {
   }
   std::ofstream(folder_ / "refused.json") << R"({"rspCode":1,"deviceVolumeIOS":[]})";
   std::ofstream(folder_ / "garbage.json") << "{]";
+  std::ofstream(folder_ / "unreadable.json") << R"({"rspCode":0,"deviceVolumeIOS":[{"ear":1,"s1000":"x"},{"ear":2}]})";
   const std::string folder = folder_.string();
   for (const std::string& failing :
        {"--calibration " + folder + "/none.json", "--calibration " + folder + "/refused.json",
-        "--calibration " + folder + "/garbage.json", "--wav " + folder + "/no/such/folder.wav"}) {
+        "--calibration " + folder + "/garbage.json", "--path earphones --calibration " + folder + "/unreadable.json",
+        "--wav " + folder + "/no/such/folder.wav"}) {
     const ProgramRun ran = run("simulate --json " + failing);
     EXPECT_EQ(ran.code, 1) << failing;
     EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1) << ran.err;

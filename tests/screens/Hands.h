@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtGui/QAccessible>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
 #include <QtWidgets/QAbstractButton>
@@ -11,7 +12,8 @@
 
 namespace orn {
 
-/// Eyes and hands of a user in front of a window: what is on it, and real events of mouse, fingers and keys to it.
+/// Eyes, ears and hands of a user in front of a window: what is on it, what a screen reader says of it, and real events
+/// of mouse, fingers and keys to it.
 struct Hands {
   virtual ~Hands() = default;
   virtual NavigationWindow& shown() const = 0;
@@ -41,6 +43,17 @@ struct Hands {
   }
   QStringList texts() const { return textsOf<QLabel>(QString()); }
   bool sees(const QString& part) const { return texts().join('\n').contains(part); }
+
+  /// The names of all that a screen reader finds, from the top down.
+  QStringList spoken() const { return spokenOf(QAccessible::queryAccessibleInterface(&shown())); }
+  static QStringList spokenOf(const QAccessibleInterface* thing) {
+    if (!thing || thing->state().invisible) return {};
+    const QString name = thing->text(QAccessible::Name);
+    QStringList all;
+    if (!name.isEmpty()) all << name;
+    for (int index = 0; index < thing->childCount(); ++index) all += spokenOf(thing->child(index));
+    return all;
+  }
 
   QAbstractButton* button(const QString& name) const {
     QAbstractButton* newest = nullptr;  // an alert's goes before one that it covers

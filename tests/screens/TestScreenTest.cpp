@@ -1,3 +1,4 @@
+#include <functional>
 #include <map>
 
 #include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
@@ -12,71 +13,86 @@
 namespace orn {
 namespace {
 
-const QString kReady = "准备好了，开始测试", kIsee = "我知道了";
+const QString kIsee = "我知道了";
 const QString kInstruction =
-    "操作提示|系统将在左耳/右耳播放不同的声音。您每次听到声音的时候请立即按\"听到了\"按钮。|准备好了，开始测试";
+    "操作提示|系统将在左耳/右耳播放不同的声音。您每次听到声音的时候请立即按\"听到了\"按钮。|" + kReady;
 const QString kEndQuestion = "温馨提示|请确认结束测试？\n测试数据将不保存|取消|结束测试";
-const QString kChangeOver = "温馨提示|右耳测试结束\n开始左耳测试 |准备好了，继续测试";
+const QString kChangeOver = "温馨提示|右耳测试结束\n开始左耳测试 |" + kOtherEar;
 const QString kDisconnected = "温馨提示|您的测试设备已断开，请连接后重新测试|我知道了";
 
-/// A user with these thresholds presses the button at each tone heard, as the board shows it, until the ear is done.
+/// A user with these thresholds presses the space bar at each tone heard, as the board shows it, until the ear is done.
 void takeEar(ScreensScript& script, ChessboardView& board, const std::map<std::string, int>& thresholds) {
   for (int second = 0; second < 1000 && !board.isTestEnd(); ++second) {
     script.run(1);
     const QPointF mark = board.currentTestPointBack();
     if (board.currentTestPoint().x() < 0 || board.isTestEnd()) continue;
     const std::string& hz = board.hzs()[static_cast<std::size_t>(mark.x())];
-    if (15 + 5 * mark.y() >= thresholds.at(hz)) script.click(script.heardButton());
+    if (15 + 5 * mark.y() >= thresholds.at(hz)) script.key(Qt::Key_Space);
   }
-  script.run(1);
 }
-
-std::map<std::string, int> allAt(int db) { return {{"500hz", db}, {"1000hz", db}, {"2000hz", db}, {"4000hz", db}}; }
+void takeRightEar(ScreensScript& script) {
+  takeEar(script, *script.test()->rightChessView(), {{"500hz", 30}, {"1000hz", 35}, {"2000hz", 45}, {"4000hz", 65}});
+}
 
 class BothPaths : public testing::TestWithParam<int> {
  protected:
-  void expectClosedInSilence() {
+  void expectClosedInSilence(float volume) {
+    EXPECT_EQ(script.alert(), "") << "goes with its test";
     EXPECT_FALSE(script.sounds(30));
     EXPECT_EQ(script.title(), "选择设备");
-    EXPECT_EQ(script.volume(), kUsersVolume);
+    EXPECT_EQ(script.volume(), volume);
     EXPECT_EQ(script.requests(), 1U) << "nothing of the test is kept";
   }
   ScreensScript script;
 };
 INSTANTIATE_TEST_SUITE_P(Rows, BothPaths, testing::Values(0, 1));
 
-TEST_P(BothPaths, WholeTestFromTheDeviceToTheResult) {
-  script.openTest(GetParam());
+/// Also run in a window of an X server.
+TEST_P(BothPaths, WholeTestByKeyboardFromTheDeviceToTheResult) {
+  script.window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(script.window.get(), 20'000));
+  const auto press = [&](Qt::Key key) { script.key(key), script.run(1.1); };
+  script.plug(GetParam());
+  script.answers(calibration(GetParam()));
+  for (int row = 0; row <= GetParam(); ++row) script.key(Qt::Key_Down);
+  press(Qt::Key_Return);
   EXPECT_EQ(script.alert(), kInstruction);
-  EXPECT_EQ(script.title(), "右耳测试");
-  EXPECT_EQ(script.volume(), 1.0F);
+  EXPECT_TRUE(script.title() == "右耳测试" && script.volume() == 1);
   EXPECT_FALSE(script.sounds(10)) << "before the user is ready";
-  script.click(kReady);
+  press(Qt::Key_Return);
   ChessboardView &right = *script.test()->rightChessView(), &left = *script.test()->chessView();
   EXPECT_EQ(script.window->childAt(30, 100), &right);
-  takeEar(script, right, {{"500hz", 30}, {"1000hz", 35}, {"2000hz", 45}, {"4000hz", 65}});
+  takeRightEar(script);
+  EXPECT_EQ(script.alert(), kChangeOver) << "the last press answers nothing";
   EXPECT_FALSE(script.sounds(10));
-  script.click("准备好了，继续测试");
-  script.run(1.1);
+  press(Qt::Key_Space);
   EXPECT_TRUE(script.title() == "左耳测试" && script.window->childAt(30, 100) == &left);
-  takeEar(script, left, allAt(20));
-  EXPECT_EQ(script.title(), "测试结果");
+  takeEar(script, left, {{"500hz", 20}, {"1000hz", 20}, {"2000hz", 20}, {"4000hz", 20}});
+  script.run();
+  EXPECT_TRUE(script.title() == "测试结果" && script.volume() == kUsersVolume);
   EXPECT_TRUE(script.sees("您的右耳的平均听力损失为43分贝，属于中度听力损失。"));
   EXPECT_TRUE(script.sees("您的左耳的平均听力损失为20分贝，属于正常。"));
-  EXPECT_EQ(script.volume(), kUsersVolume);
-  script.machine.audioSession->unplug();  // the screen beneath watches the route in any state
-  script.run(0.1);
-  EXPECT_EQ(script.alert(), kDisconnected);
-  script.click(kIsee);
-  script.run();
+  script.key(Qt::Key_Tab);
+  press(Qt::Key_Return);
   EXPECT_EQ(script.title(), "选择设备");
-  script.plug(GetParam());
-  script.machine.audioSession->unplug();
-  script.run(0.1);
-  EXPECT_EQ(script.alert(), "") << "the screen has gone, though it is still held";
 }
 
-TEST_P(BothPaths, EndIsAskedForAndTheTestWaitsMeanwhile) {
+TEST(ScreenReader, TellsWhatIsSeenFromTheTopDown) {
+  ScreensScript script;
+  EXPECT_EQ(script.spoken().value(0), "选择设备");
+  EXPECT_FALSE(script.spoken().filter(kRows[0]).isEmpty());
+  script.openTest(0);
+  EXPECT_EQ(script.spoken().value(0), "操作提示") << "and nothing beneath the alert";
+  EXPECT_TRUE(script.spoken().filter("听力图").isEmpty() && script.spoken().contains(kReady));
+  const QAccessibleInterface* window = QAccessible::queryAccessibleInterface(script.window.get());
+  EXPECT_EQ(window->child(0)->role(), QAccessible::AlertMessage);
+  script.click(kReady);
+  script.run(30);  // nothing is heard, so the first threshold is there
+  EXPECT_EQ(script.spoken(), QStringList({"右耳测试", "取消", "右耳听力图：1000赫兹90分贝", "听到了"}))
+      << "not the covered board";
+}
+
+TEST_P(BothPaths, WhateverInterruptsATestSilencesItUntilItsUserGoesOn) {
   script.startTest(GetParam());
   ASSERT_TRUE(script.sounds(5));
   script.click("取消");
@@ -87,54 +103,43 @@ TEST_P(BothPaths, EndIsAskedForAndTheTestWaitsMeanwhile) {
   script.key(Qt::Key_Escape);
   EXPECT_EQ(script.alert(), "");
   EXPECT_TRUE(script.sounds(1));
-  script.click("取消");
-  script.click("结束测试");
-  expectClosedInSilence();
-}
 
-TEST_P(BothPaths, EndAskedForByTheHostBetweenTheEarsSetsTheFirstOneGoingAgain) {
-  script.startTest(GetParam());
-  takeEar(script, *script.test()->rightChessView(), allAt(40));
-  script.test()->showEndAlert();
-  EXPECT_EQ(script.alert(), kEndQuestion);
-  EXPECT_FALSE(script.sounds(10));
-  script.click("取消");
-  EXPECT_EQ(script.alert(), kChangeOver);
-  EXPECT_TRUE(script.sounds(10));
-  script.test()->cancelButtonClicked();
-  EXPECT_EQ(script.alert(), "") << "goes with its test";
-  expectClosedInSilence();
-}
-
-TEST_P(BothPaths, LostDeviceLeadsOnlyToTheEnd) {
-  script.openTest(GetParam());
-  script.machine.audioSession->setRoute(script.machine.audioSession->currentRoute(), "HeadsetBT", 1);
-  script.run(0.1);
-  EXPECT_EQ(script.alert(), kInstruction) << "another reason";
-  script.click(kReady);
-  ASSERT_TRUE(script.sounds(5));
-  script.test()->showTishi();
-  script.machine.audioSession->unplug();
-  script.run(0.1);
-  EXPECT_EQ(script.alert(), kDisconnected) << "over the one that is there";
-  EXPECT_FALSE(script.sounds(30));
-  script.click(kIsee);
-  EXPECT_EQ(script.alert(), "") << "goes with its test";
-  expectClosedInSilence();
-}
-
-TEST_P(BothPaths, AnotherScreenOverItHaltsTheTestAndHasTheUsersVolume) {
-  script.startTest(GetParam());
-  ASSERT_TRUE(script.sounds(5));
   script.window->front()->push(ORNTestResultViewController::init());
   EXPECT_FALSE(script.sounds(30));
   EXPECT_EQ(script.volume(), kUsersVolume);
+  script.machine.audioSession->setOutputVolume(0.75F);
   script.click("‹ 右耳测试");
   EXPECT_EQ(script.volume(), 1.0F);
   EXPECT_FALSE(script.sounds(30)) << "nothing lets it go on but the answer to the end's question";
   script.click("取消");
   script.click("取消");
   EXPECT_TRUE(script.sounds(5));
+
+  takeRightEar(script);
+  EXPECT_EQ(script.alert(), kChangeOver);
+  script.test()->showEndAlert();  // by the host
+  EXPECT_FALSE(script.sounds(10));
+  script.click("取消");
+  EXPECT_EQ(script.alert(), kChangeOver);
+  EXPECT_TRUE(script.sounds(10)) << "the first ear once more";
+  script.test()->showEndAlert();
+  script.click("结束测试");
+  expectClosedInSilence(0.75F);
+}
+
+TEST_P(BothPaths, LostDeviceLeadsOnlyToTheEnd) {
+  script.openTest(GetParam());
+  script.machine.audioSession->setRoute(script.machine.audioSession->currentRoute(), "HeadsetBT", 1);
+  script.run(0.1);
+  EXPECT_EQ(script.alert(), kInstruction) << "at another change of the route";
+  script.click(kReady);
+  ASSERT_TRUE(script.sounds(5));
+  script.test()->showTishi();
+  script.unplug();
+  EXPECT_EQ(script.alert(), kDisconnected) << "over the one that is there";
+  EXPECT_FALSE(script.sounds(30));
+  script.click(kIsee);
+  expectClosedInSilence(kUsersVolume);
 }
 
 /// A drag in steps that stay within the button, since it follows.
@@ -172,29 +177,29 @@ TEST(TestScreen, PressesDecideTheNextTone) {
 }
 
 TEST(TestScreen, ClosesAtAnyMomentInSilenceAndLeavesNothing) {
-  const std::function<void(ScreensScript&)> waysToClose[] = {
-      [](ScreensScript& script) { script.test()->dismiss(); },
-      [](ScreensScript& script) {  // covered
-        script.window->front()->push(ORNTestResultViewController::init());
-        script.test()->dismiss();
+  using Script = ScreensScript;
+  const std::function<void(Script&)> waysToClose[] = {
+      [](Script& script) { script.test()->dismiss(); },
+      [](Script& script) {
+        script.window->front()->push(ORNTestResultViewController::init()), script.test()->dismiss();
       },
-      [](ScreensScript& script) { script.window.reset(); },
-      [](ScreensScript& script) { script.test()->cancelButtonClicked(), script.select.reset(), script.window.reset(); },
+      [](Script& script) { script.test()->cancelButtonClicked(), script.closeWindow(); },
   };
   for (const auto& close : waysToClose) {
     // In tones, within the second after a threshold (the ear hears nothing, so one comes at 28 s), and at the end.
     for (const double moment : {4.1, 28.5, 118.0, 121.5}) {
       for (const int row : {0, 1}) {
-        ScreensScript script;
+        Script script;
         script.startTest(row);
         script.run(moment);
         const std::weak_ptr<ORNHearingTest> session = script.test()->test();
         close(script);
         EXPECT_FALSE(script.sounds(10)) << moment;
         EXPECT_EQ(script.volume(), kUsersVolume);
-        script.select.reset();
-        script.window.reset();
+        script.machine.audioSession->setOutputVolume(0.75F);
+        script.closeWindow();
         script.run(10);
+        EXPECT_EQ(script.volume(), 0.75F) << "the user's next one, which stays";
         EXPECT_TRUE(session.expired()) << moment;
       }
     }
@@ -211,11 +216,8 @@ TEST(TestScreen, ClosingTheWindowInMidTestAsksFirst) {
       {"with the question asked before", [&](Script& script) { script.click("取消"), script.run(1.1), close(script); },
        true},
       {"and yes", [&](Script& script) { close(script), script.click("结束测试"); }, true},
-      {"as its program ends", [&](Script& script) { script.window->setClosesUnasked(true), close(script); }, true},
-      {"between the ears",
-       [&](Script& script) { takeEar(script, *script.test()->rightChessView(), allAt(40)), close(script); }, false},
-      {"without its device",
-       [&](Script& script) { script.machine.audioSession->unplug(), script.run(), close(script); }, true},
+      {"between the ears", [&](Script& script) { takeRightEar(script), close(script); }, false},
+      {"without its device", [&](Script& script) { script.unplug(), script.run(), close(script); }, true},
   };
   for (const auto& [name, reach, isClosed] : table) {
     Script script;
@@ -241,35 +243,21 @@ TEST(TestScreen, ClosingTheWindowInMidTestAsksFirst) {
   EXPECT_FALSE(script.window->isVisible()) << "nothing has begun";
 }
 
-TEST(TestScreen, PutsTheVolumeBackOnceAndOnlyWhereItDroveIt) {
-  for (const bool isCovered : {false, true}) {
-    ScreensScript script;
-    script.startTest(0);
-    if (isCovered) script.window->front()->push(ORNTestResultViewController::init());
-    if (!isCovered) script.test()->cancelButtonClicked();
-    script.run();
-    script.machine.audioSession->setOutputVolume(0.75F);  // by the user
-    if (isCovered) {
-      script.click("‹ 右耳测试");
-      EXPECT_EQ(script.volume(), 1.0F);
-      script.test()->cancelButtonClicked();
-      script.run();
-    }
-    script.select.reset();
-    script.window.reset();
-    Hands::settle();
-    EXPECT_EQ(script.volume(), 0.75F);
-  }
-}
-
-TEST(TestScreen, ADialogGoesWithATestThatIsOver) {
+TEST(TestScreen, OfATestThatIsOverADialogGoesAndALostDeviceIsStillTold) {
   ScreensScript script;
   script.openTest(0);
   script.test()->showEndAlert();
   script.test()->hearingTestDelegate()->completeWithLeftResult(*script.test()->test(), {}, {});
   script.run();
-  EXPECT_EQ(script.title(), "测试结果");
-  EXPECT_EQ(script.alert(), "");
+  EXPECT_TRUE(script.title() == "测试结果" && script.alert().isEmpty());
+  for (const bool hasGone : {false, true}) {
+    script.unplug();
+    EXPECT_EQ(script.alert(), hasGone ? "" : kDisconnected) << "the screen may go, and be held all the same";
+    if (!hasGone) script.click(kIsee);
+    script.run();
+    EXPECT_EQ(script.title(), "选择设备");
+    script.plug(0);
+  }
 }
 
 TEST(TestScreen, AToneThatDoesNotSoundIsToldOnceWithItsReason) {
@@ -280,15 +268,13 @@ TEST(TestScreen, AToneThatDoesNotSoundIsToldOnceWithItsReason) {
   for (const auto& [reason, text] : table) {
     ScreensScript script;
     script.startTest(0);
-    script.test()->test()->pauseTest();
-    for (int time = 0; time < 2; ++time) {
-      script.test()->hearingTestDelegate()->toneMissing(*script.test()->test(), reason, false);
+    for (const bool isLeft : {false, true}) {
+      script.test()->hearingTestDelegate()->toneMissing(*script.test()->test(), reason, isLeft);
     }
     EXPECT_EQ(script.alert(), "温馨提示|" + text + "|我知道了");
     script.click(kIsee);
     script.run();
-    EXPECT_EQ(script.alert(), "");
-    EXPECT_EQ(script.title(), "选择设备");
+    EXPECT_TRUE(script.alert().isEmpty() && script.title() == "选择设备");
   }
 }
 
@@ -307,11 +293,7 @@ TEST(TestScreen, WithoutAudiometerThereIsNoSession) {
   EXPECT_EQ(told, 1);
   EXPECT_FALSE(script.button("左")) << "the test has a left item of its own";
   EXPECT_FALSE(script.sounds(6));
-  script.click("取消");
-  script.click("结束测试");
-  script.run();
-  EXPECT_EQ(script.title(), "选择设备");
-  EXPECT_TRUE(script.volume() == kUsersVolume && script.requests() == 0U);
+  EXPECT_EQ(script.requests(), 0U);
 }
 
 TEST(TestScreen, BoardsTakeTouchesInAManualTestOnly) {
