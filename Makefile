@@ -3,7 +3,7 @@
 PRESET ?= release
 # Where `make install` puts the libraries and the programs.
 PREFIX ?= /usr/local
-# How long `make fuzz` runs each fuzzer; FUZZ_RUNS, if given, is how often in place of it.
+# How long `make fuzz` runs each fuzzer; FUZZ_RUNS, if given, says instead how often.
 FUZZ_SECONDS ?= 60
 
 programs := hearing-app hearing-test hearing-service
@@ -34,7 +34,7 @@ test: bootstrap
 	@scripts/build.sh $(PRESET)
 	ctest --preset $(PRESET)
 
-# The programs that ours are held against may be missing; it says so then.
+# The programs that ours are compared with may be missing; it then says so.
 bench:
 	@scripts/bootstrap.sh bench || scripts/bootstrap.sh
 	@scripts/bench.sh

@@ -12,7 +12,8 @@ inline sigset_t endingSignals() {
   return ending;
 }
 
-/// Leaves them to whoever waits for them. To be called before any other thread is started, which all follow suit.
+/// Blocks them, so that only who waits for them gets them. Call it before any other thread is started: each thread
+/// inherits this.
 inline void holdEndingSignals() {
   const sigset_t ending = endingSignals();
   pthread_sigmask(SIG_BLOCK, &ending, nullptr);

@@ -36,7 +36,7 @@ double start(const std::string& command) {
     if (output && !std::fgets(line.data(), line.size(), output)) line[0] = 0;
   });
   if (output) pclose(output);
-  std::this_thread::sleep_for(std::chrono::milliseconds(20));  // the display clears away what the process had there
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));  // in which the display clears away the window
   return line[0] ? time : NAN;
 }
 
@@ -53,7 +53,7 @@ void compareStart() {
 
 constexpr int kTests = 10'000;
 
-/// As the service gives it, with all that it stores of a test.
+/// As the service sends it, with everything that it stores of a test.
 const std::string& historyReply() {
   static const std::string reply = [] {
     nlohmann::json tests = nlohmann::json::array();

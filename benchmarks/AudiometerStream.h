@@ -37,7 +37,7 @@ class AudiometerStream {
   /// The next block, into the buffer that is played.
   void steadyBlock(std::uint8_t* buffer) { std::memcpy(buffer, session_->playerGetData().data(), kBlockBytes); }
 
-  /// The same of the block that a tone begins with.
+  /// The first block of a tone's fade-in.
   void fadingBlock(std::uint8_t* buffer) {
     session_->currentItem()->setAdjustzhenfu(0);
     steadyBlock(buffer);

@@ -35,7 +35,7 @@ std::unique_ptr<ChessboardView> testBoard(QSize size) {
 
 QImage canvas(QSize size) { return QImage(size, QImage::Format_ARGB32_Premultiplied); }
 
-/// One result of both ears, and what gives it, which a board does not hold.
+/// One result of both ears, and its data source, which a board does not own.
 struct ResultBoard {
   explicit ResultBoard(QSize size) {
     view.resize(size);
@@ -51,7 +51,7 @@ struct ResultBoard {
   std::shared_ptr<ChessboardResultViewDataSouce> data = std::make_shared<ChessboardResultViewDataSouce>();
 };
 
-/// What a board is made of, and nothing more: so many lines and texts, an image.
+/// The parts of a board alone: so many lines and texts, and an image.
 void drawBare(QPainter& painter, const QImage& watermark, int lines, int texts) {
   painter.drawImage(95, 253, watermark);
   for (int i = 0; i < lines; ++i) painter.drawLine(54, 55 + 20 * i, 321, 55 + 20 * i);
@@ -70,7 +70,7 @@ void compareRedraw(const std::string& name, ChessboardBase& board, int lines, in
 void compareMovingTheMark() {
   const auto board = testBoard({1080, 2160});
   board->show();
-  QApplication::processEvents();  // else nothing is painted yet
+  QApplication::processEvents();  // without this nothing is painted yet
   bool isUp = false;
   compare(often("moving the mark, 1080 x 2160",
                 [&] {
@@ -87,7 +87,7 @@ int main(int argc, char** argv) {
   const QApplication application(argc, argv);
   const orn::SimulatedPlatform machine;
   orn::Platform::setCurrent(machine.platform());
-  // 16 or 27 rows and 4 columns, and two lines a cross or one circle a threshold, with three to join them.
+  // 16 or 27 rows and 4 columns; for each threshold a cross, of two lines, or a circle; and three lines to join them.
   compareRedraw("board of a test", *testBoard({375, 667}), 20 + 4 + 3, 4 + 16 + 1);
   ResultBoard result({375, 667});
   compareRedraw("board of a result", result.view, 31 + 12 + 6, 4 + 14 + 1 + 2);

@@ -6,8 +6,8 @@
 
 namespace orn::bench {
 
-/// Runs a program to its end, what it prints to nowhere, and gives the processor time that it took, in seconds; nothing
-/// if it failed or is not there.
+/// Runs a program to its end, without its output, and returns the processor time that it took, in seconds; nothing if
+/// it failed or is not there.
 std::optional<double> processorSecondsOf(const std::vector<std::string>& command);
 
 }  // namespace orn::bench

@@ -1,5 +1,5 @@
-// A Qt window with nothing in it, or with one line of text, as the measure of what starting an application costs at the
-// least: empty_window [TEXT].
+// A Qt window with nothing in it, or with one line of text, to measure the least that the start of an application
+// costs: empty_window [TEXT].
 
 #include <cstdio>
 

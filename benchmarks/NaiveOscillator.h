@@ -7,7 +7,7 @@
 
 namespace orn::bench {
 
-/// The tone as one would write it who never heard of tables: a sine for each sample, at 48 kHz.
+/// A tone without tables: a sine computed for each sample, at 48 kHz.
 class NaiveOscillator {
  public:
   explicit NaiveOscillator(float hz) : step_(2 * std::numbers::pi_v<float> * hz / 48000) {}

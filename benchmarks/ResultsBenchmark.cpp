@@ -33,7 +33,7 @@ std::string calibrationReply() {
   return json{{"rspCode", 0}, {"rspDesc", "ok"}, {"deviceVolumeIOS", std::move(records)}}.dump();
 }
 
-/// A history with as many tests, each with every field that a service fills.
+/// A history of so many tests, each with every field that a service fills.
 std::string historyReply(int count) {
   json tests = json::array();
   for (int i = 0; i < count; ++i) {

@@ -132,7 +132,7 @@ void timeChangesOfTone() {
   });
   const auto untilHeard = [&] {
     while (heard != sign) std::this_thread::sleep_for(1ms);
-    std::this_thread::sleep_for(133ms);  // another place in the block each time
+    std::this_thread::sleep_for(133ms);  // at another place in the block each time
     const auto changed = Clock::now();
     sign = -sign;
     while (heard != sign) std::this_thread::sleep_for(1ms);

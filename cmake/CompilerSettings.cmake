@@ -11,14 +11,14 @@ target_compile_options(
             -Wnon-virtual-dtor
             # Sample arithmetic is bit-exact: every product is rounded on its own.
             -ffp-contract=off
-            # g++ 12 reports "a" + std::to_string(b) falsely, and the texts in a default argument that is made from braces.
+            # g++ 12 warns falsely of "a" + std::to_string(b), and of texts in a default argument in braces.
             $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
             $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 if(ORN_WERROR)
   target_compile_options(orn_settings INTERFACE -Werror)
 endif()
 
-# orn_export_public(LIBRARY): nothing but the public names leaves the shared library, where the linker can hold it back.
+# orn_export_public(LIBRARY): the shared library exports nothing but the public names, if the linker can do that.
 include(CheckLinkerFlag)
 set(ORN_EXPORTS ${PROJECT_SOURCE_DIR}/cmake/Exports.map)
 check_linker_flag(CXX -Wl,--version-script=${ORN_EXPORTS} ORN_LINKER_TAKES_EXPORTS)

@@ -13,8 +13,8 @@ function(orn_library library name)
   orn_export_public(${library})
 endfunction()
 
-# orn_internals(NAME LIBRARY SOURCES...): sources of a library that export nothing. What links with NAME, which is a test
-# or a fuzzer, reaches them, compiled once.
+# orn_internals(NAME LIBRARY SOURCES...): sources of a library that export nothing, compiled once: a test or fuzzer that
+# links with NAME can call them.
 function(orn_internals name library)
   add_library(${name} OBJECT ${ARGN})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
@@ -22,8 +22,8 @@ function(orn_internals name library)
   target_sources(${library} PRIVATE $<TARGET_OBJECTS:${name}>)
 endfunction()
 
-# orn_headers(LIBRARY HEADERS...): headers of the folder at hand that are installed with the library, each under the path
-# that it is included by.
+# orn_headers(LIBRARY HEADERS...): headers of this folder that are installed with the library, each under the path by
+# which it is included.
 function(orn_headers library)
   target_sources(${library} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${ARGN})
 endfunction()

@@ -21,12 +21,12 @@ set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# What a binary needs is read from it; our own libraries are known by the shlibs files made here.
+# Dependencies are read from the binaries; those on our own libraries by the shlibs files made here.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 
-# What a binary loads only when it needs it can't be read from it, nor whom libcurl trusts.
+# Libraries that a binary loads only when it needs them can't be read from it, nor can the certificates for libcurl.
 set(loaded_by_backend "ca-certificates, libcurl4, libpulse0")
 set(loaded_by_tools libmicrohttpd12)
 

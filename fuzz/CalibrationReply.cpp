@@ -1,5 +1,5 @@
-// A calibration reply of any bytes, and one of the right form whose values are any text: no level may come out that is
-// no amplitude.
+// A calibration reply of any bytes, and one of the right form whose values are any text: every level must come out as
+// an amplitude.
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -57,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
                               : ORNDeviceCorrect::parse(data.ConsumeRemainingBytesAsString());
   if (!reply->deviceVolumeIOS()) return 0;
   readLevels(*reply);
-  // Its own dictionary is deciphered, so reading it again is another reply, but never a crash.
+  // Its own dictionary is deciphered, so reading that gives another reply, but must not crash.
   readLevels(*ORNDeviceCorrect::initWithDictionary(reply->toDictionary()));
   return 0;
 }

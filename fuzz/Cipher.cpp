@@ -1,5 +1,5 @@
-// Base64, the cipher, calibration values and the numbers in texts: what goes in comes out again, and foreign bytes end
-// in nothing.
+// Base64, the cipher, calibration values and the numbers in texts: what goes in comes out again, and other bytes give
+// nothing.
 
 #include <fuzzer/FuzzedDataProvider.h>
 

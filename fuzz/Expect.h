@@ -5,7 +5,7 @@
 
 namespace orn::fuzz {
 
-/// Ends the program, which is how a fuzzer is told of a fault, unless what must hold does.
+/// Aborts the program, by which the fuzzer notices a fault, unless the condition holds.
 inline void expect(bool holds, const char* what) {
   if (holds) return;
   std::fprintf(stderr, "does not hold: %s\n", what);

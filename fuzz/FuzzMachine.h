@@ -22,7 +22,7 @@ class OneAnswer final : public URLSession {
   std::string answer = R"({"rspCode":0})";
 };
 
-/// A simulated machine with that service, of a registered user, put in force.
+/// A simulated machine with that service and a registered user, put in force.
 struct FuzzMachine {
   FuzzMachine() {
     for (const char* key : {kAppKeyDefault, kUserIDDefault, kServiceHostDefault}) {

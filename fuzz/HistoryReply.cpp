@@ -1,4 +1,4 @@
-// A history reply of any bytes goes the way that the history screen and its archive take.
+// A history reply of any bytes is read as by the history screen, and goes through the archive.
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -15,7 +15,7 @@ namespace {
 using namespace orn;
 using nlohmann::json;
 
-/// A record is read for itself, so that the first few of a list stand for all.
+/// Each record is read by itself, so the first few of a list stand for all.
 constexpr std::size_t kRecords = 3;
 
 void readRecord(const json& stored) {

@@ -1,4 +1,4 @@
-// A request of any method, path and body to the reference service: it answers, and what it stores it lists again.
+// A request of any method, path and body to the reference service: it answers, and can list what it has stored.
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -13,7 +13,7 @@ namespace {
 
 using namespace orn::service;
 
-/// New now and then, so that it stays small.
+/// Replaced from time to time, so that it stays small.
 TestStore& store() {
   constexpr int kRequestsOfAStore = 500;
   static std::unique_ptr<TestStore> one;
@@ -48,6 +48,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   const auto reply = replyTo(request, store(), now);
   const auto code = reply.at("rspCode").get<int>();
   orn::fuzz::expect(code == 0 || code == 1, "a request is good or bad, and the store holds");
-  reply.dump();  // throws on a text that is no UTF-8
+  reply.dump();  // throws on a text that is not UTF-8
   return 0;
 }

@@ -1,5 +1,5 @@
-// A session of any type is told any keys and levels, in any order, on either path, with presses and pauses between: it
-// never reports a level that is not on its scale, and the stream never stops.
+// A session of any type gets any keys and levels, in any order, on either path, with presses and pauses between: it
+// must never report a level that is not on its scale, and the stream must never stop.
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -53,7 +53,7 @@ std::shared_ptr<ORNDeviceVolumeIOS> record(FuzzedDataProvider& data) {
   return made;
 }
 
-/// What reaches the delegate is held against the scale.
+/// Compares what it is told with the scale.
 std::shared_ptr<ORNHearingTestDelegate> watchingDelegate() {
   const auto isOnScale = [](const std::string& db) {
     const std::int32_t level = intValue(db);

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Installs what the project needs on Debian 12: tools, libraries, and what its tests run against; with a word, also what
-# only that needs: the reader of layouts, the other compiler, the fuzzers, the benchmarks' peers, the Debian packages, the
-# reference, the web.
+# Installs what the project needs on Debian 12: tools, libraries, and what its tests run against; with an argument also
+# what is needed for that alone: the reader of layouts, the other compiler, the fuzzers, what the benchmarks compare
+# with, the Debian packages, the reference, the web.
 set -euo pipefail
 
 packages=(
@@ -39,7 +39,7 @@ done
 echo "Installing: ${missing[*]}"
 as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-# Another installation may be under way, an automatic one of a machine that has just started, say.
+# Another installation may be under way, such as the automatic one of a machine that has just started.
 waits=(-o DPkg::Lock::Timeout=600)
 "${as_root[@]}" apt-get "${waits[@]}" update -qq
 DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get "${waits[@]}" install -y -qq --no-install-recommends "${missing[@]}" > /dev/null

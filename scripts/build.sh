@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Configures and builds one preset, dev, release, asan or tsan: all of it, or the targets named.
+# Configures and builds one preset of CMakePresets.json: all of it, or the targets named.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=${1:?usage: scripts/build.sh PRESET [TARGET ...]}

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the library into a fresh prefix and moves that elsewhere, includes every public header, and builds and runs
-# strangers' programs against it: with g++ and with clang, by CMake and by pkg-config.
+# Installs the library into a fresh prefix and moves that elsewhere, compiles every public header, and builds and runs
+# the examples against it: with g++ and with clang, by CMake and by pkg-config.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/bootstrap.sh clang
@@ -28,7 +28,7 @@ check_headers() {
   "$CC" -std=c99 "${check[@]}" "$work/all.c"
 }
 
-# By an older C++ it is one sentence, whichever header comes first.
+# With an older C++ the compiler says one sentence, whichever header comes first.
 check_old_standard() {
   local header
   while read -r header; do

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Makes the Debian packages, installs them on this machine, uses what they hold, and removes them without a trace.
+# Makes the Debian packages, installs them on this machine, uses what they contain, and removes them; nothing may be
+# left.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 make deb

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Goes through the commands of the documents as a new reader does, README first, in a clone with nothing built: a line that
-# builds is run, and whatever a line runs has been built by then. What the programs do is documents_test's. What is made
-# for a release, all tests, packages and measurements, is another stage's and only looked up.
+# Goes through the commands of the documents as a new reader does, README first, in a clone with nothing built: a line
+# that builds is run, and whatever a line runs has been built by then. documents_test checks what the programs do.
+# Tests, packages and measurements have stages of their own; here their commands are only looked up.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 prefix=$(mktemp -d)
 trap 'rm -rf "$prefix"' EXIT
-rm -rf build/release  # all of it is known to ccache, where this is no fresh clone
+rm -rf build/release  # quickly built again by ccache
 
 commands() { sed -n '/^```sh$/,/^```$/{/^```/!p}' "$1" | sed -E 's/ +# .*//; s/^ +.*//'; }
 count=0

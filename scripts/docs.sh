@@ -10,7 +10,7 @@ rm -rf build/docs
 cmake --install build/release --prefix build/docs/prefix --component Development > /dev/null
 doxygen docs/Doxyfile
 
-# Files that the documents show and that are no pages of the reference come along.
+# Files that the documents link to and that are not pages of the reference are copied.
 root=$PWD
 cd build/docs/html
 while read -r link; do

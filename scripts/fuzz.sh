@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Runs every fuzzer up to a limit of libFuzzer's, -max_total_time=60 if not said, or the ones named after it, as many
-# at once as there are cores or FUZZ_JOBS says, and prints how often each was executed. New inputs are kept under
-# build/fuzz and are where the next run goes on; one that finds a fault is written beside them, and its path printed.
+# Runs every fuzzer, or those named after the first argument, up to that limit of libFuzzer's (default
+# -max_total_time=60), as many at once as there are cores or as FUZZ_JOBS says, and prints how often each was executed.
+# New inputs are kept under build/fuzz for the next run; one that finds a fault is written beside them, and its path is
+# printed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 limit=${1:--max_total_time=60}
@@ -9,7 +10,8 @@ names=("${@:2}")
 [ "${#names[@]}" -gt 0 ] || names=(fuzz/corpus/*)
 
 scripts/build.sh fuzz fuzzers
-# Little is kept of what is freed and of who asked for it; a fault's own file, run again without this, tells all.
+# To save memory, little is kept of what was freed and of the calls that allocated it; a fault's input, run again
+# without this, tells everything.
 export ASAN_OPTIONS=malloc_context_size=3:quarantine_size_mb=8
 fuzz_one() {
   local name=$1 limit=$2 work=build/fuzz/runs/$1

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Prints how the types in a library's public headers lie in memory: sizes, offsets, virtual functions, values of
-# enumerations. The headers are compiled as a host does it, and libabigail reads what the compiler made of them.
+# enumerations. The headers are compiled as by a host, and libabigail reads the debug information.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 library=${1:?usage: scripts/layouts.sh LIBRARY}

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Compares what the shared libraries export, and how the types in their public headers lie in memory, with the lists in
-# cmake/symbols, which a change of the public interface changes with it: `scripts/symbols.sh --accept` writes them anew.
+# cmake/symbols. After a wanted change of the public interface, `scripts/symbols.sh --accept` writes the lists anew.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/bootstrap.sh abi
@@ -9,7 +9,7 @@ libraries=(ORNHearingTestSDK ORNHearingTestLinuxBackend ORNHearingTestScreens)
 accept=${1-}
 result=0
 
-# compare LIST WHAT: what is read, with a list.
+# compare LIST WHAT: compares standard input with a list.
 compare() {
   if [ "$accept" = --accept ]; then
     cat > "$1"

@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over every source: all of a target at once, as if they were one, since most of its time goes into reading
-# what they include.
+# Runs clang-tidy over every source: those of a target as one file, since most of the time is spent on what they
+# include.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 built=build/tidy
 cmake -S . -B "$built" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 \
   -DORN_BUILD_FUZZERS=ON --log-level=NOTICE > /dev/null
 
-# The commands are g++'s, whose warnings clang need not know; how many it has of foreign files is of no interest.
+# The commands are g++'s, some of whose warnings clang does not know. The count of warnings in foreign files is left
+# out.
 tidy() { clang-tidy --quiet --extra-arg=-Wno-unknown-warning-option "$@" 2> >(grep -v ' generated\.$' >&2); }
 export -f tidy
 export built

@@ -29,7 +29,7 @@ void AudioRoute::configAudioSessionToPlayAndRecord() { configureFor(AudioSession
 
 bool AudioRoute::hasHeadset() {
   const auto route = Platform::current().audioSession->routeText();
-  // "HeadphonesBT" and "HeadsetBT" hold one of these two, and need no search of their own.
+  // "HeadphonesBT" and "HeadsetBT" contain these, and need no search of their own.
   return route && (holds(*route, "Headphone") || holds(*route, "Headset"));
 }
 

@@ -29,7 +29,7 @@ std::vector<std::uint8_t> waveFile(const std::uint8_t* oneData, std::int64_t dat
   return file;
 }
 
-// Truncated as the number stands, and kept to what a count can hold.
+// Truncated without rounding before, and limited to what a count can hold.
 std::int32_t cyclesFor(double lastzhenfu) {
   const double times = lastzhenfu / static_cast<double>(0.0001F);
   if (!(times > 0)) return 0;

@@ -17,10 +17,10 @@ class ORN_EXPORT ORNSystemVolumeManager {
   ORNSystemVolumeManager(const ORNSystemVolumeManager&) = delete;
   ORNSystemVolumeManager& operator=(const ORNSystemVolumeManager&) = delete;
 
-  /// The volume at present, whatever was saved.
+  /// The present volume, whatever was saved.
   static float getSystemVolume();
 
-  /// Activates the audio session and keeps the volume at present.
+  /// Activates the audio session and keeps the present volume.
   static void saveSystemVolume();
 
   static void setSystemVolumeToMax();         ///< Drives the volume to full.

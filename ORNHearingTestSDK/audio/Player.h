@@ -81,7 +81,7 @@ class ORN_EXPORT Player {
   std::array<AudioQueueBuffer*, 3> audioQueueBuffers_{};
   std::atomic<float> volume_ = 1.0F;
   mutable std::mutex dataSouceMutex_;
-  std::mutex fillingMutex_;  // one block at a time, also where a source follows another in mid-block
+  std::mutex fillingMutex_;  // one block at a time, also when the source is replaced while a block is filled
   std::weak_ptr<PlayerGetDataSouce> dataSouce_;
   std::uint64_t bufferSize_ = 0;
   std::int64_t numberOfLoops_ = 0;

@@ -11,9 +11,8 @@ extern "C" {
 // Sample blocks are signed 16-bit little-endian mono; sizes are in bytes and count one cycle of the input. Amplitudes
 // are factors on the sample value. Each product is truncated toward zero and kept to its lower 16 bits: it wraps, it
 // does not clip. One outside the 32-bit range, or not a number, gives the sample 0. Of a last sample cut short by an
-// odd size the high byte reads as 0; blocks have room for that sample whole. Every result comes from malloc and
-// is the caller's to free. Null for a null input, if memory runs out or if the block would be larger than memory can
-// be. Any thread.
+// odd size the high byte reads as 0; blocks have room for that sample whole. Every result comes from malloc and is the
+// caller's to free. Null for a null input, if memory runs out or if the size of the block would overflow. Any thread.
 
 /// Bytes of a header of createWaveHeader: 44.
 ORN_EXPORT int32_t getWaveHeaderSize(void);

@@ -16,7 +16,7 @@ enum class OutputPath { Audiometer, Earphones };
 inline constexpr auto kEarphoneModel = "1";
 
 /// Whether a reply of the service, as JSON text, has all the records that the path needs, each with a number for every
-/// frequency key: what to ask before a test is begun. False for a refusal, and for what is no reply. Any thread.
+/// frequency key: what to ask before a test is begun. False for a refusal, and for anything but a reply. Any thread.
 ORN_EXPORT bool isCalibration(OutputPath path, const std::string& reply, const std::vector<std::string>& hzs);
 ORN_EXPORT bool isCalibration(OutputPath path, const ORNDeviceCorrect& reply, const std::vector<std::string>& hzs);
 

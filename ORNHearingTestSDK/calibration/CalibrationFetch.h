@@ -10,7 +10,7 @@
 
 namespace orn {
 
-// Calibration of a device: from its cache file, which stays in force for good, or from the service. Main thread.
+// Calibration of a device: from its cache file, which is used for good, or from the service. Main thread.
 //
 // `assign` is handed the reply's records before the completion is called; both come on the main thread. Files that
 // can't be written, and a refusal by the service, go unnoticed: such a fetch ends without an error and without records.
@@ -28,7 +28,7 @@ void fetchAudiometerCalibration(const std::string& filePrefix, const std::string
 void fetchEarphoneCalibration(const std::string& model, CalibrationAssignment assign, CalibrationCompletion completion);
 
 /// By either, from the same cache files, told in full: a cached reply is taken only if it is enough for these
-/// frequencies, and so is the service's, which else is neither handed over nor kept. The completion is called once,
+/// frequencies; so is the service's, which is otherwise neither handed over nor kept. The completion is called once,
 /// after this has returned, and has no error only if the records were handed over.
 void fetchCalibrationInFull(OutputPath path, const std::string& device, const std::vector<std::string>& hzs,
                             CalibrationAssignment assign, CalibrationCompletion completion);

@@ -14,7 +14,7 @@ class ORNDeviceCorrect;
 /// reference earplugs, models "2" and "1". Null where none has come. Main thread.
 class ORN_EXPORT CalibrationRecords {
  public:
-  using Record = std::shared_ptr<const ORNDeviceVolumeIOS>;  ///< One record, shared and not changed any more.
+  using Record = std::shared_ptr<const ORNDeviceVolumeIOS>;  ///< One record, shared and never changed.
 
   const Record& leftVolume() const { return leftVolume_; }                ///< The left earphone's.
   void setLeftVolume(Record record) { leftVolume_ = std::move(record); }  ///< Takes one for the left earphone.

@@ -7,8 +7,8 @@
 
 namespace orn {
 
-// Which record of a reply plays which part in the level mapping. The last listed record of a part wins; a part for
-// which no record came is null.
+// Which record of a reply has which role in the level mapping. The last one listed for a role counts; a role without a
+// record is null.
 
 /// The audiometer's own record, and those of the reference earplug models "2" and "1".
 struct AudiometerRecords {

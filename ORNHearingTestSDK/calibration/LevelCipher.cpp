@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kLevelKey = "Marlowe_Fennikarp_3746";
 
-/// A character of several bytes goes as a whole, so that base64 is left whatever the character is.
+/// A character of several bytes is removed whole, so that base64 is left whatever the character is.
 std::string_view withoutLastCharacter(std::string_view text) {
   const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
   while (!text.empty() && isContinuation(text.back())) text.remove_suffix(1);

@@ -9,12 +9,12 @@
 namespace orn {
 
 // The form in which the service sends a calibration value: the base64 text of the enciphered value, with one more
-// character behind it that says nothing. No state; any thread.
+// character after it, which has no meaning. No state; any thread.
 
 /// For those who make replies: sample services and tests. Empty if the cipher fails, for want of memory.
 ORN_EXPORT std::string encipheredLevel(std::string_view value);
 
-/// The value's plain text. Nothing if the text is empty, is no base64, cannot be deciphered or did not hold UTF-8.
+/// The value's plain text. Nothing if the text is empty, is not base64, cannot be deciphered or does not hold UTF-8.
 ORN_EXPORT std::optional<std::string> decipheredLevel(std::string_view enciphered);
 
 }  // namespace orn

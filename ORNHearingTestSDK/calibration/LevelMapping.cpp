@@ -33,12 +33,6 @@ double valueOrZero(const ORNDeviceVolumeIOS* record, std::int32_t hz) {
   return doubleValue(calibrationText(record, hz).value_or("0"));
 }
 
-/// As doubleValue reads one; what it reads as 0 may be no number at all.
-bool startsWithNumber(std::string_view text) {
-  const auto digit = text.find_first_not_of(" \t\n+-.");
-  return digit != text.npos && text[digit] >= '0' && text[digit] <= '9';
-}
-
 double batchFactor(const ORNDeviceVolumeIOS* ab) { return ab && ab->batch() == 1 ? kBatchOneFactor : 1.0; }
 
 }  // namespace

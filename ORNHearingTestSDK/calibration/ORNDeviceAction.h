@@ -11,7 +11,7 @@ namespace orn {
 
 class ORNDeviceCorrect;
 
-/// An outward interface that maps nothing; nothing in the library calls it. Any thread.
+/// A public interface that maps nothing; nothing in the library calls it. Any thread.
 class ORN_EXPORT ORNDeviceCorrectAction {
  public:
   using Completion = std::function<void(std::shared_ptr<ORNDeviceCorrect>)>;  ///< Told the reply; always null.

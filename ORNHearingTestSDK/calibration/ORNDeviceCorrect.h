@@ -21,18 +21,18 @@ class ORN_EXPORT ORNDeviceCorrect {
  public:
   using Records = std::vector<std::shared_ptr<ORNDeviceVolumeIOS>>;  ///< Records in the order of the reply.
 
-  /// Reads a parsed reply. Never throws: a "deviceVolumeIOS" that is no list counts as missing, what is no object in it
-  /// is skipped, and anything but an object gives an empty reply, whose rspCode is 0.
+  /// Reads a parsed reply. Never throws: a "deviceVolumeIOS" that is not a list counts as missing, anything but objects
+  /// in it is skipped, and anything but an object gives an empty reply, whose rspCode is 0.
   static std::shared_ptr<ORNDeviceCorrect> initWithDictionary(const nlohmann::json& dictionary);
 
-  /// Reads a reply's JSON text. Never throws: text that is no JSON object, or nested more than 64 levels deep, gives an
-  /// empty reply.
+  /// Reads a reply's JSON text. Never throws: text that is not a JSON object, or nested more than 64 levels deep, gives
+  /// an empty reply.
   static std::shared_ptr<ORNDeviceCorrect> parse(std::string_view jsonText);
 
   /// The hardware model, which requests send as `correct_name`.
   static std::string platform();
 
-  /// The records as their own toDictionary gives them, deciphered: no valid input of initWithDictionary.
+  /// The records as their own toDictionary gives them, deciphered: not a valid input of initWithDictionary.
   nlohmann::json toDictionary() const;
 
   /// In the order of the reply; nothing, and not an empty list, if the reply had none.

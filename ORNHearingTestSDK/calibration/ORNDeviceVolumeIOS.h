@@ -23,10 +23,10 @@ class ORN_EXPORT ORNDeviceVolumeIOS {
   static std::shared_ptr<ORNDeviceVolumeIOS> initWithDictionary(const nlohmann::json& dictionary);
 
   /// The fields that are present, under the keys of the service, base, batch and id always. The values per frequency
-  /// stand deciphered, so this is no valid input of initWithDictionary.
+  /// stand deciphered, so this is not a valid input of initWithDictionary.
   nlohmann::json toDictionary() const;
 
-  /// A field by its name, such as "s500": null if it is absent. A name that is no field's gives the number 0.
+  /// A field by its name, such as "s500": null if it is absent. A name that is not a field's gives the number 0.
   nlohmann::json valueForKey(std::string_view key) const;
 
   /// True: a reference record of an earpiece model; false: the record of one device.
@@ -61,7 +61,7 @@ class ORN_EXPORT ORNDeviceVolumeIOS {
   const std::optional<std::string>& machine() const { return machine_; }
   void setMachine(std::optional<std::string> machine) { machine_ = std::move(machine); }
 
-  /// Calibration values in dB per frequency in Hz, as decimal texts; absent if the value came without, or could not be
+  /// Calibration values in dB per frequency in Hz, as decimal texts; absent if the value is missing or could not be
   /// deciphered.
   const std::optional<std::string>& s1000() const { return s1000_; }
   void setS1000(std::optional<std::string> s1000) { s1000_ = std::move(s1000); }

@@ -17,7 +17,7 @@ constexpr std::array<std::uint8_t, kBlockLength> zeroVector{};
 
 enum class Direction { Decrypt = 0, Encrypt = 1 };
 
-/// The key's 32 bytes, wiped when done with.
+/// The key's 32 bytes, wiped at the end.
 class KeyBuffer {
  public:
   explicit KeyBuffer(std::string_view text) { std::copy(text.begin(), text.end(), bytes_.begin()); }

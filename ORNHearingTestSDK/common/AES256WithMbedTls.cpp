@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kBlockLength = 16;
 
-/// The key and what is made of it, wiped when done with.
+/// The key and what is derived from it, wiped at the end.
 class Cipher {
  public:
   Cipher(int direction, std::string_view keyText) : direction_(direction) {

@@ -1,7 +1,6 @@
 #include <ORNHearingTestSDK/common/DefaultsReading.h>
 
-#include <limits>
-
+#include <ORNHearingTestSDK/common/JsonReading.h>
 #include <ORNHearingTestSDK/common/NumericText.h>
 
 namespace orn {
@@ -12,12 +11,7 @@ struct AsInteger {
   std::int64_t operator()(std::int64_t value) const { return value; }
   std::int64_t operator()(const std::string& value) const { return integerValue(std::string_view(value)); }
   std::int64_t operator()(std::chrono::system_clock::time_point) const { return 0; }
-  std::int64_t operator()(double value) const {
-    constexpr double limit = 9223372036854775808.0;  // 2^63
-    if (value >= limit) return std::numeric_limits<std::int64_t>::max();
-    if (value < -limit) return std::numeric_limits<std::int64_t>::min();
-    return value == value ? static_cast<std::int64_t>(value) : 0;
-  }
+  std::int64_t operator()(double value) const { return saturated(value); }
 };
 
 }  // namespace

@@ -15,18 +15,18 @@ using nlohmann::json;
 constexpr auto kHighest = std::numeric_limits<std::int64_t>::max();
 constexpr auto kLowest = std::numeric_limits<std::int64_t>::min();
 
+std::int64_t saturated(std::uint64_t value) {
+  return value > static_cast<std::uint64_t>(kHighest) ? kHighest : static_cast<std::int64_t>(value);
+}
+
+}  // namespace
+
 std::int64_t saturated(double value) {
   constexpr double limit = 9223372036854775808.0;  // 2^63
   if (std::isnan(value)) return 0;
   if (value >= limit) return kHighest;
   return value < -limit ? kLowest : static_cast<std::int64_t>(value);
 }
-
-std::int64_t saturated(std::uint64_t value) {
-  return value > static_cast<std::uint64_t>(kHighest) ? kHighest : static_cast<std::int64_t>(value);
-}
-
-}  // namespace
 
 bool isNestedTooDeep(std::string_view text) {
   int depth = 0;

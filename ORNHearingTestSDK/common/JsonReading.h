@@ -9,15 +9,18 @@
 
 namespace orn {
 
-/// Lists and dictionaries within each other; what goes deeper is no reply of the service's.
+/// Lists and dictionaries within each other; no reply of the service goes deeper.
 inline constexpr int kDeepestJson = 64;
 
 /// Whether a JSON text goes deeper than that. Copies of a value go as deep as it is nested, on the stack.
 bool isNestedTooDeep(std::string_view text);
 
+/// A number's whole part; numbers too large saturate, and NaN is 0.
+std::int64_t saturated(double number);
+
 // Untyped values read as the type that is wanted. None of these throws, whatever the value is.
 
-/// The value under a key; null if there is none or if `object` is no object.
+/// The value under a key; null if there is none or if `object` is not an object.
 const nlohmann::json& jsonMember(const nlohmann::json& object, const char* key);
 
 /// Fractions are cut off, numbers too large saturate, booleans read as 0 or 1, texts by their leading number; 0 for

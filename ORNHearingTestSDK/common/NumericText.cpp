@@ -62,6 +62,8 @@ std::int32_t intValue(std::string_view text) { return leadingInteger<std::int32_
 
 std::int64_t integerValue(std::string_view text) { return leadingInteger<std::int64_t>(text); }
 
+bool startsWithNumber(std::string_view text) { return beginsNumber(withoutSpaceAndSign(text).rest); }
+
 double doubleValue(std::string_view text) {
   const auto [negative, rest] = withoutSpaceAndSign(text);
   if (!beginsNumber(rest)) return 0;

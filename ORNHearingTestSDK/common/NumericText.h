@@ -12,6 +12,10 @@ namespace orn {
 // number reads as 0 or false. The locale makes no difference. All of these may be called on any thread and report no
 // error.
 
+/// Whether a text begins with a decimal number, which tells "0" from a text that only reads as 0. For the library
+/// itself.
+bool startsWithNumber(std::string_view text);
+
 /// Decimal integer; one that does not fit saturates.
 ORN_EXPORT std::int32_t intValue(std::string_view text);
 ORN_EXPORT std::int64_t integerValue(std::string_view text);

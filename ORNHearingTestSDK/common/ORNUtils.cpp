@@ -23,8 +23,7 @@ double secondsBetween(system_clock::time_point begin, system_clock::time_point e
   return secondsOf(end) - secondsOf(begin);
 }
 
-bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-bool isLetterOrDigit(char c) { return isLetter(c) || (c >= '0' && c <= '9'); }
+bool isLetter(char c) { return isLetterOrDigit(c) && c > '9'; }
 
 /// At least one character, each a letter, a digit or one of the others.
 bool consistsOf(std::string_view text, std::string_view others) {

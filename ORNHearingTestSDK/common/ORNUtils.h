@@ -42,13 +42,13 @@ class ORN_EXPORT ORNUtils {
   static bool isMobileNumber(std::string_view text);
 
   /// Indented JSON of an object or an array; nothing for any other value and for one that JSON can't hold: bytes that
-  /// are no UTF-8, numbers that are not finite, more than 64 levels.
+  /// are not UTF-8, numbers that are not finite, more than 64 levels.
   static std::optional<std::string> objectToJSON(const nlohmann::json& object);
 
   /// Escapes everything but letters, digits and "-._~" (RFC 3986, section 2.3).
   static std::string encodeString(std::string_view text);
 
-  /// Nothing if an escape is broken or the result is no UTF-8.
+  /// Nothing if an escape is broken or the result is not UTF-8.
   static std::optional<std::string> decodeString(std::string_view text);
 
   /// Whole days of 86400 s, cut off towards zero. A span past 2^31 s counts as that long.

@@ -5,17 +5,12 @@
 #include <ORNHearingTestSDK/platform/Utf8.h>
 
 namespace orn {
-namespace {
-
-bool isNeverEscaped(char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-
-}  // namespace
 
 std::string percentEscaped(std::string_view text, std::string_view leftAlone) {
   constexpr auto digits = "0123456789ABCDEF";
   std::string escaped;
   for (const char c : text) {
-    if (isNeverEscaped(c) || leftAlone.find(c) != std::string_view::npos) {
+    if (isLetterOrDigit(c) || leftAlone.find(c) != std::string_view::npos) {
       escaped += c;
     } else {
       const auto byte = static_cast<unsigned char>(c);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <utility>
 
 #include <ORNHearingTestSDK/platform/PlayableFormat.h>
 
@@ -52,10 +51,10 @@ Bytes waveFile(const Samples& samples) {
   append(file, 16, 4);
   append(file, 1, 2);                // PCM
   append(file, 1, 2);                // channels
-  append(file, kSampleRate, 4);      // frames a second
-  append(file, 2 * kSampleRate, 4);  // bytes a second
-  append(file, 2, 2);                // bytes a frame
-  append(file, 16, 2);               // bits a sample
+  append(file, kSampleRate, 4);      // frames per second
+  append(file, 2 * kSampleRate, 4);  // bytes per second
+  append(file, 2, 2);                // bytes per frame
+  append(file, 16, 2);               // bits per sample
   append(file, "data");
   append(file, size, 4);
   for (const std::int16_t sample : samples) append(file, static_cast<std::uint16_t>(sample), 2);
@@ -78,7 +77,7 @@ QueueUnderTest::~QueueUnderTest() = default;
 
 AudioQueueBuffer& QueueUnderTest::newBuffer(std::size_t frames) {
   AudioQueueBuffer* buffer = queue_->allocateBuffer(static_cast<std::uint32_t>(2 * frames));
-  expect(buffer && buffer->mAudioData.size() == 2 * frames, "a new buffer has not the room that was asked for");
+  expect(buffer && buffer->mAudioData.size() == 2 * frames, "a new buffer does not have the room that was asked for");
   return *buffer;
 }
 

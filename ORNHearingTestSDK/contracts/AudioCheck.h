@@ -23,14 +23,14 @@ using Bytes = std::vector<std::uint8_t>;
 /// The format that queues play.
 AudioStreamBasicDescription toneFormat();
 
-/// Samples that tell their own place: 100, 101 and so on. None is silence.
+/// Samples that tell their own place: 100, 101 and so on; none of them is 0.
 Samples ramp(std::size_t count, std::int16_t first = 100);
 Samples constant(std::size_t count, std::int16_t value);
 
 /// Samples as a WAV file.
 Bytes waveFile(const Samples& samples);
 
-/// A new queue, and notes of its callbacks.
+/// A new queue, with notes of its callbacks.
 class QueueUnderTest {
  public:
   static constexpr std::size_t kBlock = kBlockSamples;
@@ -48,7 +48,7 @@ class QueueUnderTest {
   AudioQueueBuffer& newBuffer(std::size_t frames);
   static void fill(AudioQueueBuffer& buffer, const Samples& samples);
 
-  /// A new buffer with those samples, enqueued; or as many blocks as they need.
+  /// Enqueues those samples, in a new buffer or in as many blocks as they need.
   AudioQueueBuffer& enqueue(const Samples& samples);
   std::vector<AudioQueueBuffer*> enqueueBlocks(const Samples& samples);
 
@@ -70,8 +70,8 @@ class QueueUnderTest {
   std::unique_ptr<AudioQueue> queue_;
 };
 
-/// An output under test, and ears. Devices and sound servers play late and put silence before and after a sound; a
-/// sample may differ by one from what was sent, where it was calculated with.
+/// An output under test, and what is heard of it. Devices and sound servers play late and put silence before and after
+/// a sound; a sample may differ by one from what was sent if a gain was applied to it.
 class AudioCheck {
  public:
   explicit AudioCheck(AudioUnderTest audio) : audio_(std::move(audio)) {}
@@ -83,7 +83,7 @@ class AudioCheck {
   void takeDeviceAway();
   void bringDeviceBack();
 
-  /// Lets time pass, and listens where that can be done.
+  /// Lets time pass, and listens if there is a hook for that.
   void runFor(std::chrono::nanoseconds span);
 
   /// Runs until something holds, at most for a few seconds.
@@ -98,14 +98,14 @@ class AudioCheck {
   /// The same without silence, wherever that was.
   Samples sound(std::size_t channel = 0) const;
 
-  /// Runs until as many frames sounded, and on for a while; expects those very samples in both channels, but for what
-  /// is held back, with silence nowhere, or only before, after and between them.
+  /// Runs until as many frames have sounded, and on for a while; expects exactly those samples in both channels, except
+  /// what is held back. Silence may come before and after them, and with gaps between them too.
   void expectSound(const Samples& samples, bool withGaps = false);
 
   /// Runs until that many frames have sounded.
   void expectFrames(std::size_t frames);
 
-  /// Runs until nothing is heard any more, and expects that it comes to this.
+  /// Runs for a few seconds at most, and expects that nothing is heard any more in the end.
   void expectItFallsSilent(const std::string& after);
 
   /// Expects that nothing at all is heard in the next while.

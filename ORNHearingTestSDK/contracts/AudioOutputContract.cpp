@@ -9,7 +9,7 @@
 namespace orn::contract {
 namespace {
 
-/// Files that are no recording of the tones' format, by what is wrong with them.
+/// Files that are not recordings in the tones' format, by what is wrong with them.
 std::vector<std::pair<const char*, Bytes>> otherFiles() {
   const Bytes whole = waveFile(ramp(100));
   std::vector<std::pair<const char*, Bytes>> files{{"nothing", {}}, {"no WAV file", Bytes(200, 7)}};
@@ -40,7 +40,7 @@ const Contract<AudioCheck> kAudioOutputContracts[] = {
        for (const auto& [what, format] : others) expect(!newQueue(format), std::string("there is one for ") + what);
      }},
 
-    {"playerWithData() is null for what is no WAV file of the tones' format",
+    {"playerWithData() is null for anything but a WAV file in the tones' format",
      [](AudioCheck& check) {
        for (const auto& [what, file] : otherFiles()) {
          expect(!check.output().playerWithData(file), std::string("there is a player for ") + what);
@@ -67,7 +67,7 @@ const Contract<AudioCheck> kAudioOutputContracts[] = {
        check.expectSound(ramp(4800));
      }},
 
-    {"playerWithContentsOfFile() is null for a file that can't be read or is no such file",
+    {"playerWithContentsOfFile() is null for a file that can't be read or is not such a file",
      [](AudioCheck& check) {
        const TemporaryFolder folder;
        const auto player = [&](const std::string& path) { return check.output().playerWithContentsOfFile(path); };
@@ -137,7 +137,7 @@ const Contract<AudioCheck> kAudioOutputContracts[] = {
        expectFine("with the device back");
      }},
 
-    {"sound that is whole is no lapse, nor is a pause, a stop, or the end of a recording",
+    {"sound that is whole is not a lapse, nor is a pause, a stop, or the end of a recording",
      [](AudioCheck& check) {
        const auto looping = check.newPlayer(constant(4800, 1000)), once = check.newPlayer(constant(4800, 300), 0);
        QueueUnderTest queue(check.output(),
@@ -163,7 +163,7 @@ const Contract<AudioCheck> kAudioOutputContracts[] = {
        expect(lapses == 0, "there were " + std::to_string(lapses));
      }},
 
-    {"a device that goes is a lapse of what sounded, and a start that fails is none",
+    {"a device that goes is a lapse of what sounded, and a start that fails is not",
      [](AudioCheck& check) {
        const auto player = check.newPlayer(constant(4800, 1000));
        expect(!player->play(), "a player does not play");

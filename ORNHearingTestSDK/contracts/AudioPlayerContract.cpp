@@ -1,6 +1,5 @@
 #include <ORNHearingTestSDK/contracts/AudioPlayerContract.h>
 
-#include <algorithm>
 #include <limits>
 
 #include <ORNHearingTestSDK/contracts/AudioCheck.h>

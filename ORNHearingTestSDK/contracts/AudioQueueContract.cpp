@@ -10,10 +10,10 @@ namespace {
 
 constexpr std::size_t kBlock = QueueUnderTest::kBlock;
 
-/// Longer than any device runs ahead of what is heard.
+/// Longer than any device takes samples ahead of what is heard.
 Samples longSound() { return ramp(8 * kBlock); }
 
-/// Until it is heard. Gives its first buffer.
+/// Plays until it is heard; returns the first buffer.
 AudioQueueBuffer& playLongSound(QueueUnderTest& queue, AudioCheck& check) {
   AudioQueueBuffer& first = *queue.enqueueBlocks(longSound()).front();
   queue.start();
@@ -22,7 +22,7 @@ AudioQueueBuffer& playLongSound(QueueUnderTest& queue, AudioCheck& check) {
 }
 
 const Contract<AudioCheck> kAudioQueueContracts[] = {
-    {"buffers of any length are played in the order of their enqueueing, each sample as it is, left and right",
+    {"buffers of any length are played in the order in which they were enqueued, each sample unchanged, left and right",
      [](AudioCheck& check) {
        QueueUnderTest queue(check.output());
        Samples all;
@@ -153,7 +153,7 @@ const Contract<AudioCheck> kAudioQueueContracts[] = {
        expect(queue.handedBack().empty(), "it was handed back");
      }},
 
-    {"no more is played than a buffer's room",
+    {"no more is played of a buffer than its room holds",
      [](AudioCheck& check) {
        QueueUnderTest queue(check.output());
        AudioQueueBuffer& buffer = queue.newBuffer(2 * kBlock);
@@ -182,7 +182,7 @@ const Contract<AudioCheck> kAudioQueueContracts[] = {
        }
      }},
 
-    {"beyond 0 and 1 the nearer volume counts, and what is no number is silence",
+    {"beyond 0 and 1 the nearer end counts, and a volume that is not a number is silence",
      [](AudioCheck& check) {
        constexpr float infinite = std::numeric_limits<float>::infinity(),
                        none = std::numeric_limits<float>::quiet_NaN();

@@ -18,7 +18,7 @@ class SessionCheck {
  public:
   using Told = std::vector<std::int32_t>;
 
-  /// The route that a session finds when it is first asked may be told of as a change, and is over by then.
+  /// The first route that a session finds may be told of as a change; that is over once this has returned.
   explicit SessionCheck(AudioSessionUnderTest session) : underTest_(std::move(session)) {
     (void)this->session().currentRoute();
     underTest_.runFor(100ms);
@@ -43,7 +43,7 @@ class SessionCheck {
     runUntilTold();
   }
 
-  /// A new observer that notes what it is told of, and calls back then.
+  /// A new observer, which notes what it is told and then makes another call.
   std::shared_ptr<const AudioSessionObserver> observe(Told& told, std::function<void()> also = {}) {
     const auto note = [this, &told, also](std::int32_t value) {
       {
@@ -109,7 +109,7 @@ const Contract<SessionCheck> kAudioSessionContracts[] = {
        }
      }},
 
-    {"beyond 0 and 1 the nearer volume counts, and what is no number is 0",
+    {"beyond 0 and 1 the nearer end counts, and a volume that is not a number is 0",
      [](SessionCheck& check) {
        check.needVolume();
        constexpr float none = std::numeric_limits<float>::quiet_NaN();

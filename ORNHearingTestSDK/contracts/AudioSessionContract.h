@@ -18,17 +18,17 @@ struct AudioSessionUnderTest {
   /// Lets a span of the machine's time pass, in which its loop makes the calls that are due.
   std::function<void(std::chrono::nanoseconds span)> runFor;
 
-  /// For an output whose volume nobody can read or set.
+  /// False for an output whose volume nobody can read or set.
   bool hasVolume = true;
 
-  /// Makes another device the output, and takes the device away that is the output, with others left or none.
+  /// Makes another device the output.
   std::function<void()> plug;
-  std::function<void()> unplug;  ///< Unplugs it.
+  std::function<void()> unplug;  ///< Takes away the device that is the output; others may be left.
 
   /// Takes all outputs away.
   std::function<void()> unplugAll;
 
-  /// An interruption of the sound begins (type 1) or ends (0), for a call say.
+  /// An interruption of the sound, such as a call, begins (type 1) or ends (0).
   std::function<void(std::int32_t type)> interrupt;
 };
 

@@ -18,11 +18,12 @@ struct AudioUnderTest {
   /// Lets a span of the machine's time pass, in which it plays and its loop makes the calls that are due.
   std::function<void(std::chrono::nanoseconds span)> runFor;
 
-  /// What came out of the device since the last question, or since the output was made: left and right samples in turn,
-  /// silence included and without a gap. It may be told late.
+  /// What came out of the device since the last question, or since the output was made: interleaved left and right
+  /// samples, silence included and without a gap. They may come late.
   std::function<std::vector<std::int16_t>()> heard;
 
-  /// How many frames at the end of a sound the device may keep until more follows, for a server that mixes whole turns.
+  /// How many frames at the end of a sound the device may keep until more follows, for a server that mixes in whole
+  /// periods.
   std::size_t framesHeldBack = 0;
 
   /// Takes away the only device there is, and brings it back; each returns when the output knows.

@@ -26,14 +26,14 @@ inline void expect(bool holds, const std::string& otherwise) {
   if (!holds) throw Broken{otherwise};
 }
 
-/// A hook of the backend under test, or the end of the check.
+/// A hook of the backend under test; ends the check if there is none.
 template <class Hook>
 const Hook& needed(const Hook& hook, const char* name) {
   if (!hook) throw NotChecked{std::string("needs the hook ") + name};
   return hook;
 }
 
-/// Another thread, or the end of the check on a machine that has one thread alone.
+/// Starts another thread; ends the check on a machine that has only one.
 template <class Run>
 std::thread newThread(Run run) {
   try {

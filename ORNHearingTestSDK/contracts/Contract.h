@@ -19,14 +19,14 @@ enum class Outcome {
 /// What became of one contract.
 struct Verdict {
   std::string contract;  ///< The interface and one sentence, such as "RunLoop: the first firing is one interval off".
-  Outcome outcome = Outcome::Passed;  ///< What came of the check.
+  Outcome outcome = Outcome::Passed;  ///< Of its check.
   std::string why;                    ///< What went wrong, or which hook is missing; one line.
 };
 
 /// Every contract of one interface, in the order in which they were checked.
 using Report = std::vector<Verdict>;
 
-/// Prints all as a table on the standard output, with their counts at its end. Gives what main() is to return: 0 if
+/// Prints all as a table on the standard output, with their counts at its end. Returns what main() is to return: 0 if
 /// something was checked and nothing is broken, else 1.
 int conclude(std::initializer_list<Report> reports);
 

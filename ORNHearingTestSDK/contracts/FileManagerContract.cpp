@@ -98,12 +98,12 @@ const Contract<FilesCheck> kFileManagerContracts[] = {
        expect(isWhole, "something else was seen");
      }},
 
-    {"a write that can't be made tells so",
+    {"a write that can't be made returns false",
      [](FilesCheck& check) {
        expect(!check.files().writeAtomically(check.folder + "/no such folder/x", Bytes{1}), "it succeeds");
      }},
 
-    {"a write that breaks off on a full disk tells so, and leaves the old file and no other",
+    {"a write that breaks off on a full disk returns false, and leaves the old file and no other",
      [](FilesCheck& check) {
        const auto& withFullDisk = needed(check.backend.withFullDisk, "withFullDisk");
        const Bytes old{'o', 'l', 'd'};

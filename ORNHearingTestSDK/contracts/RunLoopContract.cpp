@@ -16,8 +16,8 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::nanoseconds;
 
-/// A loop whose calls write letters down. A busy machine makes calls of a loop in real time late; what is told then is
-/// their order, never how late they are.
+/// A loop whose calls write down letters. On a busy machine a loop in real time makes its calls late, so only their
+/// order is checked, never how late they are.
 class LoopCheck {
  public:
   explicit LoopCheck(RunLoopUnderTest loop) : underTest_(std::move(loop)) {}
@@ -38,7 +38,7 @@ class LoopCheck {
     return [this, letter] { said += letter; };
   }
 
-  /// A timer of an hour's interval that fires at that time; kept.
+  /// A timer with an interval of an hour, which fires at that time; kept alive here.
   std::shared_ptr<Timer> at(nanoseconds time, RunLoop::Action action) {
     timers_.push_back(loop().scheduledTimer(1h, std::move(action)));
     timers_.back()->setFireDate(time);
@@ -49,7 +49,7 @@ class LoopCheck {
     expect(said == expected, "the calls came as \"" + said + "\" instead of \"" + expected + "\"");
   }
 
-  /// Lets go of the loop, and gives its timers, which may outlive it.
+  /// Lets go of the loop, and returns its timers, which may outlive it.
   std::vector<std::shared_ptr<Timer>> dropLoop() {
     underTest_.loop.reset();
     return timers_;
@@ -62,7 +62,7 @@ class LoopCheck {
   std::vector<std::shared_ptr<Timer>> timers_;
 };
 
-/// Each firing is in a period of its own, counted from a date at which the first is due.
+/// Each firing must be in a period of its own, counted from the date at which the first is due.
 void expectRhythm(const std::vector<nanoseconds>& firings, nanoseconds first, nanoseconds interval) {
   nanoseconds::rep last = -1;
   for (const nanoseconds time : firings) {

@@ -7,7 +7,7 @@
 
 namespace orn::contract {
 
-/// A new folder that goes with this object, and all in it.
+/// A new folder, removed with all in it when this object goes.
 class TemporaryFolder {
  public:
   TemporaryFolder() {

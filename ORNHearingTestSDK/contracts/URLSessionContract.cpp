@@ -12,12 +12,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A session, and the replies that came, with the threads on which they did.
+/// A session, its replies, and the threads on which they came.
 class URLCheck {
  public:
   explicit URLCheck(URLSessionUnderTest session) : backend(std::move(session)) {}
 
-  /// A request of a URL that must be given.
+  /// A request to a URL; ends the check if that is empty.
   URLRequest request(const std::string& url, const char* hook, std::chrono::milliseconds timeout = 20s) const {
     if (url.empty()) throw NotChecked{std::string("needs the address ") + hook};
     return {.url = url, .method = "Post", .headers = {{"app-version", "1"}}, .body = "a=1&", .timeout = timeout};
@@ -102,7 +102,7 @@ const Contract<URLCheck> kURLSessionContracts[] = {
 
     {"dataTask() returns before the handler is called",
      [](URLCheck& check) {
-       // The handler waits for the end of the call, if that is not on its own thread.
+       // A handler on another thread waits for the end of the call.
        std::mutex isGoingOn;
        bool isWithin = true, wasWithin = false;
        const auto here = std::this_thread::get_id();

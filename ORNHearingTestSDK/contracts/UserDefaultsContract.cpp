@@ -10,7 +10,7 @@
 namespace orn::contract {
 namespace {
 
-/// A value of each type and at its limits; the dates are whole seconds, which every store keeps.
+/// Values of each type, also at its limits; the dates are whole seconds, which every store keeps.
 std::vector<DefaultsValue> values() {
   using Integers = std::numeric_limits<std::int64_t>;
   using Date = std::chrono::system_clock::time_point;
@@ -41,7 +41,7 @@ struct DefaultsCheck {
   UserDefaults& defaults() { return *backend.defaults; }
   std::shared_ptr<UserDefaults> reopened() { return needed(backend.reopen, "reopen")(); }
 
-  /// Sets all values, by a number each.
+  /// Sets all values, under numbered keys.
   void setAll() {
     int key = 0;
     for (const DefaultsValue& value : values()) defaults().setValue("key" + std::to_string(key++), value);
@@ -131,7 +131,7 @@ const Contract<DefaultsCheck> kUserDefaultsContracts[] = {
        }
      }},
 
-    {"synchronize() on a full disk tells so, loses nothing in memory and leaves the disk whole",
+    {"synchronize() on a full disk returns false, loses nothing in memory and leaves the disk whole",
      [](DefaultsCheck& check) {
        const auto& withFullDisk = needed(check.backend.withFullDisk, "withFullDisk");
        const DefaultsValue before = std::string("old"), after = std::string(100'000, 'n');

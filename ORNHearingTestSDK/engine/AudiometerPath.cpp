@@ -29,7 +29,7 @@ SoundPath::Preparation AudiometerPath::prepare(ORNHearingTestItem& item, bool /*
 
 bool AudiometerPath::play(ORNHearingTestItem& /*item*/, float /*volume*/) {
   Player::shareInstance()->play();
-  return true;  // the player keeps silent about it; the output says it
+  return true;  // the player does not tell of a failure; the output does
 }
 
 void AudiometerPath::leave(ORNHearingTestItem& /*item*/) {}

@@ -34,14 +34,15 @@ class ORN_EXPORT CalibratedHearingTest : public ORNHearingTest, public Calibrati
   /// What goes with the result: an audiometer's address stands in the model's place.
   const std::optional<std::string>& deviceInUse() const { return usesAudiometer() ? KV50MAC_ : earPlugModel(); }
 
+  /// Hands a reply's records to this session, for as long as there is one.
+  std::function<void(const ORNDeviceCorrect&)> taking(void (CalibrationRecords::*take)(const ORNDeviceCorrect&));
+
  protected:
   CalibratedHearingTest() = default;
 
   bool usesAudiometer() const { return KV50MAC_.has_value(); }  ///< Whether the tones go to an audiometer.
 
  private:
-  std::function<void(const ORNDeviceCorrect&)> taking(void (CalibrationRecords::*take)(const ORNDeviceCorrect&));
-
   std::optional<std::string> KV50MAC_;
 };
 

@@ -21,7 +21,7 @@ namespace {
 constexpr auto kHz = "1000hz";
 constexpr int kLevel = 60;
 constexpr std::chrono::seconds kLength{2};
-/// What the stream needs for its fade-out, which comes behind what is queued already.
+/// What the stream needs for its fade-out, which comes after what is queued already.
 constexpr std::chrono::milliseconds kFadeOut{600};
 
 std::unique_ptr<SoundPath> pathWith(const CalibrationRecords& records, bool isStream) {
@@ -93,7 +93,7 @@ class ChannelCheck::Tone final : public PlayerGetDataSouce, public std::enable_s
     std::exchange(item_, nullptr)->stop();
     if (!isStream_) return;
     const auto player = Player::shareInstance();
-    // A test that has begun has the player for itself. Stopped rather than paused: no tone may be left in its queue.
+    // A test that has begun has the player for itself. Stopped and not paused: no tone may be left in its queue.
     if (player->dataSouce().lock().get() == this) player->stop();
   }
 

@@ -11,7 +11,7 @@
 
 namespace orn {
 
-/// The keys, each of them once: from a key that stands in the list twice, a search would never come to the next column.
+/// The keys, each of them once: with a key that stands in the list twice, a search would never reach the next column.
 std::vector<std::string> withoutRepeats(const std::vector<std::string>& hzs);
 
 /// Items of one frequency by row; row 0 is the quietest.

@@ -84,8 +84,8 @@ class ORN_EXPORT ORNHearingTest : public std::enable_shared_from_this<ORNHearing
   /// Presents one cell of the grid, such as "1000hz" and "40db" or "40". A cell that is not there changes nothing.
   virtual void playAtHz(const std::string& hz, const std::string& db);
 
-  /// This session with the operations of the engine under it, such as those for earphones; null for this class itself.
-  /// What a host built without RTTI has in place of a cast.
+  /// This session as the class below it, with operations such as those for earphones; null for this class itself. For
+  /// hosts built without RTTI, in place of a cast.
   virtual ORNManualHearingTest* manualTest();
 
   /// Makes this instance observe the audio session. Sessions from the factory don't.

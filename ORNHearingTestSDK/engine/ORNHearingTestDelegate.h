@@ -13,8 +13,8 @@ class ORNHearingTest;
 
 /// Why a tone does not sound.
 enum class ToneMissingReason {
-  Calibration,  ///< No record gives its level: the device's or the ear's own record, or its value, is absent.
-  Recording,    ///< There are no samples of it: no tone file, or a frequency that the stream has no table of.
+  Calibration,  ///< Its level is not known: the device's or the ear's own record, or its value, is absent.
+  Recording,    ///< There are no samples of it: no tone file, or a frequency for which the stream has no table.
   Output,       ///< The output is absent, lost, stalled or held back.
 };
 

@@ -76,10 +76,10 @@ class ORN_EXPORT ORNHearingTestItem {
   std::int64_t notHeardTimes() const { return notHeardTimes_; }  ///< How often it was presented and not heard.
   void setNotHeardTimes(std::int64_t notHeardTimes) { notHeardTimes_ = notHeardTimes; }
 
-  /// The item 5 dB louder and the one 5 dB quieter; null at the ends.
+  /// The item 5 dB louder; null at the end.
   std::shared_ptr<ORNHearingTestItem> nextItem() const { return nextItem_.lock(); }
   void setNextItem(const std::shared_ptr<ORNHearingTestItem>& item) { nextItem_ = item; }
-  /// The next softer one; null at the end.
+  /// The one 5 dB quieter; null at the end.
   std::shared_ptr<ORNHearingTestItem> prevItem() const { return prevItem_.lock(); }
   void setPrevItem(const std::shared_ptr<ORNHearingTestItem>& item) { prevItem_ = item; }
 
@@ -96,8 +96,8 @@ class ORN_EXPORT ORNHearingTestItem {
   /// One block with a linear ramp of the amplitude, never below 0; empty for a frequency outside the seven.
   Bytes getDataFrom(float from, float to) const;
 
-  /// The same into a block of kBlockBytes, without an allocation, and where it would pass full scale, at full scale;
-  /// false, and nothing written, outside the seven.
+  /// The same into a block of kBlockBytes, without an allocation, and limited to full scale; false, and nothing
+  /// written, for a frequency outside the seven.
   bool rampInto(std::span<std::uint8_t> block, float from, float to) const;
 
   /// The table scaled by `zhenfu`.

@@ -69,7 +69,7 @@ void ORNStandardHearingTest::hasListened() {
   if (addStatusForItem(current, true)) {
     goOn(current, true);
   } else {
-    // The next frequency starts at once; the call that targetItem() has delayed presents it a second time, and is
+    // The next frequency starts at once; the call that targetItem() has delayed presents it a second time, which is
     // meant.
     presentAtOnce(getNextColnTestItem());
   }
@@ -108,11 +108,7 @@ void ORNStandardHearingTest::targetItem(const Item& item) {
   const int ears = earsStarted();
   ORNManualHearingTest::targetItem(item);
   ++testIndex_;
-  if (const Item next = getNextColnTestItem()) {
-    presentAfterPause(next);
-  } else {
-    endEar(ears);
-  }
+  goOnTo(getNextColnTestItem(), ears);
 }
 
 void ORNStandardHearingTest::targetItemAndCheck(const Item& item) {
@@ -127,14 +123,12 @@ void ORNStandardHearingTest::targetItemAndCheck(const Item& item) {
   } else {
     makeCurrent(next);
   }
-  if (next) {
-    presentAfterPause(next);
-  } else {
-    endEar(ears);
-  }
+  goOnTo(next, ears);
 }
 
-void ORNStandardHearingTest::presentAfterPause(const Item& item) {
+/// To another frequency after a pause, or to the end of the ear.
+void ORNStandardHearingTest::goOnTo(const Item& item, int ears) {
+  if (!item) return endEar(ears);
   afterThreshold([session = self(this), item] {
     // A tone that could not start has paused the test, and is told once.
     if (!session->missingItem()) session->testItem(item);

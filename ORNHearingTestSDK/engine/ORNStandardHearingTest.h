@@ -46,7 +46,7 @@ class ORN_EXPORT ORNStandardHearingTest final : public TimedHearingTest {
   ORNStandardHearingTest() = default;
 
   void goOn(const Item& judged, bool isHeard);
-  void presentAfterPause(const Item& item);
+  void goOnTo(const Item& item, int ears);
 
   std::int32_t testIndex_ = 0;
   std::optional<HearingTestColumn> manageReTestLeftDictory_;

@@ -16,10 +16,10 @@ class ORN_EXPORT PresentationClock {
   /// From a settled threshold to the next frequency's tone.
   static constexpr std::chrono::seconds kUntilNextFrequency{1};
 
-  /// By so much a tick may be late, half of the shortest tone, before nobody knows what was heard.
+  /// How late a tick may be, half of the shortest tone, before nobody knows what was heard.
   static constexpr std::chrono::seconds kLongestHoldUp{2};
 
-  /// What any call on a busy main thread may be late by.
+  /// How late any call on a busy main thread may be.
   static constexpr std::chrono::milliseconds kLongestDelay{100};
 
   /// Time of a presentation in seconds: the user default "BOFANGSHICHANG" where it is above 4, else 4.

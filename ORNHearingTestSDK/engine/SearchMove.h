@@ -14,8 +14,8 @@ struct SearchMove {
   /// What is to be done.
   enum class Kind { Present, Settle };
 
-  Kind kind;  ///< This.
-  int row;    ///< With the tone of this row.
+  Kind kind;  ///< What to do.
+  int row;    ///< The row to present or to settle.
 
   static constexpr SearchMove present(int row) { return {Kind::Present, row}; }  ///< Presents a row's tone.
   static constexpr SearchMove settle(int row) { return {Kind::Settle, row}; }    ///< Makes a row the threshold.

@@ -1,6 +1,5 @@
 #include <ORNHearingTestSDK/engine/SessionCalibration.h>
 
-#include <memory>
 #include <optional>
 #include <utility>
 
@@ -35,15 +34,8 @@ void fetchCalibration(ORNManualHearingTest& session, OutputPath path, const std:
     session.setKV50MAC(std::nullopt);
     session.setEarPlugModel(std::optional(device));
   }
-  const std::shared_ptr<ORNManualHearingTest> alive(session.shared_from_this(), &session);
-  fetchCalibrationInFull(
-      path, device, session.hzs(),
-      [weak = std::weak_ptr(alive), isAudiometer](const ORNDeviceCorrect& reply) {
-        const auto taking = weak.lock();
-        if (taking && isAudiometer) taking->takeAudiometer(reply);
-        if (taking && !isAudiometer) taking->takeEarphones(reply);
-      },
-      std::move(done));
+  const auto take = isAudiometer ? &CalibrationRecords::takeAudiometer : &CalibrationRecords::takeEarphones;
+  fetchCalibrationInFull(path, device, session.hzs(), session.taking(take), std::move(done));
 }
 
 bool isCalibrated(ORNManualHearingTest& session, OutputPath path) {

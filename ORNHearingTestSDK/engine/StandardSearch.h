@@ -9,8 +9,8 @@ namespace orn {
 
 /// How often a level was presented and heard, and presented and not heard.
 struct Presentations {
-  std::int64_t heard = 0;     ///< Times.
-  std::int64_t notHeard = 0;  ///< Times.
+  std::int64_t heard = 0;     ///< How often.
+  std::int64_t notHeard = 0;  ///< How often not.
 };
 
 /// The standard test's way to a threshold: 10 dB down after each tone heard, 5 dB up after each one not heard, until a

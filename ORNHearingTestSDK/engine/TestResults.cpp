@@ -6,7 +6,7 @@
 namespace orn {
 namespace {
 
-/// How far a cell is through its ear, whatever the number of frequencies; every other row counts as a fixed bit.
+/// The progress of an ear at a cell, whatever the number of frequencies; every other row adds a fixed amount.
 double progressAt(GridPoint point, std::int32_t startY) {
   const double column = point.x / 7;
   if (static_cast<std::int32_t>(point.y) % 2 != startY % 2) return column + 0.1285714285714286;

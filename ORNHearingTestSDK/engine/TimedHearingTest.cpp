@@ -28,7 +28,7 @@ void TimedHearingTest::startTest(bool isLeft) {
 
 void TimedHearingTest::pauseTest() {
   ORNManualHearingTest::pauseTest();
-  // A clock holds the session, so one that has not begun or is through needs none.
+  // A clock holds the session alive, so a session that has not begun or is complete must have none.
   const bool isUnderWay = earsStarted() > 0 && !isTestComplete();
   if (!isEnded() && (isUnderWay || clock_.isRunning())) clock_.park(tick());
 }

@@ -40,8 +40,8 @@ class ORN_EXPORT AudioOutput {
   virtual std::unique_ptr<AudioQueue> newOutputQueue(const AudioStreamBasicDescription& format,
                                                      AudioQueue::OutputCallback callback) = 0;
 
-  /// A player of a WAV file (16-bit mono PCM at 48000 Hz); null if it can't be read or is no such file. Reads it, and
-  /// asks playerWithData().
+  /// A player of a WAV file (16-bit mono PCM at 48000 Hz); null if it can't be read or is not such a file. Reads it,
+  /// and asks playerWithData().
   virtual std::unique_ptr<AudioPlayer> playerWithContentsOfFile(const std::string& path);
 
   /// The same for a WAV file in memory, whose bytes are copied.

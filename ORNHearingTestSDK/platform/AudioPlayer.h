@@ -24,8 +24,8 @@ class ORN_EXPORT AudioPlayer {
   /// takes, so that -0.25 leaves the right 0.75. Beyond, the nearer end counts. Heard at once.
   virtual void setPan(float pan) = 0;
 
-  /// Linear gain on the recording, not limited to 1; samples beyond the 16-bit range clip. Heard at once. A pan
-  /// or volume that is no number is silence.
+  /// Linear gain on the recording, not limited to 1; samples beyond the 16-bit range clip. Heard at once. A pan or
+  /// volume that is not a number is silence.
   virtual void setVolume(float volume) = 0;
 
   virtual float pan() const = 0;     ///< As it was set; 0 at first.

@@ -11,7 +11,7 @@ namespace orn {
 
 /// Format of a stream of linear PCM samples.
 struct AudioStreamBasicDescription {
-  double mSampleRate = 0;               ///< Frames a second.
+  double mSampleRate = 0;               ///< Frames per second.
   std::uint32_t mFormatID = 0;          ///< kAudioFormatLinearPCM.
   std::uint32_t mFormatFlags = 0;       ///< kLinearPCMFormatFlag... added up.
   std::uint32_t mBytesPerPacket = 0;    ///< 2 here.
@@ -57,8 +57,8 @@ class ORN_EXPORT AudioQueue {
   /// bytes or of another queue, which is not enqueued.
   virtual std::error_code enqueueBuffer(AudioQueueBuffer& buffer) = 0;
 
-  /// Linear gain of the whole queue, 0 to 1 and at first 1; beyond that the nearer end counts, and what is no number is
-  /// silence. It counts at the latest for what is enqueued from now on.
+  /// Linear gain of the whole queue, 0 to 1 and at first 1; beyond that the nearer end counts, and NaN is silence. It
+  /// counts at the latest for what is enqueued from now on.
   virtual std::error_code setVolume(float volume) = 0;
 
   /// Starts playing, or goes on after pause(). Harmless on a running queue.

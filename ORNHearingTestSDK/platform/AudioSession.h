@@ -59,7 +59,7 @@ class ORN_EXPORT AudioSession {
   /// Volume of the output, 0 to 1.
   virtual float outputVolume() const = 0;
 
-  /// Drives the volume slider of the device, 0 to 1; beyond that the nearer end counts, and what is no number is 0.
+  /// Drives the volume slider of the device, 0 to 1; beyond that the nearer end counts, and NaN is 0.
   /// std::errc::no_such_device where there is none, not_supported where programs can't set the volume.
   virtual std::error_code setOutputVolume(float volume) = 0;
 

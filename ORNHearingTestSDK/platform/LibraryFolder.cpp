@@ -16,7 +16,7 @@ path ownFile() {
   Dl_info info{};
   const bool isKnown = dladdr(reinterpret_cast<const void*>(&bundleBesideLibrary), &info) != 0 && info.dli_fname;
   std::error_code error;
-  // A program is known by the name that it was called by, which is no path if it was looked up.
+  // A program is known by the name that it was called by, which is not a path if it was looked up.
   if (isKnown && std::string_view(info.dli_fname).find('/') != std::string_view::npos) {
     return std::filesystem::canonical(info.dli_fname, error);
   }

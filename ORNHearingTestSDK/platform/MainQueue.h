@@ -18,6 +18,14 @@ class MainQueue {
     if (const auto loop = loop_.lock()) loop->dispatchAsync(std::move(action));
   }
 
+  /// Tells a completion these values there, unless it is empty.
+  template <class Completion, class... Values>
+  void tell(Completion completion, Values... values) const {
+    dispatchAsync([completion = std::move(completion), ... values = std::move(values)] {
+      if (completion) completion(values...);
+    });
+  }
+
  private:
   explicit MainQueue(std::weak_ptr<RunLoop> loop) : loop_(std::move(loop)) {}
 

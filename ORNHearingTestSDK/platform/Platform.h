@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 
 #include <ORNHearingTestSDK/platform/Export.h>

@@ -11,7 +11,7 @@
 
 namespace orn {
 
-/// A run loop but for its waiting: the calls that are due, in their order, and a clock in real time. A class that
+/// A run loop without its waiting: the calls that are due, in their order, and a clock in real time. A class that
 /// derives from it runs a loop of its own: it makes calls by makeDueCall(), one at a time, and waits for nextDue() or
 /// wake().
 class ORN_EXPORT QueuedRunLoop : public RunLoop {

@@ -21,7 +21,7 @@ struct StereoGain {
   }
 };
 
-/// A volume from 0 to 1: beyond, the nearer end counts, and what is no number is silence.
+/// A volume from 0 to 1: beyond that the nearer end counts, and NaN is silence.
 inline float volumeInRange(float volume) { return std::isnan(volume) ? 0.0F : std::clamp(volume, 0.0F, 1.0F); }
 
 /// A sample times a gain, to the nearest 16-bit value, halves away from zero; beyond the range it clips.

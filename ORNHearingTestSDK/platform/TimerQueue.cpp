@@ -1,6 +1,9 @@
 #include <ORNHearingTestSDK/platform/TimerQueue.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <map>
+#include <utility>
 
 namespace orn {
 namespace {

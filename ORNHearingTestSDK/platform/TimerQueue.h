@@ -1,12 +1,9 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
-#include <utility>
 
 #include <ORNHearingTestSDK/platform/RunLoop.h>
 

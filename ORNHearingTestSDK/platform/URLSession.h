@@ -27,7 +27,7 @@ struct URLRequest {
   std::chrono::milliseconds timeout{10'000};                 ///< From start to end.
 };
 
-/// What came back: body bytes, or an error. The status code is not part of it, since nobody reads it.
+/// What came back: body bytes, or an error. The status code is not part of it, since the library never reads it.
 struct URLReply {
   std::optional<std::string> body;  ///< The bytes that came.
   std::optional<Error> error;       ///< Present if and only if there is no body.

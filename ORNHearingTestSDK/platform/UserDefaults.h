@@ -14,7 +14,7 @@ namespace orn {
 using DefaultsValue = std::variant<bool, std::int64_t, double, std::string, std::chrono::system_clock::time_point>;
 
 /// Persistent store of the application's settings, by key. A text comes back as it was set, whatever its bytes: control
-/// characters, NUL, or what is no UTF-8. Keys are printable UTF-8. Any thread.
+/// characters, NUL, or bytes that are not UTF-8. Keys are printable UTF-8. Any thread.
 class ORN_EXPORT UserDefaults {
  public:
   virtual ~UserDefaults() = default;

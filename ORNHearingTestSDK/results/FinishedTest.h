@@ -23,8 +23,8 @@ struct FinishedTest {
   std::string device;                           ///< The audiometer's address or the earphones' model.
   std::chrono::system_clock::time_point ended;  ///< When its last threshold was found.
 
-  /// How somebody has found that the tones of this very device have the levels that they should have, in words; empty
-  /// for not verified. The library can't know: it plays what the calibration says.
+  /// How it was verified that the tones of this very device have the right levels, in words; empty if it was not. The
+  /// library can't know: it plays what the calibration says.
   std::string levelVerification;
 };
 

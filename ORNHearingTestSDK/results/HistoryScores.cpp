@@ -11,7 +11,7 @@
 namespace orn {
 namespace {
 
-/// A threshold is a text as a rule, and a number where the service sent one.
+/// A threshold is usually a text, but the service may send a number.
 std::string thresholdText(const nlohmann::json& value) {
   if (value.is_string()) return value.get<std::string>();
   return value.is_number() ? value.dump() : "-1";

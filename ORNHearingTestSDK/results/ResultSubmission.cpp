@@ -44,12 +44,9 @@ URLRequest submissionRequest(const ServiceIdentity& identity) {
 using Telling = const std::optional<Error>& (ServiceReply::*)() const;
 
 void send(URLRequest request, Telling telling, ResultSubmission::Ended ended) {
-  sendRequest(std::move(request), [main = MainQueue::current(), telling, ended = std::move(ended)](
-                                      const ServiceReply& reply, const json&) mutable {
-    main.dispatchAsync([ended = std::move(ended), error = (reply.*telling)()] {
-      if (ended) ended(error);
-    });
-  });
+  sendRequest(std::move(request),
+              [main = MainQueue::current(), telling, ended = std::move(ended)](
+                  const ServiceReply& reply, const json&) mutable { main.tell(std::move(ended), (reply.*telling)()); });
 }
 
 void sendResult(const EarResult& left, const EarResult& right, const std::optional<std::string>& earPlugModel,
@@ -78,9 +75,8 @@ void ResultSubmission::submit(const EarResult& left, const EarResult& right,
   if (const auto identity = serviceIdentity()) {
     return sendResult(left, right, earPlugModel, *identity, &ServiceReply::failure, std::move(ended));
   }
-  MainQueue::current().dispatchAsync([ended = std::move(ended)] {
-    if (ended) ended(Error{kNotRegistered, 0, "nothing was sent: no application key or no user id is stored"});
-  });
+  const Error error{kNotRegistered, 0, "nothing was sent: no application key or no user id is stored"};
+  MainQueue::current().tell(std::move(ended), error);
 }
 
 void ResultSubmission::postListenTestWithLeft(const EarResult& left, const EarResult& right, bool base,

@@ -15,7 +15,7 @@ inline constexpr auto kServiceHostDefault = "SERVICEHOST";
 /// Why a text can't be that setting, in words that hold nothing of it; nothing if it can. Any thread.
 ORN_EXPORT std::optional<std::string> complaintAboutServiceHost(std::string_view text);
 
-/// What addresses begin with at a service host that there is no complaint about: "http://host:port".
+/// What addresses at a valid service host begin with: "http://host:port".
 std::string serviceOrigin(const std::string& host);
 
 }  // namespace orn

@@ -46,7 +46,7 @@ ORN_EXPORT void setHttpHeader(URLRequest& request);
 /// stand.
 void setFormBody(URLRequest& request, const FormFields& fields);
 
-/// A pretty-printed JSON object; an empty body if it can't be serialised.
+/// A pretty-printed JSON object; an empty body if it has no form as JSON.
 void setJSONBody(URLRequest& request, const nlohmann::json& fields);
 
 /// What came of a request.
@@ -54,15 +54,15 @@ struct ServiceReply {
   std::optional<std::string> body;     ///< The bytes as received.
   std::optional<Error> sessionError;   ///< Present without a body, absent with one.
   std::optional<Error> parseError;     ///< Present if there is a body that is neither a JSON object nor a JSON list.
-  std::optional<Error> envelopeError;  ///< Present if there is a body that is no JSON object.
+  std::optional<Error> envelopeError;  ///< Present if there is a body that is not a JSON object.
   std::optional<Error> refusal;        ///< Present if its "rspCode" is not 0: the service's own number and words.
 
-  /// What the callback of an operation is told that reads nothing in the reply, and of one that does.
+  /// What the callback is told of an operation that reads nothing in the reply.
   const std::optional<Error>& error() const { return body ? parseError : sessionError; }
-  /// What an operation is told that reads the reply.
+  /// What the callback is told of an operation that reads the reply.
   const std::optional<Error>& readingError() const { return body ? envelopeError : sessionError; }
 
-  /// What whoever wants to know is told: the same, or the refusal.
+  /// What a callback that is told in full is told: the same, or the refusal.
   const std::optional<Error>& failure() const { return readingError() ? readingError() : refusal; }
 };
 
@@ -72,14 +72,14 @@ inline constexpr auto kServiceDomain = "service";
 /// The domain of the error where nothing was sent, since it is not known for whom.
 inline constexpr auto kNotRegisteredDomain = "registration";
 
-/// Whether an operation tells a refusal by the service as an error or as it tells a success.
+/// Whether an operation tells a refusal by the service as an error, or like a success.
 enum class Refusals { LookLikeSuccess, AreErrors };
 
 /// Sends a request. The handler is called once, on a thread of the URL session, with the reply and its JSON object,
 /// which is empty unless there is one.
 void sendRequest(URLRequest request, std::function<void(const ServiceReply&, nlohmann::json)> handler);
 
-/// The body's JSON object; an empty one, and an error, if the text is no such thing. Any thread.
+/// The text's JSON object; an empty one, and an error, if the text is anything else. Any thread.
 nlohmann::json parseObject(const std::string& text, std::optional<Error>& error);
 
 }  // namespace orn

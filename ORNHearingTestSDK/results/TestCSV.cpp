@@ -1,6 +1,5 @@
 #include <ORNHearingTestSDK/results/TestCSV.h>
 
-#include <cstdint>
 #include <cstdio>
 #include <initializer_list>
 

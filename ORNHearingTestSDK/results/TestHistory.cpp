@@ -4,7 +4,6 @@
 #include <utility>
 #include <nlohmann/json.hpp>
 
-#include <ORNHearingTestSDK/common/JsonReading.h>
 #include <ORNHearingTestSDK/platform/MainQueue.h>
 #include <ORNHearingTestSDK/platform/Platform.h>
 #include <ORNHearingTestSDK/results/ServiceRequest.h>
@@ -33,10 +32,8 @@ void TestHistory::getListenTestWithCompletion(Completion completion, Refusals re
 
 void TestHistory::fetch(Completion completion) {
   if (serviceIdentity()) return getListenTestWithCompletion(std::move(completion), Refusals::AreErrors);
-  MainQueue::current().dispatchAsync([done = std::move(completion)] {
-    const Error error{kNotRegisteredDomain, 0, "nothing was asked: no application key or no user id is stored"};
-    if (done) done(error, nullptr);
-  });
+  const Error error{kNotRegisteredDomain, 0, "nothing was asked: no application key or no user id is stored"};
+  MainQueue::current().tell(std::move(completion), error, nullptr);
 }
 
 }  // namespace orn

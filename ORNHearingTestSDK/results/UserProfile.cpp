@@ -27,7 +27,7 @@ void store(UserDefaults& defaults, const StoredProfile& profile) {
   defaults.synchronize();
 }
 
-/// A day with one mark of another kind, without its zeros or without marks, in the form of birthdayFormatter().
+/// A day with other separators, without leading zeros or without separators, in the form of birthdayFormatter().
 std::string withDashesAndZeros(std::string day) {
   constexpr std::size_t month = 5, afterMonth = 7, whole = 10;
   for (const char mark : {'/', '.'}) {
@@ -70,15 +70,12 @@ void UserProfile::setAppUserID(std::optional<std::string> appUserID, std::option
                                {kBirthdayDefault, *birthday},
                                {kPhoneDefault, *phone},
                                {kUserNameDefault, name}}};
-  sendRequest(
-      std::move(request), [profile, defaults = platform.userDefaults, main = MainQueue::current(), refusals,
-                           done = std::move(completionHandler)](const ServiceReply& reply, const auto&) mutable {
-        if (!reply.error()) store(*defaults, profile);
-        main.dispatchAsync(
-            [done = std::move(done), error = refusals == Refusals::AreErrors ? reply.failure() : reply.error()] {
-              if (done) done(error);
-            });
-      });
+  sendRequest(std::move(request),
+              [profile, defaults = platform.userDefaults, main = MainQueue::current(), refusals,
+               done = std::move(completionHandler)](const ServiceReply& reply, const auto&) mutable {
+                if (!reply.error()) store(*defaults, profile);
+                main.tell(std::move(done), refusals == Refusals::AreErrors ? reply.failure() : reply.error());
+              });
 }
 
 void UserProfile::registerUser(std::optional<std::string> appUserID, std::optional<std::string> username, bool isWomen,
@@ -88,9 +85,8 @@ void UserProfile::registerUser(std::optional<std::string> appUserID, std::option
     return setAppUserID(std::move(appUserID), std::move(username), isWomen, birthday, std::move(phone),
                         std::move(completionHandler), Refusals::AreErrors);
   }
-  MainQueue::current().dispatchAsync([done = std::move(completionHandler)] {
-    if (done) done(Error{kNotRegisteredDomain, 0, "nothing was sent: the id, the birthday or the phone is missing"});
-  });
+  const Error error{kNotRegisteredDomain, 0, "nothing was sent: the id, the birthday or the phone is missing"};
+  MainQueue::current().tell(std::move(completionHandler), error);
 }
 
 }  // namespace orn

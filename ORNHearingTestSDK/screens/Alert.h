@@ -11,8 +11,8 @@ struct Alert {
   int tag = 0;            ///< By which its answer is known.
   QString title;          ///< In bold.
   QString message;        ///< Below it.
-  QStringList buttons;    ///< From left to right, or from above.
-  int cancelButton = -1;  ///< What the escape key stands for; an only button where negative.
+  QStringList buttons;    ///< From left to right, or from the top.
+  int cancelButton = -1;  ///< The button that the escape key presses; if negative, an only button.
 };
 
 }  // namespace orn

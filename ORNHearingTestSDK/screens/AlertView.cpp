@@ -55,7 +55,7 @@ QLabel* makeText(const QString& text, const QFont& font) {
   label->setWordWrap(true);
   label->setFont(font);
   label->setObjectName(QStringLiteral("alert"));
-  // Both, since a layout asks a text that is aligned in it for one line's height alone.
+  // A fixed height too, since a layout asks an aligned label for the height of a single line only.
   const int width = evenWidth(text, font, kCardWidth - 2 * kTextMargin);
   label->setFixedSize(width, label->heightForWidth(width));
   return label;
@@ -82,7 +82,7 @@ QString buttonStyle(bool isFirst, bool isLast, bool areBeside) {
 
 AlertView::AlertView(const Alert& alert, QWidget* parent)
     : QWidget(parent), card_(new QFrame(this)), cancelButton_(alert.cancelButton) {
-  new SpokenChildren(  // first, since a screen reader takes what it finds at the first word
+  new SpokenChildren(  // first, since a screen reader takes what it finds when the first text is set
       this, [this] { return QWidgetList{card_}; }, QAccessible::AlertMessage);
   setAccessibleName(alert.title);
   setAccessibleDescription(alert.message);

@@ -17,22 +17,22 @@ namespace orn {
 /// An alert as it shows: a card in the middle of its parent, which it dims and closes off from mouse and keyboard.
 ///
 /// A key may have been meant for what the alert has covered, such as a press for a tone. So an only button takes the
-/// keyboard a moment after the alert has come into view, and no key that is held since before; the escape and tabulator
-/// keys, which mean nothing there, hold at once. A line beneath the card says which keys answer.
+/// keyboard a moment after the alert has come into view, and ignores a key that is held since before; the escape and
+/// tabulator keys, which mean nothing there, hold at once. A line beneath the card says which keys answer.
 class AlertView : public QWidget {
  public:
   AlertView(const Alert& alert, QWidget* parent);
 
-  /// Told of the button that answers the alert; called once.
+  /// Called once, with the button that answers the alert.
   std::function<void(int buttonIndex)> onAnswer;
 
   static constexpr std::chrono::milliseconds kKeyPause{1000};
 
-  /// Fades in and makes itself heard to screen readers.
+  /// Fades in and announces itself to screen readers.
   void appear();
   void takeFocus();
 
-  /// Whether it has been in view for that moment.
+  /// Whether it has been in view for kKeyPause.
   bool isRead() const { return isRead_; }
 
  protected:

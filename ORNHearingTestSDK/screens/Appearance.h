@@ -12,7 +12,7 @@ class QPushButton;
 
 namespace orn {
 
-// What the screens have in common to the eye.
+// How all screens look.
 
 inline const QColor kAccentColour{0x17, 0x8a, 0x69};  ///< Dark enough for text on white.
 inline const QColor kSeparatorColour{0xd8, 0xdc, 0xda};
@@ -32,10 +32,10 @@ QPalette lightPalette();
 QString ownColours();
 inline constexpr auto kGroundName = "ground";
 
-/// A button that is nothing but its text, in the accent colour; shows when it is pressed and when it has the keyboard.
+/// Makes a button nothing but its text, in the accent colour; it shows when it is pressed and when it has the keyboard.
 void makeTextButton(QPushButton* button);
 
-/// A slim scroll bar over the side only, and scrolling by finger.
+/// A slim vertical scroll bar only, and scrolling by finger.
 void makePhoneScrolling(QAbstractScrollArea* area);
 
 void drawFocusFrame(QPainter& painter, const QRectF& rect, double radius);

@@ -9,7 +9,7 @@
 namespace orn {
 namespace {
 
-/// Breaks the text into lines, a word too long for one included, and gives what they take.
+/// Breaks the text into lines, also within a word too long for one, and returns the size that they take.
 QSizeF breakLines(QTextLayout& layout, double width, double lineSpace, double left = 0) {
   QSizeF size(0, 0);
   layout.beginLayout();

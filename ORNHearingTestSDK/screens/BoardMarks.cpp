@@ -69,7 +69,8 @@ void BoardMarks::stroke(QPainter& painter, const QColor& color, bool isSmooth) c
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing, isSmooth);
   const QPen pen(color, 1, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
-  // Painters lay one line of a path over the other, which shows in a faint colour; that is worth its time there alone.
+  // A painter draws crossing lines of a path one over the other, which shows in a translucent colour. Only there is the
+  // outline worth its time.
   if (isSmooth && color.alpha() < 255) {
     painter.fillPath(QPainterPathStroker(pen).createStroke(path_), color);
   } else {

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <optional>
-#include <vector>
-
 #include <QtCore/QLineF>
 #include <QtCore/QRectF>
 #include <QtGui/QPainterPath>

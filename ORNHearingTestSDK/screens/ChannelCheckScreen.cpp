@@ -155,7 +155,7 @@ void ChannelCheckScreen::showQuestion() {
         ->addRow({choice(QStringLiteral("有声音"), ChannelAnswer::Both), nothing});
   }
   page_->addQuiet({QStringLiteral("再听一次"), on(&ChannelCheckScreen::play)});
-  page_->setFocus();  // no answer lies under the key that led here
+  page_->setFocus();  // so that the key that led here presses no answer
   play();
 }
 

@@ -30,7 +30,7 @@ class ORN_SCREENS_EXPORT ChannelCheckScreen final : public Screen {
   ~ChannelCheckScreen() override;
 
   /// The user wants to go on to the test. Told what was found, which is Fine or Silent: with channels that are swapped
-  /// or mixed there is no way on but a better check. Nothing if the user skipped it.
+  /// or mixed the user can only check again. Nothing if the user skipped the check.
   std::function<void(std::optional<ChannelFinding>)> onDone;
 
   QWidget* firstFocus() const override;

@@ -73,11 +73,12 @@ class ORN_SCREENS_EXPORT ChessboardBase : public QWidget {
   /// The size at which the widest text beside the rows fits there: that which is wanted, or a smaller one.
   double fittingFontSize(const QPainter& painter, double wanted) const;
 
-  /// Which rows carry a level: every so many of them, from the first one with its level in dB on. The labels hang from
-  /// `lowered` points below half a step above their rows and keep clear of marks that reach `halfMark` to the left.
+  /// Which rows carry a level: every so many of them, from the first one with its level in dB on. The top of a label is
+  /// `lowered` points below the middle between its row and the one above; labels keep clear of marks that reach
+  /// `halfMark` to the left.
   struct LevelScale {
     std::int64_t rows;     ///< How many there are.
-    std::int64_t every;    ///< A label stands at each so-manieth row.
+    std::int64_t every;    ///< From one label to the next, in rows.
     std::int64_t firstDB;  ///< Level of the first row, in dB.
     double lowered;        ///< In points.
     double halfMark;       ///< In points.

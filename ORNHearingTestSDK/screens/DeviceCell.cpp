@@ -70,7 +70,7 @@ void DeviceCell::showWaiting(bool isWaiting) {
   setAccessibleDescription(isWaiting ? QStringLiteral("正在获取校准数据…") : detail_->text());
 }
 
-/// A row is filled anew at every change of the route, mostly with what it shows.
+/// A row is filled anew at every change of the route, mostly with what it already shows.
 void DeviceCell::showImage(const std::string& name, double pixelRatio) {
   if (name == imageName_ && pixelRatio == imageRatio_) return;
   imageName_ = name;

@@ -9,15 +9,15 @@ class QPointF;
 
 namespace orn {
 
-/// Scrolls an area by a finger that moves over it, and lets it run out when the finger leaves. It gets the moves that
-/// the area's children leave alone. It lives as long as the area.
+/// Scrolls an area by a finger that moves over it, and lets the scrolling run out when the finger leaves. It gets the
+/// moves that the area's children leave alone. It lives as long as the area.
 class FingerScroller : public QObject {
  public:
   explicit FingerScroller(QAbstractScrollArea* area);
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
-  /// Whether a press that began at the one point and is now at the other, on the screen, is no tap any more.
+  /// Whether a press that began at one point of the screen and is now at the other is no longer a tap.
   static bool isDrag(QPointF from, QPointF to);
 
  private:
@@ -26,7 +26,7 @@ class FingerScroller : public QObject {
 
   QAbstractScrollArea* area_;
   std::optional<double> lastY_;
-  double step_ = 0;  ///< The finger's way between two moves, smoothed.
+  double step_ = 0;  ///< The distance between two moves of the finger, smoothed.
   int dragNumber_ = 0;
 };
 

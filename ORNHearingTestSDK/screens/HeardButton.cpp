@@ -37,7 +37,7 @@ void HeardButton::paintEvent(QPaintEvent* /*event*/) {
   painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
   const QImage image = ORNScreenUtils::imageResource(isDown() ? "hearing_roger_bg_pressed" : "hearing_roger_bg_default",
                                                      devicePixelRatioF());
-  if (image.isNull()) {  // the button must be found all the same
+  if (image.isNull()) {  // the button must be visible all the same
     painter.setPen(Qt::NoPen);
     painter.setBrush(kAccentColour);
     painter.drawEllipse(rect());

@@ -59,7 +59,6 @@ class ORN_SCREENS_EXPORT NavigationController : public std::enable_shared_from_t
   QWidget* container() const { return container_; }
 
   void showTop();
-  void goBack();
   void focusTop() const;
   int contentTop() const;
   QWidgetList spokenViews() const;

@@ -87,9 +87,8 @@ std::shared_ptr<ORNHearingTestViewController> ORNHearingTestViewController::init
   const auto device =
       path == OutputPath::Audiometer ? ORNHearingTest::getKV50Mac() : std::optional<std::string>(kEarphoneModel);
   if (!device) {
-    MainQueue::current().dispatchAsync([done = std::move(completionHandler)] {
-      if (done) done(Error{kNoCalibrationDomain, 0, "no audiometer is connected"});
-    });
+    MainQueue::current().tell(std::move(completionHandler),
+                              Error{kNoCalibrationDomain, 0, "no audiometer is connected"});
     return made;
   }
   const auto session = ORNManualHearingTest::initWithTestType(kAutomaticTest);
@@ -190,12 +189,12 @@ void ORNHearingTestViewController::viewDidDisappear() {
 void ORNHearingTestViewController::didLeaveStack() {
   withTest([](ORNHearingTest& session) { session.endTest(); });
   if (isTellingComplete_) isSubmitting_ = false;               // a session that has ended by then submits nothing
-  const bool isWindowGoing = window() && window()->isGoing();  // and perhaps the host that is to be told
+  const bool isWindowGoing = window() && window()->isGoing();  // and perhaps the host with it
   const auto told = onLeft;
   if (told && !isWindowGoing) told(isComplete_);
 }
 
-/// Saves what it puts back, once until then: between two times on screen the volume is the user's.
+/// Saves the user's volume once, until it is put back: between two times on screen it is the user's own.
 void ORNHearingTestViewController::driveVolume() {
   if (!std::exchange(drivesVolume_, true)) ORNSystemVolumeManager::saveSystemVolume();
   ORNSystemVolumeManager::setSystemVolumeToMax();
@@ -252,7 +251,7 @@ void ORNHearingTestViewController::setBoardsTouchable(bool isTouchable) {
   }
 }
 
-/// Thresholds only: that a tone sounds must not be given away to anyone but the ear.
+/// Thresholds only: nothing but the ear may tell that a tone sounds.
 void ORNHearingTestViewController::describeBoard(bool isLeft) {
   ChessboardView* described = isLeft ? chessView_ : rightChessView_;
   if (!described) return;
@@ -276,7 +275,7 @@ HeardButton* ORNHearingTestViewController::heardButton() {
 
 QWidget* ORNHearingTestViewController::firstFocus() const { return heardDragButton_; }
 
-/// Its home; another size of the window brings it back there.
+/// The first place of the button; a change of the window's size brings it back there.
 void ORNHearingTestViewController::placeHeardButton() {
   if (!heardDragButton_) return;
   heardDragButton_->move((mainScreen().width() - HeardButton::kSize) / 2, mainScreen().height() - HeardButton::kSize);
@@ -388,7 +387,7 @@ void ORNHearingTestViewController::changeToAnother() {
 }
 
 void ORNHearingTestViewController::gotoResultVC() {
-  // Of a test that is over there is nothing to start or to end.
+  // A test that is over can be neither started nor ended.
   for (const int tag : {kInstructionAlert, kChangeEarAlert, kEndAlert}) withdrawAlert(tag);
   const auto result = ORNTestResultViewController::init();
   if (test_) {

@@ -28,7 +28,7 @@ constexpr double kDetailLineSpace = 4;
 constexpr int kTitleSize = 18;
 constexpr int kDetailSize = 12;
 
-/// Earphones count only where no audiometer is.
+/// Earphones count only without an audiometer.
 bool areEarphonesConnected() { return !ORNHearingTest::getKV50Mac() && ORNHearingTest::hasHeadset(); }
 
 QString audiometerDetail() {
@@ -202,7 +202,7 @@ void ORNSelectTypeViewController::openRow(int row, int start) {
   cell->setUserInteractionEnabled(true);
 }
 
-/// What still comes of it opens no test.
+/// A calibration that comes after that opens no test.
 bool ORNSelectTypeViewController::giveUpRow(int row) {
   const PreparedRow prepared = preparedRow(row);
   if (!prepared.cell || !prepared.cell->isWaiting()) return false;
@@ -228,7 +228,7 @@ void ORNSelectTypeViewController::startErjiTest() {
   }));
 }
 
-/// Told in full where the host wants to hear of failures, else as little as the described creators tell.
+/// Told in full if the host wants to hear of failures, otherwise as little as the other two creators tell.
 std::shared_ptr<ORNHearingTestViewController> ORNSelectTypeViewController::makeTest(
     OutputPath path, int start, std::function<void(std::optional<Error>)> done) {
   const auto told = delegate();

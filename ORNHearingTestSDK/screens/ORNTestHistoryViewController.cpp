@@ -61,7 +61,7 @@ void ORNTestHistoryViewController::showNotice(const QString& message) {
 }
 
 int ORNTestHistoryViewController::count() const {
-  return tests_->is_array() ? static_cast<int>(tests_->size()) : 0;  // whatever else the service sends is no list
+  return tests_->is_array() ? static_cast<int>(tests_->size()) : 0;  // the service may send anything
 }
 
 std::shared_ptr<ORNListenTest> ORNTestHistoryViewController::testOfSection(int section) const {

@@ -118,7 +118,7 @@ void Screen::detach() {
   if (window_) window_->withdrawAlerts(this);
   if (!view_) return;
   view_->hide();
-  view_->setParent(window_);  // for whoever still holds the screen
+  view_->setParent(window_);  // whoever still holds the screen may use it
 }
 
 void Screen::setOnScreen(bool isOnScreen) {

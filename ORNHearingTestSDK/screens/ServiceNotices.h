@@ -7,8 +7,8 @@
 
 namespace orn {
 
-// What a host can say of the service to its user where the screens say nothing, in their language; for an alert of the
-// window, say. The history speaks for itself. Any thread.
+// What a host can tell its user about the service where the screens tell nothing, in their language; for an alert of
+// the window, for example. The history has notices of its own. Any thread.
 
 /// Of ORNSelectTypeDelegate::calibrationFailed.
 ORN_SCREENS_EXPORT QString noticeOfCalibration(const Error& error);

@@ -10,7 +10,7 @@ namespace orn {
 /// One row of a TableView, found by its identifier when it is used again for another row. A click selects the row.
 class ORN_SCREENS_EXPORT TableCell : public QAbstractButton {
  public:
-  explicit TableCell(QString reuseIdentifier);  ///< For rows of a kind.
+  explicit TableCell(QString reuseIdentifier);  ///< A cell for one kind of rows.
 
   const QString& reuseIdentifier() const { return reuseIdentifier_; }  ///< The kind of rows.
 
@@ -22,7 +22,7 @@ class ORN_SCREENS_EXPORT TableCell : public QAbstractButton {
   /// Whether it takes clicks and keys.
   void setUserInteractionEnabled(bool isEnabled) { isUserInteractionEnabled_ = isEnabled; }
 
-  /// The mark at the right edge that leads on.
+  /// The mark at the right edge of a row that opens something.
   void setDisclosureMark(bool isShown) { hasDisclosureMark_ = isShown; }
   void setCornerRadius(int radius) { cornerRadius_ = radius; }  ///< Rounds its corners, in points.
 

@@ -24,7 +24,7 @@ void TableViewSource::didSelectRowAtIndexPath(TableView& /*tableView*/, IndexPat
 
 TableView::TableView(QWidget* parent) : QAbstractScrollArea(parent) {
   makePhoneScrolling(this);
-  setFocusPolicy(Qt::ClickFocus);  // it is where the keyboard waits for a row, and shows nothing of it
+  setFocusPolicy(Qt::ClickFocus);  // the keyboard waits here for a row; nothing shows that
   viewport()->setObjectName(QLatin1String(kGroundName));
   viewport()->setAutoFillBackground(true);
 }
@@ -94,7 +94,7 @@ void TableView::arrange() {
   isArranging_ = false;
 }
 
-/// The tabulator key goes down the table as the eye does, whatever was made first.
+/// The tabulator key goes down the rows as they are seen, whatever was made first.
 void TableView::orderForTabulator() {
   QWidget* last = this;
   const auto append = [&last](QWidget* next) {
@@ -190,7 +190,7 @@ TableCell* TableView::makeCell(IndexPath indexPath) {
   cell->setParent(viewport());
   cell->disconnect(this);
   connect(cell, &TableCell::clicked, this, [this, cell, indexPath] {
-    if (cell->isUserInteractionEnabled()) select(indexPath);  // a screen reader's press comes this way alone
+    if (cell->isUserInteractionEnabled()) select(indexPath);  // a screen reader's press comes only this way
   });
   return cell;
 }
@@ -235,8 +235,8 @@ void TableView::resizeEvent(QResizeEvent* /*event*/) {
   arrange();
 }
 
-/// Rows that were made while Qt took a picture of the window, hidden as the table was, have come into a standstill of
-/// all painting, which they would keep.
+/// Rows that are made while Qt takes a picture of the window with the table hidden have their painting switched off,
+/// and would keep that.
 void TableView::showEvent(QShowEvent* /*event*/) {
   for (QWidget* one : viewport()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
     one->setUpdatesEnabled(true);

@@ -82,7 +82,7 @@ class ORN_SCREENS_EXPORT TableView final : public QAbstractScrollArea {
   /// Asks the source for everything anew. A cell in view goes back to its own row first.
   void reloadData();
 
-  /// A cell that is out of use, the row's own one at best; null if there is none.
+  /// A cell that is out of use, the row's own one if possible; null if there is none.
   TableCell* dequeueReusableCell(const QString& identifier, IndexPath indexPath);
 
   /// The cell of a row that is in view; null otherwise.

@@ -47,7 +47,7 @@ void TextLabel::spread() {
   setGeometry(textFrame_.adjusted(0, -over, 0, over).toAlignedRect());
 }
 
-/// Makes the text of what of the line can be shown, and gives the frame for it.
+/// Makes the text of the part of the line that can be shown, and returns the frame for it.
 QRectF TextLabel::fitLine() {
   const QFontMetricsF metrics(line_->font);
   const double least = frame_.width(), most = parentWidget() ? std::max<double>(parentWidget()->width(), least) : least;

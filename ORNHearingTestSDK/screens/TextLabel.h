@@ -10,8 +10,8 @@
 
 namespace orn {
 
-/// A text in a frame, in the middle of its height. One that is higher than the frame reaches over it evenly and is not
-/// cut off; so does a single line that is wider, as far as the parent goes, where it is cut off with dots.
+/// A text in a frame, in the middle of its height. A text that is higher than the frame extends evenly beyond it and is
+/// not cut off; so does a single line that is wider, up to the edges of the parent, where it is cut off with dots.
 class TextLabel : public QLabel {
  public:
   explicit TextLabel(QWidget* parent);

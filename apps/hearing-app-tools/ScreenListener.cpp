@@ -30,7 +30,7 @@ ScreenListener::~ScreenListener() = default;
 
 void ScreenListener::setListening(bool isListening) {
   isListening_ = isListening;
-  listener_.reset();  // what it hears next does not follow on what it heard last
+  listener_.reset();  // what it hears next does not continue what it heard last
 }
 
 void ScreenListener::hear(std::span<const std::int16_t> samples) {

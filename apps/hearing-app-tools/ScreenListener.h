@@ -13,8 +13,8 @@ namespace orn {
 class HostApplication;
 class ORNManualHearingTest;
 
-/// A virtual listener in front of the screens: hears the samples of the output and presses the button for "heard", from
-/// one test to the next. Main thread; gone before the application.
+/// A virtual listener in front of the screens, for one test after another: it hears the output's samples and presses
+/// the button for "heard". Main thread; it must go before the application.
 class ScreenListener {
  public:
   /// How a press is made; by default it clicks the button, or tells the session where no button shows.
@@ -26,7 +26,7 @@ class ScreenListener {
   ScreenListener(const ScreenListener&) = delete;
   ScreenListener& operator=(const ScreenListener&) = delete;
 
-  /// Whether it listens, which it does not at first.
+  /// Whether it listens; at first it does not.
   void setListening(bool isListening);
 
  private:
@@ -40,10 +40,10 @@ class ScreenListener {
   bool isListening_ = false;
   std::shared_ptr<ORNManualHearingTest> session_;
   std::unique_ptr<simulation::VirtualListener> listener_;
-  std::shared_ptr<ScreenListener*> self_;  // what the output's calls and late presses look for
+  std::shared_ptr<ScreenListener*> self_;  // held weakly by the output's calls and by delayed presses
 };
 
-/// Someone whose hearing falls off towards the high tones, more so on the right.
+/// A listener with a loss at high frequencies, a larger one in the right ear.
 simulation::ListenerTraits sampleListener();
 
 }  // namespace orn

@@ -22,7 +22,7 @@
 namespace orn {
 namespace {
 
-constexpr double kToRest = 1.5;  // longer than anything moves
+constexpr double kToRest = 1.5;  // longer than any animation
 constexpr double kLongestEar = 3600;
 
 [[noreturn]] void failFor(const QString& what) { throw std::runtime_error(what.toStdString()); }
@@ -78,7 +78,7 @@ void ScreenshotScript::settle() {
 
 void ScreenshotScript::open() {
   host_->open();
-  settle();  // exposes the window; what waits for its first frame comes with the next one
+  settle();  // exposes the window; run() then does what waits for its first frame
   run(kToRest);
 }
 
@@ -89,7 +89,7 @@ void ScreenshotScript::run(double seconds) {
 }
 
 void ScreenshotScript::press(const QString& buttonName) {
-  QAbstractButton* newest = nullptr;  // an alert's goes before one that it covers
+  QAbstractButton* newest = nullptr;  // the button of an alert goes before one that it covers
   for (QAbstractButton* one : host_->window().findChildren<QAbstractButton*>()) {
     if (one->isVisible() && one->accessibleName() == buttonName) newest = one;
   }

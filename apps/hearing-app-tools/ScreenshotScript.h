@@ -16,23 +16,24 @@
 
 namespace orn {
 
-/// The application on a simulated machine in virtual time, a scripted service and a virtual listener: what can be done
-/// with it, and its picture. Operations throw std::runtime_error where what they are for isn't there.
+/// Drives the application on a simulated machine in virtual time, with a scripted service and a virtual listener, and
+/// takes pictures of it. An operation throws std::runtime_error if the button, field or text that it is about isn't
+/// there.
 class ScreenshotScript {
  public:
-  /// Without a profile the application asks for one. Nothing is answered until answer() says so.
+  /// Without a profile the application asks for one. The service answers nothing until answer() says what.
   ScreenshotScript(const ScreenSize& screen, QString folder, const std::optional<Profile>& profile,
                    const std::string& serviceHost = "service.example");
 
-  /// What the service answers to requests whose address has this part; nothing stands for an unreachable service.
+  /// What the service answers to requests whose address contains this part; no body stands for an unreachable service.
   void answer(const std::string& addressPart, const std::optional<std::string>& body,
               std::chrono::milliseconds delay = std::chrono::milliseconds(10));
 
-  /// The service answers everything well, with sample calibration of what is plugged in and this list of tests as
-  /// JSON.
+  /// The service accepts everything, and answers with the sample calibration of what is plugged in and with this JSON
+  /// list of tests.
   void answerAll(const std::string& tests);
 
-  /// Opens the application and lets it meet the service.
+  /// Opens the application and lets it make its first requests.
   void open();
 
   /// Ends the application and opens it again on the same machine.
@@ -40,10 +41,10 @@ class ScreenshotScript {
 
   void run(double seconds);
 
-  /// Presses the button of this name and lets what it starts come to rest.
+  /// Presses the button of this name and runs until what it started has come to rest.
   void press(const QString& buttonName);
 
-  /// Opens what a press on this place of the window opens, in points.
+  /// Clicks this place of the window, in points.
   void pressAt(QPoint place);
 
   void type(const QString& fieldName, const QString& text);

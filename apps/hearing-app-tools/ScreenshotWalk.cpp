@@ -127,7 +127,7 @@ class Walk {
     script.shoot("check-audiometer-question");
   }
 
-  ScreenshotScript openUnchecked(const QString& device) {
+  ScreenshotScript openWith(const QString& device) {
     ScreenshotScript script = open();
     if (device == kEarphones) {
       script.devices().plugEarphones();
@@ -135,19 +135,18 @@ class Walk {
       plugAudiometer(script);
     }
     script.answerAll("[]");
+    return script;
+  }
+
+  ScreenshotScript openUnchecked(const QString& device) {
+    ScreenshotScript script = openWith(device);
     script.settings().removeValue(kCheckedDevicesDefault);
     script.press(device);
     return script;
   }
 
   ScreenshotScript openTest(const QString& device) {
-    ScreenshotScript script = open();
-    if (device == kEarphones) {
-      script.devices().plugEarphones();
-    } else {
-      plugAudiometer(script);
-    }
-    script.answerAll("[]");
+    ScreenshotScript script = openWith(device);
     script.press(device);
     script.listener().setListening(true);
     return script;

@@ -13,7 +13,7 @@
 namespace orn {
 namespace {
 
-/// The ratio of a screen holds for a whole process.
+/// In a process of its own, since the ratio of a screen holds for a whole process.
 int takeThoseOf(const ScreenSize& screen, int& argc, char** argv, const std::string& folder) {
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   setenv("QT_SCALE_FACTOR", std::to_string(screen.ratio).c_str(), 1);

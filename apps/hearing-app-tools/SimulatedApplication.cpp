@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kPanelGap = 16;
 
-/// The window shows all that it has to show.
+/// For measurements of a start, to which this line is the end.
 void endAtFirstFrame() {
   std::puts("frame");
   std::fflush(stdout);
@@ -40,7 +40,7 @@ int runSimulated(const std::function<void(const Platform&)>& begin, const std::f
   application.onOtherMode = onOtherMode;
   ScreenListener listener(*simulated.machine().audioOutput, application, sampleListener());
   std::optional<SimulationPanel> panel;
-  std::exception_ptr failure;  // carried past the event loop, which nothing may be thrown through
+  std::exception_ptr failure;  // carried past the event loop: nothing may be thrown through that
   application.open([&] {
     if (endsAtFirstFrame) return endAtFirstFrame();
     try {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 
@@ -14,17 +13,17 @@ class HearingService;
 }
 
 /// Everything that the application needs, on any machine: a simulated machine, and a service of its own on the loopback
-/// interface, whose database goes with this object. Main thread.
+/// interface, whose database is deleted with this object. Main thread.
 class SimulatedHost {
  public:
-  /// In real time on the given loop, or without one in virtual time, where each request waits for its reply. Throws
-  /// std::runtime_error if there is no place for a database.
+  /// In real time on the given loop; without a loop in virtual time, where each request waits for its reply. Throws
+  /// std::runtime_error if there is no place for the database.
   explicit SimulatedHost(std::shared_ptr<RunLoop> realTime = {});
   ~SimulatedHost();
   SimulatedHost(const SimulatedHost&) = delete;
   SimulatedHost& operator=(const SimulatedHost&) = delete;
 
-  /// Begins the service, of which the machine knows from here on. Throws std::runtime_error if it can't be had.
+  /// Starts the service and puts its address into the machine's settings. Throws std::runtime_error if it can't start.
   service::HearingService& startService();
 
   Platform platform() const;

@@ -15,7 +15,7 @@ class SimulatedHost;
 /// listener press.
 class SimulationPanel final : public QWidget {
  public:
-  /// Both outlive the panel.
+  /// Both must outlive the panel.
   SimulationPanel(SimulatedHost& host, ScreenListener& listener);
 
  private:

@@ -6,12 +6,12 @@ namespace orn {
 
 class ORNManualHearingTest;
 
-/// In the settings, one device a line.
+/// A setting: one device on each line.
 inline constexpr auto kCheckedDevicesDefault = "CHECKEDDEVICES";
 
-// The devices whose sound the user has checked or does not want to check, in the settings. Main thread.
+// The devices whose channels the user has checked, or does not want to check. Main thread.
 
-/// A name for the device that a session's tones go to: the audiometer's address, or the output that is there now.
+/// A name for the device that a session's tones go to: the audiometer's address, or the present output.
 std::string deviceOf(const ORNManualHearingTest& session);
 
 bool isDeviceChecked(const std::string& device);

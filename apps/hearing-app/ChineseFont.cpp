@@ -15,7 +15,7 @@ namespace orn {
 namespace {
 
 constexpr auto kNotice =
-    "This system has no font for Chinese, in which all texts of the application are.\n"
+    "This system has no font for Chinese, the language of all texts of the application.\n"
     "Install one and open the application again. On Debian and Ubuntu: apt install fonts-wqy-microhei";
 
 /// Where a system has no font at all, every glyph is a box and none of them has the number 0.

@@ -9,20 +9,20 @@ class QWidget;
 
 namespace orn {
 
-/// Holds a window that is being closed, by its user or as the program is told to end, for as long as something has to
-/// come to its end first, and for ten seconds at most. Main thread; gone before the window.
+/// Keeps a window that is being closed, by its user or because the program is told to end, open until something has
+/// finished, for ten seconds at most. Main thread; it must go before the window.
 class ClosingDelay final : public QObject {
  public:
   explicit ClosingDelay(QWidget& window);
 
   /// Called whenever the window is told to close, before anything else.
   std::function<void()> onClose;
-  /// Whether something is under way.
+  /// Whether something has still to finish.
   std::function<bool()> isBusy;
   /// Called once, when the window is held.
   std::function<void()> onHeld;
 
-  /// Closes the window that was held, and does nothing to another one.
+  /// Closes the window if it is held.
   void release();
 
  protected:
@@ -33,7 +33,7 @@ class ClosingDelay final : public QObject {
 
   QWidget& window_;
   bool isHeld_ = false, isReleased_ = false;
-  std::shared_ptr<ClosingDelay*> self_;  // what the call at the end of the time looks for
+  std::shared_ptr<ClosingDelay*> self_;  // held weakly by the call at the end of that time
 };
 
 }  // namespace orn

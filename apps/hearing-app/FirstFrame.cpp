@@ -25,7 +25,7 @@ class Exposure : public QObject {
   }
 
  private:
-  /// What is done after the event that is under way.
+  /// The action comes after the event that is under way.
   void happen() {
     if (!action_) return;
     QTimer::singleShot(0, parent(), std::exchange(action_, nullptr));

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kMargin = 24;
 constexpr int kWidest = 480;
-constexpr int kLongestAnswer = 255;  // characters, as a host's name
+constexpr int kLongestAnswer = 255;  // in characters; no host's name is longer
 
 // The colours of the screens.
 constexpr auto kStyle =

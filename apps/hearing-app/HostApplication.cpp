@@ -7,6 +7,7 @@
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QAbstractButton>
 
+#include <ORNHearingTestSDK/common/DefaultsReading.h>
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
 #include <ORNHearingTestSDK/platform/UserDefaults.h>
 #include <ORNHearingTestSDK/results/ServiceHost.h>
@@ -29,13 +30,12 @@
 namespace orn {
 namespace {
 
-/// Of this application at the service, unless the settings hold another one.
+/// This application's key at the service, unless the settings hold another one.
 constexpr auto kAppKey = "hearing-app";
 
 std::optional<std::string> setting(const char* key) {
-  const auto value = Platform::current().userDefaults->value(key);
-  const auto* text = value ? std::get_if<std::string>(&*value) : nullptr;
-  return text && !text->empty() ? std::optional(*text) : std::nullopt;
+  auto text = textValue(Platform::current().userDefaults->value(key));
+  return text == "" ? std::nullopt : text;
 }
 
 void keepHost(const std::string& host) {
@@ -70,12 +70,12 @@ HostApplication::~HostApplication() {
   closing_.reset();
   selection_.reset();
   window_.reset();
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);  // views that look at the platform as they go
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);  // views, whose destructors use the platform
   Platform::clearCurrent();
 }
 
 void HostApplication::open(const std::function<void()>& whenShown) {
-  // A simulation's service comes once the window shows.
+  // A simulation starts its service once the window shows.
   if (mode_ == Mode::Real && !isServiceHostSet()) {
     askForService();
   } else if (!isProfileKept()) {
@@ -108,7 +108,7 @@ void HostApplication::askForService() {
   window_->present(NavigationController::initWithRootViewController(screen), window_->navigation());
 }
 
-/// Over the question before it, which can be gone back to.
+/// On top of the question before it, to which the user can go back.
 void HostApplication::askForProfile(const std::shared_ptr<NavigationController>& before) {
   const auto screen = ProfileScreen::init();
   screen->onDone = [this, weak = std::weak_ptr(screen)](const Profile& profile) {
@@ -156,7 +156,7 @@ void HostApplication::changeService() {
 
 /// In a simulation there is nothing to hear.
 bool HostApplication::offersCheck(const std::shared_ptr<ORNHearingTestViewController>& test) {
-  const auto owner = test->test();  // the screen's, and here for as long as this takes
+  const auto owner = test->test();  // the screen's own, kept alive for as long as this takes
   const ORNManualHearingTest* session = owner ? owner->manualTest() : nullptr;
   if (!session || mode_ == Mode::Simulation) return false;
   const std::string device = deviceOf(*session);

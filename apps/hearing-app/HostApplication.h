@@ -3,7 +3,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 
 #include <QtCore/QString>
 
@@ -25,28 +24,29 @@ class ResultKeeper;
 class ServiceScreen;
 struct ORNSelectTypeDelegate;
 
-/// The settings that this application adds to the library's.
+/// A setting that this application adds to the library's.
 inline constexpr auto kShopURLDefault = "SHOPURL";  ///< http or https
 
-/// Whether an application works on a real machine and a real service, or on simulated ones, which it then says for as
-/// long as it is there.
+/// Whether an application works on a real machine and with a real service, or on simulated ones; it then says so all
+/// the time.
 enum class Mode { Real, Simulation };
 
-/// The application: its window with the device selection, the way to the history and to the shop, and what the user is
-/// told of the service. It asks for what it needs first: the service's address and a profile; and before the first test
-/// of a device it offers a check of its channels. Main thread, after the QApplication.
+/// The application: its window with the device selection, the ways to the history and to the shop, and what it says of
+/// the service. First it asks for what it needs, the service's address and a profile; before the first test of a device
+/// it offers a check of its channels. Main thread, after the QApplication.
 ///
-/// What a host developer minds besides: that no result is lost (ResultKeeper, ClosingDelay).
+/// For developers of hosts: ResultKeeper and ClosingDelay see to it that no result is lost.
 class HostApplication {
  public:
-  /// Puts the platform in force for its life. A given profile is registered without asking for one.
+  /// Puts the platform in force for as long as it lives. A given profile is registered without asking for one.
   explicit HostApplication(Platform platform, const std::optional<Profile>& profile = {}, Mode mode = Mode::Real);
   ~HostApplication();
   HostApplication(const HostApplication&) = delete;
   HostApplication& operator=(const HostApplication&) = delete;
 
   /// Shows the window: the device selection, or first the questions for the service and for a profile where there is
-  /// none. Once it has been painted, calls an action, and then meets the service, whose first request takes its time.
+  /// none. Once it has been painted, calls the action and then makes the first requests to the service, which take
+  /// their time.
   void open(const std::function<void()>& whenShown = {});
 
   /// The user wants to see the other mode: the simulation, or the real application again. Without it neither is
@@ -65,7 +65,7 @@ class HostApplication {
   QAbstractButton* heardButton() const;
 
  private:
-  struct Life {};  // what calls that come later look for
+  struct Life {};  // held weakly by calls that come later
 
   std::shared_ptr<ServiceScreen> makeServiceScreen();
   void askForService();

@@ -10,28 +10,28 @@
 
 namespace orn {
 
-// What the program does beside being a host of the library. A host of one's own needs none of it; the folder
-// hearing-app-tools has it, and none of this folder's files but the program's main() knows of it.
+// What the program does besides being a host of the library; another host needs none of it. It is implemented in the
+// folder hearing-app-tools, and in this folder only main() uses it.
 
-/// What the event loop of a mode ends with when its user wants the other one.
+/// The exit code of a mode's event loop when the user wants the other mode.
 inline constexpr int kOtherMode = 1000;
 
-/// The whole application on a simulated machine with a service of its own, and beside it the panel that plugs and
-/// unplugs. `begin` is handed the machine once the window is shown and the service has begun; at the first frame the
-/// event loop ends where that is asked; `onOtherMode` is called when the user has seen enough of it. Needs the
-/// QApplication; the answer is the program's exit code.
+/// Runs the whole application on a simulated machine with a service of its own, beside a panel that plugs and unplugs
+/// its devices. `begin` gets the machine once the window is shown and the service has started; `onOtherMode` is called
+/// when the user leaves the simulation. With `endsAtFirstFrame` the event loop ends at the first frame. Needs the
+/// QApplication; returns the program's exit code.
 int runSimulated(const std::function<void(const Platform&)>& begin, const std::function<void()>& onOtherMode,
                  bool endsAtFirstFrame);
 
-/// A screen: its size in points, and pixels to a point.
+/// A screen: its size in points, and its pixels per point.
 struct ScreenSize {
   QSize points;
   int ratio = 1;
   QSize pixels() const { return points * ratio; }
 };
 
-/// Saves every screen and dialog as PNG in a folder, on each of these sizes; makes its own QApplication. The answer is
-/// the program's exit code; what goes wrong is thrown, as std::exception.
+/// Saves every screen and dialog as PNG in a folder, at each of these sizes; makes its own QApplication. Returns the
+/// program's exit code; throws a std::exception on a failure.
 int takeScreenshots(int& argc, char** argv, const std::string& folder, const std::vector<ScreenSize>& screens);
 
 }  // namespace orn

@@ -16,7 +16,7 @@ namespace {
 
 using std::chrono::system_clock;
 
-/// The service that has taken the profile; the library's keys are there before.
+/// A setting: the service that has taken the profile.
 constexpr auto kRegisteredWith = "PROFILEREGISTERED";
 
 UserDefaults& defaults() { return *Platform::current().userDefaults; }

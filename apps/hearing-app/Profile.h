@@ -25,8 +25,8 @@ bool isProfileKept();
 /// Keeps a new profile under a new user id, not yet registered.
 void keepProfile(const Profile& profile);
 
-/// Registers the kept profile with the service of the settings, unless that one has it. `done` is told once there is an
-/// answer, and not at all if there is nothing to do. A profile that was not taken is sent again at the next call.
+/// Registers the kept profile with the service of the settings, unless that has it already. `done` is called once there
+/// is an answer, and never if there is nothing to do. A profile that was not taken is sent again at the next call.
 void registerKeptProfile(std::function<void(std::optional<Error>)> done);
 
 }  // namespace orn

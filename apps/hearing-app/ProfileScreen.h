@@ -23,7 +23,7 @@ class ProfileScreen final : public Screen {
   static std::shared_ptr<ProfileScreen> init();
   ~ProfileScreen() override;
 
-  /// Told of a complete profile, once.
+  /// Called once, with a complete profile.
   std::function<void(const Profile&)> onDone;
 
   QWidget* firstFocus() const override;

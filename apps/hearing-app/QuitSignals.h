@@ -10,7 +10,7 @@ namespace orn {
 /// changed, the volume above all, is put back. Call holdEndingSignals() first of all.
 class QuitSignals {
  public:
-  /// Needs the QApplication, and goes before it.
+  /// Needs the QApplication, and must go before it.
   QuitSignals();
   ~QuitSignals();
   QuitSignals(const QuitSignals&) = delete;

@@ -19,7 +19,7 @@ std::vector<UnsentResult> leftOver() {
 }  // namespace
 
 ResultKeeper::Ended ResultKeeper::keep(const FinishedTest& test) {
-  // Somebody's from here on: of the user of the settings, for whom it is submitted.
+  // The result belongs to the user of the settings from here on: it is submitted for them.
   const auto identity = serviceIdentity();
   const UnsentResult result{identity ? identity->userID : "", std::chrono::floor<std::chrono::seconds>(test.ended),
                             test.left, test.right, test.device};

@@ -15,9 +15,9 @@
 
 namespace orn {
 
-/// Sees to it that no finished test is lost: a result is on the disk from when its submission begins until the service
-/// has taken it, also where this program ends in between. What is left over can be submitted later, once: a result that
-/// the service holds already, because only its answer was lost, is not sent again. Main thread.
+/// Sees to it that no finished test is lost: a result stays on the disk from the start of its submission until the
+/// service has taken it, even if this program ends in between. What is left over can be submitted later, once: a result
+/// that the service already holds, because only its answer was lost, is not sent again. Main thread.
 class ResultKeeper : public std::enable_shared_from_this<ResultKeeper> {
  public:
   /// `say` tells the user what became of a result.
@@ -25,14 +25,14 @@ class ResultKeeper : public std::enable_shared_from_this<ResultKeeper> {
 
   using Ended = std::function<void(const std::optional<Error>&)>;
 
-  /// A test is finished and its submission begins; what is to be told of the submission's end.
+  /// Call it when a test is finished and its submission begins; returns what to call when the submission has ended.
   Ended keep(const FinishedTest& test);
 
   bool isSubmitting() const { return underWay_ > 0; }
   /// Called when the last submission that was under way has ended.
   std::function<void()> onIdle;
 
-  /// Results of the user of the settings that are left over, those under way among them.
+  /// How many results of the user of the settings are left over, including those under way.
   std::size_t unsent() const;
   /// Submits them one after the other, until one fails.
   void submitUnsent();

@@ -14,15 +14,15 @@ class QVBoxLayout;
 
 namespace orn {
 
-/// Asks where the service is, which everything else comes from, and says what is wrong with an address. Where there is
-/// none it leads to the simulation. Main thread.
+/// Asks for the address of the service, from which everything else comes, and says what is wrong with an address.
+/// Without a service the user can go to the simulation. Main thread.
 class ServiceScreen final : public Screen {
  public:
-  /// With the address so far.
+  /// With the present address, which may be empty.
   static std::shared_ptr<ServiceScreen> initWithHost(const std::string& host);
   ~ServiceScreen() override;
 
-  /// Told of each address that is entered and that a request can be sent to.
+  /// Called with each address that is entered and to which a request can be sent.
   std::function<void(const std::string& host)> onDone;
 
   /// The user wants to see the simulation. Set it before the screen is shown; without it there is no such button.

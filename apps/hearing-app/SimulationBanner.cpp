@@ -24,7 +24,7 @@ SimulationBanner::SimulationBanner(NavigationWindow& window) : QLabel(&window) {
   window.installEventFilter(this);
 }
 
-/// Whatever comes into the window comes beneath it.
+/// Stays on top of whatever is added to the window.
 bool SimulationBanner::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Resize) resize(parentWidget()->width(), kHeight);
   if (event->type() == QEvent::ChildAdded) QTimer::singleShot(0, this, &QWidget::raise);

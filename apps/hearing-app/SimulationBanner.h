@@ -6,7 +6,7 @@ namespace orn {
 
 class NavigationWindow;
 
-/// A strip along the top of a window that says of all of it that it is a simulation. Main thread.
+/// A strip along the top of a window, which says that all of it is a simulation. Main thread.
 class SimulationBanner final : public QLabel {
  public:
   explicit SimulationBanner(NavigationWindow& window);

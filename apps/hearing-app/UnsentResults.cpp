@@ -34,7 +34,7 @@ std::string textIn(const json& object, const std::string& key) {
   return found != object.end() && found->is_string() ? found->get<std::string>() : "";
 }
 
-/// The thresholds of an ear in what a submission and a stored test have in common.
+/// The thresholds of an ear, whose fields an entry of the file and a stored test have in common.
 EarResult earIn(const json& fields, const std::string& ear) {
   EarResult result;
   for (const std::string& hz : frequencyKeys(kToneFrequencies)) {
@@ -66,7 +66,7 @@ std::optional<UnsentResult> resultOf(const json& entry) {
                       earIn(entry, "left"), earIn(entry, "right"), textIn(entry, "headset")};
 }
 
-/// Whatever is no list of results has nothing to offer.
+/// Empty where the file is missing or holds no list.
 json kept() {
   const auto file = path();
   const auto bytes = file ? files().contents(*file) : std::nullopt;

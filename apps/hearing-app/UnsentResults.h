@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,9 +10,9 @@
 
 namespace orn {
 
-/// A finished test that the service has not been known to take.
+/// A finished test that the service is not known to have taken.
 struct UnsentResult {
-  std::string user;                             ///< Whose it is, by the id of the settings.
+  std::string user;                             ///< The user's id in the settings.
   std::chrono::system_clock::time_point ended;  ///< To the second.
   EarResult left, right;
   std::string headset;  ///< The audiometer's address or the earphones' model.
@@ -34,7 +33,7 @@ class UnsentResults {
   /// False if it could not be written.
   static bool add(const UnsentResult& result);
 
-  /// One of them; the others stay.
+  /// Removes one of them, if it is there.
   static void remove(const UnsentResult& result);
 };
 

@@ -40,7 +40,7 @@ std::string checkHost(const std::string& text) {
 
 std::string checkWebPage(const std::string& text) {
   return text.starts_with("http://") || text.starts_with("https://") ? ""
-                                                                     : "'" + text + "' is no http or https address";
+                                                                     : "'" + text + "' is not an http or https address";
 }
 
 /// WIDTHxHEIGHT or WIDTHxHEIGHT@RATIO.
@@ -53,7 +53,7 @@ std::optional<orn::ScreenSize> screenSize(const std::string& text) {
 }
 
 std::string checkScreen(const std::string& text) {
-  return screenSize(text) ? "" : "'" + text + "' is no size like 375x667 or 360x720@3, of at least 320 points";
+  return screenSize(text) ? "" : "'" + text + "' is not a size like 375x667 or 360x720@3, of at least 320 points";
 }
 
 int takeScreenshots(int& argc, char** argv, const Options& options) {
@@ -66,7 +66,7 @@ void keep(const orn::Platform& machine, const char* key, const std::string& valu
   if (!value.empty()) machine.userDefaults->setValue(key, value);
 }
 
-/// Settings that are given on the command line last.
+/// What the command line sets is kept for the next start.
 void keepSettings(const orn::Platform& machine, const Options& options) {
   keep(machine, orn::kServiceHostDefault, options.host);
   keep(machine, orn::kShopURLDefault, options.shop);
@@ -89,7 +89,7 @@ int runReal(const Options& options) {
   return QApplication::exec();
 }
 
-/// No service but its own gets to see what is simulated.
+/// Only its own service gets the results of a simulation.
 int runSimulated(const Options& options) {
   return orn::runSimulated([&](const orn::Platform& machine) { keep(machine, orn::kShopURLDefault, options.shop); },
                            toOtherMode, options.endsAtFirstFrame);
@@ -108,7 +108,7 @@ bool isSet(const char* variable) {
   return value && *value != '\0';
 }
 
-/// Where there is none, Qt would abort.
+/// Without a display Qt would abort.
 void requireDisplay() {
   if (!isSet("QT_QPA_PLATFORM") && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
     throw std::runtime_error("there is no display: neither DISPLAY nor WAYLAND_DISPLAY is set");
@@ -130,11 +130,11 @@ int run(int& argc, char** argv) {
                        ->excludes(host);
   app.add_flag("--end-at-first-frame", options.endsAtFirstFrame)->needs(simulate)->group("");  // for measurements
   auto* screenshots = app.add_option("--screenshots", options.screenshots,
-                                     "Saves every screen and dialog as PNG in this folder, and ends")
+                                     "Saves every screen and dialog as PNG in this folder, and exits")
                           ->option_text("DIR")
                           ->excludes(simulate);
   app.add_option("--screen", options.screens,
-                 "A size for them in points, and pixels to a point; more than once for more")
+                 "A size for them in points, with pixels per point; may be given several times")
       ->check(checkScreen)
       ->option_text("WIDTHxHEIGHT[@RATIO]")
       ->needs(screenshots);

@@ -9,7 +9,7 @@
 namespace orn::service {
 namespace {
 
-// Another process may have the file open, a database browser say.
+// Another process may have the file open, such as a database browser.
 constexpr int kBusyMilliseconds = 10'000, kNapMilliseconds = 10;
 
 int waitWhileBusy(void* givesUp, int naps) {

@@ -20,9 +20,9 @@ class DatabaseError : public std::runtime_error {
 /// One SQLite connection. One thread at a time; everything throws DatabaseError on a failure.
 class Database {
  public:
-  /// Makes the file, for its owner alone, if there is none; ":memory:" keeps everything in memory. Where another
-  /// process holds the file, an operation waits for up to 10 s, and fails at once where it `givesUp`; asked on the
-  /// thread of the operation.
+  /// Makes the file, for its owner alone, if there is none; ":memory:" keeps everything in memory. While another
+  /// process holds the file, an operation waits, for up to 10 s, or until `givesUp`, which is called on its thread,
+  /// says true; then it fails.
   explicit Database(const std::string& file, std::function<bool()> givesUp = {});
 
   void execute(const char* sql);

@@ -62,7 +62,7 @@ json sdkRegister(const Request& request, TestStore& store) {
   return success();
 }
 
-/// From "<user id>/<app key>", both percent-escaped. What an escape stands for is text, a slash too.
+/// From "<user id>/<app key>", both percent-escaped. An escaped slash is part of the text.
 Account accountOfPath(std::string_view path) {
   const auto slash = path.find('/');
   if (slash == std::string_view::npos) throw BadRequest("the path lacks the application key");

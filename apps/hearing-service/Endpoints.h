@@ -17,8 +17,8 @@ enum class Outcome { Success = 0, BadRequest = 1, StoreFailure = 2 };
 /// A reply that says that nothing was done, and why.
 nlohmann::json refusal(Outcome outcome, std::string_view why);
 
-/// The path of a request without what it tells of a person: "*" in place of user id and application key, and not a
-/// letter of a path that is none of ours.
+/// The path of a request without personal data: "*" in place of user id and application key, and "(unknown path)" for a
+/// path that is not the service's.
 std::string pathOfNobody(std::string_view target);
 
 /// Carries a request out. A bad one, or one that the store fails on, ends in a refusal and leaves the store as it was.

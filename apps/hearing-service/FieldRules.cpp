@@ -23,7 +23,7 @@ bool isFlag(std::string_view text) { return text == "0" || text == "1"; }
 void requireThreshold(std::string_view text) {
   int db = 0;
   if (text.size() <= 3 && readsWholly(text, db) && db >= -10 && db <= 120) return;
-  throw BadRequest("a threshold is no whole number from -10 to 120");
+  throw BadRequest("a threshold is not a whole number from -10 to 120");
 }
 
 void requireBase(std::string_view text) {
@@ -36,7 +36,7 @@ void requireGender(std::string_view text) {
 
 void requireBirthday(std::string_view text) {
   if (!ORNUtils::dayFormatter().dateFromString(std::string(text))) {
-    throw BadRequest("birthday is no date of the form yyyyMMdd");
+    throw BadRequest("birthday is not a date of the form yyyyMMdd");
   }
 }
 

@@ -9,7 +9,7 @@ namespace orn::service {
 std::string checkedText(std::string text) {
   if (text.size() > kLongestText) throw BadRequest("a text is longer than 256 bytes");
   if (text.find('\0') != std::string::npos) throw BadRequest("a text holds a NUL");
-  if (!isUtf8(text)) throw BadRequest("a text is no UTF-8");
+  if (!isUtf8(text)) throw BadRequest("a text is not UTF-8");
   return text;
 }
 

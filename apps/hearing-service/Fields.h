@@ -14,7 +14,7 @@ using FieldNames = std::span<const std::string_view>;
 
 constexpr std::size_t kLongestText = 256;  ///< In bytes, of every text that a client sends.
 
-/// The text itself. Throws BadRequest if it is longer than kLongestText, holds a NUL or is no UTF-8.
+/// The text itself. Throws BadRequest if it is longer than kLongestText, holds a NUL or is not UTF-8.
 std::string checkedText(std::string text);
 
 /// Throws BadRequest unless the fields are exactly those named.

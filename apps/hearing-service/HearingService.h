@@ -18,21 +18,21 @@ struct ServiceOptions {
   Listening listening = {};
   std::string database = ":memory:";  ///< A file, or ":memory:" for one that ends with the service.
   Misbehaviour misbehaviour = {};
-  /// Dates the submitted tests; called on any thread, many at once.
+  /// Dates the submitted tests; called on any thread, on several at once.
   std::function<std::chrono::system_clock::time_point()> now = std::chrono::system_clock::now;
-  Log log = {};  ///< Told of every request and refusal; empty for none.
+  Log log = {};  ///< Told of every request and refusal; may be empty.
   LogDetail detail = LogDetail::NoPersons;
-  /// Whether the service is to end while its constructor still waits for the database, which then throws.
+  /// Whether the service is to end while its constructor still waits for the database; the constructor then throws.
   std::function<bool()> isEnding = [] { return false; };
 };
 
-/// The cloud service that the library talks to: from its constructor to its destructor.
+/// The cloud service that the library talks to. It runs from its constructor to its destructor.
 class HearingService {
  public:
-  /// Throws std::runtime_error if it can't listen as told, or the database can't be had.
+  /// Throws std::runtime_error if it can't listen as told, or if the database can't be opened.
   explicit HearingService(ServiceOptions options = {});
 
-  /// Lets delayed replies go at once, and refuses what still waits for a database that another process holds.
+  /// Sends delayed replies at once, and refuses requests that still wait for a database held by another process.
   ~HearingService();
 
   std::uint16_t port() const { return server_.port(); }

@@ -36,7 +36,7 @@ struct Exchange {
   }
 };
 
-/// Called with the first line of a request, the only place that tells the target as it was sent.
+/// Called with the first line of a request: the only call that gets the target as it was sent.
 void* beginExchange(void*, const char* target, MHD_Connection*) {
   try {
     return new Exchange{.request = {.method = {}, .target = target, .body = {}}};
@@ -80,11 +80,11 @@ sockaddr* addressOf(ListenAddress& address) { return reinterpret_cast<sockaddr*>
 
 }  // namespace
 
-/// What libmicrohttpd's calls are given.
+/// What libmicrohttpd hands to its callbacks.
 struct HttpServer::Answering {
   Handler handler;
   Log log;
-  std::string firstWords;  ///< Of libmicrohttpd, at the start.
+  std::string firstWords;  ///< What libmicrohttpd says first, at the start: why it fails.
   std::atomic<bool> isUp = false;
 
   void say(const std::string& line) const {
@@ -136,7 +136,7 @@ void HttpServer::Stopping::operator()(MHD_Daemon* daemon) const { libmicrohttpd(
 HttpServer::HttpServer(const Listening& listening, Handler handler, Log log)
     : answering_(new Answering{std::move(handler), std::move(log), {}}) {
   auto address = ListenAddress::parse(listening.address, listening.port);
-  if (!address) throw std::runtime_error("'" + listening.address + "' is no numeric address");
+  if (!address) throw std::runtime_error("'" + listening.address + "' is not a numeric address");
   // Of the ways to poll, select() alone leaves clients beyond the limit waiting; the others close their connections.
   unsigned flags = MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_THREAD_PER_CONNECTION | MHD_USE_ERROR_LOG;
   if (address->isIPv6()) flags |= MHD_USE_IPv6;

@@ -17,15 +17,15 @@ namespace orn::service {
 struct HttpReply {
   unsigned status = 200;
   std::string body;
-  std::size_t padding = 0;                 ///< Number of spaces behind the body.
-  std::optional<std::size_t> breaksAfter;  ///< The connection ends after so many bytes of the body, all announced.
+  std::size_t padding = 0;                 ///< Number of spaces after the body.
+  std::optional<std::size_t> breaksAfter;  ///< The connection ends after so many bytes of those announced.
 };
 
 /// Where and how a server listens.
 struct Listening {
   std::string address = "127.0.0.1";  ///< Numeric, IPv4 or IPv6.
   std::uint16_t port = 0;             ///< 0 takes a free one.
-  std::string certificate, key;       ///< PEM texts; with both it speaks TLS 1.2 or newer alone.
+  std::string certificate, key;       ///< PEM texts; with both it speaks only TLS 1.2 or newer.
 
   bool isSecure() const { return !certificate.empty(); }
 };
@@ -33,12 +33,12 @@ struct Listening {
 /// HTTP/1.1 for up to 256 connections at once; more have to wait.
 class HttpServer {
  public:
-  /// Called on a thread of the connection's own, so that a slow reply holds up nobody else. If it throws, the
-  /// connection ends without a reply.
+  /// Called on the connection's own thread, so that a slow reply holds up nobody else. If it throws, the connection
+  /// ends without a reply.
   using Handler = std::function<HttpReply(const Request&)>;
 
-  /// The log is told of connections that end without the handler. Throws std::runtime_error if the address or port
-  /// can't be had, or certificate and key don't do.
+  /// The log is told of connections that end without the handler. Throws std::runtime_error if the address, the port,
+  /// the certificate or the key can't be used.
   HttpServer(const Listening& listening, Handler handler, Log log);
   ~HttpServer();
 

@@ -19,8 +19,8 @@ struct LibMicrohttpd : SharedLibrary {
   ORN_FUNCTION(MHD_stop_daemon);
 };
 
-/// Loaded at the first call, which throws std::runtime_error if it can't be: an application that brings a service of
-/// its own is not to wait for it at its start. Any thread.
+/// Loaded at the first call, which throws std::runtime_error if it can't be: an application with a service of its own
+/// need not wait for it at its start. Any thread.
 inline const LibMicrohttpd& libmicrohttpd() {
   static const LibMicrohttpd library;
   return library;

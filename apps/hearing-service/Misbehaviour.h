@@ -10,12 +10,12 @@ namespace orn::service {
 struct Misbehaviour {
   enum class Kind {
     None,
-    Delay,      ///< The good reply, late.
-    Status500,  ///< The good body under status 500.
+    Delay,      ///< The correct reply, late.
+    Status500,  ///< The correct body under status 500.
     NoBody,     ///< An empty body.
     Garbage,    ///< A body that is neither JSON nor UTF-8.
-    Half,       ///< The good headers, half the body, then the end of the connection.
-    Huge,       ///< The good body with white space behind it up to 20 MiB.
+    Half,       ///< The correct headers, half the body, then the end of the connection.
+    Huge,       ///< The correct body, padded with white space to 20 MiB.
     Refuse,     ///< A refusal; the request is not carried out.
   };
   Kind kind = Kind::None;

@@ -8,7 +8,7 @@ namespace orn::service {
 
 std::string percentDecoded(std::string_view text) {
   auto plain = percentUnescaped(text);
-  if (!plain) throw BadRequest("a percent escape lacks its two digits, or stands for no UTF-8");
+  if (!plain) throw BadRequest("a percent escape lacks its two digits, or does not stand for UTF-8");
   return *std::move(plain);
 }
 

@@ -22,7 +22,7 @@ std::vector<EscapedField> escapedFields(std::string_view body) {
     if (equals != std::string_view::npos) {
       fields.emplace_back(piece.substr(0, equals), piece.substr(equals + 1));
     } else if (fields.empty()) {
-      throw BadRequest("the body is no form");
+      throw BadRequest("the body is not a form");
     } else {
       fields.back().second.append("&").append(piece);
     }
@@ -51,11 +51,11 @@ Fields jsonFields(std::string_view body) {
     return true;
   };
   const auto object = nlohmann::json::parse(body, countNames, false);
-  if (!object.is_object()) throw BadRequest("the body is no JSON object");
+  if (!object.is_object()) throw BadRequest("the body is not a JSON object");
 
   Fields fields;
   for (const auto& [name, value] : object.items()) {
-    if (!value.is_string()) throw BadRequest("a field is no text");
+    if (!value.is_string()) throw BadRequest("a field is not a text");
     fields.emplace(name, checkedText(value.get<std::string>()));
   }
   if (names != fields.size()) throw BadRequest("a field comes twice");

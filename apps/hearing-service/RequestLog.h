@@ -10,18 +10,19 @@
 
 namespace orn::service {
 
-/// Takes one line, without its end. Any thread, many at once.
+/// Takes one line, without a line break. Called on any thread, on several at once.
 using Log = std::function<void(const std::string& line)>;
 
-/// Whether a log may hold what requests tell of persons.
+/// Whether a log may hold personal data.
 enum class LogDetail { NoPersons, Persons };
 
-/// A request and what came of it: method, path, status, "rspCode", milliseconds, and of a refusal the reason. With
-/// persons, the whole path and the body too, shortened.
+/// A request and its outcome: method, path, status, "rspCode", milliseconds, and the reason of a refusal. With
+/// LogDetail::Persons also the whole path and the body, shortened.
 std::string logLine(const Request& request, unsigned status, const nlohmann::json& reply,
                     std::chrono::steady_clock::duration took, LogDetail detail);
 
-/// A log on standard error. A line that nobody takes at once is lost: the service does not stand still for it.
+/// A log on standard error. A line that can't be written at once is dropped, so that the service never waits for its
+/// log.
 Log standardErrorLog();
 
 }  // namespace orn::service

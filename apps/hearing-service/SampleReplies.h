@@ -10,7 +10,8 @@ namespace orn::service {
 /// The audiometer of this address is of production series 1, whose output is lowered; all others are of series 2.
 constexpr std::string_view kAddressOfSeries1 = "11:11:11:11:11:11";
 
-// Calibration replies, values enciphered, that fit any hardware asked for. The machine is the client's hardware model.
+// Calibration replies, with enciphered values, for any hardware that is asked for. The machine is the client's hardware
+// model.
 
 /// The audiometer's own record and those of the reference earplug models "2" and "1".
 nlohmann::json audiometerReply(const std::string& machine, const std::string& address);

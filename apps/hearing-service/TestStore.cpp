@@ -18,7 +18,7 @@ std::string placeholders(FieldNames names) {
   return list;
 }
 
-/// A file that is known to be a database may be one that an earlier version let others read.
+/// An earlier version let others read the file. Called once it is known to be a database.
 void restrictToOwner(const std::string& file) {
   struct stat status {};
   if (stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode)) chmod(file.c_str(), S_IRUSR | S_IWUSR);

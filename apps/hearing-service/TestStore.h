@@ -26,7 +26,7 @@ constexpr std::array<std::string_view, 17> kTestFields = {
     "left125hz",   "left250hz",   "left500hz",  "left1000hz", "left2000hz",  "left4000hz",
     "left8000hz",  "right125hz",  "right250hz", "right500hz", "right1000hz", "right2000hz",
     "right4000hz", "right8000hz", "base",       "headset",    "correctName"};
-constexpr std::size_t kThresholdCount = 14;  ///< Of the kTestFields, the first.
+constexpr std::size_t kThresholdCount = 14;  ///< That many are the first of the kTestFields.
 
 struct StoredTest {
   std::int64_t id = 0;
@@ -34,22 +34,22 @@ struct StoredTest {
   Fields fields;                           ///< The kTestFields.
 };
 
-/// Profiles and tests in SQLite, under accounts and field texts of any content. Any thread; every change is one
+/// The profiles and tests of accounts, in SQLite; texts may have any content. Any thread; every change is one
 /// transaction. Everything throws DatabaseError on a failure and has then changed nothing.
 class TestStore {
  public:
-  /// Makes the file and its tables where there are none, and has the file for its owner alone; ":memory:" keeps
-  /// everything in memory. Of `givesUp` see Database.
+  /// Makes the file and its tables if they are missing, and makes the file readable by its owner alone; ":memory:"
+  /// keeps everything in memory. For `givesUp` see Database.
   explicit TestStore(const std::string& file, std::function<bool()> givesUp = {});
 
   /// Replaces the account's profile; takes the kProfileFields.
   void putProfile(const Account& account, const Fields& profile);
 
-  /// Takes the kTestFields. A test's date is at least 1 ms later than that of the account's test before it, whatever
-  /// the clock says.
+  /// Takes the kTestFields. A test's date is at least 1 ms after that of the account's previous test, whatever the
+  /// clock says.
   void addTest(const Account& account, const Fields& test, std::chrono::system_clock::time_point now);
 
-  /// The account's tests in the order of their coming.
+  /// The account's tests, in the order of their submission.
   std::vector<StoredTest> tests(const Account& account);
 
  private:

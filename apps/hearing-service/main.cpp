@@ -29,7 +29,7 @@ sigset_t endingSignals() {
   return signals;
 }
 
-/// Signals that came before anybody waits for them.
+/// Whether a signal came before anybody waits for it.
 bool isEndingSignalled() {
   sigset_t pending;
   sigpending(&pending);
@@ -42,11 +42,11 @@ void tellPort(const std::string& origin, unsigned port, bool bare) {
 }
 
 std::string checkMisbehaviour(const std::string& name) {
-  return misbehaviourNamed(name) ? "" : "'" + name + "' is no misbehaviour";
+  return misbehaviourNamed(name) ? "" : "'" + name + "' is not a misbehaviour";
 }
 
 std::string checkAddress(const std::string& text) {
-  return ListenAddress::parse(text, 0) ? "" : "'" + text + "' is no numeric address";
+  return ListenAddress::parse(text, 0) ? "" : "'" + text + "' is not a numeric address";
 }
 
 std::string checkDatabase(const std::string& file) { return file.empty() ? "the database's file has no name" : ""; }
@@ -89,7 +89,7 @@ int run(int argc, char** argv) {
   app.add_option("--port", listening.port, "The port; 0 takes a free one")
       ->check(CLI::Range(0, 65535))
       ->capture_default_str();
-  app.add_option("--address", listening.address, "The address to listen on, numeric; beyond this machine only by TLS")
+  app.add_option("--address", listening.address, "The address to listen on, numeric; beyond this machine only with TLS")
       ->check(checkAddress)
       ->capture_default_str();
   auto* const keyOption = app.add_option("--key", key, "PEM file of the certificate's key");
@@ -113,7 +113,8 @@ int run(int argc, char** argv) {
   }
   const bool isPlain = certificate.empty();
   if (isPlain && !allowsPlain && !ListenAddress::parse(listening.address, 0)->isLoopback()) {
-    std::fputs("hearing-service: beyond this machine it takes --certificate and --key, or --allow-plain\n", stderr);
+    std::fputs("hearing-service: an address beyond this machine needs --certificate and --key, or --allow-plain\n",
+               stderr);
     return 2;
   }
   if (!isPlain) listening.certificate = contents(certificate);

@@ -24,8 +24,8 @@ std::string calibrationReply(OutputPath path, const std::string& file) {
   if (file.empty()) return simulation::sampleReply(path);
   std::string reply = contents(file);
   const auto parsed = ORNDeviceCorrect::parse(reply);
-  if (!parsed->deviceVolumeIOS()) throw std::runtime_error(file + " is no calibration reply with records");
-  if (parsed->rspCode() != 0) throw std::runtime_error(file + " is a refusal of the service");
+  if (!parsed->deviceVolumeIOS()) throw std::runtime_error(file + " is not a calibration reply with records");
+  if (parsed->rspCode() != 0) throw std::runtime_error(file + " is a refusal by the service");
   return reply;
 }
 

@@ -42,7 +42,7 @@ std::string allFrequencies() {
 }  // namespace
 
 void addType(CLI::App& command, std::string& type, Choice choice) {
-  addChoice(command, "--type", type, "The test", choice, kTypes);
+  addChoice(command, "--type", type, "The kind of test", choice, kTypes);
 }
 std::vector<TestType> typesNamed(const std::string& type) { return named(type, kTypes); }
 const char* nameOf(TestType type) { return type == TestType::Standard ? "standard" : "auto"; }

@@ -4,7 +4,7 @@
 
 namespace orn {
 
-/// Holds the output's volume at full, and puts it back at its end. One at a time. Main thread.
+/// Holds the output's volume at full, and puts it back when it goes. One at a time. Main thread.
 class FullVolume {
  public:
   FullVolume() {
@@ -15,7 +15,7 @@ class FullVolume {
   FullVolume(const FullVolume&) = delete;
   FullVolume& operator=(const FullVolume&) = delete;
 
-  /// Whoever turns the volume down in mid-test would make every level wrong.
+  /// Turns the volume up again: if somebody turns it down during a test, every level is wrong.
   void hold() const {
     if (ORNSystemVolumeManager::getSystemVolume() != 1) ORNSystemVolumeManager::setSystemVolumeToMax();
   }

@@ -9,7 +9,7 @@
 namespace orn {
 namespace {
 
-/// Who takes the test where no thresholds are given at all.
+/// The listener's thresholds if none are given at all.
 const std::vector<std::string> kSomebodysRight{"500=15", "1000=12", "2000=20", "4000=35"};
 const std::vector<std::string> kSomebodysLeft{"500=20", "1000=25", "2000=40", "4000=55"};
 
@@ -39,13 +39,13 @@ std::map<std::int32_t, double> thresholds(const std::vector<std::string>& texts)
 void ListenerOptions::addTo(CLI::App& command) {
   command
       .add_option("--left", left_,
-                  "Thresholds of the left ear, HZ=DB,...; 20 dB where none is given. Without --left "
-                  "and --right somebody with a mild loss takes the test")
+                  "Thresholds of the left ear, HZ=DB,...; 20 dB at other frequencies. Without --left "
+                  "and --right the listener has a mild loss")
       ->delimiter(',')
       ->check(checkThreshold);
   command.add_option("--right", right_, "Thresholds of the right ear")->delimiter(',')->check(checkThreshold);
   addChances(command, slope_, guess_, lapse_);
-  command.add_option("--seed", seed_, "Seed of the listener's chances")->capture_default_str();
+  command.add_option("--seed", seed_, "Seed of the listener's random choices")->capture_default_str();
 }
 
 simulation::ListenerTraits ListenerOptions::traits() const {

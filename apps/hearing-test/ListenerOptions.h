@@ -12,13 +12,13 @@ class App;
 
 namespace orn {
 
-/// The flags that say what a virtual listener is like.
+/// The options that describe a virtual listener.
 class ListenerOptions {
  public:
-  /// Adds the flags to a command.
+  /// Adds the options to a command.
   void addTo(CLI::App& command);
 
-  /// Somebody with a mild loss where no thresholds are given at all.
+  /// With a mild loss if no thresholds are given at all.
   simulation::ListenerTraits traits() const;
 
  private:

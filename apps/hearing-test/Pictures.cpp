@@ -22,7 +22,7 @@ struct Pictures::Toolkit {
 
 Pictures::Pictures() {
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
-  // What Qt has to say about a session that isn't there is nothing for the program's own messages.
+  // Qt's complaints about a missing desktop session don't belong among the program's messages.
   qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
   toolkit_ = std::make_unique<Toolkit>();
 }

@@ -8,7 +8,8 @@
 
 namespace orn {
 
-/// Draws finished tests in a program that has no toolkit and no display: brings both, and a platform, for its life.
+/// Draws finished tests in a program that has no toolkit and no display: it sets up both, and a platform, for as long
+/// as it lives.
 class Pictures {
  public:
   Pictures();
@@ -16,7 +17,7 @@ class Pictures {
   Pictures(const Pictures&) = delete;
   Pictures& operator=(const Pictures&) = delete;
 
-  // The contents of a file each.
+  // Each returns the contents of a file.
   std::string audiogram(const FinishedTest& test, PictureFormat format) const;
   std::string report(const FinishedTest& test) const;
 

@@ -42,7 +42,8 @@ RealTest::RealTest(RealTestPlan plan, TerminalInput& input)
     if (reason == kAudioSessionRouteChangeReasonOldDeviceUnavailable) run_->fail("the device was disconnected");
   };
   observer_->interruption = [this](std::int32_t type) {
-    if (type != kAudioSessionInterruptionTypeEnded) run_->fail("another sound, a call say, has interrupted the test");
+    if (type != kAudioSessionInterruptionTypeEnded)
+      run_->fail("another sound, such as a call, has interrupted the test");
   };
   Platform::current().audioSession->addObserver(observer_);
   input_.onInterrupt = [this] { interrupt(); };
@@ -70,7 +71,7 @@ simulation::TestWatch RealTest::watch() {
   return watch;
 }
 
-/// By thresholds and not by tones, since whoever sees a tone begin would press for it unheard.
+/// By thresholds and not by presentations: who sees that a tone begins might press without having heard it.
 void RealTest::sayProgress(bool isLeft, double progress) {
   audiogram_.say("Testing the " + earName(isLeft) + " ear: " + std::to_string(std::lround(progress * 100)) + " %");
 }
@@ -103,7 +104,7 @@ void RealTest::letListenerHear() {
   });
 }
 
-/// The pulse that is late comes before a tone's end that is late, unless the tone was about to end all the same.
+/// A late pulse comes before the late end of a tone, unless the tone was about to end anyway.
 void RealTest::watchForHoldUps() {
   const auto loop = Platform::current().runLoop;
   lastPulse_ = loop->now();

@@ -26,12 +26,12 @@ class OutputMonitor;
 struct RealTestPlan {
   simulation::TestType type = simulation::TestType::Automatic;
   std::vector<std::string> frequencies;
-  std::optional<simulation::ListenerTraits> listener;  ///< Takes the test instead of whoever sits here.
+  std::optional<simulation::ListenerTraits> listener;  ///< Takes the test in place of the person at the terminal.
   std::string calibrationReply;                        ///< JSON text; empty to ask the service.
   std::FILE* out = stdout;                             ///< Where progress is shown.
 };
 
-/// The device that a test is to be taken on, as it is connected at present.
+/// The device for a test, as it is connected at present.
 struct ConnectedDevice {
   OutputPath path = OutputPath::Audiometer;
   std::string name;  ///< Address of the audiometer or model of the earphones.
@@ -40,8 +40,9 @@ struct ConnectedDevice {
   static ConnectedDevice find();
 };
 
-/// One test on the platform in force, in real time, with the volume held at full from its making until it is over. A
-/// test whose process is suspended for some seconds fails, since a tone was judged that did not sound. Main thread.
+/// One test on the platform in force, in real time, with the volume held at full from its construction until it is
+/// over. A test whose process is suspended for some seconds fails, since a tone may have been judged that did not
+/// sound. Main thread.
 class RealTest {
  public:
   RealTest(RealTestPlan plan, TerminalInput& input);
@@ -49,8 +50,8 @@ class RealTest {
   RealTest(const RealTest&) = delete;
   RealTest& operator=(const RealTest&) = delete;
 
-  /// Has the test going. `completed` is called if it gets there, with the volume put back and the result not yet sent
-  /// to the service; `ended` once, when nothing more is to come.
+  /// Starts the test. `completed` is called if the test is completed, with the volume put back and the result not yet
+  /// sent to the service; `ended` once, when nothing more is to come.
   void begin(const ConnectedDevice& device, std::function<void()> completed, std::function<void()> ended);
   const simulation::TestOutcome& outcome() const { return run_->outcome(); }
 
@@ -68,7 +69,7 @@ class RealTest {
   TerminalAudiogram audiogram_;
   std::optional<FullVolume> volume_;
   std::function<void()> completed_, ended_;
-  std::optional<bool> nextEar_;  // waits for a key
+  std::optional<bool> nextEar_;  // the ear that starts at the next key
   std::shared_ptr<AudioSessionObserver> observer_;
   std::shared_ptr<simulation::TestRun> run_;
   std::unique_ptr<simulation::OutputMonitor> monitor_;

@@ -14,7 +14,7 @@ namespace orn {
 namespace {
 
 std::string checkBirthday(const std::string& text) {
-  return UserProfile::birthdayOf(text) ? "" : "'" + text + "' is no day from 1900-01-01 to today, as yyyy-MM-dd";
+  return UserProfile::birthdayOf(text) ? "" : "'" + text + "' is not a day from 1900-01-01 to today, as yyyy-MM-dd";
 }
 
 }  // namespace

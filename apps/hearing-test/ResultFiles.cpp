@@ -27,8 +27,8 @@ void writeFile(const std::string& path, const std::string& contents) {
   if (!file) throw std::runtime_error("can't write " + path);
 }
 
-/// A listener at the output has measured every tone: what was asked for came out of it. Of earphones' own sound nobody
-/// here knows.
+/// Says how exact the levels at the output were if a listener measured every tone there; empty if not. Nobody here
+/// measures the sound of the earphones themselves.
 std::string levelVerification(const simulation::TestOutcome& outcome) {
   double largest = 0;
   for (const auto& one : outcome.presentations) {
@@ -47,8 +47,8 @@ std::string levelVerification(const simulation::TestOutcome& outcome) {
 void ResultFiles::addTo(CLI::App& command) {
   command.add_option("--csv", csv_, "Writes the thresholds as CSV")->option_text("FILE");
 #ifdef ORN_HAS_SCREENS
-  command.add_option("--png", png_, "Draws the finished audiogram")->option_text("FILE");
-  command.add_option("--svg", svg_, "The same to any size, as SVG")->option_text("FILE");
+  command.add_option("--png", png_, "Draws the audiogram, as PNG")->option_text("FILE");
+  command.add_option("--svg", svg_, "The same as SVG, for any size")->option_text("FILE");
   command.add_option("--pdf", pdf_, "The same as PDF")->option_text("FILE");
   command.add_option("--report", report_, "Writes a report to print, as PDF")->option_text("FILE");
 #endif

@@ -10,13 +10,14 @@ class App;
 
 namespace orn {
 
-/// The files that a finished test can be written to: --csv, and where there are screens --png, --svg, --pdf, --report.
+/// The files that a finished test can be written to: --csv, and in a build with the screens --png, --svg, --pdf and
+/// --report.
 class ResultFiles {
  public:
   void addTo(CLI::App& command);
 
-  /// Those that were asked for. Needs no display, and no platform in force any more. Throws std::runtime_error if one
-  /// can't be written.
+  /// Writes those that were asked for. Needs no display; no platform may be in force any more. Throws
+  /// std::runtime_error if one can't be written.
   void write(const simulation::TestOutcome& outcome, const std::string& device) const;
 
  private:

@@ -21,7 +21,7 @@ RunCommand::RunCommand(CLI::App& app) {
       app.add_subcommand("run", "A real test of both ears on this machine's sound; any key says that a tone was heard");
   addType(*command, type_);
   addFrequencies(*command, frequencies_);
-  command->add_flag("--listener", hasListener_, "A virtual listener takes the test, by what the output plays");
+  command->add_flag("--listener", hasListener_, "A virtual listener takes the test: it hears what the output plays");
   listener_.addTo(*command);
   auto* calibration = addCalibration(*command, calibration_);
   command
@@ -40,7 +40,7 @@ int RunCommand::run() {
   setServiceHost(machine, host_);
   RealTestPlan plan;
   plan.type = typesNamed(type_).front();
-  const bool isStandard = plan.type == simulation::TestType::Standard;  // which takes no other frequencies than its own
+  const bool isStandard = plan.type == simulation::TestType::Standard;  // which has frequencies of its own
   plan.frequencies = isStandard ? frequencyKeys(kTestOrder) : frequencyKeys(frequencies_);
   if (hasListener_) plan.listener = listener_.traits();
   plan.out = json_ ? stderr : stdout;
@@ -70,7 +70,7 @@ std::string RunCommand::hint(const simulation::TestOutcome& outcome) const {
   return "; give the service that has it by --host HOST[:PORT], or its reply in a file by --calibration REPLY.json";
 }
 
-/// At once, since the service may take its time.
+/// Before the result is sent, which may take its time.
 void RunCommand::print(const simulation::TestOutcome& outcome) const {
   if (json_) {
     std::printf("%s\n", jsonReport(outcome).c_str());

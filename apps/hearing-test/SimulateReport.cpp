@@ -1,6 +1,5 @@
 #include "hearing-test/SimulateReport.h"
 
-#include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 

@@ -19,13 +19,15 @@ using simulation::TestType;
 
 StudyCommand::StudyCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand(
-      "study", "Many virtual listeners take a test of both ears twice: how far what is found is from what is true");
+      "study",
+      "Many virtual listeners take a test of both ears twice: how far the thresholds found are from the true ones");
   command->add_option("--listeners", listeners_, "How many")
       ->check(CLI::Range(std::size_t{1}, std::size_t{10'000'000}))
       ->capture_default_str();
   addType(*command, type_, Choice::OfOneOrBoth);
   addPath(*command, path_, Choice::OfOneOrBoth);
-  command->add_option("--seed", seed_, "Seed of all chances; each listener has its own from it")->capture_default_str();
+  command->add_option("--seed", seed_, "Seed of all random choices; each listener's own is derived from it")
+      ->capture_default_str();
   command->add_option("--thresholds", thresholds_, "uniform, or audiograms: N1-N7 and S1-S3 in turn")
       ->check(CLI::IsMember({"uniform", "audiograms"}))
       ->capture_default_str();
@@ -35,15 +37,18 @@ StudyCommand::StudyCommand(CLI::App& app) {
   command->add_option("--highest", population_.highest, "Largest of them")
       ->check(CLI::Range(-20.0, 120.0))
       ->capture_default_str();
-  command->add_option("--correlation", population_.correlation, "Of uniform thresholds at neighbouring frequencies")
+  command
+      ->add_option("--correlation", population_.correlation,
+                   "Correlation of uniform thresholds at neighbouring frequencies")
       ->check(CLI::Range(0.0, 1.0))
       ->capture_default_str();
   addChances(*command, population_.slope, population_.guess, population_.lapse);
-  command->add_option("--quickest", quickest_, "Shortest of the listeners' middle reaction times, in ms")
+  command->add_option("--quickest", quickest_, "Shortest of the listeners' median reaction times, in ms")
       ->check(CLI::Range(0, 60'000))
       ->capture_default_str();
   command->add_option("--slowest", slowest_, "Longest of them")->check(CLI::Range(0, 60'000))->capture_default_str();
-  command->add_option("--reaction-spread", population_.reactionSpread, "Of a listener's presses, log-normal")
+  command
+      ->add_option("--reaction-spread", population_.reactionSpread, "Log-normal spread of a listener's reaction times")
       ->check(CLI::Range(0.0, 10.0))
       ->capture_default_str();
   addCalibration(*command, calibration_);

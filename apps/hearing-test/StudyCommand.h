@@ -13,7 +13,7 @@ class App;
 
 namespace orn {
 
-/// `hearing-test study`: what a test finds on many virtual listeners, beside what is true.
+/// `hearing-test study`: the thresholds that a test finds for many virtual listeners, beside the true ones.
 class StudyCommand {
  public:
   /// Adds the command and its flags to the program's.

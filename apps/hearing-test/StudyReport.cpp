@@ -92,7 +92,7 @@ void printReport(const StudyResult& result) {
       plan.type == TestType::Standard ? "Standard" : "Automatic", nameOf(plan.path), plan.listeners,
       isUniform(plan) ? "uniform" : "audiograms", plan.population.slope, plan.population.guess * 100,
       plan.population.lapse * 100);
-  std::printf("found less true, in dB; a true threshold beyond the test's scale counts as the end of the scale\n");
+  std::printf("found minus true, in dB; a true threshold beyond the test's scale counts as the end of the scale\n");
   std::printf("             bias     MAE      SD  within5     10 retest SD     tones   p95  minutes    p95\n");
   for (const StudyStatistics& one : result.statistics) printRow(one);
   std::printf(" unlimited");

@@ -31,7 +31,7 @@ TerminalInput::TerminalInput(std::shared_ptr<RunLoop> loop)
 TerminalInput::~TerminalInput() {
   self_.reset();
   const std::uint64_t once = 1;
-  if (write(end_, &once, sizeof(once)) < 0) std::terminate();  // an event's counter of 0 always has room
+  if (write(end_, &once, sizeof(once)) < 0) std::terminate();  // can't fail: the counter is at 0
   thread_.join();
   if (before_) tcsetattr(STDIN_FILENO, TCSANOW, &*before_);
   close(signals_);
@@ -56,7 +56,7 @@ void TerminalInput::watch() {
     if (char key = 0; read(STDIN_FILENO, &key, 1) == 1) {
       tell(&TerminalInput::onKey);
     } else {
-      sources[2].fd = -1;  // nobody types any more
+      sources[2].fd = -1;  // the end of the input
     }
   }
 }

@@ -11,8 +11,8 @@
 
 namespace orn {
 
-/// Keys and the signals that end a program (SIGINT, SIGTERM, SIGHUP), told on the main thread. A terminal gives each
-/// key at once and does not show it, until this goes.
+/// Tells of keys and of the signals that end a program (SIGINT, SIGTERM, SIGHUP), on the main thread. For as long as it
+/// lives, a terminal hands over each key at once and does not show it.
 class TerminalInput {
  public:
   /// Call holdEndingSignals() before any other thread is started.
@@ -21,7 +21,7 @@ class TerminalInput {
   TerminalInput(const TerminalInput&) = delete;
   TerminalInput& operator=(const TerminalInput&) = delete;
 
-  /// Main thread; an empty one is not called.
+  /// Called on the main thread; may be empty.
   std::function<void()> onKey, onInterrupt;
 
  private:

@@ -18,7 +18,7 @@ namespace {
 using emscripten::val;
 using orn::web::HearingPage;
 
-/// Frequencies in Hz with a comma between them; the library's own six where there are none.
+/// Frequencies in Hz with a comma between them; those of the short test where there are none.
 std::vector<std::string> frequencies(const std::string& text) {
   std::vector<std::string> keys;
   for (std::size_t at = 0; at < text.size();) {

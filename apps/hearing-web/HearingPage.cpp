@@ -73,7 +73,7 @@ void HearingPage::watchDelegate() {
   delegate_->toneMissing = [this](ORNHearingTest&, ToneMissingReason, bool) { tell_("waits", json::object()); };
 }
 
-/// A tone that the output took away is presented again once the person goes on.
+/// A tone that was cut off with the output is presented again once the person goes on.
 void HearingPage::watchOutput() {
   observer_->routeChange = [this](std::int32_t reason) {
     if (reason != kAudioSessionRouteChangeReasonOldDeviceUnavailable) return tell_("outputBack", json::object());

@@ -15,8 +15,8 @@
 
 namespace orn::web {
 
-/// One test on the page, from the channel check to the result, on the earphone path with the sample calibration. What
-/// happens is told by events, a name and an object. Nobody is registered, so nothing is ever submitted. Main thread.
+/// One test on the page, from the channel check to the result, on the earphone path with the sample calibration. Events
+/// tell what happens, each a name and an object. Nobody is registered, so nothing is ever submitted. Main thread.
 class HearingPage {
  public:
   using Tell = std::function<void(const std::string& event, const nlohmann::json& what)>;
@@ -26,7 +26,7 @@ class HearingPage {
   HearingPage(const HearingPage&) = delete;
   HearingPage& operator=(const HearingPage&) = delete;
 
-  /// The channel check's tone sounds; false if it does not.
+  /// Plays the channel check's tone; false if it does not sound.
   bool playCheck();
   bool answerCheck(ChannelAnswer heard);
   /// As in ChannelFinding, or -1 until all is answered.

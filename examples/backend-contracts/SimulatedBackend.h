@@ -13,8 +13,8 @@
 #include <ORNHearingTestSDK/contracts/UserDefaultsContract.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 
-// The library's simulated backend, as the suite of contracts wants a backend to be handed in. Hooks that would hold
-// what the suite lets go of reach it weakly.
+// The library's simulated backend, in the form that the suite of contracts takes. Hooks hold weakly what the suite lets
+// go of.
 
 namespace example {
 
@@ -64,13 +64,13 @@ inline orn::contract::URLSessionUnderTest network() {
           .callsFromLoop = true,
           .answeringUrl = "http://host/answer",
           .answer = "the answer",
-          .brokenStatusUrl = {},  // it knows of no status
+          .brokenStatusUrl = {},  // it has no status
           .refusingUrl = "http://host/nobody",
           .silentUrl = "http://host/silent",
           .arrived = [weak = std::weak_ptr(made)] { return weak.lock()->requests(); }};
 }
 
-/// In memory alone: there is nothing to open once more, and no disk.
+/// In memory only: there is nothing to open again, and no disk.
 inline orn::contract::UserDefaultsUnderTest defaults() {
   return {.defaults = std::make_shared<orn::SimulatedUserDefaults>(), .reopen = {}, .withFullDisk = {}};
 }

@@ -5,8 +5,8 @@
 //   heard               the tone that plays is the threshold of its frequency
 //   quit                end
 //
-// Through this machine's sound, or with --simulate on a machine without any. The calibration here is an example: a real
-// one belongs to one pair of earphones and comes from the service, by setEarPlugModel().
+// It uses this machine's sound; with --simulate it needs none. The calibration here is an example: a real one belongs
+// to one pair of earphones and comes from the service, by setEarPlugModel().
 
 #include <cstdio>
 #include <iostream>
@@ -84,7 +84,7 @@ int main(int argc, char** argv) {
   const auto delegate = narrator();
   session->setDelegate(delegate);
 
-  // Levels are right at full volume only; what the user had comes back at the end.
+  // Levels are right at full volume only; the user's own volume is put back at the end.
   orn::ORNSystemVolumeManager::saveSystemVolume();
   orn::ORNSystemVolumeManager::setSystemVolumeToMax();
 

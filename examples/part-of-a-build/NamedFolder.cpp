@@ -1,4 +1,4 @@
-// The tone files of a host that has them in a folder of its own, which the environment names.
+// For a host whose tone files are in a folder of its own, which the environment names.
 #include <ORNHearingTestSDK/platform/LibraryFolder.h>
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// The cipher and the Base64 of a host whose calibration never comes from the service, and which needs no OpenSSL.
+// A cipher and a Base64 for a host whose calibration never comes from the service, and which so needs no OpenSSL.
 #include <ORNHearingTestSDK/common/AES256.h>
 #include <ORNHearingTestSDK/common/Base64.h>
 

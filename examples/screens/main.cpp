@@ -4,7 +4,7 @@
 //
 //   screens [--host HOST[:PORT]] [FILE]
 //
-// With a file name it draws itself into that file instead, and ends; this works without a display.
+// With a file name it draws its window into that file instead, and exits; this works without a display.
 
 #include <chrono>
 #include <cstdlib>

@@ -26,7 +26,7 @@ namespace example {
 class Sound {
  public:
   virtual ~Sound() = default;
-  /// Adds what sounds now, left and right in turn.
+  /// Adds what sounds now, interleaved left and right.
   virtual void add(std::span<std::int32_t> frames) = 0;
 };
 
@@ -38,7 +38,7 @@ class WavDevice {
     writeHeader();
   }
 
-  /// Plays on until now. Comes before any change to a sound, which so begins at the right sample.
+  /// Plays on until now. Called before any change to a sound, so that the change begins at the right sample.
   void catchUp() {
     const auto loop = loop_.lock();
     if (!loop) return;
@@ -155,7 +155,7 @@ class WavQueue final : public orn::AudioQueue, DeviceSound {
       frames[i + 1] += sample;
       if (buffer->played < buffer->samples.size()) continue;
       queued_.pop_front();
-      callback_(*this, *buffer);  // which most often enqueues it again
+      callback_(*this, *buffer);  // which usually enqueues it again
     }
   }
 

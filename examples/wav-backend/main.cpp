@@ -25,7 +25,7 @@ orn::contract::AudioUnderTest audio(const std::string& path) {
     for (char bytes[2]; file->read(bytes, 2);) {
       samples.push_back(static_cast<std::int16_t>(static_cast<std::uint8_t>(bytes[0]) | bytes[1] << 8));
     }
-    file->clear();  // of the end: the file grows
+    file->clear();  // forgets the end of the file, which grows
     return samples;
   };
   return {.output = output,
@@ -36,7 +36,7 @@ orn::contract::AudioUnderTest audio(const std::string& path) {
           .bringDeviceBack = {}};
 }
 
-/// With the simulated parts in all other slots.
+/// The other slots hold simulated parts.
 void playTones(const std::string& path) {
   const orn::SimulatedPlatform machine;
   orn::Platform platform = machine.platform();

@@ -54,8 +54,12 @@ TEST(Calibration, IsThereWithANumberAtEachFrequencyUnderTest) {
   auto record = with1000Hz("-50");
   record.setS500(" +.5");
   record.setS2000("none");
-  const std::pair<std::vector<std::string>, bool> table[] = {
-      {{"1000hz", "500hz"}, true}, {{"1000hz", "2000hz"}, false}, {{"4000hz"}, false}, {{"750hz"}, false}};
+  record.setS250("--50");  // which reads as 0
+  const std::pair<std::vector<std::string>, bool> table[] = {{{"1000hz", "500hz"}, true},
+                                                             {{"1000hz", "2000hz"}, false},
+                                                             {{"250hz"}, false},
+                                                             {{"4000hz"}, false},
+                                                             {{"750hz"}, false}};
   for (const auto& [hzs, isThere] : table) EXPECT_EQ(hasCalibrationNumbers(&record, hzs), isThere) << hzs.back();
   EXPECT_FALSE(hasCalibrationNumbers(nullptr, {"1000hz"}));
 }

@@ -1,6 +1,5 @@
 #include <ORNHearingTestSDK/platform/linux/CallbackThread.h>
 
-#include <algorithm>
 #include <utility>
 
 namespace orn {

@@ -22,7 +22,7 @@ class DefaultsPlist {
  public:
   DefaultsPlist();
 
-  /// Nothing if the bytes are no property list or its root is no dictionary.
+  /// Nothing if the bytes are not a property list or its root is not a dictionary.
   static std::optional<DefaultsPlist> fromXml(std::span<const std::uint8_t> bytes);
 
   /// Nothing if it can't be put into words.

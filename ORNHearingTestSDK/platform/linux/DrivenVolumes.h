@@ -36,8 +36,8 @@ class DrivenVolumes {
   /// Whoever drives from now on begins anew: what has been changed since the last driving is the user's.
   void begin() { isNew_ = true; }
 
-  /// Drives all channels of the current output to a volume, unmuted; beyond 0 to 1 the nearer end counts, and what is
-  /// no number is 0. Nothing where there is no output.
+  /// Drives all channels of the current output to a volume, unmuted; beyond 0 to 1 the nearer end counts, and NaN is 0.
+  /// Nothing where there is no output.
   std::vector<Setting> drive(const SoundServerState& now, float volume);
 
   /// Puts back the driven outputs that are there, while the others get theirs when they appear. Where nothing was

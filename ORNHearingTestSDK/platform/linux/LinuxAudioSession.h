@@ -12,7 +12,7 @@ namespace orn {
 
 /// The sound of the user's session as its sound server tells of it: the route is the default output. The server is
 /// asked at the first question or observer, not before. Notices of interruptions come when the server wants the sound
-/// to make way, for a call say; the streams are silent until it allows them to go on.
+/// to make way, such as for a call; the streams are silent until it allows them to go on.
 class LinuxAudioSession final : public AudioSession {
  public:
   LinuxAudioSession(std::shared_ptr<SoundServer> server, std::weak_ptr<RunLoop> runLoop);

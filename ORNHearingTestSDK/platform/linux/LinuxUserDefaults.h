@@ -21,7 +21,7 @@ class DefaultsPlist;
 /// - A key that XML can't hold (not UTF-8, or with NUL or other control characters) is not taken: setValue() does
 ///   nothing. A text that XML can't hold is kept all the same, in another form.
 /// - Values of other types that the file holds (data, lists, dictionaries) are not seen here but stay in the file.
-/// - A file that is no property list is renamed to end in ".corrupt", or ".corrupt-2" and so on where that is taken;
+/// - A file that is not a property list is renamed to end in ".corrupt", or ".corrupt-2" and so on where that is taken;
 ///   the settings then start out empty.
 /// - A file beside it that ends in ".lock" orders the processes; it stays.
 class ORN_EXPORT LinuxUserDefaults final : public UserDefaults {
@@ -37,7 +37,7 @@ class ORN_EXPORT LinuxUserDefaults final : public UserDefaults {
   void setValue(const std::string& key, DefaultsValue value) override;
   void removeValue(const std::string& key) override;
 
-  /// Brings file and memory together. False if the file can't be read or written, or if something in its place is no
+  /// Brings file and memory together. False if the file can't be read or written, or if something in its place is not a
   /// file; then the file is as it was, and the changes are kept for the next time.
   bool synchronize() override;
 

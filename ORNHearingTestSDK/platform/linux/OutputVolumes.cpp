@@ -1,7 +1,6 @@
 #include <ORNHearingTestSDK/platform/linux/OutputVolumes.h>
 
 #include <ORNHearingTestSDK/platform/linux/LibPulse.h>
-#include <ORNHearingTestSDK/platform/linux/PulseError.h>
 
 namespace orn {
 namespace {
@@ -75,7 +74,7 @@ void OutputVolumes::begin() {
 
 std::error_code OutputVolumes::make(Change change, float volume) {
   (void)server_.state();
-  server_.refreshAndWait();  // what the user has changed a moment ago is the user's
+  server_.refreshAndWait();  // what the user has changed a moment ago is to be put back too
   std::error_code first;
   {
     const PulseLock lock(server_.connection());

@@ -51,7 +51,7 @@ bool PulseConnection::waitUntilReady() {
   const PulseLock lock(*this);
   if (!isRunning_) return false;
   waitUntil([this] { return hasAnswered_; });
-  hasAnswered_ = true;  // a server that says nothing is none, and is waited for once
+  hasAnswered_ = true;  // a silent server counts as none, and is waited for only once
   return context() != nullptr;
 }
 
@@ -123,7 +123,7 @@ void PulseConnection::stateChanged() {
 }
 
 void PulseConnection::tryLater() {
-  hasAnswered_ = isAnswering_ = true;  // there is none that could be silent
+  hasAnswered_ = isAnswering_ = true;  // there is no server that could be silent
   if (std::exchange(wasReady_, false) && onLost) onLost();
   if (retry_) return;
   retry_ = libpulse().pa_context_rttime_new(

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <list>
-#include <memory>
 #include <optional>
 #include <string>
 

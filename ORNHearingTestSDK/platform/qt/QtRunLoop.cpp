@@ -70,7 +70,7 @@ void QtRunLoop::armTimer() {
   using std::chrono::milliseconds;
   const auto due = nextDue();
   if (!due) return timer_->stop();
-  // No earlier than due, since the timer counts whole milliseconds, and within the range that it counts in.
+  // Never early, since the timer counts whole milliseconds, and within its range.
   const nanoseconds time = now();
   const bool isDue = *due <= time;
   timer_->start(isDue ? milliseconds(0) : std::chrono::ceil<milliseconds>(std::min(*due - time, kLongestWait)));

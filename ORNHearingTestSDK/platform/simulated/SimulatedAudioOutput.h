@@ -4,7 +4,6 @@
 #include <functional>
 #include <memory>
 #include <span>
-#include <string>
 #include <vector>
 
 #include <ORNHearingTestSDK/platform/RunLoop.h>
@@ -19,8 +18,8 @@ class SimulatedMixer;
 /// samples can be listened to and kept, silence included. Main thread, callbacks of queues and listeners too.
 class ORN_EXPORT SimulatedAudioOutput final : public ToneOutput {
  public:
-  /// Hears frames of left and right samples in turn, at most 3840 frames at a time, without a gap from the first
-  /// frame on. The number is the place of the first of them since the output was made.
+  /// Called with interleaved left and right samples, at most 3840 frames at a time, without a gap from the first frame
+  /// on. The number is the place of the first of them since the output was made.
   using Listener = std::function<void(std::int64_t firstFrame, std::span<const std::int16_t> samples)>;
 
   explicit SimulatedAudioOutput(std::shared_ptr<RunLoop> runLoop);  ///< Plays as that loop's time passes.
@@ -31,7 +30,7 @@ class ORN_EXPORT SimulatedAudioOutput final : public ToneOutput {
 
   /// Keeps every sample from now on.
   void keepSamples();
-  const std::vector<std::int16_t>& keptSamples() const;  ///< Since keepSamples(), left and right in turn.
+  const std::vector<std::int16_t>& keptSamples() const;  ///< Since keepSamples(), interleaved.
 
   std::error_code useCurrentDevice() override;
   std::error_code status() override;

@@ -10,7 +10,7 @@
 
 namespace orn {
 
-/// A recording mixed into the simulated output by pan and gain.
+/// A recording, mixed into the simulated output with its pan and gain.
 class SimulatedAudioPlayer final : public PannedPlayer, private SimulatedMixer::Source {
  public:
   SimulatedAudioPlayer(std::shared_ptr<SimulatedMixer> mixer, std::vector<std::int16_t> samples);

@@ -13,7 +13,7 @@ class AudioSessionObservers;
 /// A route, a volume and notices by script. Main thread; notices go out from within the scripting operations.
 class ORN_EXPORT SimulatedAudioSession final : public AudioSession {
  public:
-  static constexpr std::int32_t kNewDeviceAvailable = 1;  ///< The reason of a device that came.
+  static constexpr std::int32_t kNewDeviceAvailable = 1;  ///< The reason when a device has come.
 
   SimulatedAudioSession();
   ~SimulatedAudioSession() override;

@@ -7,15 +7,15 @@
 
 namespace orn::simulation {
 
-/// Of the simulated audiometer.
+/// Address of the simulated audiometer.
 inline constexpr auto kSimulatedAddress = "AA:BB:CC:DD:EE:FF";
 
-/// Calibration replies as the service sends them, values enciphered, for a sample audiometer and sample earphones on
-/// which 90 dB HL is close to full scale at every frequency.
+/// Calibration replies as the service sends them, with enciphered values, for a sample audiometer and sample earphones
+/// on which 90 dB HL is close to full scale at every frequency.
 std::string_view sampleAudiometerReply();
 std::string_view sampleEarphonesReply();
 
-/// The one that a path takes, and the address or the model of the device that it is for.
+/// The reply for a path, and the address or the model of its device.
 std::string sampleReply(OutputPath path);
 std::string sampleDevice(OutputPath path);
 

@@ -24,7 +24,7 @@ struct LibPulseSimple : SharedLibrary {
   ORN_FUNCTION(pa_strerror);
 };
 
-/// A program that listens to no output starts without it.
+/// Loaded at the first call, so that a program that records no output starts without it.
 const LibPulseSimple& libpulseSimple() {
   static const LibPulseSimple library;
   return library;

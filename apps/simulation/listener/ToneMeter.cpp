@@ -9,7 +9,7 @@
 namespace orn::simulation {
 namespace {
 
-// A sine that never reaches half of the last bit can't be in the samples; what is measured below is rounding.
+// A sine that never reaches half of the last bit can't be in the samples; anything weaker is rounding.
 constexpr double kLeastAmplitude = 0.1 / 32767;
 
 }  // namespace

@@ -22,7 +22,7 @@ class ToneMeter {
 
   ToneMeter();
 
-  /// Left and right of one window of left and right samples in turn.
+  /// The readings of the left and the right channel in one window of interleaved samples.
   std::array<ToneReading, 2> measure(std::span<const std::int16_t, 2 * kWindowFrames> window);
 
  private:

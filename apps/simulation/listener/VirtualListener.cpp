@@ -9,15 +9,16 @@
 namespace orn::simulation {
 namespace {
 
-// Two windows within this are one level; a step of the slowest fade, 1/16 of the amplitude, is more.
+// Two windows that differ by no more than this, in dB, have the same level; a step of the slowest fade, 1/16 of the
+// amplitude, is more.
 constexpr double kSameLevel = 0.5;
 
 // A perfect listener's allowance for the rounding of quiet samples: 1 dB less what a measurement may be off, so that a
 // tone a whole dB below the threshold is not heard on one path and missed on the other.
 constexpr double kAllowance = 1.0 - 0.01;
 
-// The audiometer's tone sounds on for a second after its threshold is settled. What outlasts that must be the same tone
-// presented again; any sooner, a listener would press twice for one tone.
+// The audiometer's tone sounds on for a second after its threshold is settled. A tone that outlasts that must have been
+// presented again; if it were judged sooner, the listener would press twice for one tone.
 constexpr auto kLongestRest = PresentationClock::kUntilNextFrequency;
 
 bool isSame(double a, double b) { return std::abs(a - b) <= kSameLevel; }

@@ -7,7 +7,6 @@
 #include <map>
 #include <optional>
 #include <span>
-#include <vector>
 
 #include "simulation/listener/Chance.h"
 #include "simulation/listener/ToneMeter.h"
@@ -16,7 +15,7 @@ namespace orn::simulation {
 
 enum class Channel { Left, Right, Both };
 
-/// A tone as a listener came to know it.
+/// A tone as a listener judged it.
 struct HeardTone {
   std::int32_t hz = 0;
   double level = 0;  ///< dB HL, measured from the samples.
@@ -24,7 +23,7 @@ struct HeardTone {
   bool heard = false;
 };
 
-/// What a listener's ears and hands are like.
+/// How a listener hears and presses.
 struct ListenerTraits {
   /// Threshold in dB HL by frequency in Hz, for the left and the right ear.
   std::map<std::int32_t, double> left, right;
@@ -37,14 +36,14 @@ struct ListenerTraits {
   double lapse = 0;  ///< Probability of no press for a tone that is heard.
   std::uint64_t seed = 1;
 
-  /// From having judged a tone to the press; the middle one where single presses spread about it.
+  /// From the judgement of a tone to the press; the median where there is a spread.
   std::chrono::milliseconds reaction{300};
-  double reactionSpread = 0;  ///< Log-normal: deviation of the natural logarithm.
+  double reactionSpread = 0;  ///< Log-normal: standard deviation of the natural logarithm.
 };
 
 /// A listener who knows nothing but the samples that leave an output: measures the tone in them, turns it into a
-/// hearing level, judges it once it stands still, and presses. A tone that goes on unchanged for longer than any
-/// single one is judged again, as the next one. The ear under test hears both channels. One thread.
+/// hearing level, judges it once it is steady, and presses. A tone that goes on unchanged for longer than a
+/// presentation is judged again, as the next presentation. The ear under test hears both channels. One thread.
 class VirtualListener {
  public:
   /// Hearing level in dB HL of a tone of that frequency and amplitude at the ear under test; nothing if unknown.
@@ -56,13 +55,13 @@ class VirtualListener {
   /// The ear under test, which is the one that hears.
   void setEar(bool isLeft) { isLeft_ = isLeft; }
 
-  /// Hears frames of left and right samples in turn, however many, without a gap.
+  /// Takes any number of interleaved left and right samples, without a gap between calls.
   void hear(std::span<const std::int16_t> samples);
 
   /// The tone that sounds at present, once it has been judged.
   const std::optional<HeardTone>& presentTone() const { return tone_; }
 
-  /// Told of every judgement; the press, if any, follows after it.
+  /// Called at every judgement; the press, if there is one, follows.
   std::function<void(const HeardTone&)> onJudgement;
 
  private:

@@ -16,7 +16,7 @@ namespace {
 constexpr std::chrono::seconds kLongestTest = std::chrono::hours(24);
 constexpr std::chrono::seconds kRestBetweenEars{2};
 
-/// The simulated machine, with a real one's service where that is asked.
+/// The simulated machine, with the service of a real one if one is given.
 class Machine {
  public:
   explicit Machine(const std::optional<Platform>& service) {
@@ -36,7 +36,7 @@ class Machine {
   SimulatedPlatform simulated;
 };
 
-/// What a reply has handed to the main thread.
+/// Runs what replies have handed to the main thread.
 void hearReplies(Machine& machine) { machine.simulated.virtualTime->runFor(std::chrono::seconds(0)); }
 
 void calibrate(TestRun& run, const TestPlan& plan, Machine& machine) {
@@ -55,7 +55,7 @@ TestOutcome runSimulatedTest(const TestPlan& plan, const TestWatch& watch) {
   watched.earEnds = [&](TestRun& run, bool nextIsLeft) {
     machine.simulated.runLoop->performAfterDelay(kRestBetweenEars, [&run, nextIsLeft] { run.startEar(nextIsLeft); });
   };
-  // The output's to hold: it may sound, and so be heard, until it goes.
+  // Shared with the output, which may sound, and so call its listener, until it goes.
   const auto run = std::make_shared<TestRun>(plan.type, plan.frequencies, std::move(watched));
   calibrate(*run, plan, machine);
   run->invite(plan.listener);

@@ -11,7 +11,7 @@
 
 namespace orn::simulation {
 
-/// One tone of a test: as the session announced it, and as the listener took it.
+/// One presentation of a test: as the session announced it, and as the listener judged it.
 struct Presentation {
   double at = 0;  ///< Seconds since the start of the first ear.
   bool isLeft = false;
@@ -26,13 +26,13 @@ struct TestOutcome {
   bool isComplete = false;
   std::string failure;  ///< One line, where the test is not complete.
   EarResult left, right;
-  std::int64_t leftLoss = 0, rightLoss = 0;  ///< dB, by the profile in the settings.
+  std::int64_t leftLoss = 0, rightLoss = 0;  ///< In dB, with the allowance for the profile in the settings.
   std::string leftVerdict, rightVerdict;
-  std::string submissionFailure;  ///< One line, where the service should have the result and has not.
+  std::string submissionFailure;  ///< One line, if the service was sent the result and has not taken it.
   std::vector<Presentation> presentations;
-  double simulatedSeconds = 0;        ///< In the loop's time.
-  double elapsedSeconds = 0;          ///< On the wall.
-  std::vector<std::int16_t> samples;  ///< Left and right in turn, from the start on, where the plan keeps them.
+  double simulatedSeconds = 0;        ///< By the loop's clock.
+  double elapsedSeconds = 0;          ///< By the wall clock.
+  std::vector<std::int16_t> samples;  ///< Interleaved, from the start on, if the plan keeps them.
 };
 
 }  // namespace orn::simulation

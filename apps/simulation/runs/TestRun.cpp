@@ -87,9 +87,6 @@ void TestRun::press() {
 
 double TestRun::progress() const { return std::min(1.0, static_cast<double>(session_->getTestProgress())); }
 
-void TestRun::pauseTest() { session_->pauseTest(); }
-void TestRun::continueTest() { session_->continueTest(); }
-
 void TestRun::fail(const std::string& why) {
   if (isOver()) return;
   outcome_.failure = why;
@@ -133,7 +130,7 @@ void TestRun::presented(const std::string& hz, const std::string& db, float volu
   if (watch_.tonePlays) watch_.tonePlays(hz, db, isLeft);
 }
 
-/// A tone that just went on from the presentation before was judged then.
+/// A tone that went on from the previous presentation unchanged was judged there.
 void TestRun::closePresentation() {
   if (!listener_ || outcome_.presentations.empty() || outcome_.presentations.back().measured) return;
   outcome_.presentations.back().measured = listener_->presentTone();

@@ -28,13 +28,13 @@ struct TestWatch {
   std::function<void(const std::string& hz, const std::string& db, bool isLeft)> tonePlays;
   std::function<void(bool isLeft, const std::string& hz, const std::string& db)> thresholdFound;
 
-  /// The first ear is done; the other one, the left if that is told, waits for TestRun::startEar().
+  /// The first ear is done; the next one waits for TestRun::startEar(nextIsLeft).
   std::function<void(TestRun& run, bool nextIsLeft)> earEnds;
 
   /// The test is complete or has failed; a complete one has not yet been submitted.
   std::function<void()> isOver;
 
-  /// Nothing more is to come of a complete test: the service has the result or not, or nobody is registered there.
+  /// The submission of a complete test has ended, well or badly, or there was none since nobody is registered.
   std::function<void()> submissionEnded;
 };
 
@@ -50,23 +50,20 @@ class TestRun {
   /// Takes the calibration of a device, an address or a model, from the service's reply.
   void calibrate(OutputPath path, const std::string& device, const std::string& reply);
 
-  /// Has the session get it from the service or its cache file. Told once, later, when there is an answer; what went
-  /// wrong is the outcome's failure then.
+  /// Has the session fetch it from the service or its cache file. `answered` is called once, later; if the fetch
+  /// failed, the outcome has failed by then.
   void fetchCalibration(OutputPath path, const std::string& device, std::function<void()> answered);
 
-  /// A virtual listener is to take the test: it presses for what it hears.
+  /// Lets a virtual listener take the test: it presses for what it hears.
   void invite(const ListenerTraits& listener);
 
-  /// Left and right samples in turn of the output, without a gap: what the listener hears.
+  /// The output's interleaved samples, without a gap: what the listener hears.
   void hear(std::span<const std::int16_t> samples);
 
   void startEar(bool isLeft);
 
   /// The person or the listener presses.
   void press();
-
-  void pauseTest();
-  void continueTest();
 
   /// Ends the test without a result.
   void fail(const std::string& why);

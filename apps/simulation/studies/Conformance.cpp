@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cmath>
 #include <stdexcept>
-#include <utility>
 
 #include <ORNHearingTestSDK/common/ToneFrequencies.h>
 #include <ORNHearingTestSDK/engine/LevelScale.h>
@@ -53,11 +52,10 @@ Bench::Bench(OutputPath path, const std::string& reply, bool isLeft, std::int32_
   Platform::setCurrent(machine_.platform());
   session_ = ORNManualHearingTest::init();
   session_->setDelegate(delegate_);
-  // Of two frequencies, so that the tone that ends does not complete the ear, which would cut it off.
+  // Two frequencies, so that the end of the tone does not complete the ear, which would cut the tone off.
   session_->setTestHzs({frequencyKey(hz), frequencyKey(hz == 1000 ? 2000 : 1000)});
   calibrate(*session_, path, sampleDevice(path), reply);
-  if (!isCalibrated(*session_, path))
-    throw std::runtime_error("the calibration has not all records that the path needs");
+  if (!isCalibrated(*session_, path)) throw std::runtime_error("the calibration lacks records that the path needs");
   delegate_->willTestAtHz = [this](auto&, auto&, auto&, float volume, bool) { volume_ = volume; };
   machine_.audioOutput->keepSamples();
 }

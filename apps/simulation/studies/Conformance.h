@@ -35,8 +35,8 @@ inline constexpr double kShortest = 0.020, kLongest = 0.200;  // rise and fall, 
 inline constexpr double kOvershoot = 1;                       // dB
 }  // namespace limits
 
-/// Renders and measures one cell. Throws std::runtime_error if the calibration lacks what it needs. Has a platform of
-/// its own, which is the one in force for that time. Main thread.
+/// Renders and measures one cell. Throws std::runtime_error if the calibration lacks what it needs. Puts a platform of
+/// its own in force meanwhile. Main thread.
 ConformanceCell measureCell(OutputPath path, const std::string& calibrationReply, bool isLeft, std::int32_t hz,
                             std::int32_t db);
 

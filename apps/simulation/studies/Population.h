@@ -7,10 +7,10 @@
 
 namespace orn::simulation {
 
-/// Where the listeners of a study come from.
+/// What the listeners of a study are drawn from.
 struct Population {
   enum class Thresholds {
-    Uniform,            ///< From `lowest` to `highest`, each ear by itself.
+    Uniform,            ///< From `lowest` to `highest`, each ear independently.
     StandardAudiograms  ///< The ten shapes in turn, the same for both ears.
   };
 
@@ -22,12 +22,12 @@ struct Population {
   double slope = 0.6;  ///< Per dB; 0 is a perfect listener.
   double guess = 0.02, lapse = 0.02;
 
-  /// A listener's middle reaction time is uniform between these; single presses spread about it, log-normally.
+  /// A listener's median reaction time is uniform between these; the single presses spread about it log-normally.
   std::chrono::milliseconds quickest{300}, slowest{700};
-  double reactionSpread = 0.25;  ///< Deviation of the natural logarithm.
+  double reactionSpread = 0.25;  ///< Standard deviation of the natural logarithm.
 };
 
-/// The listener of an index: the same for the same seed, whoever else is there.
+/// The listener of an index, which depends on the seed and the index alone.
 ListenerTraits listenerOf(const Population& population, std::uint64_t seed, std::uint64_t index);
 
 }  // namespace orn::simulation

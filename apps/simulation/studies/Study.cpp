@@ -27,7 +27,7 @@ struct Search {
   double minutes = 0;
 };
 
-/// By ear and frequency; the retest of the standard test counts to its frequency.
+/// By ear and frequency; the retest of the standard test counts towards its frequency.
 using Searches = std::map<std::pair<bool, std::int32_t>, Search>;
 
 Searches searchesOf(const std::vector<Presentation>& presentations) {
@@ -95,7 +95,7 @@ std::vector<StudiedListener> runStudy(const StudyPlan& plan, std::size_t workers
 }
 
 LevelScale scaleOf(TestType type, std::int32_t hz) {
-  // Of the retest, whose scale reaches lower, it is the second threshold that is reported.
+  // At 1000 Hz the standard test reports the threshold of its retest, whose scale reaches lower.
   return type == TestType::Standard && hz == 1000 ? kRetestScale : kGridScale;
 }
 

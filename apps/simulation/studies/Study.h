@@ -32,7 +32,7 @@ struct StudiedThreshold {
   std::array<double, 2> minutes{};
 };
 
-/// What became of one listener; the totals are those of both ears.
+/// The results of one listener; the totals are of both ears.
 struct StudiedListener {
   std::vector<StudiedThreshold> thresholds;
   std::array<double, 2> presentations{};
@@ -43,7 +43,7 @@ struct StudiedListener {
 /// come to its end. Main thread.
 StudiedListener studyListener(const StudyPlan& plan, std::size_t index);
 
-/// All of them, by worker processes; the same for any number of these. Main thread, and before there is another one.
+/// All of them, by worker processes, whose number makes no difference. Main thread, before any other thread is started.
 std::vector<StudiedListener> runStudy(const StudyPlan& plan, std::size_t workers);
 
 /// The levels that a test can report at a frequency.

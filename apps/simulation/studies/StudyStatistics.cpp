@@ -27,7 +27,7 @@ double deviationOf(const Values& values) {
 }
 
 ErrorStatistics errorsOf(const Values& errors) {
-  // Measured thresholds have no such fine digits: an error of 5 is one, whatever the last bit says.
+  // An error of 5 dB counts as within 5 dB, whatever its last bit says.
   const auto within = [&](double limit) {
     return meanOf(errors, [&](double error) { return std::abs(error) <= limit + 1e-9; });
   };
@@ -42,7 +42,7 @@ Spread spreadOf(Values values) {
   return {meanOf(values), values[rank - 1]};
 }
 
-/// What is gathered of one frequency, or of all.
+/// The values of one frequency, or of all.
 struct Gathered {
   Values onScale, plain, retest, presentations, minutes;
 

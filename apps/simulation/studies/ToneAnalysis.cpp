@@ -19,7 +19,7 @@ constexpr std::int32_t kRoundingSteps = 2;
 const double kTwentyDown = std::pow(10.0, -20.0 / 20);
 const double kOneDown = std::pow(10.0, -1.0 / 20);
 
-/// Of the n-th sample of a cycle of that many.
+/// The turn of the n-th sample of a cycle of so many samples.
 Complex turn(std::size_t n, std::size_t cycle) {
   return std::polar(1.0, -2 * std::numbers::pi * static_cast<double>(n % cycle) / static_cast<double>(cycle));
 }
@@ -40,7 +40,7 @@ std::vector<Complex> cycleByCycle(Samples samples, std::size_t cycle) {
   return windows;
 }
 
-/// Amplitude of a sine of so many turns a sample in samples that hold whole cycles of it, or very nearly (Goertzel
+/// Amplitude of a sine of so many turns per sample in samples that hold whole cycles of it, or very nearly (Goertzel
 /// 1958).
 double amplitudeAt(double turns, Samples samples) {
   const double factor = 2 * std::cos(2 * std::numbers::pi * turns);
@@ -70,7 +70,7 @@ double amplitudeOf(std::span<const Complex> windows) {
   return sum / static_cast<double>(windows.size());
 }
 
-/// By how far the phase moves on from cycle to cycle.
+/// From how far the phase advances in each cycle.
 double frequencyOf(std::span<const Complex> windows, std::int32_t hz, std::size_t cycle) {
   double turned = 0;
   std::size_t cycles = 0;

@@ -22,13 +22,13 @@ struct ToneFigures {
   double seam = 0;
 };
 
-/// Which frames of the sound are surely steady.
+/// The frames in which the tone is certainly steady.
 struct SteadyPart {
   std::size_t first = 0, frames = 0;
 };
 
-/// Measures a tone, switched on and off once, of about `hz`, one of the seven test frequencies; its fade may not be
-/// quicker than a cycle for its times to be exact. The steady part has whole cycles. Nothing if there is no tone in it.
+/// Measures a tone, switched on and off once, of about `hz`, one of the seven test frequencies; its times are exact if
+/// its fades take longer than a cycle. The steady part must hold whole cycles. Nothing if there is no tone in it.
 std::optional<ToneFigures> analysed(std::span<const std::int16_t> samples, std::int32_t hz, SteadyPart steady);
 
 }  // namespace orn::simulation

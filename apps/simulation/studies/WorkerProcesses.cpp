@@ -22,7 +22,7 @@
 namespace orn::simulation {
 namespace {
 
-/// Before each result in the pipe.
+/// Precedes each result in the pipe.
 struct Head {
   std::uint64_t index = 0;
   std::uint32_t size = 0;
@@ -62,7 +62,7 @@ class Worker {
   }
   ~Worker() {
     close(pipe_);
-    kill(process_, SIGKILL);  // one that still works does so for nobody
+    kill(process_, SIGKILL);  // nobody waits for one that still works
     while (waitpid(process_, nullptr, 0) < 0 && errno == EINTR) {
     }
   }
@@ -120,7 +120,7 @@ class Worker {
 std::vector<std::string> inWorkerProcesses(std::size_t count, std::size_t workers,
                                            const std::function<std::string(std::size_t)>& job) {
   workers = std::clamp<std::size_t>(workers, 1, std::max<std::size_t>(count, 1));
-  std::fflush(nullptr);  // or each worker would have what is not yet written
+  std::fflush(nullptr);  // or each worker would write what is still buffered
   std::vector<std::unique_ptr<Worker>> all;
   for (std::size_t i = 0; i < workers; ++i) all.push_back(std::make_unique<Worker>(i, workers, count, job));
   std::vector<std::optional<std::string>> results(count);
