@@ -8,10 +8,10 @@ namespace {
 
 using simulation::sampleReply;
 
-/// A good reply without its last record.
-std::string incomplete(OutputPath path) {
+/// A good reply without one of its records.
+std::string incomplete(OutputPath path, std::size_t missing = 0) {
   auto reply = nlohmann::json::parse(sampleReply(path));
-  reply["deviceVolumeIOS"].erase(reply["deviceVolumeIOS"].size() - 1);
+  reply["deviceVolumeIOS"].erase(missing);
   return reply.dump();
 }
 
@@ -37,7 +37,6 @@ TEST(FetchInFull, AnswersOnceAndKeepsOnlyWhatIsEnoughForATest) {
     const std::pair<std::string, const char*> useless[] = {{R"({"rspCode":1})", "service, asked 1"},
                                                            {"[]", "json, asked 1"},
                                                            {R"({"rspCode":0})", "calibration 0, asked 1"},
-                                                           {incomplete(path), "calibration 0, asked 1"},
                                                            {sampleReply(other), "calibration 0, asked 1"}};
     ServiceScript script;
     script.fails();
@@ -45,6 +44,13 @@ TEST(FetchInFull, AnswersOnceAndKeepsOnlyWhatIsEnoughForATest) {
     for (const auto& [reply, heard] : useless) {
       script.answers(reply);
       for (int time = 0; time < 2; ++time) EXPECT_EQ(fetch(script, path), heard) << reply;
+    }
+    for (std::size_t missing = 0; missing < (path == OutputPath::Audiometer ? 3 : 2); ++missing) {
+      script.answers(incomplete(path, missing));
+      EXPECT_EQ(fetch(script, path), "calibration 0, asked 1") << missing;
+      const auto session = ORNManualHearingTest::init();
+      calibrate(*session, path, "device", incomplete(path, missing));
+      EXPECT_FALSE(isCalibrated(*session, path)) << missing;
     }
     // Kept by the other operations, which take it as it is.
     script.answers(incomplete(path));
@@ -57,6 +63,9 @@ TEST(FetchInFull, AnswersOnceAndKeepsOnlyWhatIsEnoughForATest) {
     script.fails();
     EXPECT_EQ(fetch(script, path), "ok, asked 0, calibrated") << "from the cache";
     EXPECT_FALSE(isCalibration(path, sampleReply(path), {"1000hz", "750hz"}));
+    auto refused = nlohmann::json::parse(sampleReply(path));
+    refused["rspCode"] = 1;
+    EXPECT_FALSE(isCalibration(path, refused.dump(), {"1000hz"}));
   }
 }
 

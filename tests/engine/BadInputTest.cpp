@@ -25,12 +25,14 @@ TEST(MissingCalibration, OfALaterFrequencyKeepsWhatWasFound) {
   EXPECT_EQ(test.trace(40).back(), "52 R complete 1000hz=35 2000hz=45");
 }
 
-TEST(MissingCalibration, OfOneEarLeavesNothingBehindForTheOther) {
-  for (const auto type : {SessionScript::Auto, SessionScript::Standard}) {
+TEST(MissingOutput, OfOneEarLeavesNothingBehindForTheOther) {
+  for (const auto& [type, tone] :
+       {std::pair(SessionScript::Auto, "14 L 1000hz 40db"), std::pair(SessionScript::Standard, "14 L 1000hz 60db")}) {
     SessionScript test(type);
-    test.session->setRightVolue(nullptr);
-    EXPECT_THAT(test.traceOfEar(kRight, 10), ElementsAre("4 R missing calibration"));
-    test.traceOfEar(kLeft, 4.5);
+    test.machine.audioOutput->setDevicePresent(false);
+    EXPECT_THAT(test.traceOfEar(kRight, 10), ElementsAre("4 R missing output"));
+    test.machine.audioOutput->setDevicePresent(true);
+    EXPECT_THAT(test.traceOfEar(kLeft, 4.5), ElementsAre(tone));
     const auto& playing = test.quiet1000->isPlaying ? test.quiet1000 : test.loud1000;
     EXPECT_TRUE(playing->isPlaying && playing->pan() < 0) << "the left ear's own tone";
   }

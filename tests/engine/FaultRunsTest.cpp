@@ -35,14 +35,25 @@ TEST(FaultRuns, AToneWhoseEndComesVeryLateIsPresentedAgainUnlessItWasHeard) {
   }
 }
 
+/// What is told of both ears, with a threshold of 35 dB.
+Lines traceOfWholeTest(SessionScript& test) {
+  test.session->setTestHzs({"1000hz", "4000hz"});
+  test.hearsFrom(35);
+  for (const bool isLeft : {kRight, kLeft}) {
+    test.session->startTest(isLeft);
+    const auto isOver = [&] { return isLeft ? test.session->isTestComplete() : test.session->isOneComplete(); };
+    EXPECT_TRUE(test.machine.virtualTime->runUntil(isOver, std::chrono::hours(3)));
+    test.run(5);
+  }
+  return test.takeTrace();
+}
+
 TEST(FaultRuns, AHoldUpAnywhereCostsTimeAndNoThreshold) {
   for (const auto type : {SessionScript::Auto, SessionScript::Standard}) {
     Lines wanted;
     for (const std::string place : {"nowhere", "tone", "dialog", "threshold", "between events"}) {
       for (const int span : {300, 3200, 9000}) {
         SessionScript test(type);
-        test.session->setTestHzs({"1000hz", "4000hz"});
-        test.hearsFrom(35);
         // A dialog is a loop of the host's own within the call.
         const auto hold = [&time = *test.machine.virtualTime, isLoop = place == "dialog", span] {
           isLoop ? time.runFor(milliseconds(span)) : time.holdUp(milliseconds(span));
@@ -52,13 +63,7 @@ TEST(FaultRuns, AHoldUpAnywhereCostsTimeAndNoThreshold) {
         if (place == "tone" || place == "dialog") tone = [hold, meet = tone](auto&&... call) { hold(), meet(call...); };
         if (place == "threshold") threshold = [hold, meet = threshold](auto&&... call) { meet(call...), hold(); };
         for (double at = 4.3; place == "between events" && at < 600; at += 5.9) test.at(at, hold);
-        for (const bool isLeft : {kRight, kLeft}) {
-          test.session->startTest(isLeft);
-          const auto isOver = [&] { return isLeft ? test.session->isTestComplete() : test.session->isOneComplete(); };
-          EXPECT_TRUE(test.machine.virtualTime->runUntil(isOver, std::chrono::hours(3)));
-          test.run(5);
-        }
-        const Lines told = order(test.takeTrace());
+        const Lines told = order(traceOfWholeTest(test));
         if (wanted.empty()) wanted = told;
         EXPECT_THAT(told.back(), testing::HasSubstr("complete L"));
         EXPECT_EQ(told, wanted) << type << place << span;
@@ -83,16 +88,9 @@ TEST(FaultRuns, AToneHasItsWholeTimeFromWhenItCouldBeAnswered) {
                                           DoubleNear(19.8, 0.3), DoubleNear(23.8, 0.3)));
 }
 
-/// Both ears, with a threshold of 35 dB.
-void runWholeTest(SessionScript& test) {
-  test.session->setTestHzs({"1000hz", "4000hz"});
-  test.hearsFrom(35);
-  for (const bool isLeft : {kRight, kLeft}) test.traceOfEar(isLeft, 50);
-}
-
 TEST(FaultRuns, TwoSessionsInTurnOnTheOnePlayerDoNotHearEachOther) {
   SessionScript alone(SessionScript::Auto, SessionScript::Audiometer);
-  runWholeTest(alone);
+  traceOfWholeTest(alone);
   const auto& wanted = alone.machine.audioOutput->keptSamples();
   for (const auto type : {SessionScript::Auto, SessionScript::Manual}) {
     SessionScript test(SessionScript::Auto, SessionScript::Audiometer);
@@ -109,7 +107,7 @@ TEST(FaultRuns, TwoSessionsInTurnOnTheOnePlayerDoNotHearEachOther) {
     test.at(18, [&] { first->pauseTest(); });
     test.at(30, [&] { first->endTest(); });
     test.at(36, [&] { first->pauseTest(); });
-    runWholeTest(test);
+    traceOfWholeTest(test);
     const auto& all = test.machine.audioOutput->keptSamples();
     EXPECT_TRUE(std::equal(all.begin() + 12 * 2 * 48000, all.end(), wanted.begin(), wanted.end()));
   }

@@ -144,6 +144,20 @@ TEST(ManualPress, SilencesTheToneOnTheAudiometerAndAPauseOnlyHoldsIt) {
   EXPECT_EQ(test.loudest(4.6, 6), 0) << "after the fade and the queue of 240 ms";
 }
 
+TEST(ManualEnd, LeavesTheSharedPlayersToTheNextSession) {
+  ManualTest test;
+  test.session->playAtHz("1000hz", "40");
+  test.session->endTest();
+  EXPECT_FALSE(test.quiet1000->isPlaying);
+  const auto next = ORNManualHearingTest::init();
+  next->setRightVolue(SessionScript::record("-60"));
+  next->startTest(kRight);
+  next->playAtHz("1000hz", "40");
+  test.session->listened();
+  test.session->pauseTest();
+  EXPECT_TRUE(test.quiet1000->isPlaying);
+}
+
 TEST(Factory, MakesAnAutomaticSessionOfATypeThatThereIsNot) {
   for (const int type : {-1, 3}) {
     EXPECT_TRUE(std::dynamic_pointer_cast<ORNAutoHearingTest>(ORNHearingTest::initWithTestType(type)));

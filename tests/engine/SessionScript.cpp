@@ -27,7 +27,7 @@ std::string text(const EarResult& result) {
   return all;
 }
 
-SessionScript::SessionScript(Type type, Path path, Sound sound) {
+SessionScript::SessionScript(Type type, Path path) {
   Platform::setCurrent(machine.platform());
   for (const char* key : {kAppKeyDefault, kUserIDDefault, kServiceHostDefault}) {
     machine.userDefaults->setValue(key, std::string("given"));
@@ -39,7 +39,7 @@ SessionScript::SessionScript(Type type, Path path, Sound sound) {
   if (path == Audiometer) {
     session->setKV50MAC("AA:BB:CC:DD:EE:FF");
     session->setAb(record("-50"));
-    if (sound == Kept) machine.audioOutput->keepSamples();
+    machine.audioOutput->keepSamples();
   } else {
     session->setEarPlugModel("model");
     session->setLeftVolume(record("-60"));

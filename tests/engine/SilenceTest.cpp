@@ -9,7 +9,9 @@
 namespace orn {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 /// The library's bundles, which may be left out.
@@ -140,6 +142,7 @@ TEST(Silence, IsTriedAgainOncePerToneWhereTheHostContinuesWithinTheTelling) {
     const std::string missing = std::string(" R missing ") + way.told;
     EXPECT_THAT(ear.traceOfEar(kRight, 17),
                 ElementsAre("4" + missing, "8" + missing, "12" + missing, "16" + firstTone(ear)));
+    EXPECT_GT(ear.loudest(16.3, 17), 0);
     expectTruth(ear);
   });
 }
@@ -177,6 +180,25 @@ TEST(Silence, WithinAToneHasItPresentedAgainAndInTheLastOfFourPausesTheTest) {
     ear.session->continueTest();
     expectTruth(ear);
   });
+}
+
+TEST(Silence, InOneToneNowAndThenCostsTimeAlone) {
+  forEach(kOutputs, [](Ear& ear, const Way& way) {
+    ear.hearsFrom(100);
+    for (const double start : {4, 12, 20, 28, 36}) {
+      ear.at(start + 1, [&] { way.set(ear, true); });
+      ear.at(start + 2, [&] { way.set(ear, false); });
+    }
+    EXPECT_THAT(ear.traceOfEar(kRight, 43), testing::Not(Contains(HasSubstr("missing"))));
+  });
+}
+
+TEST(Silence, OfTheToneAfterAThresholdIsToldOnce) {
+  Ear ear(SessionScript::Standard, SessionScript::Earphones);
+  ear.presses("HHHHHHHH");
+  ear.at(35.9, [&] { kNoDevice.set(ear, true); });
+  const Lines trace = ear.traceOfEar(kRight, 50);
+  EXPECT_THAT(Lines(trace.end() - 2, trace.end()), ElementsAre("36 R -> 1000hz 15db", "36 R missing output"));
 }
 
 TEST(Silence, OfAManualToneRecordsNothing) {

@@ -9,7 +9,7 @@ namespace orn {
 namespace {
 
 TEST(AudioThread, MeetsEveryChangeAndOutlivesTheSessionThatItPulls) {
-  SessionScript test(SessionScript::Manual, SessionScript::Audiometer, SessionScript::Forgotten);
+  SessionScript test(SessionScript::Manual, SessionScript::Audiometer);
   test.session->startTest(kRight);
   std::atomic<int> blocks = 0, wrongSizes = 0;
   // As the player does, but as fast as it can.

@@ -94,6 +94,7 @@ TEST(FailureTable, TellsARefusalOrALossInItsOwnWordsOnOneShortLine) {
       {{R"({"rspCode":1e30,"rspDesc":5})", {}}, "service 2147483647: refused without a word"},
       {{{}, Error{"transport", 7, "\xFF\r\n\u542c" + filler}},
        "transport 7: ?  \u542c" + filler.substr(0, 194) + "..."},
+      {{std::string(1'000'000, '['), {}}, "json 2: the reply is nested too deep"},
       {{"{\"a\xFF\n" + filler, {}}, ""},
       {{"\x01\xE5\x90", {}}, ""},
   };

@@ -88,6 +88,13 @@ TEST_F(ServiceRequest, GoesOutToTheLetter) {
   }
 }
 
+TEST_F(ServiceRequest, OfTheHostsOwnHasItsHeadersReplaced) {
+  URLRequest request;
+  request.headers = {{"App-Version", "1"}};
+  ORNHearingTest::setHttpHeader(request);
+  EXPECT_THAT(request.headers, UnorderedElementsAreArray(kCommonHeaders));
+}
+
 TEST_F(ServiceRequest, AFormBodyIsEscapedAsAWhole) {
   // "&", "=", ":" and "+" of a value go out unprotected.
   const std::pair<std::string, std::string> table[] = {

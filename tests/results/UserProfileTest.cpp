@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <ctime>
 
+#include <ORNHearingTestSDK/common/DateText.h>
 #include <ORNHearingTestSDK/engine/ORNHearingTest.h>
 #include <ORNHearingTestSDK/results/UserProfile.h>
 
@@ -107,6 +108,18 @@ TEST_F(SetAppUserID, BirthdayGoesOutAsADayOfTheLocalZone) {
   }
   unsetenv("TZ");
   tzset();
+}
+
+TEST(Birthday, IsReadAsPeopleWriteOneSince1900) {
+  ServiceScript script;
+  for (const char* text : {"1980-03-05", "1980-3-5", "1980/3/05", "1980.03.5", "19800305"}) {
+    const auto day = UserProfile::birthdayOf(text);
+    EXPECT_TRUE(day && dateText(*day, "%Y-%m-%d") == "1980-03-05") << text;
+  }
+  EXPECT_TRUE(UserProfile::birthdayOf("1900-01-01"));
+  for (const char* text : {"1899-12-31", "9999-01-01", "1980-02-30", "5.3.1980", "19800305-", "word", ""}) {
+    EXPECT_FALSE(UserProfile::birthdayOf(text)) << text;
+  }
 }
 
 }  // namespace
