@@ -201,9 +201,8 @@ Object.assign(checks, {
   async samples(browser) {
     await browser.open('samples.html');
     const lines = await browser.until('return window.ended && window.lines', 300, 'the tests');
-    const expected = (await readFile(join(folder, 'samples.txt'), 'utf8')).trim().split('\n');
-    console.log(lines.join('\n'));
-    expect(lines.join('\n') === expected.join('\n'), `the samples are others than\n${expected.join('\n')}`);
+    const expected = await readFile(new URL('../tests/web/samples.txt', import.meta.url), 'utf8');
+    expect(`${lines.join('\n')}\n` === expected, `the samples are\n${lines.join('\n')}\ninstead of\n${expected}`);
   },
 
   async test(browser) {
