@@ -1,6 +1,6 @@
 // Drives the built web programs in a browser, Debian's Chromium by ChromeDriver, against a server on loopback: all
 // checks, or those named. Nothing but what Node.js brings along.
-//   node scripts/check-web.mjs [contracts] [samples] [test] [faults] [pictures] [bench]
+//   node scripts/check-web.mjs [contracts] [samples] [test] [faults] [page] [bench]
 import { spawn } from 'node:child_process';
 import { createServer } from 'node:http';
 import { mkdtemp, readFile, rm, writeFile, mkdir } from 'node:fs/promises';
@@ -36,8 +36,9 @@ function serve() {
 
 /** A browser of its own, by the WebDriver protocol. */
 class Browser {
-  static async start(port) {
+  static async start(server) {
     const browser = new Browser();
+    browser.server = server;
     browser.profile = await mkdtemp(join(tmpdir(), 'hearing-web-'));
     browser.driver = spawn('chromedriver', ['--port=0'], { stdio: ['ignore', 'pipe', 'inherit'], detached: true });
     const driverPort = await new Promise((done, fail) => {
@@ -48,7 +49,7 @@ class Browser {
       });
     });
     browser.base = `http://127.0.0.1:${driverPort}/session`;
-    browser.page = `http://127.0.0.1:${port}/`;
+    browser.page = `http://127.0.0.1:${server.address().port}/`;
     const args = ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
       '--disable-background-networking', '--disable-component-update', '--disable-sync',
       '--autoplay-policy=no-user-gesture-required', `--user-data-dir=${browser.profile}`];
@@ -70,6 +71,11 @@ class Browser {
   open(path) { return this.ask('POST', '/url', { url: this.page + path }); }
   run(script, ...args) { return this.ask('POST', '/execute/sync', { script, args }); }
   devtools(cmd, params = {}) { return this.ask('POST', '/goog/cdp/execute', { cmd, params }); }
+
+  async press(key) {
+    const keys = { key, code: key, windowsVirtualKeyCode: { Tab: 9, Enter: 13 }[key], text: key === 'Enter' ? '\r' : undefined };
+    for (const type of ['keyDown', 'keyUp']) await this.devtools('Input.dispatchKeyEvent', { type, ...keys });
+  }
 
   /** Until a script returns something true, which is given. */
   async until(script, seconds, what = script) {
@@ -113,28 +119,90 @@ async function takeTest(browser, query) {
   await browser.until('return window.hearing.state.events.some(([event]) => event === "tone")', 60, 'a tone');
 }
 
-/** To its end, and what it found must be true. A simulated listener hears to the decibel; levels come in steps of 5. */
+const goOn = `[...document.querySelectorAll("button")].find((one) => one.textContent === "继续测试").click()`;
+
+/**
+ * To its end, and what it found must be true. A simulated listener hears to the decibel; levels come in steps of 5.
+ * Where the machine is too busy to play a tone whole, the test waits, and the person goes on.
+ */
 async function expectTruth(browser, left, right, seconds) {
-  const result = await browser.until('return window.hearing.state.result', seconds, 'the result');
+  const result = await browser.until(`const { isWaiting, result } = window.hearing.state;
+    if (isWaiting) ${goOn};
+    return result;`, seconds, 'the result');
   for (const [ear, truth] of [[result.left, left], [result.right, right]]) {
     for (const [hz, db] of Object.entries(ear.thresholds)) {
-      expect(db === truth, `${hz} Hz: ${db} dB instead of ${truth}`);
+      const events = await browser.run('return window.hearing.state.events');
+      expect(db === truth, `${hz} Hz: ${db} dB instead of ${truth}: ${JSON.stringify(events)}`);
     }
   }
   expect(result.level === 'level not verified' && result.calibration === 'sample', 'the result claims more than it knows');
 }
 
-const tones = 'return window.hearing.state.events.filter(([event]) => event === "tone").length';
-const goOn = `[...document.querySelectorAll("button")].find((one) => one.textContent === "继续测试").click()`;
+/** What happens in the page when a tone begins ("tone") or the listener is about to press ("heard"), of any level or one. */
+function at(browser, event, what, level = null) {
+  return browser.run(`const [name, level] = arguments;
+    const { state, module } = window.hearing;
+    const busy = (milliseconds) => { for (const end = performance.now() + milliseconds; performance.now() < end;); };
+    const onEvent = (name, does, level = null) => {
+      state.events.push = (one) => {
+        Array.prototype.push.call(state.events, one);
+        if (one[0] !== name || (level !== null && state.tone.db !== level)) return;
+        delete state.events.push;
+        does();
+      };
+    };
+    return new Promise((done, fail) => {
+      setTimeout(() => fail(new Error('no ' + name + ' after ' + JSON.stringify(state.events))), 60000);
+      const person = setInterval(() => { if (state.isWaiting) ${goOn}; }, 1000);
+      onEvent(name, () => {
+        clearInterval(person);
+        setTimeout(() => done((() => { ${what} })()));
+      }, level);
+    });`, event, level);
+}
+
+/** Every button can be reached by the keyboard, and a screen reader is told all that there is. */
+async function expectReachable(browser, texts) {
+  const buttons = await browser.run('return [...document.querySelectorAll("button")].map((one) => one.textContent)');
+  for (const text of texts) expect(buttons.includes(text), `no button ${text} among ${buttons}`);
+  const reached = new Set();
+  for (let i = 0; i <= buttons.length; ++i) {
+    await browser.press('Tab');
+    reached.add(await browser.run('return document.activeElement.textContent'));
+  }
+  for (const text of buttons) expect(reached.has(text), `the keyboard does not reach ${text}`);
+  const { nodes } = await browser.devtools('Accessibility.getFullAXTree');
+  const named = (role) => nodes.filter((one) => one.role?.value === role && one.name?.value).map((one) => one.name.value);
+  expect(named('button').join() === buttons.join(), `a screen reader is told of ${named('button')}`);
+  const [title, text] = await browser.run('return ["title", "text"].map((id) => document.getElementById(id).textContent)');
+  expect(named('heading').includes(title) && named('image').some((name) => name.includes('听力图')), 'a part has no name');
+  const spoken = named('StaticText').join('').replaceAll('\n', '');
+  expect(spoken.includes(text.replaceAll('\n', '')), `the text is not told: ${text}`);
+  expect(nodes.some((one) => one.role?.value === 'status'), 'nothing is told as it changes');
+}
+
+/** As it looks, at the limits of width and at a phone's, light and dark: nothing is wider than the window. */
+async function pictures(browser, name) {
+  const shots = new URL('../build/web/pictures/', import.meta.url).pathname;
+  await mkdir(shots, { recursive: true });
+  for (const width of [320, 390, 1280]) {
+    await browser.devtools('Emulation.setDeviceMetricsOverride', { width, height: 844, deviceScaleFactor: 2, mobile: width < 800 });
+    for (const scheme of ['light', 'dark']) {
+      await browser.devtools('Emulation.setEmulatedMedia', { features: [{ name: 'prefers-color-scheme', value: scheme }] });
+      await pause(0.5);
+      expect(await browser.run('return document.documentElement.scrollWidth <= window.innerWidth'), `wider than ${width}`);
+      await writeFile(`${shots}${name}-${width}-${scheme}.png`, Buffer.from(await browser.ask('GET', '/screenshot'), 'base64'));
+    }
+  }
+}
 
 Object.assign(checks, {
   /** In virtual time: the samples of whole tests are those of every other platform. */
   async samples(browser) {
     await browser.open('samples.html');
     const lines = await browser.until('return window.ended && window.lines', 300, 'the tests');
-    const expected = (await readFile(join(folder, 'samples.txt'), 'utf8')).trim().split('\n');
-    console.log(lines.join('\n'));
-    expect(lines.join('\n') === expected.join('\n'), `the samples are others than\n${expected.join('\n')}`);
+    const expected = await readFile(new URL('../tests/web/samples.txt', import.meta.url), 'utf8');
+    expect(`${lines.join('\n')}\n` === expected, `the samples are\n${lines.join('\n')}\ninstead of\n${expected}`);
   },
 
   async test(browser) {
@@ -144,51 +212,80 @@ Object.assign(checks, {
 
   /** What takes the sound away in mid-tone, one after another: the page says why it waits, and no threshold is wrong. */
   async faults(browser) {
-    const waits = async (what, why) => {
-      await browser.until('return window.hearing.state.isWaiting', 30, what);
-      const told = await browser.run('return [window.hearing.state.why, document.getElementById("text").textContent]');
-      expect(told[0] === why && told[1].length > 0, `${what}: the page says ${told}`);
+    const waits = async (what, why, ends = '') => {
+      await browser.until(`return window.hearing.state.isWaiting && window.hearing.state.why === "${why}"`, 30, what);
+      expect(await browser.run('return document.getElementById("text").textContent.length > 0'), `${what}: nothing is said`);
+      await browser.run(ends);
       await browser.run(goOn);
       await browser.until('return !window.hearing.state.isWaiting', 30, `${what}: it does not go on`);
     };
     await takeTest(browser, '?hz=1000&left=35&right=20');
 
-    await browser.run('window.hearing.module.ornSound.context.suspend()');
+    // Longer than the audio thread has samples for: it runs dry, which is a lapse, and the tone comes again.
+    const before = await at(browser, 'tone', 'const lapses = module.lapses(); busy(5000); return lapses;');
+    await browser.until(`return window.hearing.module.lapses() > ${before}`, 10, 'a starved main thread is no lapse');
+
+    // A main thread that is starved until a tone has run dry, before it comes to the press, and again when it has just fed
+    // the tone: what has been heard must not sound again, since a press for that would be the next tone's.
+    const sounded = await at(browser, 'heard', `const sound = module.ornSound;
+      busy(3300);
+      const { post } = sound, hears = sound.ear.port.onmessage, since = sound.context.currentTime;
+      let next = Infinity, again = false;
+      sound.post = (...all) => { post.apply(sound, all); sound.post = post; busy(300); };
+      sound.ear.port.onmessage = (event) => {
+        hears(event);
+        const { time, samples } = event.data;
+        if (time > since && time < next) again ||= samples.some((one) => one !== 0);
+      };
+      return new Promise((told) => onEvent('tone', () => {
+        next = sound.context.currentTime;
+        setTimeout(() => told(again), 2000);
+      }));`, 20);
+    expect(!sounded, 'a tone that has been heard sounds again');
+
+    await at(browser, 'tone', 'module.ornSound.context.suspend();');
+    await pause(1); // as long as a person takes to look, and longer than a clock may stand still
     await waits('a suspended context', 'suspended');
 
-    await browser.run(`Object.defineProperty(document, 'hidden', { get: () => window.isHidden, configurable: true });
-      window.isHidden = true; document.dispatchEvent(new Event('visibilitychange'));
-      setTimeout(() => { window.isHidden = false; document.dispatchEvent(new Event('visibilitychange')); }, 2000);`);
-    await pause(2.5);
-    await waits('a hidden page', 'hidden');
+    await at(browser, 'tone', `Object.defineProperty(document, 'hidden', { get: () => window.isHidden, configurable: true });
+      window.isHidden = true; document.dispatchEvent(new Event('visibilitychange'));`);
+    await pause(2);
+    await waits('a hidden page', 'hidden', `window.isHidden = false; document.dispatchEvent(new Event('visibilitychange'));`);
 
+    await at(browser, 'tone', '');
     await browser.devtools('Page.setWebLifecycleState', { state: 'frozen' });
     await pause(9);
     await browser.devtools('Page.setWebLifecycleState', { state: 'active' });
     await waits('a frozen page', 'frozen');
 
-    // Longer than the audio thread has samples for: it runs dry, which is a lapse, and the tone comes again.
-    const before = await browser.run(`${tones.replace('return ', 'const count = ')};
-      const lapses = window.hearing.module.lapses();
-      for (const end = performance.now() + 5000; performance.now() < end;);
-      return [lapses, count];`);
-    await browser.until(`return window.hearing.module.lapses() > ${before[0]}`, 10, 'a starved main thread is no lapse');
     await expectTruth(browser, 35, 20, 300);
   },
 
-  /** The page at a phone's size, light and dark, and at the limits of width: nothing is wider than the window. */
-  async pictures(browser) {
-    const shots = new URL('../build/web/pictures/', import.meta.url).pathname;
-    await mkdir(shots, { recursive: true });
-    await takeTest(browser, '?hz=1000&left=35&right=20');
+  /** By the keyboard and to a screen reader, at the limits of width, light and dark, and without a network. */
+  async page(browser) {
+    await browser.open('?hz=1000&left=35&right=20');
+    await browser.until('return window.hearing !== undefined && navigator.serviceWorker.controller !== null', 60, 'the page');
+    browser.server.close();
+    browser.server.closeAllConnections();
+    await browser.open('?hz=1000&left=35&right=20');
+    await browser.until('return window.hearing !== undefined', 60, 'the page without a network');
+    await expectReachable(browser, ['开始', '模拟测听者试测']);
+
+    await browser.run('document.querySelector("button").focus()');
+    await browser.press('Enter');
+    await browser.until('return document.querySelectorAll("button").length > 2', 30, 'the channel check');
+    await expectReachable(browser, ['左', '右', '两侧', '没听到', '再听一次']);
+
+    await browser.open('?hz=1000&left=35&right=20');
+    await browser.until('return window.hearing !== undefined', 60, 'the page');
+    await browser.press('Tab');
+    await browser.press('Enter');
     await browser.until('return Object.keys(window.hearing.state.ears.right).length > 0', 120, 'a threshold');
-    for (const [width, scheme] of [[390, 'light'], [390, 'dark'], [320, 'light'], [1280, 'dark']]) {
-      await browser.devtools('Emulation.setDeviceMetricsOverride', { width, height: 844, deviceScaleFactor: 2, mobile: width < 800 });
-      await browser.devtools('Emulation.setEmulatedMedia', { features: [{ name: 'prefers-color-scheme', value: scheme }] });
-      await pause(0.5);
-      expect(await browser.run('return document.documentElement.scrollWidth <= window.innerWidth'), `wider than ${width}`);
-      await writeFile(`${shots}${width}-${scheme}.png`, Buffer.from(await browser.ask('GET', '/screenshot'), 'base64'));
-    }
+    await expectReachable(browser, ['听到了']);
+    await pictures(browser, 'test');
+    await expectTruth(browser, 35, 20, 200);
+    await expectReachable(browser, ['再测一次']);
+    await pictures(browser, 'result');
   },
 
   /** Load to ready, and from the press to silence as it leaves the output. */
@@ -201,7 +298,7 @@ Object.assign(checks, {
       let pressed = 0;
       ear.port.onmessage = (event) => {
         hears(event);
-        if (pressed && event.data.every((sample) => sample === 0)) done(performance.now() - pressed);
+        if (pressed && event.data.samples.every((sample) => sample === 0)) done(performance.now() - pressed);
       };
       setTimeout(() => { pressed = performance.now(); document.querySelector('button.main').click(); }, 500);
     });`);
@@ -210,13 +307,13 @@ Object.assign(checks, {
   },
 });
 
-const server = await serve();
 let failures = 0;
 for (const name of process.argv.length > 2 ? process.argv.slice(2) : Object.keys(checks)) {
   const start = Date.now();
+  const server = await serve();
   let browser;
   try {
-    browser = await Browser.start(server.address().port);
+    browser = await Browser.start(server);
     await checks[name](browser);
     console.log(`${name}: passed in ${((Date.now() - start) / 1000).toFixed(1)} s`);
   } catch (error) {
@@ -224,8 +321,8 @@ for (const name of process.argv.length > 2 ? process.argv.slice(2) : Object.keys
     console.error(`${name}: ${error.message}`);
   } finally {
     await browser?.end();
+    server.close();
+    server.closeAllConnections();
   }
 }
-server.close();
-server.closeAllConnections();
 process.exitCode = failures > 0 ? 1 : 0;

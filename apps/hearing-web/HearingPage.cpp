@@ -21,6 +21,8 @@ using nlohmann::json;
 
 constexpr auto kPath = OutputPath::Earphones;
 
+RunLoop& loop() { return *Platform::current().runLoop; }
+
 json cell(const std::string& hz, const std::string& db, bool isLeft) {
   return {{"hz", intValue(hz)}, {"db", intValue(db)}, {"isLeft", isLeft}};
 }
@@ -53,6 +55,7 @@ HearingPage::~HearingPage() {
 void HearingPage::watchDelegate() {
   delegate_->willTestAtHz = [this](ORNHearingTest& test, const std::string& hz, const std::string& db, float,
                                    bool isLeft) {
+    toneStart_ = loop().now();
     json what = cell(hz, db, isLeft);
     what["progress"] = std::min(1.0F, test.getTestProgress());
     tell_("tone", what);
@@ -101,10 +104,16 @@ void HearingPage::invite(const simulation::ListenerTraits& listener) {
         return simulation::levelOf(*session, kPath, hz, amplitude);
       },
       [this](std::chrono::milliseconds reaction) {
-        Platform::current().runLoop->performAfterDelay(reaction, [session = session_] { session->listened(); });
+        // As soon after the samples as a person would.
+        loop().performAfterDelay(reaction - heardAgo_, [page = weak_from_this(), time = loop().now() - heardAgo_] {
+          if (const auto alive = page.lock()) alive->answer(time);
+        });
         tell_("heard", json::object());
       });
-  listenToWebSound([this](std::span<const std::int16_t> samples) { listener_->hear(samples); });
+  listenToWebSound([this](std::span<const std::int16_t> samples, std::chrono::nanoseconds ago) {
+    heardAgo_ = ago;
+    listener_->hear(samples);
+  });
 }
 
 void HearingPage::startEar(bool isLeft) {
@@ -114,7 +123,15 @@ void HearingPage::startEar(bool isLeft) {
   session_->startTest(isLeft);
 }
 
-void HearingPage::press() { session_->listened(); }
+void HearingPage::press(double millisecondsAgo) {
+  const std::chrono::duration<double, std::milli> ago(millisecondsAgo);
+  answer(loop().now() - std::chrono::duration_cast<std::chrono::nanoseconds>(ago));
+}
+
+/// Of what was heard or done before the tone began, none is an answer to it.
+void HearingPage::answer(std::chrono::nanoseconds time) {
+  if (time >= toneStart_) session_->listened();
+}
 
 void HearingPage::pause() { session_->pauseTest(); }
 

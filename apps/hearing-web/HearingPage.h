@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -17,7 +18,7 @@ namespace orn::web {
 
 /// One test on the page, from the channel check to the result, on the earphone path with the sample calibration. Events
 /// tell what happens, each a name and an object. Nobody is registered, so nothing is ever submitted. Main thread.
-class HearingPage {
+class HearingPage : public std::enable_shared_from_this<HearingPage> {
  public:
   using Tell = std::function<void(const std::string& event, const nlohmann::json& what)>;
 
@@ -36,13 +37,18 @@ class HearingPage {
   void invite(const simulation::ListenerTraits& listener);
 
   void startEar(bool isLeft);
-  void press();
+
+  /// A press, and how long ago it was made: one that waited for a busy main thread is no answer to the tone that has
+  /// begun meanwhile.
+  void press(double millisecondsAgo);
+
   void pause();
   void goOn();
 
  private:
   void watchDelegate();
   void watchOutput();
+  void answer(std::chrono::nanoseconds time);
 
   Tell tell_;
   std::shared_ptr<ORNManualHearingTest> session_;
@@ -51,6 +57,8 @@ class HearingPage {
   std::unique_ptr<ChannelCheck> check_;
   std::unique_ptr<simulation::VirtualListener> listener_;
   bool isUnderWay_ = false;  // an ear is being tested
+  std::chrono::nanoseconds toneStart_{0};
+  std::chrono::nanoseconds heardAgo_{0};  // what the listener hears at present
 };
 
 }  // namespace orn::web

@@ -82,7 +82,8 @@ function showWaiting() {
 
 async function goOn() {
   await module.ornSound.open();
-  if (module.ornSound.why() !== '') return;
+  state.why = module.ornSound.why();
+  if (state.why !== '') return showWaiting();
   state.isWaiting = false;
   showTest();
   page.goOn();
@@ -105,9 +106,8 @@ function showTest() {
   at('progress').hidden = false;
 }
 
-function press() {
-  state.pressedAt = performance.now();
-  page.press();
+function press(event) {
+  page.press(performance.now() - event.timeStamp);
 }
 
 function startEar(isLeft) {
@@ -165,7 +165,7 @@ async function simulate() {
 document.addEventListener('keydown', (event) => {
   if (event.key !== ' ' || event.repeat || event.target.tagName === 'BUTTON' || at('progress').hidden) return;
   event.preventDefault();
-  press();
+  press(event);
 });
 
 draw();

@@ -1,6 +1,7 @@
-// Whole tests in virtual time, and a check sum of all their samples: what any other platform plays, to the bit.
+// Whole tests in virtual time, and a check sum of all their samples: what every platform plays, to the bit.
 
 #include <chrono>
+#include <cinttypes>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -16,19 +17,19 @@ namespace {
 
 using namespace orn::simulation;
 
-/// CRC-32 as of gzip, over the bytes of a WAV file's samples.
-std::uint32_t checkSum(std::span<const std::int16_t> samples) {
-  std::uint32_t sum = ~0U;
-  for (const std::int16_t sample : samples) {
-    for (const int shift : {0, 8}) {
-      sum ^= static_cast<std::uint32_t>(sample >> shift & 0xFF);
-      for (int bit = 0; bit < 8; ++bit) sum = sum >> 1 ^ (sum & 1 ? 0xEDB88320U : 0);
-    }
+/// FNV-1a over samples.
+struct CheckSum {
+  std::size_t samples = 0;
+  std::uint64_t sum = 0xCBF29CE484222325U;
+
+  void add(std::span<const std::int16_t> more) {
+    samples += more.size();
+    for (const std::int16_t one : more) sum = (sum ^ static_cast<std::uint16_t>(one)) * 0x100000001B3U;
   }
-  return ~sum;
-}
+};
 
 void runTest(TestType type, orn::OutputPath path, const char* name) {
+  CheckSum sum;  // outlives the output
   const orn::SimulatedPlatform machine;
   orn::Platform::setCurrent(machine.platform());
   {
@@ -38,15 +39,16 @@ void runTest(TestType type, orn::OutputPath path, const char* name) {
     };
     const auto run = std::make_shared<TestRun>(type, orn::frequencyKeys(orn::kShortTestOrder), watch);
     run->calibrate(path, sampleDevice(path), sampleReply(path));
-    run->invite({});
-    machine.audioOutput->keepSamples();
-    machine.audioOutput->addListener(
-        [run](std::int64_t, std::span<const std::int16_t> samples) { run->hear(samples); });
+    ListenerTraits listener;
+    listener.left = listener.right = {{500, 55}, {1000, 20}, {2000, 25}, {4000, 40}};
+    run->invite(listener);
+    machine.audioOutput->addListener([run, &sum](std::int64_t, std::span<const std::int16_t> samples) {
+      run->hear(samples);
+      sum.add(samples);
+    });
     run->startEar(false);
     machine.virtualTime->runUntil([&] { return run->isOver(); }, std::chrono::hours(24));
-    machine.virtualTime->runFor({});
-    const auto& samples = machine.audioOutput->keptSamples();
-    std::printf("%s %zu %08x\n", name, samples.size() / 2, checkSum(samples));
+    std::printf("%s %zu %016" PRIx64 "\n", name, sum.samples / 2, sum.sum);
   }
   orn::Platform::clearCurrent();
 }

@@ -48,9 +48,10 @@ AudioUnderTest audio() {
   bringDeviceBack();
   wait(std::chrono::milliseconds(100));  // what is still under way of the sound before
   const auto heard = std::make_shared<std::vector<std::int16_t>>();
-  orn::listenToWebSound(
-      [heard](std::span<const std::int16_t> samples) { heard->insert(heard->end(), samples.begin(), samples.end()); });
-  return {.output = std::make_shared<orn::WebAudioOutput>(),
+  orn::listenToWebSound([heard](std::span<const std::int16_t> samples, auto) {
+    heard->insert(heard->end(), samples.begin(), samples.end());
+  });
+  return {.output = std::make_shared<orn::WebAudioOutput>(std::make_shared<orn::WebRunLoop>()),
           .runFor = wait,
           .heard = [heard] { return std::exchange(*heard, {}); },
           .takeDeviceAway = takeDeviceAway,

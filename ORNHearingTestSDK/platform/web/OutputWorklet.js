@@ -44,6 +44,7 @@ class Stream {
       this.hasEnded = true;
     } else if (this.hasPlayed) {
       ++this.dry;
+      this.isPlaying = false; // until the main thread has heard of it
     }
     this.hasPlayed = false;
   }
@@ -101,9 +102,9 @@ class OutputProcessor extends AudioWorkletProcessor {
 /** Hears what leaves another node, in 16 bits, left and right in turn. */
 class EarProcessor extends AudioWorkletProcessor {
   process([input]) {
-    const heard = new Int16Array(2 * 128);
-    for (let i = 0; i < heard.length && input.length > 0; ++i) heard[i] = input[i % 2][i >> 1] * 32768;
-    this.port.postMessage(heard, [heard.buffer]);
+    const samples = new Int16Array(2 * 128);
+    for (let i = 0; i < samples.length && input.length > 0; ++i) samples[i] = input[i % 2][i >> 1] * 32768;
+    this.port.postMessage({ samples, time: currentTime }, [samples.buffer]);
     return true;
   }
 }

@@ -15,6 +15,8 @@ namespace orn {
 /// none until the page has opened the sound. Callbacks of queues come on the main thread, which a page has one of.
 class WebAudioOutput final : public ToneOutput {
  public:
+  /// The loop is the page's.
+  explicit WebAudioOutput(std::shared_ptr<RunLoop> runLoop) { state_->runLoop = std::move(runLoop); }
   ~WebAudioOutput() override {
     state_->isOpen = false;
     WebStream::silence(*state_);

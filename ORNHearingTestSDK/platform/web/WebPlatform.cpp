@@ -11,8 +11,9 @@
 namespace orn {
 
 Platform webPlatform(const std::string& application, const std::string& version) {
-  return {std::make_shared<WebRunLoop>(),
-          std::make_shared<WebAudioOutput>(),
+  const auto runLoop = std::make_shared<WebRunLoop>();
+  return {runLoop,
+          std::make_shared<WebAudioOutput>(runLoop),
           std::make_shared<WebAudioSession>(),
           std::make_shared<WebURLSession>(),
           std::make_shared<WebUserDefaults>(application),

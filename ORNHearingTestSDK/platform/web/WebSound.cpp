@@ -22,8 +22,8 @@ std::vector<std::weak_ptr<const WebSoundObserver>>& observers() {
   return all;
 }
 
-std::function<void(std::span<const std::int16_t>)>& listener() {
-  static std::function<void(std::span<const std::int16_t>)> one;
+WebSoundListener& listener() {
+  static WebSoundListener one;
   return one;
 }
 
@@ -44,7 +44,7 @@ void observeWebSound(std::weak_ptr<const WebSoundObserver> observer) {
   observers().push_back(std::move(observer));
 }
 
-void listenToWebSound(std::function<void(std::span<const std::int16_t>)> heard) {
+void listenToWebSound(WebSoundListener heard) {
   listener() = std::move(heard);
   orn_web_listen();
 }
@@ -64,7 +64,8 @@ EMSCRIPTEN_KEEPALIVE void orn_web_available(int isAvailable) {
   }
 }
 
-EMSCRIPTEN_KEEPALIVE void orn_web_heard(const std::int16_t* samples, int count) {
-  if (orn::listener()) orn::listener()({samples, static_cast<std::size_t>(count)});
+EMSCRIPTEN_KEEPALIVE void orn_web_heard(const std::int16_t* samples, int count, double secondsAgo) {
+  const auto ago = std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(secondsAgo));
+  if (orn::listener()) orn::listener()({samples, static_cast<std::size_t>(count)}, ago);
 }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -26,8 +27,10 @@ void watchWebSound();
 using WebSoundObserver = std::function<void(bool isAvailable)>;
 void observeWebSound(std::weak_ptr<const WebSoundObserver> observer);
 
-/// Hears left and right samples in turn as they leave the page's output, from now on and until it is heard by another
-/// one; an empty listener hears nothing. The sound must be open.
-void listenToWebSound(std::function<void(std::span<const std::int16_t> samples)> listener);
+/// Hears left and right samples in turn that have left the page's output, and how long ago, which may be long on a busy
+/// main thread; from now on and until it is heard by another one. An empty listener hears nothing. The sound must be
+/// open.
+using WebSoundListener = std::function<void(std::span<const std::int16_t> samples, std::chrono::nanoseconds ago)>;
+void listenToWebSound(WebSoundListener listener);
 
 }  // namespace orn

@@ -13,13 +13,15 @@ mergeInto(LibraryManager.library, {
     isConnected: false,
     isFrozen: false,
     isStalled: false,
-    wasAvailable: false,
+    told: 'closed', // why(), as the program knows it
     base: null, // a moment on both clocks: of the page, and of the sound
 
     /** Opens the sound, or goes on after a suspension; resolved when it sounds. */
     open: async function(workletUrl = 'OutputWorklet.js') {
       if (!this.context) await this.make(workletUrl);
       await this.context.resume();
+      this.isStalled = false; // as far as anybody knows yet
+      this.base = null;
       this.update();
     },
 
@@ -42,7 +44,7 @@ mergeInto(LibraryManager.library, {
       }
       // Another output: nobody knows which, and at which level.
       if (navigator.mediaDevices) navigator.mediaDevices.addEventListener('devicechange', () => {
-        this.tell(false);
+        this.tell('changed');
         update();
       });
       setInterval(() => this.watch(), 100);
@@ -58,35 +60,36 @@ mergeInto(LibraryManager.library, {
     },
 
     update: function() {
-      this.tell(this.why() === '');
+      this.tell(this.why());
     },
 
-    tell: function(isAvailable) {
-      if (isAvailable === this.wasAvailable) return;
-      this.wasAvailable = isAvailable;
+    tell: function(why) {
+      if (why === this.told) return;
+      this.told = why;
       this.base = null;
       // What the audio thread has not been told yet must not sound on when the output is back.
-      if (!isAvailable) {
+      if (why !== '') {
         this.node.disconnect();
         this.isConnected = false;
       }
-      _orn_web_available(isAvailable ? 1 : 0);
+      _orn_web_available(why === '' ? 1 : 0);
     },
 
     /** A clock of the sound that falls behind the page's stood still: what was to sound meanwhile did not. */
     watch: function() {
-      const page = performance.now() / 1000, sound = this.context ? this.context.currentTime : 0;
-      const behind = this.base ? page - this.base.page - (sound - this.base.sound) : 0;
-      if (this.isStalled && sound > this.base.sound) {
+      const page = performance.now() / 1000, sound = this.context.currentTime;
+      if (this.context.state !== 'running' || document.hidden || this.isFrozen) {
+        this.base = null; // it need not go
         this.isStalled = false;
-        this.base = null;
-      } else if (behind > this.kLongestStall && !this.isStalled) {
-        this.isStalled = true;
-        this.update();
+      } else if (!this.base) {
         this.base = { page, sound };
+      } else if (this.isStalled) {
+        this.isStalled = sound === this.base.sound;
+      } else if (page - this.base.page - (sound - this.base.sound) > this.kLongestStall) {
+        this.isStalled = true;
+      } else if (page - this.base.page > 5) {
+        this.base = { page, sound }; // since no two clocks go alike
       }
-      // Anew from time to time, since no two clocks go alike.
-      if (!this.base || (!this.isStalled && page - this.base.page > 5)) this.base = { page, sound };
       this.update();
     },
 
@@ -133,10 +136,10 @@ mergeInto(LibraryManager.library, {
     ORNSound.ear = new AudioWorkletNode(ORNSound.context, 'orn-ear');
     ORNSound.ear.connect(ORNSound.context.destination);
     if (ORNSound.isConnected) ORNSound.node.connect(ORNSound.ear);
-    ORNSound.ear.port.onmessage = ({ data }) => {
-      const at = _malloc(data.byteLength);
-      HEAP16.set(data, at >> 1);
-      _orn_web_heard(at, data.length);
+    ORNSound.ear.port.onmessage = ({ data: { samples, time } }) => {
+      const at = _malloc(samples.byteLength);
+      HEAP16.set(samples, at >> 1);
+      _orn_web_heard(at, samples.length, ORNSound.context.currentTime - time);
       _free(at);
     };
   },

@@ -87,8 +87,14 @@ void WebStream::reported(int id, int turn, double played, int timesDry, bool has
     return;
   }
   if (!stream.isPlaying_) return;
+  if (timesDry > 0) stream.output_->runLoop->performAfterDelay({}, [id] { goOnAfterDryness(id); });
   stream.feed();
   if (stream.onProgress) stream.onProgress();  // last: it may be the stream's end
+}
+
+void WebStream::goOnAfterDryness(int id) {
+  const auto found = streams().find(id);
+  if (found != streams().end() && found->second->isPlaying_) orn_web_play(id);
 }
 
 void WebStream::silence(const WebOutputState& output) {

@@ -6,18 +6,21 @@
 #include <span>
 #include <system_error>
 
+#include <ORNHearingTestSDK/platform/RunLoop.h>
 #include <ORNHearingTestSDK/platform/StereoGain.h>
 
 namespace orn {
 
 /// What an output and its streams share, which outlives the output. Main thread.
 struct WebOutputState {
+  std::shared_ptr<RunLoop> runLoop;
   bool isOpen = true;
   std::uint64_t lapses = 0;
 };
 
 /// One mono stream into the page's sound. The audio thread holds what it was fed ahead of time, and reports how far it
-/// has come; so it plays through a main thread that is held up for as long as it runs ahead. Main thread.
+/// has come; so it plays through a main thread that is held up for as long as it runs ahead. One that ran dry is silent
+/// until the run loop has made the calls that became due meanwhile, which may stop it. Main thread.
 class WebStream {
  public:
   struct Samples {
@@ -59,6 +62,8 @@ class WebStream {
   static void silence(const WebOutputState& output);
 
  private:
+  static void goOnAfterDryness(int id);
+
   std::shared_ptr<WebOutputState> output_;
   std::size_t ahead_;
   Source source_;
