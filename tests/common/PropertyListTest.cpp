@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <limits>
-#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -55,7 +54,7 @@ TEST(PropertyList, RefusesWhatItHasNoFormFor) {
   }
 }
 
-TEST(PropertyList, ReadsNothingOfOtherRootsAndTypesAndSurvivesHostileBytes) {
+TEST(PropertyList, ReadsNothingOfOtherRootsAndTypesAndOfHalfAFile) {
   for (const std::string& root :
        {""s, "<array/>"s, "<string>x</string>"s, "<integer>1</integer>"s, "<true/>"s, "<unknown/>"s,
         "<dict><key>a</key><date>2001-01-01T00:00:00Z</date></dict>"s, "<dict><string>x</string></dict>"s,
@@ -80,12 +79,6 @@ TEST(PropertyList, ReadsNothingOfOtherRootsAndTypesAndSurvivesHostileBytes) {
   for (std::size_t length = 0; length < whole.find("</plist>"); ++length) {
     EXPECT_EQ(read(whole.substr(0, length)).value_or(kSample), kSample)
         << length << " bytes are read as something else";
-  }
-  std::mt19937 random(1);
-  for (int round = 0; round < 20'000; ++round) {
-    std::string bytes = whole;
-    for (unsigned i = 0; i <= random() % 4; ++i) bytes[random() % bytes.size()] = static_cast<char>(random() % 256);
-    EXPECT_NO_THROW((void)read(bytes).value_or(json()).dump()) << "what is read is valid text";
   }
 }
 
