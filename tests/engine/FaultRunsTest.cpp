@@ -55,8 +55,11 @@ TEST(FaultRuns, AHoldUpAnywhereCostsTimeAndNoThreshold) {
       for (const int span : {300, 3200, 9000}) {
         SessionScript test(type);
         // A dialog is a loop of the host's own within the call.
-        const auto hold = [&time = *test.machine.virtualTime, isLoop = place == "dialog", span] {
+        bool isOpen = false;
+        const auto hold = [&isOpen, &time = *test.machine.virtualTime, isLoop = place == "dialog", span] {
+          EXPECT_FALSE(std::exchange(isOpen, true)) << "a call within a call";
           isLoop ? time.runFor(milliseconds(span)) : time.holdUp(milliseconds(span));
+          isOpen = false;
         };
         auto& tone = test.delegate->willTestAtHz;
         auto& threshold = test.delegate->willSelectedAtHz;

@@ -134,8 +134,8 @@ TEST(Silence, IsTriedAgainOncePerToneWhereTheHostContinuesWithinTheTelling) {
     const auto told = ear.delegate->toneMissing;
     ear.delegate->toneMissing = [told](ORNHearingTest& test, ToneMissingReason reason, bool isLeft) {
       told(test, reason, isLeft);
-      test.continueTest();
       dynamic_cast<ORNManualHearingTest&>(test).playAtHz("1000hz", "60");
+      test.continueTest();
     };
     way.set(ear, true);
     ear.at(14, [&] { way.set(ear, false); });
