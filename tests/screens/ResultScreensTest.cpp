@@ -69,7 +69,8 @@ TEST(ResultScreen, TapOpensTheAudiogramOverEverythingAndClosesItAfterAMoment) {
   EXPECT_TRUE(full->hasFocus()) << "what it covers can't be reached";
   script.key(Qt::Key_Escape);
   EXPECT_FALSE(afterwards(1));
-  EXPECT_EQ(script.window->focusWidget()->accessibleName(), full->accessibleName()) << "the small one";
+  const QWidget* focus = script.window->focusWidget();
+  EXPECT_TRUE(focus && focus != full && focus->accessibleName() == full->accessibleName()) << "the small one";
   script.clickAt({187, 200});
   EXPECT_TRUE(afterwards(1));
   screen->backClicked();  // closed while it is open
