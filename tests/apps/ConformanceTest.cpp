@@ -53,10 +53,10 @@ TEST(ToneAnalysis, MeasuresWhatWasPutIn) {
   EXPECT_FALSE(analysed(std::vector<std::int16_t>(192000), 1000, {72000, 48000}));
 }
 
-/// The sample reply with another value in place of the one that the device has at 1000 Hz; an empty text is none.
+/// The sample reply with another value in place of the device's value at 1000 Hz; an empty text stands for no value.
 std::string replyWith(OutputPath path, const std::string& value) {
   std::string reply = sampleReply(path);
-  // Without the last character, which says nothing.
+  // Without the last character, which has no meaning.
   const auto inReply = [](const std::string& enciphered) { return enciphered.substr(0, enciphered.size() - 1); };
   const std::string old = inReply(encipheredLevel("-50.0")),
                     fresh = value.empty() ? "" : inReply(encipheredLevel(value));

@@ -126,7 +126,7 @@ TEST_F(HearingTestProgram, WrongUsageIsExitTwoAndFailuresAreOneLine) {
   EXPECT_EQ(run("simulate --help").code, 0);
 }
 
-/// "--host" and where the service is, and whoever it is that registers.
+/// The options of a registration: "--host" with the service's address, and a user.
 std::string hostOf(const HearingService& service) { return " --host 127.0.0.1:" + std::to_string(service.port()); }
 std::string registers(const HearingService& service, const std::string& birthday = "1980-03-05") {
   return "register --app-key KEY --id user --phone 1 --birthday " + birthday + hostOf(service);

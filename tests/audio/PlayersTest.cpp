@@ -70,7 +70,7 @@ class Players : public testing::Test {
   }
   ~Players() override { Platform::clearCurrent(); }
 
-  /// What comes out on the left in the next time.
+  /// What comes out on the left within the span.
   Samples heard(std::chrono::nanoseconds span) {
     const std::size_t from = machine_.audioOutput->keptSamples().size();
     machine_.virtualTime->runFor(span);

@@ -22,7 +22,7 @@ const Table kTables[] = {{125, WAV_b_125_DATA, WAV_b_l_125_DATA},    {250, WAV_b
                          {2000, WAV_b_2000_DATA, WAV_b_l_2000_DATA}, {4000, WAV_b_4000_DATA, WAV_b_l_4000_DATA},
                          {8000, WAV_b_8000_DATA, WAV_b_l_8000_DATA}};
 
-/// The rule by the library's sine; it rounds where that is in doubt, at the exact halves, apart.
+/// The rule by the standard library's sine; the exact halves, where its rounding is in doubt, are handled apart.
 long expected(long double peak, std::size_t n, std::size_t length) {
   const std::size_t twelfths = 12 * n % length == 0 ? 12 * n / length : 0;
   const auto turn = 2 * std::numbers::pi_v<long double>;

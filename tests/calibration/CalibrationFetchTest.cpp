@@ -16,7 +16,7 @@ using testing::ElementsAre;
 const std::string kAddress = "AA:BB:CC:DD:EE:FF", kAudiometerFile = "__AA_BB_CC_DD_EE_FF";
 const std::string kModel = "a:b", kEarphonesFile = "Phone1,1_a:b";
 
-/// The last record of a part or an ear wins: 6, 2 and 5; 3 and 2. The others are of none.
+/// The last record for a role or an ear counts: 6, 2 and 5; 3 and 2. The others have no role.
 const json kAudiometer = json::parse(R"([
   {"id": 1}, {"id": 2, "base": true, "earplug_model": "2"}, {"id": 3, "base": true, "earplug_model": "1"},
   {"id": 4, "base": true, "earplug_model": "3"}, {"id": 5, "base": true, "earplug_model": "1"},

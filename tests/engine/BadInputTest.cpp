@@ -143,7 +143,7 @@ TEST(FrequencyList, IsTakenAsItIsAndIsTheSevenWhereItIsEmpty) {
   const std::pair<std::vector<std::string>, const char*> table[] = {
       {{}, "172 R complete 125hz=90 250hz=90 500hz=90 1000hz=90 2000hz=90 4000hz=90 8000hz=90"},
       {{"1000hz", "1000hz", "2000hz", "1000hz"}, "52 R complete 1000hz=90 2000hz=90"},
-      // What is no frequency is tested by the tone of 1000 Hz.
+      // A key that is not a frequency is tested by the tone of 1000 Hz.
       {{"750hz", "abc", "", "99999999999999999999hz", "-1000hz"},
        "124 R complete -1000hz=90 =90 abc=90 750hz=90 99999999999999999999hz=90"}};
   for (const auto& [hzs, complete] : table) {

@@ -19,7 +19,7 @@ struct Loudness {
   int left = 0, right = 0;
 };
 
-/// A person with earphones on, whose wires may be wrong.
+/// A person with earphones on, whose channels may be wired wrongly.
 struct Listener : SessionScript {
   explicit Listener(Path path) : SessionScript(Manual, path) {
     Platform::setCurrent(machine.platform());  // with the library's own recordings

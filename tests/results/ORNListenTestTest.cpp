@@ -28,7 +28,7 @@ const json kStored = json::parse(R"({
 
 TEST(ORNListenTest, EveryFieldComesBackUnderItsKey) {
   json sent = kStored;
-  sent["rightResult_d"] = 8.5;  // the correctly spelt key is no key
+  sent["rightResult_d"] = 8.5;  // the correctly spelt key is not a key
   const auto test = record(sent);
   EXPECT_EQ(test->dictionaryRepresentation(), kStored);
   EXPECT_EQ(json::parse(test->description()), kStored);

@@ -157,7 +157,7 @@ TEST(Application, SendsAProfileUntilTheServiceHasItAndSaysWhatIsMissing) {
   app.service.misbehave({});
   for (int opening = 0; opening < 2; ++opening) {
     EXPECT_EQ(alertAtOpening({}), "");
-    app.service.misbehave({NoBody, {}});  // which is no matter any more
+    app.service.misbehave({NoBody, {}});  // which no longer matters
   }
   app.setService("localhost:1");
   EXPECT_TRUE(alertAtOpening({}).contains("您的资料还没有登记")) << "another service does not have it";

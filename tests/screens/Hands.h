@@ -56,7 +56,7 @@ struct Hands {
   }
 
   QAbstractButton* button(const QString& name) const {
-    QAbstractButton* newest = nullptr;  // an alert's goes before one that it covers
+    QAbstractButton* newest = nullptr;  // the button of an alert goes before one that it covers
     for (QAbstractButton* one : shown().findChildren<QAbstractButton*>()) {
       if (one->isVisible() && one->accessibleName() == name) newest = one;
     }

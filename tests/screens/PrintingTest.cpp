@@ -29,7 +29,7 @@ struct Printing : testing::Test {
   }
   QString textOf(const QByteArray& pdf) const { return printed("pdftotext", {"-layout", keep("a.pdf", pdf), "-"}); }
 
-  /// The page as pixels, 72 an inch.
+  /// The page as pixels, 72 per inch.
   QImage pageOf(const QByteArray& pdf) const {
     printed("pdftoppm", {"-r", "72", "-png", "-singlefile", keep("a.pdf", pdf), folder.filePath("page")});
     return QImage(folder.filePath("page.png"));

@@ -142,7 +142,7 @@ TEST_P(Route, TheVolumeIsPutBackToTheVeryValue) {
   }
 }
 
-/// Of several programs, which tell of a new output before they have agreed that it is the default one.
+/// On a server of several programs, which tell of a new output before they have agreed that it is the default one.
 using NewOutput = SoundTest;
 
 TEST_P(NewOutput, IsWaitedForAMomentByTheFirstSound) {

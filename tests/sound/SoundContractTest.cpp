@@ -99,7 +99,7 @@ class SoundContract : public testing::TestWithParam<ServerKind> {
     return {.output = std::move(machine->sound.output),
             .runFor = [machine](auto span) { machine->runFor(span); },
             .heard = [machine] { return machine->heard(); },
-            // This server mixes whole turns, and TestSoundServer makes them long.
+            // This server mixes in whole periods, and TestSoundServer makes them long.
             .framesHeldBack = GetParam() == ServerKind::PipeWire ? 4096U : 0U,
             .takeDeviceAway = [machine] { machine->unplug(); },
             .bringDeviceBack = [machine] { machine->bringDeviceBack(); }};

@@ -34,7 +34,7 @@ class Recording {
           samples_.insert(samples_.end(), samples.begin(), samples.end());
         }) {}
 
-  /// Left and right in turn, once.
+  /// Interleaved left and right samples, each once.
   Samples take() {
     const std::lock_guard lock(mutex_);
     return std::exchange(samples_, {});

@@ -88,7 +88,7 @@ void TestSoundServer::start() {
   throw std::runtime_error("the sound server does not answer");
 }
 
-/// A busy machine wakes the server's processes late, and without a sound card nothing is lost by larger turns.
+/// A busy machine wakes the server's processes late, and without a sound card nothing is lost by longer periods.
 void TestSoundServer::giveTime() {
   if (kind_ == ServerKind::PipeWire) changeMetadata({"-n", "settings", "0", "clock.force-quantum", "4096"});
 }

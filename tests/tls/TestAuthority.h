@@ -10,7 +10,8 @@
 
 namespace orn {
 
-/// An authority that nobody knows, and the certificates that it issues: as PEM files in a folder that goes with it.
+/// An authority that nobody trusts, and the certificates that it issues: as PEM files in a folder that is removed with
+/// it.
 class TestAuthority {
  public:
   TestAuthority();
@@ -41,7 +42,7 @@ class TestAuthority {
   int issued_ = 0;
 };
 
-/// What a server of that certificate needs. Throws std::runtime_error if the files don't do.
+/// What a server of that certificate needs. Throws std::runtime_error if the files can't be used.
 std::shared_ptr<SSL_CTX> serverContext(const TestAuthority::Issued& issued);
 
 }  // namespace orn
