@@ -9,8 +9,9 @@ work=$PWD/build/web-sources
 mkdir -p "$work/parts" "$work/lists/partial"
 
 # The machine's own list of packages, asked for sources; nothing of it is changed.
-for list in /etc/apt/sources.list.d/debian.sources; do
-  sed 's/^Types: deb$/Types: deb-src/' "$list" > "$work/parts/$(basename "$list")"
+for list in /etc/apt/sources.list.d/debian.sources /etc/apt/sources.list; do
+  [ -e "$list" ] || continue
+  sed 's/^Types: deb$/Types: deb-src/; s/^deb /deb-src /' "$list" > "$work/parts/$(basename "$list")"
 done
 apt=(apt-get -qq -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/parts"
      -o "Dir::State::Lists=$work/lists" -o APT::Sandbox::User=root)
