@@ -15,8 +15,8 @@ packages=(
   fonts-wqy-microhei librsvg2-bin qt6-base-dev qt6-svg-dev
   # tests
   curl libgmock-dev libgtest-dev poppler-utils
-  # an X server for the tests
-  xauth xvfb
+  # an X server and a bus for screen readers, for the tests
+  at-spi2-core libatspi2.0-dev xauth xvfb
   # sound servers for the tests
   dbus pipewire-pulse pulseaudio pulseaudio-utils wireplumber
 )

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QProcess>
 #include <QtGui/QAccessible>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
@@ -44,8 +45,22 @@ struct Hands {
   QStringList texts() const { return textsOf<QLabel>(QString()); }
   bool sees(const QString& part) const { return texts().join('\n').contains(part); }
 
-  /// The names of all that a screen reader finds, from the top down.
-  QStringList spoken() const { return spokenOf(QAccessible::queryAccessibleInterface(&shown())); }
+  /// The names of all that a screen reader finds, from the top down; over its bus where there is one.
+  QStringList spoken() const {
+    const QString reader = qEnvironmentVariable("ORN_SPOKEN_TREE");
+    return reader.isEmpty() ? spokenOf(QAccessible::queryAccessibleInterface(&shown())) : spokenOnBus(reader);
+  }
+  static QStringList spokenOnBus(const QString& reader) {
+    constexpr int kPatience = 20'000;  // milliseconds of a slow machine
+    QProcess process;
+    const auto read = [&] {
+      process.start(reader, {QCoreApplication::applicationName()});
+      return QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, kPatience) &&
+             process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(read, kPatience)) << "the application is on the bus";
+    return QString::fromUtf8(process.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+  }
   static QStringList spokenOf(const QAccessibleInterface* thing) {
     if (!thing || thing->state().invisible) return {};
     const QString name = thing->text(QAccessible::Name);

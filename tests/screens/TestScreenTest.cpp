@@ -47,7 +47,7 @@ class BothPaths : public testing::TestWithParam<int> {
 };
 INSTANTIATE_TEST_SUITE_P(Rows, BothPaths, testing::Values(0, 1));
 
-/// Also run in a window of an X server.
+/// Also run in a window of an X server, as what a screen reader finds is over its bus.
 TEST_P(BothPaths, WholeTestByKeyboardFromTheDeviceToTheResult) {
   script.window->activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(script.window.get(), 20'000));
