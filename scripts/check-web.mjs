@@ -11,8 +11,7 @@ const folder = new URL('../build/web/bin/', import.meta.url).pathname;
 const pause = (seconds) => new Promise((done) => setTimeout(done, 1000 * seconds));
 
 const types = {
-  '.html': 'text/html; charset=utf-8', '.js': 'text/javascript', '.mjs': 'text/javascript', '.css': 'text/css',
-  '.svg': 'image/svg+xml', '.wasm': 'application/wasm', '.json': 'application/json',
+  '.html': 'text/html', '.js': 'text/javascript', '.mjs': 'text/javascript', '.css': 'text/css', '.wasm': 'application/wasm',
 };
 
 /** The built folder, and what the contracts of the URL session ask for. */
@@ -21,9 +20,7 @@ function serve() {
     const asked = normalize(new URL(url, 'http://host').pathname);
     const path = asked === '/' ? '/index.html' : asked;
     if (path === '/silent') return;
-    if (path === '/answer' || path === '/broken') {
-      return void reply.writeHead(path === '/broken' ? 500 : 200).end('the answer');
-    }
+    if (path === '/answer' || path === '/broken') return void reply.writeHead(path === '/broken' ? 500 : 200).end('the answer');
     try {
       const bytes = await readFile(join(folder, path));
       reply.writeHead(200, { 'content-type': types[extname(path)] ?? 'application/octet-stream' }).end(bytes);
@@ -101,13 +98,14 @@ function expect(holds, otherwise) {
 
 const goOn = `[...document.querySelectorAll("button")].find((one) => one.textContent === "继续测试").click()`;
 
-/**
- * Opens the page and takes a simulated test with it, as its button does. Where the machine is too busy to play a tone
- * whole, the test waits, and the person goes on.
- */
-async function takeTest(browser, query) {
+async function openPage(browser, query) {
   await browser.open(query);
   await browser.until('return window.hearing !== undefined', 60, 'the page');
+}
+
+/** A simulated test, by its button. Where the machine is too busy for whole tones, the test waits, and a person goes on. */
+async function takeTest(browser, query) {
+  await openPage(browser, query);
   await browser.run('[...document.querySelectorAll("button")].at(-1).click()');
   await browser.until('return window.hearing.state.events.some(([event]) => event === "tone")', 60, 'a tone');
   await browser.run(`setInterval(() => {
@@ -225,13 +223,13 @@ const checks = {
     const sounded = await at(browser, 'heard', `const sound = module.ornSound;
       busy(3300);
       const { post } = sound, hears = sound.ear.port.onmessage, since = sound.context.currentTime;
-      let end = Infinity, isFirst = true;
+      let end = Infinity, delay = 300;
       const sounded = [];
       sound.post = (message, ...rest) => {
         if (message.does === 'pause' || message.does === 'gain') end = Math.min(end, sound.context.currentTime);
         post.call(sound, message, ...rest);
-        if (isFirst) busy(300);
-        isFirst = false;
+        busy(delay);
+        delay = 0;
       };
       sound.ear.port.onmessage = (event) => {
         hears(event);
@@ -263,12 +261,11 @@ const checks = {
 
   /** By the keyboard and to a screen reader, at the limits of width, light and dark, and without a network. */
   async page(browser) {
-    await browser.open('?hz=1000&left=35&right=20');
-    await browser.until('return window.hearing !== undefined && navigator.serviceWorker.controller !== null', 60, 'the page');
+    await openPage(browser, '');
+    await browser.until('return navigator.serviceWorker.controller !== null', 60, 'the service worker');
     browser.server.close();
     browser.server.closeAllConnections();
-    await browser.open('?hz=1000&left=35&right=20');
-    await browser.until('return window.hearing !== undefined', 60, 'the page without a network');
+    await openPage(browser, '');
     await expectReachable(browser, ['开始', '模拟测听者试测']);
 
     await browser.run('document.querySelector("button").focus()');

@@ -106,9 +106,7 @@ function showTest() {
   at('progress').hidden = false;
 }
 
-function press(event) {
-  page.press(performance.now() - event.timeStamp);
-}
+const press = (event) => page.press(performance.now() - event.timeStamp);
 
 function startEar(isLeft) {
   state.isLeft = isLeft;
