@@ -17,8 +17,7 @@ const types = {
 /** The built folder, and what the contracts of the URL session ask for. */
 function serve() {
   const server = createServer(async ({ url }, reply) => {
-    const asked = normalize(new URL(url, 'http://host').pathname);
-    const path = asked === '/' ? '/index.html' : asked;
+    const path = normalize(new URL(url, 'http://host').pathname).replace(/^\/$/, '/index.html');
     if (path === '/silent') return;
     if (path === '/answer' || path === '/broken') return void reply.writeHead(path === '/broken' ? 500 : 200).end('the answer');
     try {
@@ -222,7 +221,7 @@ const checks = {
     // the tone: what has been heard must not sound again, since a press for that would be the next tone's.
     const sounded = await at(browser, 'heard', `const sound = module.ornSound;
       busy(3300);
-      const { post } = sound, hears = sound.ear.port.onmessage, since = sound.context.currentTime;
+      const { post } = sound, since = sound.context.currentTime;
       let end = Infinity, delay = 300;
       const sounded = [];
       sound.post = (message, ...rest) => {
@@ -231,10 +230,9 @@ const checks = {
         busy(delay);
         delay = 0;
       };
-      sound.ear.port.onmessage = (event) => {
-        hears(event);
-        if (event.data.samples.some((one) => one !== 0)) sounded.push(event.data.time);
-      };
+      sound.ear.port.addEventListener('message', ({ data: { samples, time } }) => {
+        if (samples.some((one) => one !== 0)) sounded.push(time);
+      });
       return new Promise((told) => onEvent('tone', () => setTimeout(() => {
         sound.post = post;
         told(sounded.filter((time) => time > since && time < end).map((time) => [since, time, end]));
@@ -287,13 +285,10 @@ const checks = {
     await takeTest(browser, '?hz=1000&left=100&right=100');
     await pause(1.5);
     const silence = await browser.run(`return new Promise((done) => {
-      const { ear } = window.hearing.module.ornSound;
-      const hears = ear.port.onmessage;
       let pressed = 0;
-      ear.port.onmessage = (event) => {
-        hears(event);
-        if (pressed && event.data.samples.every((sample) => sample === 0)) done(performance.now() - pressed);
-      };
+      window.hearing.module.ornSound.ear.port.addEventListener('message', ({ data: { samples } }) => {
+        if (pressed && samples.every((one) => one === 0)) done(performance.now() - pressed);
+      });
       setTimeout(() => { pressed = performance.now(); document.querySelector('button.main').click(); }, 500);
     });`);
     console.log(`web: load to ready ${(await browser.run('return window.hearing.readyAt')).toFixed(0)} ms, ` +
@@ -301,7 +296,6 @@ const checks = {
   },
 };
 
-let failures = 0;
 for (const name of process.argv.length > 2 ? process.argv.slice(2) : Object.keys(checks)) {
   const start = Date.now();
   const server = await serve();
@@ -311,7 +305,7 @@ for (const name of process.argv.length > 2 ? process.argv.slice(2) : Object.keys
     await checks[name](browser);
     console.log(`${name}: passed in ${((Date.now() - start) / 1000).toFixed(1)} s`);
   } catch (error) {
-    ++failures;
+    process.exitCode = 1;
     console.error(`${name}: ${error.message}`);
   } finally {
     await browser?.end();
@@ -319,4 +313,3 @@ for (const name of process.argv.length > 2 ? process.argv.slice(2) : Object.keys
     server.closeAllConnections();
   }
 }
-process.exitCode = failures > 0 ? 1 : 0;
