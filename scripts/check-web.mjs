@@ -11,19 +11,15 @@ const folder = new URL('../build/web/bin/', import.meta.url).pathname;
 const pause = (seconds) => new Promise((done) => setTimeout(done, 1000 * seconds));
 
 const types = {
-  '.html': 'text/html; charset=utf-8', '.js': 'text/javascript', '.mjs': 'text/javascript', '.css': 'text/css',
-  '.svg': 'image/svg+xml', '.wasm': 'application/wasm', '.json': 'application/json',
+  '.html': 'text/html', '.js': 'text/javascript', '.mjs': 'text/javascript', '.css': 'text/css', '.wasm': 'application/wasm',
 };
 
 /** The built folder, and what the contracts of the URL session ask for. */
 function serve() {
   const server = createServer(async ({ url }, reply) => {
-    const asked = normalize(new URL(url, 'http://host').pathname);
-    const path = asked === '/' ? '/index.html' : asked;
+    const path = normalize(new URL(url, 'http://host').pathname).replace(/^\/$/, '/index.html');
     if (path === '/silent') return;
-    if (path === '/answer' || path === '/broken') {
-      return void reply.writeHead(path === '/broken' ? 500 : 200).end('the answer');
-    }
+    if (path === '/answer' || path === '/broken') return void reply.writeHead(path === '/broken' ? 500 : 200).end('the answer');
     try {
       const bytes = await readFile(join(folder, path));
       reply.writeHead(200, { 'content-type': types[extname(path)] ?? 'application/octet-stream' }).end(bytes);
@@ -101,13 +97,14 @@ function expect(holds, otherwise) {
 
 const goOn = `[...document.querySelectorAll("button")].find((one) => one.textContent === "继续测试").click()`;
 
-/**
- * Opens the page and takes a simulated test with it, as its button does. Where the machine is too busy to play a tone
- * whole, the test waits, and the person goes on.
- */
-async function takeTest(browser, query) {
+async function openPage(browser, query) {
   await browser.open(query);
   await browser.until('return window.hearing !== undefined', 60, 'the page');
+}
+
+/** A simulated test, by its button. Where the machine is too busy for whole tones, the test waits, and a person goes on. */
+async function takeTest(browser, query) {
+  await openPage(browser, query);
   await browser.run('[...document.querySelectorAll("button")].at(-1).click()');
   await browser.until('return window.hearing.state.events.some(([event]) => event === "tone")', 60, 'a tone');
   await browser.run(`setInterval(() => {
@@ -224,19 +221,18 @@ const checks = {
     // the tone: what has been heard must not sound again, since a press for that would be the next tone's.
     const sounded = await at(browser, 'heard', `const sound = module.ornSound;
       busy(3300);
-      const { post } = sound, hears = sound.ear.port.onmessage, since = sound.context.currentTime;
-      let end = Infinity, isFirst = true;
+      const { post } = sound, since = sound.context.currentTime;
+      let end = Infinity, delay = 300;
       const sounded = [];
       sound.post = (message, ...rest) => {
         if (message.does === 'pause' || message.does === 'gain') end = Math.min(end, sound.context.currentTime);
         post.call(sound, message, ...rest);
-        if (isFirst) busy(300);
-        isFirst = false;
+        busy(delay);
+        delay = 0;
       };
-      sound.ear.port.onmessage = (event) => {
-        hears(event);
-        if (event.data.samples.some((one) => one !== 0)) sounded.push(event.data.time);
-      };
+      sound.ear.port.addEventListener('message', ({ data: { samples, time } }) => {
+        if (samples.some((one) => one !== 0)) sounded.push(time);
+      });
       return new Promise((told) => onEvent('tone', () => setTimeout(() => {
         sound.post = post;
         told(sounded.filter((time) => time > since && time < end).map((time) => [since, time, end]));
@@ -263,12 +259,11 @@ const checks = {
 
   /** By the keyboard and to a screen reader, at the limits of width, light and dark, and without a network. */
   async page(browser) {
-    await browser.open('?hz=1000&left=35&right=20');
-    await browser.until('return window.hearing !== undefined && navigator.serviceWorker.controller !== null', 60, 'the page');
+    await openPage(browser, '');
+    await browser.until('return navigator.serviceWorker.controller !== null', 60, 'the service worker');
     browser.server.close();
     browser.server.closeAllConnections();
-    await browser.open('?hz=1000&left=35&right=20');
-    await browser.until('return window.hearing !== undefined', 60, 'the page without a network');
+    await openPage(browser, '');
     await expectReachable(browser, ['开始', '模拟测听者试测']);
 
     await browser.run('document.querySelector("button").focus()');
@@ -290,13 +285,10 @@ const checks = {
     await takeTest(browser, '?hz=1000&left=100&right=100');
     await pause(1.5);
     const silence = await browser.run(`return new Promise((done) => {
-      const { ear } = window.hearing.module.ornSound;
-      const hears = ear.port.onmessage;
       let pressed = 0;
-      ear.port.onmessage = (event) => {
-        hears(event);
-        if (pressed && event.data.samples.every((sample) => sample === 0)) done(performance.now() - pressed);
-      };
+      window.hearing.module.ornSound.ear.port.addEventListener('message', ({ data: { samples } }) => {
+        if (pressed && samples.every((one) => one === 0)) done(performance.now() - pressed);
+      });
       setTimeout(() => { pressed = performance.now(); document.querySelector('button.main').click(); }, 500);
     });`);
     console.log(`web: load to ready ${(await browser.run('return window.hearing.readyAt')).toFixed(0)} ms, ` +
@@ -304,7 +296,6 @@ const checks = {
   },
 };
 
-let failures = 0;
 for (const name of process.argv.length > 2 ? process.argv.slice(2) : Object.keys(checks)) {
   const start = Date.now();
   const server = await serve();
@@ -314,7 +305,7 @@ for (const name of process.argv.length > 2 ? process.argv.slice(2) : Object.keys
     await checks[name](browser);
     console.log(`${name}: passed in ${((Date.now() - start) / 1000).toFixed(1)} s`);
   } catch (error) {
-    ++failures;
+    process.exitCode = 1;
     console.error(`${name}: ${error.message}`);
   } finally {
     await browser?.end();
@@ -322,4 +313,3 @@ for (const name of process.argv.length > 2 ? process.argv.slice(2) : Object.keys
     server.closeAllConnections();
   }
 }
-process.exitCode = failures > 0 ? 1 : 0;

@@ -1,6 +1,6 @@
 // The audiogram as SVG: frequencies across, levels down, a circle for the right ear and a cross for the left one.
 
-const kHz = [125, 250, 500, 1000, 2000, 4000, 8000];
+export const kHz = [125, 250, 500, 1000, 2000, 4000, 8000];
 const width = 360, height = 290, left = 34, top = 22, right = 10, bottom = 8;
 const x = (hz) => left + ((kHz.indexOf(Number(hz)) + 0.5) * (width - left - right)) / kHz.length;
 const y = (db) => top + ((db + 10) * (height - top - bottom)) / 110;

@@ -1,19 +1,17 @@
 // The page: start, channel check, test and result, one after the other in the same places.
-import { board, summary } from './board.mjs';
+import { board, kHz, summary } from './board.mjs';
 import make from './hearing_web.mjs';
 
 const at = (id) => document.getElementById(id);
 const query = new URLSearchParams(location.search);
 const hzs = query.get('hz') ?? '';
+const everywhere = (db) => Object.fromEntries(kHz.map((hz) => [hz, Number(db)]));
 
 // Who takes a simulated test; by the address, in dB HL at every frequency, too.
 const simulated = {
   left: query.has('left') ? everywhere(query.get('left')) : { 125: 15, 250: 20, 500: 25, 1000: 30, 2000: 35, 4000: 50, 8000: 60 },
   right: query.has('right') ? everywhere(query.get('right')) : { 125: 10, 250: 10, 500: 15, 1000: 20, 2000: 25, 4000: 35, 8000: 40 },
 };
-function everywhere(db) {
-  return Object.fromEntries([125, 250, 500, 1000, 2000, 4000, 8000].map((hz) => [hz, Number(db)]));
-}
 
 const whys = {
   suspended: '浏览器暂停了声音', interrupted: '声音被别的程序打断了', hidden: '页面不在前台', frozen: '页面被系统冻结了',
@@ -106,9 +104,7 @@ function showTest() {
   at('progress').hidden = false;
 }
 
-function press(event) {
-  page.press(performance.now() - event.timeStamp);
-}
+const press = (event) => page.press(performance.now() - event.timeStamp);
 
 function startEar(isLeft) {
   state.isLeft = isLeft;
