@@ -68,6 +68,7 @@ TEST(ChannelCheck, FindsWhatTheWiresDo) {
                                            wires.leftToRight * left + wires.rightToRight * right})));
       }
       EXPECT_EQ(check.finding(), finding);
+      EXPECT_TRUE(!check.play() && answerTo(listener.listen(1)) == Nothing) << "no tone after it";
     }
   }
 }
