@@ -142,6 +142,8 @@ TEST_F(StreamPlayer, PlaysTheSourcesBlocksInOrderAndPullsOnePer80Milliseconds) {
   EXPECT_EQ(source->pulls, 3U);
   EXPECT_EQ(runs(heard(800ms)), "1x1 2x1 3x1 4x1 5x1 6x1 7x1 8x1 9x1 10x1 ");
   EXPECT_EQ(source->pulls, 13U);
+  player_->setVolume(0);
+  EXPECT_EQ(runs(heard(160ms)), "0x2 ");
 }
 
 TEST_F(StreamPlayer, ASourceThatHasNothingOrHasGoneRepeatsWhatTheBuffersHold) {

@@ -1,10 +1,13 @@
 #include <cmath>
 #include <cstdlib>
+#include <string>
 #include <utility>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <ORNHearingTestSDK/common/ToneFrequencies.h>
+#include <ORNHearingTestSDK/results/HistoryScores.h>
 #include <ORNHearingTestSDK/results/ORNListenTest.h>
 #include <ORNHearingTestSDK/results/TestTime.h>
 
@@ -33,6 +36,11 @@ TEST(ORNListenTest, EveryFieldComesBackUnderItsKey) {
   EXPECT_EQ(test->dictionaryRepresentation(), kStored);
   EXPECT_EQ(json::parse(test->description()), kStored);
   EXPECT_EQ(test->copyWithZone()->dictionaryRepresentation(), kStored);
+  for (const bool isLeft : {true, false}) {
+    int threshold = isLeft ? 20 : 30;
+    const EarResult ear = earResultOf(*test, isLeft);
+    for (const int hz : kToneFrequencies) EXPECT_EQ(ear.at(std::to_string(hz) + "hz"), std::to_string(threshold++));
+  }
 }
 
 TEST(ORNListenTest, NullAndAbsentValuesAreEmpty) {
