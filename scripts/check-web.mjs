@@ -1,5 +1,5 @@
 // Drives the built web programs in a browser, Debian's Chromium by ChromeDriver, against a server on loopback: all
-// checks, or those named. Nothing but what Node.js brings along.
+// checks, or those named. It needs Node.js and no package of it.
 //   node scripts/check-web.mjs [contracts] [samples] [test] [faults] [page] [bench]
 import { spawn } from 'node:child_process';
 import { createServer } from 'node:http';

@@ -8,7 +8,7 @@ prefix=$PWD/build/web-libraries
 work=$PWD/build/web-sources
 mkdir -p "$work/parts" "$work/lists/partial"
 
-# The machine's own list of packages, asked for sources; nothing of it is changed.
+# A copy of the machine's own list of packages that asks for sources.
 for list in /etc/apt/sources.list.d/debian.sources /etc/apt/sources.list; do
   [ -e "$list" ] || continue
   sed 's/^Types: deb$/Types: deb-src/; s/^deb /deb-src /' "$list" > "$work/parts/$(basename "$list")"

@@ -1,4 +1,4 @@
-// What the page's script asks of the library.
+// What the page's script calls.
 
 #include <emscripten/bind.h>
 #include <emscripten/val.h>
@@ -18,7 +18,7 @@ namespace {
 using emscripten::val;
 using orn::web::HearingPage;
 
-/// Frequencies in Hz with a comma between them; those of the short test where there are none.
+/// Keys of frequencies given in Hz, separated by commas; those of the short test if there are none.
 std::vector<std::string> frequencies(const std::string& text) {
   std::vector<std::string> keys;
   for (std::size_t at = 0; at < text.size();) {
@@ -36,7 +36,7 @@ std::shared_ptr<HearingPage> newPage(const std::string& hzs, val tell) {
 
 bool answerCheck(HearingPage& page, int heard) { return page.answerCheck(static_cast<orn::ChannelAnswer>(heard)); }
 
-/// Thresholds in dB HL by Hz, as JSON.
+/// Takes thresholds in dB HL by frequency in Hz, as JSON.
 void invite(HearingPage& page, const std::string& left, const std::string& right) {
   orn::simulation::ListenerTraits listener;
   for (const auto& [text, ear] : {std::pair{&left, &listener.left}, {&right, &listener.right}}) {

@@ -104,7 +104,7 @@ void HearingPage::invite(const simulation::ListenerTraits& listener) {
         return simulation::levelOf(*session, kPath, hz, amplitude);
       },
       [this](std::chrono::milliseconds reaction) {
-        // As soon after the samples as a person would.
+        // As long after the samples as a person would take.
         loop().performAfterDelay(reaction - heardAgo_, [page = weak_from_this(), time = loop().now() - heardAgo_] {
           if (const auto alive = page.lock()) alive->answer(time);
         });
@@ -128,7 +128,7 @@ void HearingPage::press(double millisecondsAgo) {
   answer(loop().now() - std::chrono::duration_cast<std::chrono::nanoseconds>(ago));
 }
 
-/// Of what was heard or done before the tone began, none is an answer to it.
+/// Nothing that was heard or pressed before the tone began answers it.
 void HearingPage::answer(std::chrono::nanoseconds time) {
   if (time >= toneStart_) session_->listened();
 }

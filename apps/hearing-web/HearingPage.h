@@ -17,7 +17,7 @@
 namespace orn::web {
 
 /// One test on the page, from the channel check to the result, on the earphone path with the sample calibration. Events
-/// tell what happens, each a name and an object. Nobody is registered, so nothing is ever submitted. Main thread.
+/// tell what happens, each a name and an object. No user is registered, so nothing is ever submitted. Main thread.
 class HearingPage : public std::enable_shared_from_this<HearingPage> {
  public:
   using Tell = std::function<void(const std::string& event, const nlohmann::json& what)>;
@@ -30,7 +30,7 @@ class HearingPage : public std::enable_shared_from_this<HearingPage> {
   /// Plays the channel check's tone; false if it does not sound.
   bool playCheck();
   bool answerCheck(ChannelAnswer heard);
-  /// As in ChannelFinding, or -1 until all is answered.
+  /// The number of the ChannelFinding, or -1 until all tones have been answered.
   int checkFinding() const;
 
   /// A virtual listener takes the test: it hears the samples that leave the page's output, and nothing else.
@@ -38,8 +38,8 @@ class HearingPage : public std::enable_shared_from_this<HearingPage> {
 
   void startEar(bool isLeft);
 
-  /// A press, and how long ago it was made: one that waited for a busy main thread is no answer to the tone that has
-  /// begun meanwhile.
+  /// A press, and how long ago it was made: one that had to wait for a busy main thread does not answer a tone that has
+  /// begun since.
   void press(double millisecondsAgo);
 
   void pause();
@@ -58,7 +58,7 @@ class HearingPage : public std::enable_shared_from_this<HearingPage> {
   std::unique_ptr<simulation::VirtualListener> listener_;
   bool isUnderWay_ = false;  // an ear is being tested
   std::chrono::nanoseconds toneStart_{0};
-  std::chrono::nanoseconds heardAgo_{0};  // what the listener hears at present
+  std::chrono::nanoseconds heardAgo_{0};  // when what the listener now hears left the output
 };
 
 }  // namespace orn::web

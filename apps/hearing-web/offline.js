@@ -1,4 +1,4 @@
-// Keeps the page's files, so that it opens without a network once it has been loaded; with one, the newest ones count.
+// Keeps the page's files, so that once loaded it opens without a network; with one, it takes the newest files.
 const kFiles = ['./', 'page.css', 'page.mjs', 'board.mjs', 'hearing_web.mjs', 'hearing_web.wasm', 'hearing_web.data', 'OutputWorklet.js'];
 
 self.addEventListener('install', (event) => {

@@ -7,7 +7,7 @@ const query = new URLSearchParams(location.search);
 const hzs = query.get('hz') ?? '';
 const everywhere = (db) => Object.fromEntries(kHz.map((hz) => [hz, Number(db)]));
 
-// Who takes a simulated test; by the address, in dB HL at every frequency, too.
+// The simulated listener's thresholds in dB HL; the address may give an ear's, one for all frequencies.
 const simulated = {
   left: query.has('left') ? everywhere(query.get('left')) : { 125: 15, 250: 20, 500: 25, 1000: 30, 2000: 35, 4000: 50, 8000: 60 },
   right: query.has('right') ? everywhere(query.get('right')) : { 125: 10, 250: 10, 500: 15, 1000: 20, 2000: 25, 4000: 35, 8000: 40 },
@@ -24,7 +24,7 @@ const findings = [
   ['有声音没有听到', '请检查耳机是否戴好、连接好，然后再查一次。'],
 ];
 
-/** Everything that is shown changes here. */
+/** All titles, texts and buttons are set here. */
 function show(title, text, choices = [], keepsFocus = false) {
   at('title').textContent = title;
   at('text').textContent = text;
@@ -157,7 +157,7 @@ async function simulate() {
   startEar(false);
 }
 
-// Space presses wherever the focus is, in a test.
+// During a test the space bar is a press wherever the focus is.
 document.addEventListener('keydown', (event) => {
   if (event.key !== ' ' || event.repeat || event.target.tagName === 'BUTTON' || at('progress').hidden) return;
   event.preventDefault();

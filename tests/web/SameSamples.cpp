@@ -1,4 +1,4 @@
-// Whole tests in virtual time, and a check sum of all their samples: what every platform plays, to the bit.
+// Whole tests in virtual time, and a checksum of all their samples, which are the same to the bit on every platform.
 
 #include <chrono>
 #include <cinttypes>

@@ -1,5 +1,5 @@
 // Holds the web backend against the contracts of the platform's interfaces, in a browser that lets a program wait
-// (WebAssembly's promise integration): contracts.html gives it what it waits by.
+// (WebAssembly's promise integration): contracts.html provides the functions that wait.
 
 #include <emscripten/emscripten.h>
 
@@ -46,7 +46,7 @@ RunLoopUnderTest loop() { return {std::make_shared<orn::WebRunLoop>(), wait}; }
 
 AudioUnderTest audio() {
   bringDeviceBack();
-  wait(std::chrono::milliseconds(100));  // what is still under way of the sound before
+  wait(std::chrono::milliseconds(100));  // for what is still under way of the sound before
   const auto heard = std::make_shared<std::vector<std::int16_t>>();
   orn::listenToWebSound([heard](std::span<const std::int16_t> samples, auto) {
     heard->insert(heard->end(), samples.begin(), samples.end());
@@ -66,10 +66,10 @@ AudioSessionUnderTest session() {
           .plug = {},  // a browser does not tell what is plugged in
           .unplug = takeDeviceAway,
           .unplugAll = takeDeviceAway,
-          .interrupt = {}};  // it is the loss of the device
+          .interrupt = {}};  // an interruption is the loss of the device
 }
 
-/// Without what has arrived: a browser writes names of methods in capitals and sends no body by GET.
+/// Does not look at what arrives: a browser writes names of methods in capitals and sends no body with GET.
 URLSessionUnderTest network() {
   return {.session = std::make_shared<orn::WebURLSession>(),
           .runFor = wait,

@@ -10,25 +10,25 @@
 
 namespace orn {
 
-/// The thread of a queue on which buffers are handed back, one at a time and in order. It holds no lock while it does.
+/// The thread of a queue on which buffers are handed back, one at a time and in order. No lock is held meanwhile.
 class CallbackThread {
  public:
   explicit CallbackThread(std::function<void(AudioQueueBuffer&)> handBack);
 
-  /// Ends after the callback that is going on. Not from within one.
+  /// Waits for the callback that is running. Not to be called from within one.
   ~CallbackThread();
   CallbackThread(const CallbackThread&) = delete;
   CallbackThread& operator=(const CallbackThread&) = delete;
 
-  /// Makes room, so that add() allocates nothing for as many buffers.
+  /// Makes room for that many buffers, so that add() allocates nothing.
   void reserve(std::size_t buffers);
 
   void add(AudioQueueBuffer& buffer);
 
-  /// While it holds back, no new callback begins.
+  /// While held back, no new callback begins.
   void setHeldBack(bool heldBack);
 
-  /// Forgets a buffer that waits; or all of them.
+  /// Forgets a waiting buffer, or all of them.
   void forget(const AudioQueueBuffer& buffer);
   void forgetAll();
 

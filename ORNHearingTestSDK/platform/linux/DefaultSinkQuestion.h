@@ -10,8 +10,8 @@ namespace orn {
 
 /// Asks the server for its default output over a connection of its own, which lives for one question.
 ///
-/// PipeWire 0.3 may come to tell of a new default output only those who connect after it. A connection that was there
-/// before goes by the old one then for as long as it lives, whatever it asks.
+/// PipeWire 0.3 may get into a state in which it tells of a new default output only to connections made afterwards. A
+/// connection made before is then told the old one for as long as it lives, whatever it asks.
 class DefaultSinkQuestion {
  public:
   /// The sink's name, empty where the server has none; nothing where the server could not be asked.
@@ -24,7 +24,8 @@ class DefaultSinkQuestion {
   /// With the lock held, once no earlier question is open. The answer comes on the connection's thread.
   void ask(Answer answer);
 
-  /// No answer comes any more; with the lock held. To be called before the end of an open question.
+  /// Drops an open question, whose answer then never comes; with the lock held. To be called before this object is
+  /// destroyed.
   void cancel();
 
  private:

@@ -41,7 +41,7 @@ plist_t node(const std::string& value) {
 plist_t node(system_clock::time_point date) {
   using Limits = std::numeric_limits<std::int32_t>;
   const std::int64_t offset = secondsOf(date) - kPlistEpoch;
-  // The two limits themselves are what libplist gives for any date that is too far.
+  // The two limits themselves are what libplist gives for any date beyond its range.
   if (offset > Limits::min() && offset < Limits::max()) return plist_new_date(static_cast<std::int32_t>(offset), 0);
   plist_t distant = plist_new_dict();
   plist_dict_set_item(distant, kDistantDateKey, node(secondsOf(date)));
@@ -83,7 +83,7 @@ std::optional<DefaultsValue> rawTextIn(plist_t data) {
   return std::string(bytes, length);
 }
 
-/// What the form has no type of its own for.
+/// The value in a dictionary that stands for what the form has no type for.
 std::optional<DefaultsValue> wrappedIn(plist_t item) {
   if (plist_dict_get_size(item) != 1) return std::nullopt;
   const plist_t date = plist_dict_get_item(item, kDistantDateKey);

@@ -14,10 +14,10 @@ namespace orn {
 
 /// A property list, in its XML form, whose root is a dictionary. One thread at a time.
 ///
-/// The form has a type for each of DefaultsValue. Its dates are whole seconds, and the library that writes them knows
-/// the years 1932 to 2069 only; a date outside them, such as an early birthday, is a dictionary with the single integer
-/// "secondsSince1970". A text that XML can't hold, since it is not UTF-8 or has control characters other than tab, line
-/// feed and carriage return, is a dictionary with the single data "text".
+/// The form has a type for each type of DefaultsValue. Its dates are whole seconds, and the library that writes them
+/// knows the years 1932 to 2069 only; a date outside them, such as an early birthday, is a dictionary with the single
+/// integer "secondsSince1970". A text that XML can't hold, since it is not UTF-8 or has control characters other than
+/// tab, line feed and carriage return, is a dictionary with the single data "text".
 class DefaultsPlist {
  public:
   DefaultsPlist();
@@ -25,10 +25,10 @@ class DefaultsPlist {
   /// Nothing if the bytes are not a property list or its root is not a dictionary.
   static std::optional<DefaultsPlist> fromXml(std::span<const std::uint8_t> bytes);
 
-  /// Nothing if it can't be put into words.
+  /// The list in its XML form; nothing if it can't be written in it.
   std::optional<std::string> xml() const;
 
-  /// What a value will be when it comes back: a date is rounded down to the second.
+  /// The value as it will be read back: a date is rounded down to the second.
   static DefaultsValue kept(DefaultsValue value);
 
   /// Everything that is a DefaultsValue. Data, lists and other dictionaries are not, but stay in the list.

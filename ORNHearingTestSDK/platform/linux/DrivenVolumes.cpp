@@ -44,7 +44,7 @@ std::vector<DrivenVolumes::Setting> DrivenVolumes::drive(const SoundServerState&
   const Loudness loudness = loudnessOf(*current);
   const auto [found, isFirst] = originals_.try_emplace(current->key);
   Original& original = found->second;
-  // What is left at full was left by a test that did not put it back.
+  // A volume still at full was left so by a test that did not put it back.
   const bool isLeft = original.isServers(loudness) && original.driven == levelled(loudness, 1);
   if (isFirst || (isNew && !isLeft)) original.users = loudness;
   original.driven = levelled(loudness, volume);

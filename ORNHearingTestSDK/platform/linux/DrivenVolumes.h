@@ -9,14 +9,15 @@
 
 namespace orn {
 
-/// Which outputs are driven, what the user had on each, and what is to be done about it: what the server tells goes in,
-/// settings come out. An output is a sink together with its port, since servers keep a volume for each port.
+/// Which outputs have their volume driven, what the user had set on each, and what is to be set now: the server's
+/// states go in, settings come out. An output is a sink together with its port, since servers keep a volume for each
+/// port.
 class DrivenVolumes {
  public:
   using Time = std::chrono::microseconds;  // since any fixed moment
 
-  /// So long after an output has come back, a server may put the volume on it that it saw last; and so long it may tell
-  /// of the volume that was there before the last change.
+  /// For this long after an output has come back, a server may set it to the volume that it saw there last; and for
+  /// this long after a change it may still report the volume before it.
   static constexpr Time kHold = std::chrono::seconds(2);
 
   /// Balance between the ears, amplification beyond full and muting included.
@@ -33,7 +34,7 @@ class DrivenVolumes {
     Loudness loudness;
   };
 
-  /// Whoever drives from now on begins anew: what has been changed since the last driving is the user's.
+  /// The next drive() begins anew: whatever has been changed since the last one is the user's.
   void begin() { isNew_ = true; }
 
   /// Drives all channels of the current output to a volume, unmuted; beyond 0 to 1 the nearer end counts, and NaN is 0.
@@ -44,7 +45,7 @@ class DrivenVolumes {
   /// driven or put back since begin(), the current output gets the given volume.
   std::vector<Setting> putBack(const SoundServerState& now, float volume);
 
-  /// A setting has been made. One that puts back and has not comes again with the next state.
+  /// A setting has been made. One that puts back and was not made comes again with the next state.
   void wasMade(const Setting& setting, Time time);
 
   /// Takes note of every state that the server tells, and puts back the outputs that have appeared.
@@ -53,9 +54,9 @@ class DrivenVolumes {
  private:
   struct Original {
     Loudness users, driven;
-    Loudness found;                 // when the output came back: the server's doing
+    Loudness found;                 // as set by the server when the output came back
     bool isDue = false;             // to be put back as soon as the output is there
-    std::optional<Time> heldUntil;  // was put back, and is kept so long
+    std::optional<Time> heldUntil;  // was put back, and is kept so until then
 
     bool isServers(const Loudness& now) const;
   };

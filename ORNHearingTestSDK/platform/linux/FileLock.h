@@ -9,8 +9,8 @@
 
 namespace orn {
 
-/// An advisory lock on a file of that path, made if it is missing; held against other objects of this kind in any
-/// process until this one goes or its process ends. Waits for whoever holds it.
+/// An advisory lock on the file of that path, which is made if it is missing. It keeps out other objects of this kind
+/// in any process until this one is destroyed or its process ends. Waits for whoever holds it.
 class FileLock {
  public:
   explicit FileLock(const std::string& path) : file_(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {

@@ -6,7 +6,7 @@
 
 namespace orn {
 
-/// What is used of libcurl.
+/// The functions of libcurl that are used.
 struct LibCurl : SharedLibrary {
   LibCurl() : SharedLibrary("libcurl.so.4") {}
 

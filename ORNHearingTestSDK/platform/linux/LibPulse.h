@@ -6,7 +6,7 @@
 
 namespace orn {
 
-/// What is used of libpulse.
+/// The functions of libpulse that are used.
 struct LibPulse : SharedLibrary {
   LibPulse() : SharedLibrary("libpulse.so.0") {}
 

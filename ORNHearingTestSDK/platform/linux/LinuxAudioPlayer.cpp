@@ -62,7 +62,7 @@ void LinuxAudioPlayer::stop() {
   goBackToWhatIsHeard();
 }
 
-/// Drops what the server has not played yet; it is written again, with the gain of that time, at the next chance.
+/// Drops what the server has not played yet; it is written again at the next request, with the gain of that time.
 void LinuxAudioPlayer::goBackToWhatIsHeard() {
   if (!stream_.isOpen()) return;
   const std::size_t played = std::min<std::size_t>(stream_.room(), stream_.bufferBytes());

@@ -10,7 +10,7 @@
 
 namespace orn {
 
-/// A recording written to the sound server in stereo, with pan and gain put on it here, so that each sample is exact.
+/// A recording written to the sound server in stereo, with pan and gain applied here, so that each sample is exact.
 class LinuxAudioPlayer final : public PannedPlayer, private PulseStream::Writer {
  public:
   LinuxAudioPlayer(std::shared_ptr<SoundDevice> device, std::vector<std::int16_t> samples);
@@ -34,7 +34,7 @@ class LinuxAudioPlayer final : public PannedPlayer, private PulseStream::Writer 
   // All of these are guarded by the connection's lock.
   PulseStream stream_;
   StereoGain gain_;
-  LoopedRecording recording_;  // the next of it is to be written
+  LoopedRecording recording_;  // its next sample is the next to be written
   std::int64_t inServer_ = 0;  // frames written since the server last held none
   bool isPlaying_ = false;
   std::vector<std::int16_t> stereo_;

@@ -44,13 +44,13 @@ std::error_code LinuxAudioQueue::enqueueBuffer(AudioQueueBuffer& buffer) {
   withdraw(*enqueued);
   enqueued->takeSamples();
   waiting_.push_back(enqueued);
-  // What there is still room for is asked for at once: the server itself asks for 80 ms at a time, and would run dry
-  // before that where less is in flight.
+  // Whatever there is room for is written at once: the server itself asks for 80 ms at a time, and would run dry before
+  // it asks where less than that is in flight.
   serverWantsSamples();
   return {};
 }
 
-/// Gives up the place of a buffer, wherever it is on its way.
+/// Takes a buffer out of whichever line it stands in.
 void LinuxAudioQueue::withdraw(Buffer& buffer) {
   if (std::find(written_.begin(), written_.end(), &buffer) != written_.end()) {
     // The server gives back all or nothing.
@@ -121,8 +121,8 @@ void LinuxAudioQueue::write() {
   }
 }
 
-/// Room beyond what the buffers that are away will fill again means that the oldest one was played, and a server that
-/// holds nothing has played them all.
+/// More room than the buffers that were handed back will fill again means that the oldest one was played, and a server
+/// that holds nothing has played them all.
 void LinuxAudioQueue::handBackWhatIsPlayed() {
   std::size_t away = 0;
   for (const Buffer* buffer : returned_) away += 2 * buffer->samples.size();

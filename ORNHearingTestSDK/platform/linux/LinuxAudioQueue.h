@@ -11,7 +11,7 @@
 namespace orn {
 
 /// A queue whose buffers are written to the sound server as it asks for them. A buffer is handed back when the server
-/// has played as much as it holds, or has room for more than all that is enqueued.
+/// has room for it as well as for those handed back before it, or holds nothing any more.
 class LinuxAudioQueue final : public AudioQueue, private PulseStream::Writer {
  public:
   LinuxAudioQueue(std::shared_ptr<SoundDevice> device, OutputCallback callback);
@@ -47,7 +47,7 @@ class LinuxAudioQueue final : public AudioQueue, private PulseStream::Writer {
   std::vector<std::int16_t> scaled_;
   float volume_ = 1;
   bool isRunning_ = false;
-  CallbackThread callbacks_;  // last: it goes first, and its callback needs the rest
+  CallbackThread callbacks_;  // last: it is destroyed first, and its callback needs the rest
 };
 
 }  // namespace orn

@@ -13,7 +13,7 @@ LinuxAudioSession::LinuxAudioSession(std::shared_ptr<SoundServer> server, std::w
     : server_(std::move(server)), runLoop_(std::move(runLoop)), volumes_(*server_) {
   const PulseLock lock(server_->connection());
   stateObserver_ = server_->addObserver([this](const SoundServerState& now) {
-    // Since the last change: a server may tell of a new device first and of its becoming the default later.
+    // Compared with the last change: a server may report a new device first, and later that it has become the default.
     const auto reason = routeChangeReason(atLastRouteChange_, now);
     if (!reason) return;
     atLastRouteChange_ = now;

@@ -10,15 +10,15 @@
 
 namespace orn {
 
-/// The sound of the user's session as its sound server tells of it: the route is the default output. The server is
-/// asked at the first question or observer, not before. Notices of interruptions come when the server wants the sound
-/// to make way, such as for a call; the streams are silent until it allows them to go on.
+/// The sound of the user's session as its sound server reports it: the route is the default output. The server is not
+/// asked before the first question or observer. Notices of interruptions come when the server wants the sound to make
+/// way, such as for a call; the streams are silent until it allows them to go on.
 class LinuxAudioSession final : public AudioSession {
  public:
   LinuxAudioSession(std::shared_ptr<SoundServer> server, std::weak_ptr<RunLoop> runLoop);
   ~LinuxAudioSession() override;
 
-  /// The server knows neither activation nor categories: whatever plays is active. For the volume a new use begins.
+  /// The server knows neither activation nor categories: whatever plays is active. For the volume, a new use begins.
   std::error_code setActive(bool) override {
     volumes_.begin();
     return {};
@@ -30,8 +30,8 @@ class LinuxAudioSession final : public AudioSession {
   float outputVolume() const override;
   std::error_code setOutputVolume(float volume) override { return volumes_.set(volume); }
 
-  /// Exactly, for each channel, muting and amplification included. An output that has gone gets its own back
-  /// as soon as it appears, and no other one is touched in its place.
+  /// Restores each channel exactly, muting and amplification included. An output that has gone gets its own volume back
+  /// as soon as it reappears, and no other one is touched in its place.
   std::error_code restoreOutputVolume(float volume) override { return volumes_.putBack(volume); }
   void addObserver(std::weak_ptr<const AudioSessionObserver> observer) override;
 

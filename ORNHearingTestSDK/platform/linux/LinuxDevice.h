@@ -6,7 +6,7 @@
 
 namespace orn {
 
-/// What the running system says of itself, read once when this object is made; what the program says of itself. Any
+/// What the running system says of itself, read once when this object is made; and what the program says of itself. Any
 /// thread.
 class ORN_EXPORT LinuxDevice final : public Device {
  public:

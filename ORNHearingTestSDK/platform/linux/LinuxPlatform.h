@@ -11,18 +11,18 @@ class AudioOutput;
 class AudioSession;
 class RunLoop;
 
-/// Output and session of one sound server, which share one connection to it.
+/// Output and session on one sound server, which share one connection to it.
 struct LinuxSound {
   std::shared_ptr<AudioOutput> output;    ///< Plays.
   std::shared_ptr<AudioSession> session;  ///< Knows what is plugged in.
 };
 
-/// The sound of this machine through PulseAudio or PipeWire's server of the same protocol. Nothing is connected to
-/// before the first question, and a machine without a server is one without outputs. An empty server text is the user's
-/// own server; else it is one as PULSE_SERVER would name it. The name is what the user's mixer shows. Loads libpulse,
-/// and throws std::runtime_error if the machine has none. Main thread.
+/// The sound of this machine through PulseAudio or PipeWire's server of the same protocol. No connection is made before
+/// the first question, and a machine without a server counts as one without outputs. An empty server text stands for
+/// the user's own server; any other names one as PULSE_SERVER would. The application's name is what the user's mixer
+/// shows. Loads libpulse, and throws std::runtime_error if the machine has none. Main thread.
 ///
-/// PipeWire 0.3 does not always tell of the user's choice between two outputs that are both there. The session then
+/// PipeWire 0.3 does not always report the user's choice between two outputs that are both there. The session then
 /// notices it, and tells its observers, a moment after its route was asked for.
 ORN_EXPORT LinuxSound linuxSound(const std::shared_ptr<RunLoop>& runLoop, const std::string& applicationName,
                                  const std::string& server = {});

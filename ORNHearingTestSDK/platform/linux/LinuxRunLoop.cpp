@@ -6,7 +6,7 @@
 namespace orn {
 
 namespace {
-// A time far off would overflow the clock's own type.
+// A wait for a distant time would overflow the clock's own type.
 constexpr std::chrono::hours kLongestIdle{1};
 }  // namespace
 

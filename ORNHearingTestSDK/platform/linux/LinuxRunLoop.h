@@ -8,13 +8,14 @@
 namespace orn {
 
 /// A run loop in real time, on a condition variable and the steady clock. run() is for the main thread; stop(),
-/// dispatchAsync(), now() and date() for any.
+/// dispatchAsync(), now() and date() are for any thread.
 class ORN_EXPORT LinuxRunLoop final : public QueuedRunLoop {
  public:
-  /// Makes calls as they fall due until stop(). Also from within a call: stop() then ends the inner run() first.
+  /// Makes calls as they fall due until stop(). May be called from within a call: stop() then ends the inner run()
+  /// first.
   void run();
 
-  /// Ends run() after the call that is going on; ends the next run() at once if none is going on.
+  /// Ends run() after the call that is being made; if run() is not running, ends the next one at once.
   void stop();
 
  private:

@@ -8,7 +8,7 @@
 namespace orn {
 namespace {
 
-/// A TLS library may write to a connection that is gone, whose signal would end the whole application.
+/// A TLS library may write to a connection that is gone, and the signal of that would end the whole application.
 void blockBrokenPipes() {
   sigset_t signals;
   sigemptyset(&signals);

@@ -5,7 +5,7 @@
 namespace orn {
 namespace {
 
-/// What became of a change of volume and of muting, both of which the server answers.
+/// The outcome of a change of volume and of muting, each of which the server answers.
 struct Answers {
   PulseConnection& connection;
   int missing = 2;

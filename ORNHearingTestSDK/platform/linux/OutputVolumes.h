@@ -10,7 +10,7 @@
 namespace orn {
 
 /// Drives the volume of outputs, and puts back exactly what an output had before it was first driven. DrivenVolumes
-/// says what is to be done. Main thread.
+/// decides what is to be set. Main thread.
 class OutputVolumes {
  public:
   explicit OutputVolumes(SoundServer& server);

@@ -10,10 +10,10 @@
 namespace orn {
 
 /// The one connection to the sound server that all sound of a platform shares, and its thread. It connects when it is
-/// first asked to; when the server goes away or is not there, it tries again, after 0.1 s at first and then more and
-/// more rarely, at the least every 5 s.
+/// first asked to; when the server goes away or is not there, it tries again, after 0.1 s at first and then less and
+/// less often, but at least every 5 s.
 ///
-/// The thread holds the lock in every callback; anybody else takes it by PulseLock.
+/// The thread holds the lock in every callback; any other thread takes it by PulseLock.
 class PulseConnection {
  public:
   PulseConnection(std::string applicationName, std::string server);
@@ -24,10 +24,10 @@ class PulseConnection {
   /// Called on the connection's thread when the server has come and when it has gone. Set before start().
   std::function<void()> onReady, onLost;
 
-  /// Begins to connect, if that was not done. Any thread but the connection's own, without the lock.
+  /// Begins to connect, unless that was done before. Any thread but the connection's own, without the lock.
   void start();
 
-  /// Connects and waits for the server's first answer; false if there is no server. The same threads.
+  /// Connects and waits for the server's first answer; false if there is no server. On the same threads.
   bool waitUntilReady();
 
   /// Leaves the server for good; with the lock held.
@@ -36,24 +36,24 @@ class PulseConnection {
   /// With the lock held: the context, or null while there is no server.
   pa_context* context() const;
 
-  /// With the lock held: another context on the same thread, and its connecting to the same server; false if that can't
-  /// even begin. Closing it sets it to null.
+  /// With the lock held: another context on the same thread; connects it to the same server, and returns false if that
+  /// can't even begin; closes it and sets it to null.
   pa_context* newContext() const;
   bool connect(pa_context* context) const;
   static void close(pa_context*& context);
 
   /// With the lock held, on any thread but the connection's own: waits until a condition holds that callbacks bring
-  /// about, each of which has to signal(). False if it does not hold within a second; as long as a server that has let
-  /// a second pass says nothing, it is waited for a moment only.
+  /// about, each of which has to signal(). False if it does not hold within a second; a server that has let a second
+  /// pass is waited for only a moment until it says something again.
   bool waitUntil(const std::function<bool()>& holds);
   void signal() { libpulse().pa_threaded_mainloop_signal(loop_, 0); }
 
-  /// With the lock held: whether the server has let a wait end without an answer, and said nothing since; to be told
-  /// of what it says.
+  /// With the lock held: false once the server has let a wait end without an answer, until heardOfServer() is called
+  /// for something that it says.
   bool isAnswering() const { return isAnswering_; }
   void heardOfServer() { isAnswering_ = true; }
 
-  /// With the lock held: why nothing is known of a device, std::errc::no_such_device or timed_out.
+  /// With the lock held: why no device is known: std::errc::no_such_device or timed_out.
   std::error_code absence() const;
 
  private:
@@ -71,7 +71,7 @@ class PulseConnection {
   bool isRunning_ = false;
   bool wasReady_ = false;
   bool isAnswering_ = true;
-  bool hasAnswered_ = false;  // it came, refused, or let its time pass, at least once
+  bool hasAnswered_ = false;  // the server came, refused, or let its time pass, at least once
 };
 
 /// Holds the lock of a connection. Not on the connection's own thread, which holds it anyway.

@@ -4,7 +4,7 @@
 
 namespace orn {
 
-/// An error number of the sound server's library as an error code.
+/// An error number of libpulse as an error code.
 std::error_code pulseError(int number);
 
 }  // namespace orn

@@ -13,8 +13,8 @@ namespace {
 
 constexpr auto kStreamName = "Hearing test";
 
-/// A role that makes the server ask the stream to make way for a call; and nothing of an earlier session is to be
-/// put on it, a volume least of all.
+/// The role makes the server ask the stream to make way for a call; and the server is to restore nothing of an earlier
+/// session on it, least of all a volume.
 pa_proplist* properties() {
   pa_proplist* list = libpulse().pa_proplist_new();
   libpulse().pa_proplist_sets(list, PA_PROP_MEDIA_ROLE, "music");
@@ -57,8 +57,8 @@ std::error_code PulseStream::connect(const SoundOutput& output) {
   device_->add(*this);
 
   setCallbacks();
-  // A stream of the server's own choosing of latency would be moved about in time, and one that it may move to another
-  // device would go to a loudspeaker. The volume is told, so that the server puts none of its own on the stream.
+  // A stream whose latency the server chooses would be shifted in time, and one that the server may move could end up
+  // on a loudspeaker. The volume is given, so that the server puts none of its own on the stream.
   const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_INTERPOLATE_TIMING |
                                                     PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_DONT_MOVE);
   const pa_buffer_attr buffer{.maxlength = ~0U,

@@ -13,15 +13,16 @@
 
 namespace orn {
 
-/// What a stream is made of: 16-bit samples at 48000 Hz.
+/// The format of a stream: 16-bit samples at 48000 Hz.
 struct PulseStreamFormat {
   std::uint8_t channels;
-  std::uint32_t bufferBytes;   ///< What the server holds of it.
+  std::uint32_t bufferBytes;   ///< How much of it the server holds.
   std::uint32_t requestBytes;  ///< How much of that has to be free before the server asks for more.
 };
 
-/// Playback on the device of a test, at full volume and as it stands. Every call needs the lock; open() and play() wait
-/// for the server, and are not for the connection's thread. An error leaves the stream closed or as it was.
+/// Playback on the device of a test, at full volume and with its samples unchanged. Every call needs the lock; open()
+/// and play() wait for the server, and are not for the connection's thread. An error leaves the stream closed or as it
+/// was.
 class PulseStream {
  public:
   /// Who fills a stream: called on the connection's thread, with the lock.
@@ -41,22 +42,22 @@ class PulseStream {
   PulseStream(const PulseStream&) = delete;
   PulseStream& operator=(const PulseStream&) = delete;
 
-  /// Opens it, silent as yet, on the device of this moment, if it is not open. std::errc::no_such_device without one,
-  /// timed_out for a server that does not answer.
+  /// Opens it, still silent, on the present device, unless it is open. std::errc::no_such_device without one, timed_out
+  /// for a server that does not answer.
   std::error_code open();
   bool isOpen() const { return isReady_; }
   const SoundOutputKey& device() const { return deviceKey_; }
 
-  /// Opens it, has it filled, and lets it sound; or silences it with all that the server holds kept. While the server
-  /// wants the stream to make way it is silent all the same, and play() gives std::errc::device_or_resource_busy; it
-  /// sounds when the server allows it.
+  /// Opens it, has it filled, and lets it sound; or silences it, while the server keeps what it holds. As long as the
+  /// server wants the stream to make way, it is silent all the same, and play() gives
+  /// std::errc::device_or_resource_busy; it sounds when the server allows it.
   std::error_code play();
   std::error_code pause();
 
   /// Drops what the server holds.
   std::error_code drop();
 
-  /// Room for samples in bytes; 0 while it is closed.
+  /// Room for samples, in bytes; 0 while it is closed.
   std::size_t room() const;
   std::uint32_t bufferBytes() const { return bufferBytes_; }
   std::error_code write(std::span<const std::int16_t> samples);
@@ -66,7 +67,7 @@ class PulseStream {
   /// Closes it and tells the writer.
   void loseDevice();
 
-  /// Whether its sound is heard if it is to be, without waiting: std::errc::device_or_resource_busy or timed_out.
+  /// Whether its sound is heard when it should be, without waiting: std::errc::device_or_resource_busy or timed_out.
   std::error_code status() const;
 
   /// Counts what is missing right now.

@@ -7,8 +7,8 @@
 
 namespace orn {
 
-/// Why a request can't go out to the letter; nothing if it can. What libcurl refuses itself is not looked at. Any
-/// thread.
+/// Why a request can't be sent exactly as given; nothing if it can. What libcurl itself refuses is not checked here.
+/// Any thread.
 std::optional<std::string> complaintAbout(const URLRequest& request);
 
 }  // namespace orn

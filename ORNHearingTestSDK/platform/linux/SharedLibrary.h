@@ -10,7 +10,7 @@ namespace orn {
 /// A system library that is loaded when something of it is first needed, and then stays: libcurl alone brings
 /// dozens of others along, for which an application whose user takes no test should not have to wait.
 ///
-/// What is used of it is a class of its own, with one member for each function:
+/// The functions used of a library are the members of a class of its own:
 ///
 ///     struct LibFoo : SharedLibrary {
 ///       LibFoo() : SharedLibrary("libfoo.so.1") {}

@@ -39,7 +39,7 @@ const SoundOutput* SoundDevice::present() const {
 
 std::error_code SoundDevice::status() const {
   if (!server_->connection().isAnswering()) return std::make_error_code(std::errc::timed_out);
-  // Nothing has sounded yet where nothing was chosen.
+  // Before a device is chosen nothing has sounded, and any output will do.
   const bool isThere = chosen_ ? present() != nullptr : !server_->isKnown() || server_->knownState().current();
   if (!isThere) return std::make_error_code(std::errc::no_such_device);
   for (const PulseStream* stream : streams_) {
@@ -64,7 +64,7 @@ void SoundDevice::close() {
 
 void SoundDevice::silenceIfGone() {
   const SoundOutput* device = present();
-  // A copy: a stream that loses its device leaves the list.
+  // On a copy: a stream that loses its device leaves the list.
   for (PulseStream* stream : std::list(streams_)) {
     if (!device || stream->device() != device->key) stream->loseDevice();
   }

@@ -12,8 +12,8 @@ namespace orn {
 
 class PulseStream;
 
-/// The device that tones go to. It is chosen when a test starts and kept until it is chosen anew: when it goes away its
-/// streams fall silent, and they are never moved to another one.
+/// The device that tones go to. It is chosen when a test starts and kept until one is chosen again: when it goes away,
+/// its streams fall silent and are never moved to another one.
 class SoundDevice {
  public:
   explicit SoundDevice(std::shared_ptr<SoundServer> server);
@@ -33,15 +33,15 @@ class SoundDevice {
   /// With the lock held: the device, if it is there.
   const SoundOutput* present() const;
 
-  /// With the lock held, without waiting: whether what is told to sound is heard, and how often it was not.
+  /// With the lock held, without waiting: whether what should sound is heard, and how often it was not.
   std::error_code status() const;
   std::uint64_t lapses();
 
-  /// With the lock held: how a stream's start ended, which counts until another one starts or that one is to be silent.
+  /// With the lock held: how a stream's start ended, which counts until another stream starts or that one is silenced.
   void startEnded(const PulseStream& stream, std::error_code error) { lastStart_ = {&stream, error}; }
   void silenced(const PulseStream& stream);
 
-  /// Where streams count what was not heard; guarded by the lock.
+  /// The counter of what was not heard, for the streams; guarded by the lock.
   std::uint64_t& lapseCounter() { return lapses_; }
 
   /// With the lock held: the output that made it has gone, and nothing sounds any more.

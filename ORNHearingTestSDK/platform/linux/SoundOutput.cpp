@@ -24,7 +24,7 @@ bool isDeviceAddress(std::string_view text) {
   return true;
 }
 
-/// The two servers keep it in different places.
+/// PulseAudio and PipeWire keep it in different properties.
 std::string addressOf(const pa_proplist* properties) {
   for (const char* key : {"api.bluez5.address", PA_PROP_DEVICE_STRING}) {
     const std::string text = textOf(libpulse().pa_proplist_gets(properties, key));
@@ -33,7 +33,7 @@ std::string addressOf(const pa_proplist* properties) {
   return {};
 }
 
-/// A port or a form factor of that name goes to the ears; empty if it does not say so.
+/// The kind of earphone that a port or a form factor of that name is; empty if it is none.
 std::string earKindOf(std::string name) {
   std::transform(name.begin(), name.end(), name.begin(), [](unsigned char one) { return std::tolower(one); });
   if (name.find("headphone") != std::string::npos) return "Headphone";

@@ -12,7 +12,7 @@
 
 namespace orn {
 
-/// What makes an output the same one at another time: the sink and what is plugged into it.
+/// What identifies an output over time: the sink and the port in use.
 struct SoundOutputKey {
   std::string sink;
   std::string port;
@@ -23,7 +23,7 @@ struct SoundOutputKey {
 /// One output of the sound server, as it was when the server was asked.
 struct SoundOutput {
   SoundOutputKey key;
-  std::string description;  ///< As people know it.
+  std::string description;  ///< The name that people see.
   std::string address;      ///< Of a Bluetooth device, such as "AA:BB:CC:DD:EE:FF"; empty for any other.
   std::string kind;         ///< "Headphone", "Headset", "Speaker" and the like.
   bool isPluggedIn = true;  ///< False where the server knows that nothing is in the port.
@@ -42,7 +42,7 @@ struct SoundOutput {
   float loudness() const;
 };
 
-/// What the server told of its outputs; no outputs while there is no server.
+/// What the server reported of its outputs; no outputs while there is no server.
 struct SoundServerState {
   std::vector<SoundOutput> outputs;
   std::string defaultSink;
@@ -50,8 +50,8 @@ struct SoundServerState {
   /// The output that sound goes to; null if there is none, or nothing is plugged into it.
   const SoundOutput* current() const;
 
-  /// Whether the server knows which of its outputs sound goes to, or has none that it could go to. One that is made of
-  /// several programs tells of a new output before they have agreed about the default one.
+  /// Whether the server knows which of its outputs sound goes to, or has none that it could go to. A server that is
+  /// made of several programs reports a new output before they have agreed on the default one.
   bool isSettled() const;
 
   /// The output by its key, if it is there and plugged in, else null.

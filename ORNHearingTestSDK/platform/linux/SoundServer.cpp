@@ -27,7 +27,7 @@ SoundServer::SoundServer(std::string applicationName, std::string server)
   };
 }
 
-/// From here on no callback comes that needs what is about to go.
+/// After this no callback comes that would need what is being destroyed.
 SoundServer::~SoundServer() {
   const PulseLock lock(connection_);
   connection_.leave();
@@ -43,15 +43,15 @@ void SoundServer::serverIsReady() {
         static_cast<SoundServer*>(self)->askAgainAfter(kSettled);
       },
       this);
-  // A card tells of plugs that its sinks' active ports don't follow.
+  // A card also reports plugs that don't change the active ports of its sinks.
   const auto interests = static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER |
                                                              PA_SUBSCRIPTION_MASK_CARD);
   letGo(libpulse().pa_context_subscribe(context, interests, nullptr, nullptr));
   refresh();
 }
 
-/// A server that is made of several programs tells of a new output before all of them know it, and may not tell of its
-/// becoming the default one.
+/// A server that is made of several programs reports a new output before all of them know it, and may not report that
+/// it has become the default one.
 void SoundServer::askAgainAfter(pa_usec_t delay) {
   if (!connection_.context()) return;
   const pa_usec_t due = libpulse().pa_rtclock_now() + delay;
@@ -72,9 +72,9 @@ void SoundServer::refresh() {
   if (isAsking_) return;
   isAsking_ = true;
   askedAt_ = libpulse().pa_rtclock_now();
-  // In this order: a device that goes between the two answers is then gone, and was not left for another one.
+  // In this order: a device that goes between the two answers then counts as gone, and not as left for another one.
   defaultSink_.ask([this](std::optional<std::string> sink) {
-    // A question that fails on its way says nothing of the device that a test is on.
+    // A question that fails on its way says nothing about the device that a test is on.
     answer_ = {{}, std::move(sink).value_or(state_.defaultSink)};
     askForSinks();
   });
@@ -101,7 +101,7 @@ void SoundServer::answered() {
   isAsking_ = false;
   hasAnswered_ = true;
   change(std::exchange(answer_, {}));
-  // What was told of while the answer was under way may not be in it.
+  // A change that was reported while the answer was under way may be missing in it.
   if (std::exchange(isStale_, false)) return refresh();
   if (isSettling() && !again_) askAgainAfter(kNotSettled);
 }
@@ -126,7 +126,7 @@ SoundServerState SoundServer::state() {
   const bool isReady = connection_.waitUntilReady();
   const PulseLock lock(connection_);
   if (isReady) connection_.waitUntil([this] { return (hasAnswered_ && !isSettling()) || !connection_.context(); });
-  // A change that the server did not tell of is then known soon after somebody has looked.
+  // So a change that the server did not report is known soon after somebody has looked.
   if (libpulse().pa_rtclock_now() > askedAt_ + kOld) refresh();
   return state_;
 }

@@ -18,7 +18,7 @@ class SoundServer {
   /// Told on the connection's thread, with its lock, of each new state.
   using StateObserver = std::function<void(const SoundServerState& now)>;
 
-  /// An empty server text is the user's own one. Connects to nothing yet.
+  /// An empty server text stands for the user's own server. Connects to nothing yet.
   SoundServer(std::string applicationName, std::string server);
   ~SoundServer();
   SoundServer(const SoundServer&) = delete;
@@ -29,9 +29,9 @@ class SoundServer {
   /// Begins to connect and returns at once.
   void watch() { connection_.start(); }
 
-  /// The state as last told; connects and waits for the first one if need be, and asks again where it is old. While the
-  /// server has outputs and no default one it is waited for, until 0.7 s after it was first found so. Not on the
-  /// connection's thread and not with the lock.
+  /// The state as last reported; connects and waits for the first one if need be, and asks again where it is old. While
+  /// the server has outputs and no default one, the default is waited for, until 0.7 s after it was first missing. Not
+  /// on the connection's thread and not with the lock.
   SoundServerState state();
 
   /// The same with the lock held, and without waiting.
@@ -67,7 +67,7 @@ class SoundServer {
   bool hasAnswered_ = false;
   pa_usec_t askedAt_ = 0;
   std::optional<pa_usec_t> unsettledSince_;
-  pa_time_event* again_ = nullptr;  // goes with the connection's loop
+  pa_time_event* again_ = nullptr;  // freed with the connection's loop
   std::list<StateObserver> observers_;
   PulseConnection connection_;
   DefaultSinkQuestion defaultSink_{connection_};

@@ -64,7 +64,7 @@ void SoundWatch::lost(Time now) {
   droppedAt_.reset();
 }
 
-/// Without samples it has nothing to say.
+/// A server without samples is not waited for.
 void SoundWatch::waitForServer(Time now) {
   if (isToPlay_ && !isHeldBack_ && holdsSamples_ && !waitsSince_) waitsSince_ = now;
 }

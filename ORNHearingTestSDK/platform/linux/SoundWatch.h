@@ -7,17 +7,18 @@
 
 namespace orn {
 
-/// Whether the sound of one stream is whole, by what its server says and by what it fails to say in time. Told of
-/// everything at the time of a steady clock; knows no server. One thread at a time.
+/// Whether the sound of one stream is whole, by what its server says and by what it fails to say in time. It is told of
+/// everything with the time of a steady clock, and knows no server. One thread at a time.
 class SoundWatch {
  public:
   using Time = std::chrono::microseconds;
 
-  /// A server that plays asks for samples several times in what it holds of them, 0.24 s, and a device has some tens of
-  /// milliseconds more. When nothing has come for so long, the sound has stopped.
+  /// A server that plays asks for samples several times within the 0.24 s that it holds, and a device holds some tens
+  /// of milliseconds more. When no request has come for this long, the sound has stopped.
   static constexpr Time kPatience{300'000};
 
-  /// Whoever drops samples and writes others may be overtaken by the device; a queue that ran dry is told of later.
+  /// For this long after samples were dropped, for others to be written in their place, an underflow that is reported
+  /// is due to that and no lapse.
   static constexpr Time kAfterDrop{200'000};
 
   /// Lapses are added to a counter that outlives this.

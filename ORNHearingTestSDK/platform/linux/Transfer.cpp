@@ -18,12 +18,12 @@ namespace {
 constexpr std::size_t kLargestBody = 16 * 1024 * 1024;
 
 long curlTimeout(std::chrono::milliseconds timeout) {
-  // 0 would mean none at all.
+  // 0 would mean no timeout.
   return static_cast<long>(std::clamp<std::int64_t>(timeout.count(), 1, LONG_MAX));
 }
 
-/// The file of authorities to trust beside the system's, by the variable that OpenSSL and the curl program know it by.
-/// A program that runs with its caller's environment and another's rights takes none.
+/// The file of authorities to trust besides the system's, from the variable that OpenSSL and the curl program use. A
+/// program that runs in its caller's environment with another user's rights takes none.
 std::string authoritiesFor(const std::string& url) {
   const char* const file = url.starts_with("https:") ? secure_getenv("SSL_CERT_FILE") : nullptr;
   return file ? file : "";
@@ -94,7 +94,7 @@ void Transfer::setManners() {
   set(CURLOPT_QUICK_EXIT, 1L);
 }
 
-/// Who answers https:// must prove its name, and nothing turns that off.
+/// The server of an https:// address must prove its name, and nothing turns that off.
 void Transfer::setProof() {
   set(CURLOPT_SSL_VERIFYPEER, 1L);
   set(CURLOPT_SSL_VERIFYHOST, 2L);
@@ -107,7 +107,7 @@ void Transfer::setHeaders() {
     const auto isAdded = [&](const auto& header) { return strcasecmp(header.first.c_str(), added) == 0; };
     if (std::none_of(request_.headers.begin(), request_.headers.end(), isAdded)) addHeader(std::string(added) + ":");
   }
-  // libcurl takes a name with nothing behind its colon as a header to leave out, and a semicolon as an empty one.
+  // libcurl leaves out a header with nothing behind its colon, and sends an empty one for a semicolon.
   for (const auto& [name, value] : request_.headers) addHeader(value.empty() ? name + ";" : name + ": " + value);
   set(CURLOPT_HTTPHEADER, headers_.get());
 }

@@ -10,7 +10,7 @@ struct curl_slist;
 
 namespace orn {
 
-/// An error of the domain "transport", its message brought into one line.
+/// An error of the domain "transport", its message made one line.
 Error transportError(int code, const std::string& message);
 
 /// One request on its way. It ends in one call of finish() or fail(), which calls the handler. All of it but the
@@ -51,8 +51,8 @@ class Transfer {
   std::string authorities_;
   std::unique_ptr<curl_slist, Release> headers_;
   std::unique_ptr<void, Release> handle_;
-  std::string explanation_;  // libcurl's own words, NULs behind them
-  int refusal_ = 0;          // the first option that libcurl did not take
+  std::string explanation_;  // libcurl's own message, padded with NULs
+  int refusal_ = 0;          // the code of the first option that libcurl refused
   std::string body_;
   bool tooLarge_ = false;
 };

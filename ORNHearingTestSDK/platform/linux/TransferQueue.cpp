@@ -9,7 +9,7 @@
 namespace orn {
 namespace {
 
-// Longer than any timeout matters: libcurl shortens it to what it waits for, and add() and end() cut it off.
+// In milliseconds. Any long time will do: libcurl shortens it to the next timeout, and add() and end() cut it short.
 constexpr int kLongestPoll = 1'000'000;
 
 CURLM* newMulti() {
@@ -79,7 +79,7 @@ void TransferQueue::answerFinished() {
   int left = 0;
   while (const CURLMsg* const message = libcurl().curl_multi_info_read(multi_.get(), &left)) {
     if (message->msg != CURLMSG_DONE) continue;
-    const int result = message->data.result;  // the message goes with the handle
+    const int result = message->data.result;  // the message is freed with the handle
     const auto transfer = std::move(running_.extract(message->easy_handle).mapped());
     libcurl().curl_multi_remove_handle(multi_.get(), transfer->handle());
     transfer->finish(result);

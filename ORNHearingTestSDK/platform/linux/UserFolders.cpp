@@ -26,7 +26,7 @@ path homeFolder() {
   passwd entry{};
   passwd* found = nullptr;
   const bool known = getpwuid_r(getuid(), &entry, texts.data(), texts.size(), &found) == 0 && found;
-  // A user without a home gets paths that are absolute all the same; they just can't be made.
+  // A user without a home gets absolute paths all the same; they just can't be made.
   return known && path(found->pw_dir).is_absolute() ? path(found->pw_dir) : path("/");
 }
 

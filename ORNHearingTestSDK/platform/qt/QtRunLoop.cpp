@@ -18,7 +18,7 @@ namespace {
 constexpr nanoseconds kLongestWait = std::chrono::hours(1);
 }
 
-/// Counts the calls handed over and not yet seen; readable while there are any. Any thread.
+/// Counts the calls that were handed over and not yet seen; its descriptor is readable while there are any. Any thread.
 class QtRunLoop::WakeUp {
  public:
   WakeUp() : descriptor_(eventfd(0, EFD_SEMAPHORE | EFD_NONBLOCK | EFD_CLOEXEC)) {

@@ -39,7 +39,7 @@ void SimulatedAudioOutput::setHeldBack(bool isHeldBack) { mixer_->setHeldBack(is
 
 std::error_code SimulatedAudioOutput::status() { return mixer_->status(); }
 
-/// As far as time has been played: to play on from here would call back from a question.
+/// Counts as far as the output has been rendered: rendering more here would make callbacks from within a query.
 std::uint64_t SimulatedAudioOutput::lapses() { return mixer_->lapses(); }
 
 std::error_code SimulatedAudioOutput::useCurrentDevice() { return mixer_->device(); }

@@ -19,7 +19,7 @@ class SimulatedMixer;
 class ORN_EXPORT SimulatedAudioOutput final : public ToneOutput {
  public:
   /// Called with interleaved left and right samples, at most 3840 frames at a time, without a gap from the first frame
-  /// on. The number is the place of the first of them since the output was made.
+  /// on. The number is the index of the first of these frames since the output was made.
   using Listener = std::function<void(std::int64_t firstFrame, std::span<const std::int16_t> samples)>;
 
   explicit SimulatedAudioOutput(std::shared_ptr<RunLoop> runLoop);  ///< Plays as that loop's time passes.
@@ -39,9 +39,9 @@ class ORN_EXPORT SimulatedAudioOutput final : public ToneOutput {
   /// Takes the device away, or brings it back; it is there at first. Observers of a simulated session are not told.
   void setDevicePresent(bool isPresent);
 
-  /// Holds all sound back, as a server that is in a call or stalled, or lets it go on. Time goes by in silence
-  /// meanwhile, and nothing is lost of what is to sound later; a play() or start() gives device_or_resource_busy and is
-  /// heard once it goes on. It is one lapse if something was to be heard meanwhile.
+  /// Holds all sound back, as a server does that is in a call or stalled, or lets it go on. Meanwhile time passes in
+  /// silence, and nothing is lost of what is to sound later; a play() or start() gives device_or_resource_busy and is
+  /// heard once the sound goes on. It counts as one lapse if something was to be heard meanwhile.
   void setHeldBack(bool isHeldBack);
 
  private:

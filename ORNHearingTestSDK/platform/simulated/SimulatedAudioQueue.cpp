@@ -82,7 +82,7 @@ void SimulatedAudioQueue::mixInto(SimulatedMixer::Sums sums) {
     if (buffer.played < buffer.samples.size()) return;
     enqueued_.pop_front();
     ended_.push_back(&buffer);
-    // What ends in the very moment of a pause comes back after it.
+    // A buffer that ends at the very moment of a pause is handed back after it.
     if (!isBeingPaused_ || sums.frames() > 0) giveBackEnded();
   }
   if (playing_ && sums.frames() > 0 && std::exchange(hasPlayed_, false)) mixer_->addLapse();

@@ -8,9 +8,9 @@
 
 namespace orn {
 
-/// A queue whose buffers are played as the mixer asks for frames; a buffer's callback comes at its last frame,
-/// or with the next frames where an operation of the queue's own has played it to its end. None comes while it does not
-/// play.
+/// A queue whose buffers are played as the mixer asks for frames; a buffer's callback comes at its last frame, or with
+/// the next frames where one of the queue's own operations has played it to its end. No callback comes while the queue
+/// does not play.
 class SimulatedAudioQueue final : public AudioQueue, private SimulatedMixer::Source {
  public:
   SimulatedAudioQueue(std::shared_ptr<SimulatedMixer> mixer, OutputCallback callback);

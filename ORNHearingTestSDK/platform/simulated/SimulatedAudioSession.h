@@ -10,7 +10,8 @@ namespace orn {
 
 class AudioSessionObservers;
 
-/// A route, a volume and notices by script. Main thread; notices go out from within the scripting operations.
+/// A session whose route, volume and notices a script sets. Main thread; observers are called from within the scripting
+/// operations.
 class ORN_EXPORT SimulatedAudioSession final : public AudioSession {
  public:
   static constexpr std::int32_t kNewDeviceAvailable = 1;  ///< The reason when a device has come.
@@ -25,7 +26,7 @@ class ORN_EXPORT SimulatedAudioSession final : public AudioSession {
   void plugAudiometer(const std::string& name, const std::string& address);
   void plugEarphones();  ///< Plugs wired earphones in.
 
-  /// Back to the loudspeaker; the observers hear that the old device is unavailable.
+  /// Goes back to the loudspeaker; the observers are told that the old device is unavailable.
   void unplug();
 
   /// Type 1: an interruption begins; 0: it has ended.

@@ -7,7 +7,7 @@
 
 namespace orn {
 
-/// A documents folder of its own that goes with this object; the library's real bundles. Any thread.
+/// A documents folder of its own that is removed with this object; the library's real bundles. Any thread.
 class ORN_EXPORT SimulatedFileManager final : public PosixFileManager {
  public:
   SimulatedFileManager() = default;

@@ -14,7 +14,7 @@
 
 namespace orn {
 
-/// Adds up what the sources play, as far as the loop's time has come. A source brings it up to date before it changes
+/// Adds up what the sources play, up to the loop's present time. A source brings it up to date before it changes
 /// anything that can be heard, so that a change is heard at its own sample. Main thread.
 class SimulatedMixer {
  public:
@@ -33,39 +33,39 @@ class SimulatedMixer {
     virtual ~Source() = default;
     /// Adds the next frames of this source.
     virtual void mixInto(Sums sums) = 0;
-    /// The device has gone: it is not to sound until it is told to.
+    /// The device has gone: the source is silent until it is started again.
     virtual void fallSilent() = 0;
-    /// It is told to sound and has something to.
+    /// It is started and has something to play.
     virtual bool isSounding() const = 0;
   };
 
-  /// The loop is not kept alive: what it holds may itself hold players, and so this mixer.
+  /// The loop is not kept alive: the calls that it holds may hold players, and through them this mixer.
   explicit SimulatedMixer(std::weak_ptr<RunLoop> runLoop) : runLoop_(std::move(runLoop)) {}
 
   void addSource(Source* source);
   void removeSource(Source* source);
   void addListener(SimulatedAudioOutput::Listener listener) { listeners_.push_back(std::move(listener)); }
 
-  /// The output goes, and its device with it: nobody listens any more.
+  /// The output is being destroyed, and its device with it: nobody listens any more.
   void close();
 
   /// Takes the device away, which silences every source, or brings it back.
   void setDevicePresent(bool isPresent);
   std::error_code device() const;
 
-  /// Lets no source sound or get on, or lets them go on.
+  /// Stops all sources where they are, or lets them go on.
   void setHeldBack(bool isHeldBack);
 
-  /// The device, and whether what is told to sound is heard.
+  /// Whether there is a device, and whether what should sound is heard.
   std::error_code status() const;
 
-  /// A source has something to sound that it had not.
+  /// A source that had nothing to play now has something.
   void soundIsDue();
 
   void addLapse() { ++lapses_; }
   std::uint64_t lapses() const { return lapses_; }
 
-  /// Renders up to the present. Called from within a listener or a source it does nothing.
+  /// Renders up to the present. Does nothing when called from within a listener or a source.
   void catchUp();
 
  private:

@@ -13,8 +13,8 @@
 
 namespace orn {
 
-/// A machine by script, for the tests of host applications: no sound device, no network, no wall clock. Its parts are
-/// at hand for the script; Platform::setCurrent(platform()) puts it in force.
+/// A scripted machine for the tests of host applications: no sound device, no network, no wall clock. Its parts are
+/// members, for the script; Platform::setCurrent(platform()) puts it in force.
 struct ORN_EXPORT SimulatedPlatform {
   /// In virtual time, on `virtualTime`.
   SimulatedPlatform();

@@ -10,15 +10,15 @@
 
 namespace orn {
 
-/// Replies by script. A request that no script fits fails with a transport error, and so does one whose scripted delay
-/// is longer than its timeout. Handlers are called from the loop. Main thread.
+/// Scripted replies. A request that no script matches fails with a transport error, and so does one whose scripted
+/// delay is longer than its timeout. Handlers are called from the loop. Main thread.
 class ORN_EXPORT SimulatedURLSession final : public URLSession {
  public:
   /// Answers as that loop's time passes.
   explicit SimulatedURLSession(std::shared_ptr<RunLoop> runLoop) : runLoop_(std::move(runLoop)) {}
 
-  /// Every request whose address holds the text gets this reply after the delay; of several scripts that fit, the last
-  /// one counts.
+  /// Every request whose address holds the text gets this reply after the delay; of several scripts that match, the
+  /// last one counts.
   void script(std::string addressPart, URLReply reply, std::chrono::milliseconds delay = std::chrono::milliseconds{10});
 
   /// What was asked so far, in order.

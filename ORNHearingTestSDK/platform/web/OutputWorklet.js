@@ -1,5 +1,5 @@
-// The audio thread of the web backend: it adds up streams of 16-bit mono samples, each with a gain for either channel,
-// as platform/StereoGain.h does, and counts what it could not play. It holds what each stream was fed, so a stream that
+// The audio thread of the web backend: it adds up streams of 16-bit mono samples, each with a gain for each channel, as
+// platform/StereoGain.h does, and counts what it could not play. It holds what each stream was fed, so a stream that
 // stops goes on with its very next sample.
 
 const kReportEvery = 8; // blocks of the graph, 128 frames each
@@ -13,7 +13,7 @@ function scaled(sample, gain) {
 }
 
 class Stream {
-  blocks = []; // of samples; the first one is played from `at`
+  blocks = []; // of samples; the first one goes on at `at`
   at = 0;
   turn = 0;
   gain = [1, 1];
@@ -86,7 +86,7 @@ class OutputProcessor extends AudioWorkletProcessor {
     return true;
   }
 
-  /** Of each stream that plays: how far it has come. Of every one: that it ran dry or ended. */
+  /** Reports how far each playing stream has come, and which streams ran dry or ended. */
   report() {
     const reports = [];
     for (const [id, stream] of this.streams) {
@@ -99,7 +99,7 @@ class OutputProcessor extends AudioWorkletProcessor {
   }
 }
 
-/** Hears what leaves another node, in 16 bits, left and right in turn. */
+/** Passes on what leaves another node, as interleaved 16-bit samples. */
 class EarProcessor extends AudioWorkletProcessor {
   process([input]) {
     const samples = new Int16Array(2 * 128);

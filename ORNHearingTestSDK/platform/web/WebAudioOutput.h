@@ -12,10 +12,10 @@
 namespace orn {
 
 /// The page's sound: queues and players over one AudioWorklet, added up there. It can't choose a device, and there is
-/// none until the page has opened the sound. Callbacks of queues come on the main thread, which a page has one of.
+/// none until the page has opened the sound. Callbacks of queues come on the page's one main thread.
 class WebAudioOutput final : public ToneOutput {
  public:
-  /// The loop is the page's.
+  /// The loop must be the page's.
   explicit WebAudioOutput(std::shared_ptr<RunLoop> runLoop) { state_->runLoop = std::move(runLoop); }
   ~WebAudioOutput() override {
     state_->isOpen = false;

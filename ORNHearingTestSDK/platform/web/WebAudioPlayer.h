@@ -12,8 +12,8 @@
 
 namespace orn {
 
-/// A recording that the audio thread has a second ahead, so that a tone outlasts a main thread that is held up; its
-/// gain and its stop are heard at once all the same.
+/// A recording that the audio thread is given a second ahead, so that a tone outlasts a stall of the main thread; a
+/// change of gain and a stop are heard at once all the same.
 class WebAudioPlayer final : public PannedPlayer {
  public:
   WebAudioPlayer(std::shared_ptr<WebOutputState> output, std::vector<std::int16_t> samples)

@@ -8,9 +8,9 @@
 
 namespace orn {
 
-/// The page's output, as far as a browser tells of one: whether it sounds. Every stop of sound is the loss of the old
-/// device: suspended, interrupted, a hidden or frozen page, a clock that stands still, an output that changed. What is
-/// connected stays unknown, and the volume can be neither read nor set.
+/// The page's output, of which a browser tells only whether it sounds. Whatever stops the sound is the loss of the old
+/// device: a suspension or interruption, a hidden or frozen page, a clock that stands still, a change of output. What
+/// is connected stays unknown, and the volume can be neither read nor set.
 class WebAudioSession final : public AudioSession {
  public:
   static constexpr std::int32_t kNewDeviceAvailable = 1;
@@ -21,7 +21,7 @@ class WebAudioSession final : public AudioSession {
   std::error_code setCategory(AudioSessionCategory category, std::uint32_t options) override;
   std::optional<std::string> routeText() const override;
   AudioRouteDescription currentRoute() const override;
-  /// 1: what a browser does to the samples, and no more.
+  /// 1, the gain of the browser alone.
   float outputVolume() const override { return 1; }
   /// std::errc::not_supported; no_such_device without an output.
   std::error_code setOutputVolume(float volume) override;

@@ -6,8 +6,8 @@
 
 namespace orn {
 
-/// A page as a platform; the settings are kept under the application's name. There is no output until the page opens
-/// the sound, by Module.ornSound.open().
+/// The platform that a page is; the settings are kept under the application's name. There is no output until the page
+/// opens the sound, by Module.ornSound.open().
 Platform webPlatform(const std::string& application, const std::string& version);
 
 }  // namespace orn

@@ -21,12 +21,12 @@ using std::chrono::nanoseconds;
 WebRunLoop::WebRunLoop() = default;
 
 WebRunLoop::~WebRunLoop() {
-  isInTurn_ = true;  // nothing that goes with it asks for a turn
+  isInTurn_ = true;  // nothing that is destroyed with it asks for a turn
   orn_web_no_timer(timer_);
 }
 
 void WebRunLoop::turn() {
-  constexpr std::chrono::milliseconds longestTurn{8};  // the page has to draw and to hear presses too
+  constexpr std::chrono::milliseconds longestTurn{8};  // the page has to draw and to take presses too
   timer_ = 0;
   asked_ = distantFuture;
   isInTurn_ = true;

@@ -6,13 +6,13 @@
 
 namespace orn {
 
-/// The page's event loop, reached by its timers; it can't be run from within a call. Main thread.
+/// A run loop on the page's event loop, by the page's timers; it can't be run from within a call. Main thread.
 class WebRunLoop final : public QueuedRunLoop {
  public:
   WebRunLoop();
   ~WebRunLoop() override;
 
-  /// Makes the calls that are due, for some milliseconds at the most, and asks the page for the next turn. The page's
+  /// Makes the calls that are due, for some milliseconds at most, and asks the page for the next turn. The page's
   /// timers call it.
   void turn();
 
@@ -21,7 +21,7 @@ class WebRunLoop final : public QueuedRunLoop {
   void dueChanged() override;
   void askFor(std::chrono::nanoseconds time);
 
-  int timer_ = 0;  // of the page's, one at most
+  int timer_ = 0;  // the page's timer, one at most
   std::chrono::nanoseconds asked_ = distantFuture;
   bool isInTurn_ = false;
 };

@@ -1,5 +1,5 @@
-// The page's half of the web backend's sound: one AudioContext with one AudioWorkletNode, and what may take it away. A
-// program opens it by Module.ornSound.open(), in the gesture that a browser asks for.
+// The page's half of the web backend's sound: one AudioContext with one AudioWorkletNode, and the watch over what may
+// stop it. A program opens it by Module.ornSound.open(), in the user gesture that a browser asks for.
 
 mergeInto(LibraryManager.library, {
   $ORNSound__deps: ['orn_web_reported', 'orn_web_available', 'orn_web_heard'],
@@ -9,14 +9,14 @@ mergeInto(LibraryManager.library, {
     context: null,
     node: null,
     ear: null,
-    unsent: [], // before there was a node
+    unsent: [], // messages from before there was a node
     isConnected: false,
     isFrozen: false,
     isStalled: false,
-    told: 'closed', // why(), as the program knows it
-    base: null, // a moment on both clocks: of the page, and of the sound
+    told: 'closed', // why(), as the program was last told
+    base: null, // one moment on both clocks, the page's and the sound's
 
-    /** Opens the sound, or goes on after a suspension; resolved when it sounds. */
+    /** Opens the sound, or goes on after a suspension; resolves when it sounds. */
     open: async function(workletUrl = 'OutputWorklet.js') {
       if (!this.context) await this.make(workletUrl);
       await this.context.resume();
@@ -42,7 +42,7 @@ mergeInto(LibraryManager.library, {
           update();
         });
       }
-      // Another output: nobody knows which, and at which level.
+      // The output has changed: nobody knows to which one, and at which level it is.
       if (navigator.mediaDevices) navigator.mediaDevices.addEventListener('devicechange', () => {
         this.tell('changed');
         update();
@@ -67,7 +67,7 @@ mergeInto(LibraryManager.library, {
       if (why === this.told) return;
       this.told = why;
       this.base = null;
-      // What the audio thread has not been told yet must not sound on when the output is back.
+      // What the audio thread has not been told yet to stop must not go on when the output is back.
       if (why !== '') {
         this.node.disconnect();
         this.isConnected = false;
@@ -75,11 +75,11 @@ mergeInto(LibraryManager.library, {
       _orn_web_available(why === '' ? 1 : 0);
     },
 
-    /** A clock of the sound that falls behind the page's stood still: what was to sound meanwhile did not. */
+    /** If the sound's clock falls behind the page's, it stood still: what was to sound meanwhile did not. */
     watch: function() {
       const page = performance.now() / 1000, sound = this.context.currentTime;
       if (this.context.state !== 'running' || document.hidden || this.isFrozen) {
-        this.base = null; // it need not go
+        this.base = null; // the clock may stand still
         this.isStalled = false;
       } else if (!this.base) {
         this.base = { page, sound };
@@ -88,7 +88,7 @@ mergeInto(LibraryManager.library, {
       } else if (page - this.base.page - (sound - this.base.sound) > this.kLongestStall) {
         this.isStalled = true;
       } else if (page - this.base.page > 5) {
-        this.base = { page, sound }; // since no two clocks go alike
+        this.base = { page, sound }; // since no two clocks run alike
       }
       this.update();
     },

@@ -89,7 +89,7 @@ void WebStream::reported(int id, int turn, double played, int timesDry, bool has
   if (!stream.isPlaying_) return;
   if (timesDry > 0) stream.output_->runLoop->performAfterDelay({}, [id] { goOnAfterDryness(id); });
   stream.feed();
-  if (stream.onProgress) stream.onProgress();  // last: it may be the stream's end
+  if (stream.onProgress) stream.onProgress();  // last: it may destroy the stream
 }
 
 void WebStream::goOnAfterDryness(int id) {
@@ -103,7 +103,7 @@ void WebStream::silence(const WebOutputState& output) {
   }
 }
 
-/// One lapse of each output whose sound it takes; none of what had nothing to play.
+/// Counts one lapse for each output whose sound is cut off, none for one that had nothing to play.
 void WebStream::deviceHasGone() {
   std::map<WebOutputState*, bool> silenced;
   for (const auto& [id, stream] : streams()) {

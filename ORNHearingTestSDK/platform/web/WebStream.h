@@ -18,16 +18,16 @@ struct WebOutputState {
   std::uint64_t lapses = 0;
 };
 
-/// One mono stream into the page's sound. The audio thread holds what it was fed ahead of time, and reports how far it
-/// has come; so it plays through a main thread that is held up for as long as it runs ahead. One that ran dry is silent
-/// until the run loop has made the calls that became due meanwhile, which may stop it. Main thread.
+/// One mono stream into the page's sound. The audio thread holds what the stream was fed ahead of time and reports how
+/// far it has played, so the stream outlasts stalls of the main thread that are shorter than that. One that ran dry is
+/// silent until the run loop has made the calls that became due meanwhile, which may stop it. Main thread.
 class WebStream {
  public:
   struct Samples {
     std::span<const std::int16_t> samples;
     bool isLast = false;
   };
-  /// The next samples to play, no more than that many; empty where there are none now.
+  /// The next samples to play, no more than that many; empty if there are none now.
   using Source = std::function<Samples(std::size_t most)>;
 
   /// `ahead` is how many frames it is fed before they are due.
@@ -49,12 +49,12 @@ class WebStream {
 
   bool isPlaying() const { return isPlaying_; }
 
-  /// The audio thread has come on, while it plays: the time for whatever must not come from within another call.
+  /// The audio thread reports progress while it plays: the time for whatever must not come from within another call.
   std::function<void()> onProgress;
-  /// It has played its last sample, and is stopped and empty.
+  /// Called when it has played its last sample, and is stopped and empty.
   std::function<void()> onEnd;
 
-  /// What the page tells: a stream that has played so many frames since its last clear(), and the device.
+  /// The page's reports: how many frames a stream has played since its last clear(), and that the device has gone.
   static void reported(int id, int turn, double played, int timesDry, bool hasEnded);
   static void deviceHasGone();
 
@@ -68,7 +68,7 @@ class WebStream {
   std::size_t ahead_;
   Source source_;
   int id_;
-  int turn_ = 0;  // clears so far
+  int turn_ = 0;  // calls of clear() so far
   double fed_ = 0, played_ = 0;
   bool isPlaying_ = false;
 };

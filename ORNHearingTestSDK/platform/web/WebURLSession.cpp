@@ -20,7 +20,7 @@ EM_JS(void, orn_web_fetch, (const char* request, const char* body, int length, v
     _free(at);
   };
   const hasBody = length > 0 && !["GET", "HEAD"].includes(method.toUpperCase());
-  // From within a promise, also where fetch itself throws: never from within this call.
+  // Answers from a promise and never from within this call, even where fetch itself throws.
   Promise.resolve()
     .then(() => fetch(url, { method, headers, body: hasBody ? bytes : undefined, signal: abort.signal }))
     .then((reply) => reply.arrayBuffer())
@@ -50,7 +50,7 @@ extern "C" EMSCRIPTEN_KEEPALIVE void orn_web_replied(void* handler, int isError,
 namespace orn {
 
 void WebURLSession::dataTask(URLRequest request, CompletionHandler completionHandler) {
-  // As pairs: a name may come more than once.
+  // Headers as pairs: a name may occur more than once.
   const nlohmann::json described = {{"url", request.url},
                                     {"method", request.method},
                                     {"headers", request.headers},

@@ -7,7 +7,7 @@
 #include <vector>
 #include <nlohmann/json.hpp>
 
-// Local storage holds texts: a character stands for a byte.
+// Local storage holds texts: each character stands for a byte.
 // clang-format off
 EM_JS(int, orn_web_store, (const char* key, const std::uint8_t* bytes, int length), {
   let text = "";
@@ -39,7 +39,7 @@ namespace {
 using nlohmann::json;
 using std::chrono::system_clock;
 
-// By the place of a value's type in the variant, so that each comes back with its own.
+// With the index of the value's type in the variant, so that each value comes back with its own type.
 json jsonOf(const DefaultsValue& value) {
   const auto content = [](const auto& one) -> json {
     if constexpr (std::is_same_v<std::decay_t<decltype(one)>, system_clock::time_point>)
@@ -78,7 +78,7 @@ WebUserDefaults::WebUserDefaults(std::string storageKey) : storageKey_(std::move
     try {
       values_.insert_or_assign(key, valueOf(value));
     } catch (const json::exception&) {
-      // Somebody else's: the key has no value.
+      // Not written by this class: there are no values.
     }
   }
 }
