@@ -28,8 +28,8 @@ StudyPlan planFor(TestType type, OutputPath path, std::size_t listeners) {
   return plan;
 }
 
-/// What a listener who hears everything from a threshold on is found to have. The audiometer's retest sounds 20 dB
-/// above its label.
+/// The result for a listener who hears every level from the threshold on. The audiometer's retest sounds 20 dB above
+/// its label.
 double lowestHeard(const StudyPlan& plan, const StudiedThreshold& one) {
   const bool isRetest = plan.type == TestType::Standard && one.hz == 1000;
   if (!isRetest) return std::clamp(one.threshold, 15.0, 90.0);

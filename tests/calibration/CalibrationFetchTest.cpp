@@ -58,9 +58,9 @@ struct CalibrationFetch : testing::Test, ServiceScript {
         folder() + "/" + name, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}));
   }
 
-  /// Of a new session that has the record 9 everywhere: how often the service is asked, what the callback hears, and
-  /// the records of ab, aabb, xxyy, leftVolume, rightVolue by their ids. "asks: ok, 625 99", "cache: , 999 32" if it
-  /// hears nothing, "cache: within ok, 625 99" if it is called within the call.
+  /// For a new session that has the record 9 everywhere: whether the service is asked, what the callback is told, and
+  /// the records ab, aabb, xxyy, leftVolume, rightVolue by their ids. Such as "asks: ok, 625 99", "cache: , 999 32" if
+  /// it is not called, "cache: within ok, 625 99" if it is called within the call.
   std::string outcome(const std::function<void(ORNManualHearingTest::CompletionHandler)>& operation) {
     session = ORNManualHearingTest::init();
     const auto old = ORNDeviceVolumeIOS::initWithDictionary({{"id", 9}});

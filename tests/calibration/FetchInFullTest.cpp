@@ -15,7 +15,7 @@ std::string incomplete(OutputPath path, std::size_t missing = 0) {
   return reply.dump();
 }
 
-/// What a new session's fetch hears, after how many requests, and whether that session can then be tested.
+/// The answer to a new session's fetch, after how many requests, and whether that session can then be tested.
 std::string fetch(ServiceScript& script, OutputPath path) {
   const auto before = script.requestCount();
   const auto session = ORNManualHearingTest::init();
@@ -52,7 +52,7 @@ TEST(FetchInFull, AnswersOnceAndKeepsOnlyWhatIsEnoughForATest) {
       calibrate(*session, path, "device", incomplete(path, missing));
       EXPECT_FALSE(isCalibrated(*session, path)) << missing;
     }
-    // Kept by the other operations, which take it as it is.
+    // Cached by the other operations, which accept it as it is.
     script.answers(incomplete(path));
     const auto session = ORNManualHearingTest::init();
     session->setKV50MAC("AA:BB:CC:DD:EE:FF", {});

@@ -28,7 +28,7 @@ std::optional<double> gain(std::optional<std::string> value, std::int32_t level)
 }
 
 TEST(AudiometerAmplitude, FollowsTheWorkedExamples) {
-  // The exponent, 6.05, is in single precision, which is worth 4e-7 of the amplitude.
+  // The exponent, 6.05, is rounded to single precision, a relative change of 4e-7 in the amplitude.
   EXPECT_NEAR(amplitude("-70", "3", "2", 50), 0.1122018, 1.5e-7);
   EXPECT_NEAR(amplitude("-70", "3", "2", 50, 1), 0.0354558, 5e-8);
   EXPECT_EQ(amplitude("-70", "3", "2", 50, 2), amplitude("-70", "3", "2", 50));

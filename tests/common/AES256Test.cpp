@@ -55,8 +55,8 @@ TEST(AES256, KeysEndAtTheirFirstZeroAndFitIn32Bytes) {
 }
 
 TEST(AES256, RefusesEveryBadPadding) {
-  // The padding of 16 bytes is a block of 16s. In CBC mode a bit changed in the block before changes the same bit of
-  // it, and of its last byte's variants only 1 is a padding again.
+  // The padding of 16 bytes is a block of 16s. In CBC mode, changing a bit of the block before changes the same bit of
+  // it, and of the values of its last byte only 1 gives a valid padding.
   auto cipher = AES256EncryptWithKey(counted(16), key22).value();
   const std::uint8_t right = cipher[15];
   for (int change = 1; change < 256; ++change) {

@@ -21,7 +21,7 @@ TEST(Base64, AgreesWithTheStandardsVectors) {
     EXPECT_EQ(decodeBase64(text), bytesIn(plain)) << text;
   }
   EXPECT_EQ(decodeBase64("Zh=="), bytesIn("f"));  // unused bits may be anything
-  const Bytes large(5'000'000, 7);                // more than is coded at once
+  const Bytes large(5'000'000, 7);                // more than is coded in one piece
   EXPECT_TRUE(decodeBase64(encodeBase64(large)) == large);
 }
 

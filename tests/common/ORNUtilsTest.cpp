@@ -51,7 +51,7 @@ TEST(ORNUtils, DatesAndSpans) {
   EXPECT_EQ(ORNUtils::dayFormatter().stringFromDate(date), "20010909");
   EXPECT_EQ(ORNUtils::timeFormatter().stringFromDate(date), "2001-09-09 09:46:40");
   EXPECT_EQ(ORNUtils::timeFormatter().dateFromString("2001-09-09 09:46:40"), date);
-  // As far as the clock of the standard library goes.
+  // Dates are read as far as the standard library's clock reaches.
   using Years = std::chrono::duration<double, std::ratio<31556952>>;
   const bool reaches9999 = Years(std::chrono::system_clock::time_point::max().time_since_epoch()) > Years(8030);
   for (const auto& [text, isDate] : {std::pair("", false),

@@ -8,12 +8,12 @@
 
 #include "ContractExpectations.h"
 
-// Copies of a backend of which each breaks one contract, for what a check could overlook: what comes at another time,
-// or on another thread, or does not come at all. That is the loop and the sound.
+// Copies of a backend, each of which breaks one contract in a way that a check could overlook: something comes at
+// another time, or on another thread, or not at all. That concerns the loop and the sound.
 
 namespace orn::contract {
 
-/// The one contract that copies of a backend break now; empty for none.
+/// The one contract that copies of a backend break at present; empty for none.
 inline std::string brokenContract;
 
 /// Whether that contract's sentence begins like this. A copy asks it where it would keep the contract.

@@ -12,7 +12,7 @@
 
 namespace orn::contract {
 
-/// The contracts of one outcome, without what is said of them.
+/// The names of the contracts with one outcome.
 inline std::vector<std::string> thoseOf(const Report& report, Outcome outcome) {
   std::vector<std::string> names;
   for (const Verdict& one : report) {
@@ -21,7 +21,7 @@ inline std::vector<std::string> thoseOf(const Report& report, Outcome outcome) {
   return names;
 }
 
-/// Nothing is broken, and these parts of contracts' names, no others, are not checked.
+/// Expects that nothing is broken, and that only contracts with these parts in their names are not checked.
 inline void expectKept(const Report& report, const std::vector<std::string>& notChecked = {}) {
   EXPECT_FALSE(thoseOf(report, Outcome::Passed).empty());
   for (const Verdict& one : report) EXPECT_NE(one.outcome, Outcome::Broken) << one.contract << "\n  -> " << one.why;

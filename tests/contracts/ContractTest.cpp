@@ -6,7 +6,7 @@
 #include "ContractExpectations.h"
 #include "examples/backend-contracts/SimulatedBackend.h"
 
-// The contracts that a porter's backend must keep, on this library's own ones.
+// The contracts that a porter's backend must keep, checked on this library's own backends.
 
 namespace orn::contract {
 namespace {

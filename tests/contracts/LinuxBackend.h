@@ -15,7 +15,7 @@
 #include "../platform/LoopbackServer.h"
 #include "ContractExpectations.h"
 
-// The parts of the Linux backend that need no sound server, as the suite of contracts wants them.
+// The parts of the Linux backend that need no sound server, as the suite of contracts takes them.
 
 namespace orn::contract {
 
@@ -44,7 +44,7 @@ inline URLSessionUnderTest linuxNetwork() {
           .arrived = {}};  // LinuxURLSessionTest looks at every byte
 }
 
-/// A file of settings in a folder that goes with it.
+/// A file of settings in a folder that is removed with it.
 inline UserDefaultsUnderTest linuxDefaults() {
   const auto folder = std::make_shared<TemporaryFolder>();
   const auto open = [folder] { return std::make_shared<LinuxUserDefaults>(folder->path() + "/defaults.plist"); };

@@ -1,4 +1,4 @@
-// What the documents show holds: their code stands in files that are built, and their commands run.
+// What the documents show is true: their code is in files that are built, and their commands run.
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>
@@ -64,8 +64,8 @@ std::vector<fs::path> documents() {
   return found;
 }
 
-/// What builds the project or proves it as a whole can't run within one of its tests: of such a command everything is
-/// looked up that it names. What doesn't end by itself must still run after some seconds.
+/// A command that builds or checks the whole project can't run within one of its tests: instead, everything that it
+/// names must exist. A command that doesn't end by itself must still be running after some seconds.
 std::string runnable(std::string line) {
   const std::string stages = "for s in $1; do grep -q \"stage_$s()\" .ci/run || exit 1; done";
   const std::pair<std::regex, std::string> changes[] = {

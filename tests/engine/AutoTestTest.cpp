@@ -37,7 +37,7 @@ TEST(AutoTimes, FollowTheTimeThatIsStoredAtTheStartAboveFourSeconds) {
   }
 }
 
-/// Trace of a right ear of two frequencies with something done at a time, up to 22 s.
+/// The trace of a right ear with two frequencies up to 22 s, in which something is done at the given time.
 Lines traceWith(const std::string& letters, double at, const std::function<void(AutoTest&)>& what) {
   AutoTest test({"1000hz", "2000hz"});
   test.presses(letters);

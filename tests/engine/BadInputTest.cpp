@@ -51,7 +51,7 @@ struct Careless : SessionScript {
     if (call == "missing") delegate->toneMissing = deed, session->setRightVolue(nullptr);
   }
 
-  /// As far as there is a session.
+  /// If there still is a session.
   void go() {
     for (const bool isLeft : {kRight, kLeft}) {
       if (session) session->startTest(isLeft);
@@ -81,7 +81,7 @@ TEST(CarelessDelegate, MayReleaseTheSessionOrDeleteItselfInEachOfItsCalls) {
     const std::weak_ptr<ORNManualHearingTest> life = test.session;
     test.doIn(call, [&test] { test.session.reset(); });
     test.go();
-    // A timed test that waits for its calibration is parked, and a parked one lives on.
+    // A timed test that waits for its calibration is paused, and stays alive meanwhile.
     EXPECT_EQ(life.expired(), test.type == SessionScript::Manual || call != "missing");
   });
   forEachCall([](Careless& test, const std::string& call) {
@@ -125,7 +125,7 @@ TEST(CarelessHost, MayReleaseTheSessionInACompletion) {
       [](auto& session, auto done) { session.getTestHistoryByMAC("AA", [done](auto error, auto) { done(error); }); },
       [](auto& session, auto done) { session.postListenTestWithLeft({}, {}, false, 0, 0, {}, {}, {}, {}, {}, done); }};
   for (const auto& ask : table) {
-    for (const bool isAskedBefore : {false, true}) {  // then a calibration comes from the cache
+    for (const bool isAskedBefore : {false, true}) {  // then the calibration comes from the cache
       SessionScript test(SessionScript::Auto);
       test.machine.urlSession->script("", {R"({"rspCode":0})", {}});
       if (isAskedBefore) ask(*test.session, [](auto&&) {});

@@ -1,4 +1,4 @@
-// The check before a test finds what is wrong between the output and the ears, by what really comes out.
+// The check before a test finds what is wrong between the output and the ears, judged by the samples that come out.
 
 #include <algorithm>
 #include <cstdlib>
@@ -14,7 +14,7 @@ namespace {
 using enum ChannelAnswer;
 using Path = SessionScript::Path;
 
-/// Loudest samples of a span, left and right.
+/// The loudest samples of a span, left and right.
 struct Loudness {
   int left = 0, right = 0;
 };
@@ -45,7 +45,7 @@ ChannelAnswer answerTo(const Loudness& heard) {
 }
 
 TEST(ChannelCheck, FindsWhatTheWiresDo) {
-  struct Wires {  // what comes of a side to an ear
+  struct Wires {  // which part of a side reaches an ear
     int leftToLeft, rightToLeft, leftToRight, rightToRight;
   };
   constexpr Wires straight{1, 0, 0, 1}, swapped{0, 1, 1, 0}, mono{1, 1, 1, 1}, toOneEar{1, 1, 0, 0},
@@ -108,7 +108,7 @@ TEST(ChannelCheck, NoAnswerCountsForAToneThatDidNotSoundWhole) {
     output.setDevicePresent(false);
     EXPECT_EQ(check.play(), ToneMissingReason::Output);
     EXPECT_FALSE(check.answer(Nothing)) << "never started";
-    for (const double length : {1.0, 4.0}) {  // answered while it is due to sound, and after that
+    for (const double length : {1.0, 4.0}) {  // answered while the tone should sound, and after that
       output.setDevicePresent(true);
       ASSERT_EQ(check.play(), std::nullopt);
       listener.listen(0.5);

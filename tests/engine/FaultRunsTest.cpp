@@ -1,4 +1,4 @@
-// Whole tests while something around them goes wrong: what the user hears and is told stays as it is without the fault.
+// Whole tests while something around them goes wrong: the user hears and is told the same as without the fault.
 
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -10,7 +10,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// What was told, without the times; a tone that was presented again counts once.
+/// The trace without its times; a tone that was presented again counts once.
 Lines order(Lines trace) {
   for (std::string& line : trace) line.erase(0, line.find(' ') + 1);
   const auto isSameTone = [](const std::string& one, const std::string& next) {
@@ -35,7 +35,7 @@ TEST(FaultRuns, AToneWhoseEndComesVeryLateIsPresentedAgainUnlessItWasHeard) {
   }
 }
 
-/// What is told of both ears, with a threshold of 35 dB.
+/// The trace of both ears, with a threshold of 35 dB.
 Lines traceOfWholeTest(SessionScript& test) {
   test.session->setTestHzs({"1000hz", "4000hz"});
   test.hearsFrom(35);
@@ -54,7 +54,7 @@ TEST(FaultRuns, AHoldUpAnywhereCostsTimeAndNoThreshold) {
     for (const std::string place : {"nowhere", "tone", "dialog", "threshold", "between events"}) {
       for (const int span : {300, 3200, 9000}) {
         SessionScript test(type);
-        // A dialog is a loop of the host's own within the call.
+        // A dialog runs a loop of its own within the call.
         bool isOpen = false;
         const auto hold = [&isOpen, &time = *test.machine.virtualTime, isLoop = place == "dialog", span] {
           EXPECT_FALSE(std::exchange(isOpen, true)) << "a call within a call";

@@ -1,4 +1,4 @@
-// The searches as lines of answers: H heard, N not. What comes after the last answer is not heard.
+// The searches as lines of answers: H heard, N not. After the last answer nothing is heard.
 
 #include <array>
 #include <functional>
@@ -66,7 +66,7 @@ TEST(AutomaticSearchRule, BracketsTheThreshold) {
 }
 
 TEST(AutomaticSearchRule, RemembersAnEarlierRunOfTheEar) {
-  // 15 to 45 dB HL: what an ear that heard all, and one that heard from 40 on, has left.
+  // 15 to 45 dB HL: the marks left by a run in which all was heard, and by one in which 40 dB and more were heard.
   constexpr auto H = Answer::Heard, N = Answer::NotHeard, O = Answer::NotJudged;
   EXPECT_EQ(automatic("H H H H H", {H, H, O, H, O, H}), "40 35 25 20 15 -> 15");
   EXPECT_EQ(automatic("H", {O, O, O, N, N, H, H}), "40 -> 40") << "not heard below, heard above";

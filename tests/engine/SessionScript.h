@@ -37,7 +37,7 @@ class RememberingPlayer final : public AudioPlayer {
 };
 
 /// A machine in virtual time, a session on it with the same calibration at every frequency, a delegate that keeps a
-/// trace, and a user who presses half a second into the tones that he hears.
+/// trace, and a user who presses half a second into the tones that are heard.
 class SessionScript {
  public:
   enum Type { Auto = 0, Manual = 1, Standard = 2 };
@@ -48,28 +48,27 @@ class SessionScript {
   SessionScript(const SessionScript&) = delete;
   SessionScript& operator=(const SessionScript&) = delete;
 
-  /// Same value at every frequency.
+  /// A record with the same value at every frequency.
   static std::shared_ptr<ORNDeviceVolumeIOS> record(const std::string& value);
 
   /// One letter for each tone to come: H is heard, everything after the last letter is not.
   void presses(const std::string& letters);
-  /// Every tone from a level on is heard.
+  /// Every tone at this level or above is heard.
   void hearsFrom(int level);
 
   void run(double seconds);
-  /// Runs, and gives what the delegate heard meanwhile.
+  /// Runs, and gives what the delegate was told meanwhile.
   Lines trace(double seconds) { return run(seconds), takeTrace(); }
   Lines traceOfEar(bool isLeft, double seconds) { return session->startTest(isLeft), trace(seconds); }
   double now() const;
   /// At a time since the machine was made.
   void at(double seconds, std::function<void()> what);
 
-  /// What the delegate heard since the last call, such as "4 R 1000hz 40db", "16 R -> 1000hz 40db",
-  /// "16 R complete 1000hz=40", "90 complete L 1000hz=40 R 1000hz=40", "4 R missing calibration". The number is the
-  /// time in seconds.
+  /// What the delegate was told since the last call, such as "4 R 1000hz 40db", "16 R -> 1000hz 40db", "16 R complete
+  /// 1000hz=40", "90 complete L 1000hz=40 R 1000hz=40", "4 R missing calibration". The number is the time in seconds.
   Lines takeTrace();
 
-  /// Loudest sample of a span of what came out.
+  /// The loudest sample of a span of the output.
   int loudest(double from, double to) const;
 
   /// What has been sent to the service: the thresholds of 1000 Hz and the model, such as "L 40 R 35 model".

@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// The library's bundles, which may be left out.
+/// The library's bundles, or none.
 class Bundles final : public PosixFileManager {
  public:
   std::string documentsDirectory() const override { return {}; }
@@ -25,7 +25,7 @@ class Bundles final : public PosixFileManager {
   bool areShipped = true;
 };
 
-/// A right ear that hears 1000 Hz from 60 dB on, by what really comes out of the output.
+/// A right ear that hears 1000 Hz from 60 dB on. The library's own recordings play, as in a real test.
 struct Ear : SessionScript {
   Ear(Type type, Path path) : SessionScript(type, path) {
     Platform platform = machine.platform();
@@ -57,7 +57,7 @@ ORNManualHearingTest::Record withoutValue() {
   return record;
 }
 
-/// A record in place of the good one.
+/// Puts a record in place of the good one.
 std::function<void(Ear&, bool)> calibration(const std::function<ORNManualHearingTest::Record()>& broken) {
   return [broken](Ear& ear, bool isBroken) { ear.calibrate(isBroken ? broken() : SessionScript::record("-60")); };
 }
@@ -100,7 +100,7 @@ std::string firstTone(const Ear& ear) {
   return std::string(" R 1000hz ") + (isStandard ? "60db" : "40db");
 }
 
-/// Runs until the first threshold, which is the true one.
+/// Runs until the first threshold and expects the true one.
 void expectTruth(Ear& ear) {
   std::string found;
   ear.delegate->willSelectedAtHz = [&](auto&&, const std::string& hz, const std::string& db, bool) {
@@ -171,7 +171,7 @@ TEST(Silence, WithinAToneHasItPresentedAgainAndInTheLastOfFourPausesTheTest) {
     EXPECT_THAT(ear.traceOfEar(kRight, 60),
                 ElementsAre("4" + tone, "8" + tone, "12" + tone, "16" + tone, "20 R missing output"));
     EXPECT_GT(ear.loudest(8.3, 9), 0);
-    // Once more, gone at the tone's end, and back later.
+    // Once more: the sound is gone at the tone's end, and back later.
     ear.session->continueTest();
     ear.at(63.9, [&] { way.set(ear, true); });
     EXPECT_THAT(ear.trace(10), ElementsAre("60" + tone, "64 R missing output"));

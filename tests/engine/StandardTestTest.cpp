@@ -21,7 +21,7 @@ struct StandardTest : SessionScript {
     };
   }
 
-  /// The retest is what comes after the threshold of 8000 Hz, and gives the fifth.
+  /// The retest comes after the threshold at 8000 Hz, and gives the fifth threshold.
   void runUntilSettled(int count) {
     machine.virtualTime->runUntil([&] { return settled == count; }, std::chrono::seconds(500));
   }
@@ -54,7 +54,7 @@ struct Retested : StandardTest {
   }
 
   std::string levels;
-  float volume = 0, pan = 0, progress = 0;  // of its first tone, of 40 dB
+  float volume = 0, pan = 0, progress = 0;  // of its first tone, at 40 dB
   double acceptance = 0;
   std::vector<double> tones;
 };
@@ -115,7 +115,7 @@ TEST(StandardRetest, LeavesTheNextToneSilentAfterAnUnheardAcceptanceOnTheAudiome
   Retested unheard("HHNNHNNN", SessionScript::Audiometer);
   EXPECT_EQ(unheard.levels, "40 30 20 25 30 20 25 30 ");
   EXPECT_THAT(unheard.tones, ElementsAre(unheard.acceptance + 1));
-  // The old tone has faded out and left the queue of 240 ms.
+  // By now the old tone has faded out and left the queue of 240 ms.
   EXPECT_EQ(unheard.loudest(unheard.acceptance + 0.6, unheard.acceptance + 3.9), 0);
   unheard.run(2);
   EXPECT_GT(unheard.loudest(unheard.acceptance + 5, unheard.acceptance + 5.5), 0) << "65 dB is another item";

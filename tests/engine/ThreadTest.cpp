@@ -12,7 +12,7 @@ TEST(AudioThread, MeetsEveryChangeAndOutlivesTheSessionThatItPulls) {
   SessionScript test(SessionScript::Manual, SessionScript::Audiometer);
   test.session->startTest(kRight);
   std::atomic<int> blocks = 0, wrongSizes = 0;
-  // As the player does, but as fast as it can.
+  // Pulls as the player does, but as fast as it can.
   std::thread audio([&, source = std::weak_ptr<PlayerGetDataSouce>(test.session)] {
     while (const auto session = source.lock()) {
       if (session->playerGetData().size() != 7680) ++wrongSizes;

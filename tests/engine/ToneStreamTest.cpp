@@ -18,8 +18,8 @@ void* counted(std::size_t size) {
 
 }  // namespace
 
-// In force for the library too, so they must be seen from outside; the other forms come to these. Inlined, they would
-// show the compiler a free() of what came from new.
+// They replace the library's too, so they must be visible from outside; the other forms call these. If they were
+// inlined, the compiler would see a free() of memory that came from new.
 #define ORN_REPLACED __attribute__((noinline, visibility("default")))
 ORN_REPLACED void* operator new(std::size_t size) {
   if (void* memory = counted(size)) return memory;
@@ -32,7 +32,7 @@ ORN_REPLACED void operator delete(void* memory, std::size_t) noexcept { std::fre
 namespace orn {
 namespace {
 
-/// A session on the audiometer path. Nothing but this test pulls, since no ear is started.
+/// A session on the audiometer path. Only this test pulls samples, since no ear is started.
 struct Stream : SessionScript {
   Stream() : SessionScript(Manual, Audiometer) {
     session->setTestHzs(
@@ -40,7 +40,7 @@ struct Stream : SessionScript {
     session->setAb(record("-80"));  // 60 dB is full scale
   }
 
-  /// "1000@60" presents a cell, "now:1000@60" makes it current first, "none" leaves nothing current, "press" is a
+  /// "1000@60" presents a cell, "now:1000@60" makes it current first, "none" leaves no cell current, "press" is a
   /// press, "*3" pulls three blocks.
   void play(const std::string& script) {
     std::istringstream steps(script);
@@ -59,7 +59,7 @@ struct Stream : SessionScript {
 
   /// A sign for each block: "." silence, "<" rising, ">" falling, "=" level.
   std::string shape;
-  std::uint32_t hash = 0;  ///< Of every byte, FNV-1a.
+  std::uint32_t hash = 0;  ///< FNV-1a of every byte.
 
  private:
   void present(const std::string& step) {
@@ -75,7 +75,7 @@ struct Stream : SessionScript {
     const auto block = session->playerGetData();
     ASSERT_EQ(block.size(), 7680U);
     for (const std::uint8_t byte : block) hash = (hash ^ byte) * 16777619;
-    const auto loudest = [&](std::size_t from) {  // of a cycle of 125 Hz
+    const auto loudest = [&](std::size_t from) {  // over a cycle of 125 Hz
       int most = 0;
       for (std::size_t i = from; i < from + 768; i += 2) {
         most = std::max(most, std::abs(static_cast<std::int16_t>(block[i] | block[i + 1] << 8)));
@@ -90,7 +90,7 @@ struct Stream : SessionScript {
 TEST(ToneStream, FollowsItsRulesToTheSample) {
   const std::pair<const char*, const char*> table[] = {
       {"*2", ".."},                                                               // silence
-      {"1000@60 *3 none none *2", "<<=.."},                                       // the same nothing twice
+      {"1000@60 *3 none none *2", "<<=.."},                                       // no tone, set twice
       {"1000@60 *4 2000@55 *6 1000@60 *6 1000@55 *6", "<<==>><<==>><<==>><<=="},  // one out, then one in
       {"125@60 *5 1000@60 *9 125@60 *20", "<<<<<>>>>><<==>><<<<<<<<<<<<<<<<=="},  // changed while it came in
       {"1000@60 *4 250@55 *1 1000@60 *9", "<<==><========"},                      // changed while the old one went out

@@ -11,7 +11,7 @@ namespace {
 using namespace std::string_literals;
 using testing::ElementsAre;
 
-/// What an operation's callback hears of a service like that: "nothing", "ok", "within the call: ok", "ok again ok".
+/// What an operation's callback is told with such a service: "nothing", "ok", "within the call: ok", "ok again ok".
 std::string heardBy(const std::string& operation, const std::function<void(ServiceScript&)>& service) {
   ServiceScript script;
   script.knowsUser();
@@ -35,7 +35,7 @@ std::function<void(ServiceScript&)> without(const char* key) {
   return [key](ServiceScript& script) { script.machine.userDefaults->removeValue(key); };
 }
 
-/// In which every request fails before it is sent.
+/// A service to which every request fails before it is sent.
 void withoutNetwork(ServiceScript& script) {
   struct NoNetwork : URLSession {
     void dataTask(URLRequest, CompletionHandler) override { throw std::runtime_error("no library"); }

@@ -59,7 +59,7 @@ TEST_F(HearingScore, WithoutAProfile) {
 TEST_F(HearingScore, AgeBorders) {
   const struct {
     seconds age;
-    int man, woman;  // of two thresholds of 100 dB
+    int man, woman;  // for two thresholds of 100 dB
   } table[] = {
       {days(-365), 0, 0},       {-days(365) + 1s, 100, 100}, {days(30 * 365) - 1s, 100, 100},
       {days(30 * 365), 99, 99}, {days(40 * 365), 98, 97},    {days(50 * 365) - 1s, 98, 97},
@@ -73,7 +73,7 @@ TEST_F(HearingScore, AgeBorders) {
   }
 }
 
-/// Of every loss, FNV-1a. It was found by this library and by a second calculation, from the rule's statement.
+/// FNV-1a of every loss. This library and a second calculation, made from the statement of the rule, agree on it.
 TEST_F(HearingScore, IsWhatItWasForManyEars) {
   std::mt19937 random(20'260'101);
   const auto upTo = [&](unsigned limit) { return static_cast<int>(random() % limit); };

@@ -18,7 +18,7 @@ using nlohmann::json;
 
 const auto record = &ORNListenTest::modelObjectWithDictionary;
 
-/// As the service has one, with a value of its own under every key. "rightResul_d" is the key.
+/// A test as the service sends it, with a different value under every key. "rightResul_d" is the key.
 const json kStored = json::parse(R"({
   "id": "17", "createDate": 1.5, "base": 2.5, "calibration": true, "diagnose": true, "versions": "v", "grade": "g",
   "left125hz": 20, "left250hz": "21", "left500hz": "22", "left1000hz": "23", "left2000hz": "24", "left4000hz": "25",

@@ -44,7 +44,7 @@ struct ServiceRequest : testing::Test, ServiceScript {
   URLRequest requestOf(const std::string& operation) {
     const auto before = requestCount();
     serviceOperation(operation).start([](auto&&) {});
-    run();  // a request that is still under way when the loop goes would hold it
+    run();  // a request still under way would keep the loop alive
     if (requestCount() == before + 1) return machine.urlSession->requests().back();
     ADD_FAILURE() << operation << " sent nothing";
     return {};

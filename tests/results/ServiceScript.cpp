@@ -51,7 +51,7 @@ std::vector<ServiceOperation> serviceOperations() {
   const auto lists = [](const Done& done) {
     return [done](const Failure& error, const json& list) { done(told(error, list)); };
   };
-  // A session lives as long as what waits for its answer.
+  // A session lives as long as something waits for its answer.
   const auto session = [](const Done& done) {
     const auto made = ORNManualHearingTest::init();
     return std::pair(made.get(), [done, made](const Failure& error, auto&&...) { done(told(error)); });

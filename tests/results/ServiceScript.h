@@ -13,7 +13,7 @@
 
 namespace orn {
 
-/// A machine whose service answers by script.
+/// A machine whose service gives scripted answers.
 struct ServiceScript {
   ServiceScript();
   ~ServiceScript();
@@ -27,7 +27,7 @@ struct ServiceScript {
   /// Stores the application key and the user's id.
   void knowsUser(const std::string& appKey = "key", const std::string& userID = "user");
 
-  /// A tenth of a second, ten times what the service needs.
+  /// Runs for a tenth of a second, ten times what the service needs.
   void run();
 
   std::size_t requestCount() const { return machine.urlSession->requests().size(); }
@@ -44,7 +44,7 @@ struct ServiceOperation {
   std::function<void(std::function<void(const std::string&)> done)> start;
 };
 
-/// All of them, each with the same sample arguments.
+/// All operations, each with the same sample arguments.
 std::vector<ServiceOperation> serviceOperations();
 ServiceOperation serviceOperation(const std::string& name);
 

@@ -6,7 +6,7 @@
 namespace orn {
 namespace {
 
-/// The check is open.
+/// An application in which the channel check is open.
 struct CheckedApplication : ScriptedApplication {
   explicit CheckedApplication(int checkedRow) : ScriptedApplication(checkedRow) {
     machine.userDefaults->removeValue(kCheckedDevicesDefault);
@@ -21,7 +21,7 @@ struct CheckedApplication : ScriptedApplication {
 };
 
 TEST(ApplicationCheck, SaysWhatIsWrongAndLetsNoTestBeginWithTheWrongEars) {
-  using Words = std::map<QString, QString>;  // for what comes out of the machine
+  using Words = std::map<QString, QString>;  // the answer to each output of the machine
   const std::tuple<int, Words, QString, QString> table[] = {
       {1, {{"左", "左"}, {"右", "右"}}, "声音正常", "进入测试"},
       {1, {{"左", "右"}, {"右", "左"}}, "左右声道反了", {}},

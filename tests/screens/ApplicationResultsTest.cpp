@@ -67,7 +67,7 @@ TEST(ApplicationResult, OnItsWayIsWaitedForByAClosedWindow) {
     app.answers(kTaken, delay * 1000, kSubmission);
     app.takeTest();
     app.host->window().close();
-    QTimer::singleShot(0, [] {  // as at a signal
+    QTimer::singleShot(0, [] {  // as a signal does
       QApplication::quit();
       QApplication::exit();
     });
@@ -92,7 +92,7 @@ TEST_P(ApplicationResults, OfTheTestBeforeDoNotHoldAWindowThatEndsItsTest) {
   app.host->window().close();
   EXPECT_TRUE(app.sees("请确认结束测试"));
   app.run(2);
-  app.host->window().close();  // once more, which is the answer
+  app.host->window().close();  // closing it again is the answer
   EXPECT_FALSE(app.sounds(20));
   EXPECT_FALSE(app.host->window().isVisible());
   app.host.reset();

@@ -19,7 +19,7 @@ namespace {
 
 using std::chrono::seconds;
 
-/// The machine knows of the service, and of no profile.
+/// An application whose machine has the address of the service but no profile.
 struct Application : SimulatedHost, Hands {
   Application() : service(startService()) { knowDevices(machine()); }
   NavigationWindow& shown() const override { return host->window(); }
@@ -80,7 +80,7 @@ struct Application : SimulatedHost, Hands {
   std::unique_ptr<HostApplication> host;
 };
 
-/// The service holds a test that found the sample listener's thresholds, by the device of that row.
+/// Expects that the service holds a test with the sample listener's thresholds, taken with the device of that row.
 void expectStored(Application& app, int row) {
   nlohmann::json last;
   ORNHearingTest::getListenTestWithCompletion(
@@ -176,7 +176,7 @@ TEST(Application, LeadsToASimulationThatSaysSoThroughoutAndBack) {
   app.press("看模拟演示");
   EXPECT_EQ(changes, 1);
   app.machine().userDefaults->removeValue(kCheckedDevicesDefault);
-  app.open(sampleProfile(), Mode::Simulation, [&] { app.setService(app.address()); });  // which begins once it shows
+  app.open(sampleProfile(), Mode::Simulation, [&] { app.setService(app.address()); });  // begins once it shows
   const auto isMarked = [&] {
     return app.sees("模拟演示 · 不是真实的听力测试") &&
            app.shown().grab().toImage().pixelColor(3, 3) == QColor(0xfc, 0x64, 0x00);

@@ -31,7 +31,7 @@ class BoardTest : public testing::Test {
     return image;
   }
 
-  /// Writes a text that hangs from the top of a rectangle.
+  /// Writes a text aligned to the top of a rectangle.
   static void write(QImage& image, const QRectF& rect, const QString& text, double size, Qt::Alignment alignment,
                     QColor color = Qt::black, bool isSmooth = true) {
     QPainter painter(&image);
@@ -42,12 +42,12 @@ class BoardTest : public testing::Test {
     painter.drawText(rect, Qt::AlignTop | Qt::TextDontClip | Qt::TextWordWrap | alignment, text);
   }
 
-  /// The colour of the pixel whose upper left corner stands at a point.
+  /// The colour of the pixel whose upper left corner is at a point.
   static QColor at(const QImage& image, double x, double y) {
     return image.pixelColor((QPointF(x, y) * image.devicePixelRatio() - QPointF(0.499, 0.499)).toPoint());
   }
 
-  /// Where a line of pixels, level or upright, has a colour.
+  /// The places where a line of pixels, horizontal or vertical, has a colour.
   static std::vector<int> placesOf(const QImage& image, QColor color, bool isLevel, int line) {
     std::vector<int> places;
     for (int i = 0; i < (isLevel ? image.width() : image.height()); ++i) {

@@ -10,7 +10,7 @@
 namespace orn {
 namespace {
 
-/// A board whose rows are 16 points apart and whose four columns 70 points.
+/// A board whose rows are 16 points apart and whose four columns are 70 points apart.
 struct ChessboardResultTest : BoardTest {
   ChessboardResultTest() {
     board.resize(320, 526);

@@ -19,7 +19,7 @@ struct Hands {
   virtual ~Hands() = default;
   virtual NavigationWindow& shown() const = 0;
 
-  /// Whatever Qt has to do now; no time of the platform passes.
+  /// Does whatever Qt has to do now; no time of the platform passes.
   static void settle() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents();
@@ -35,7 +35,7 @@ struct Hands {
     return all;
   }
   QString title() const { return textsOf<QLabel>("title").join('|'); }
-  /// "title|message|button|..." of the alert on top; empty if there is none. All of its texts is to be seen.
+  /// "title|message|button|..." of the alert on top; empty if there is none. All of its text must be visible.
   QString alert() const {
     for (const QLabel* one : shown().findChildren<QLabel*>("alert")) {
       EXPECT_TRUE(!one->isVisible() || one->height() >= one->heightForWidth(one->width())) << one->text().toStdString();
@@ -51,7 +51,7 @@ struct Hands {
     return reader.isEmpty() ? spokenOf(QAccessible::queryAccessibleInterface(&shown())) : spokenOnBus(reader);
   }
   static QStringList spokenOnBus(const QString& reader) {
-    constexpr int kPatience = 20'000;  // milliseconds of a slow machine
+    constexpr int kPatience = 20'000;  // milliseconds, for a slow machine
     QProcess process;
     const auto read = [&] {
       process.start(reader, {QCoreApplication::applicationName()});
@@ -91,7 +91,7 @@ struct Hands {
     SCOPED_TRACE(buttonName.toStdString());
     click(button(buttonName));
   }
-  /// In the place of what is there.
+  /// Replaces the field's text.
   void type(const QString& field, const QString& text) {
     for (QLineEdit* one : shown().findChildren<QLineEdit*>()) {
       if (!one->isVisible() || one->accessibleName() != field) continue;
@@ -106,7 +106,7 @@ struct Hands {
     const QPoint place = widget->mapTo(&shown(), widget->rect().center());
     drag(place, place);
   }
-  /// One finger, in steps.
+  /// Drags one finger, in steps.
   void drag(QPoint from, QPoint to) {
     static QPointingDevice* screen = QTest::createTouchDevice();
     QTest::touchEvent(&shown(), screen).press(0, from, &shown());

@@ -1,4 +1,4 @@
-// What the screens tell their host of a test.
+// What the screens tell their host about a test.
 #include <ORNHearingTestSDK/screens/ServiceNotices.h>
 
 #include "ScreensScript.h"

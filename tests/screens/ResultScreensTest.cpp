@@ -97,7 +97,7 @@ TEST(ResultScreen, APhotoIsOfTheWholeScreenAndItsFailureIsNotTold) {
   EXPECT_EQ(QImage(photos.next()).size(), QSize(375, 667));
 }
 
-/// Tests of a loss of 25, 30, ... dB on the right and 5 dB more on the left, ten of them in turn.
+/// Tests with a hearing loss of 25, 30, ... dB on the right and 5 dB more on the left, repeating after ten.
 std::string historyReply(int count) {
   nlohmann::json tests = nlohmann::json::array();
   for (int number = 0; number < count; ++number) {
@@ -112,7 +112,7 @@ std::string historyReply(int count) {
   return nlohmann::json{{"rspCode", 0}, {"listenTests", tests}}.dump();
 }
 
-/// The history as the service answers with it after a moment.
+/// Opens the history, which the service answers after a moment.
 void openHistory(ScreensScript& script, const std::optional<std::string>& reply) {
   script.answers(reply);
   script.select->gotolishi();
@@ -216,14 +216,14 @@ TEST(HistoryScreen, LeavesATableThatIsEmptyAtTheNextReload) {
   ScreensScript script;
   openHistory(script, historyReply(20));
   TableView* table = tableOnTop(script);
-  script.window->front()->pop();  // the screen has gone, its table goes with the next event
+  script.window->front()->pop();  // the screen has gone; its table goes with the next event
   table->cellForRow({0, 0})->click();
   table->verticalScrollBar()->setValue(900);
   table->reloadData();
   EXPECT_TRUE(table->verticalScrollBar()->maximum() == 0 && !table->cellForRow({0, 0}));
 }
 
-/// Screens with all their parts and an alert, as pictures, on a host that looks like this.
+/// Pictures of screens with all their parts and an alert, in a host with this palette and style sheet.
 std::vector<QImage> picturesOn(const QPalette& palette, const QString& styleSheet) {
   QApplication::setPalette(palette);
   qApp->setStyleSheet(styleSheet);

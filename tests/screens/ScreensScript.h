@@ -34,7 +34,7 @@ inline std::string calibration(int row) {
 struct MachineHands : Hands {
   MachineHands() { machine.audioSession->setOutputVolume(kUsersVolume); }
 
-  /// What the service answers from now on, to all requests or to those for one operation; nothing is a dead line.
+  /// What the service answers from now on, to all requests or to those for one operation; nothing: a lost connection.
   void answers(const std::optional<std::string>& body, int milliseconds = 10, const std::string& operation = "") {
     const std::optional<Error> error = body ? std::nullopt : std::optional(Error{"transport", 7, "gone"});
     machine.urlSession->script(operation, {body, error}, std::chrono::milliseconds(milliseconds));
@@ -65,7 +65,7 @@ struct MachineHands : Hands {
         << text.toStdString();
   }
 
-  /// What comes out of the machine within the next span, in the words of its user.
+  /// What is heard from the machine within the next span, in the words of its user.
   QString heard(double seconds) {
     const auto isHeard = std::make_shared<std::array<bool, 2>>();
     machine.audioOutput->addListener([isHeard](std::int64_t, std::span<const std::int16_t> samples) {

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 int main(int argc, char** argv) {
-  // Without a display, at one pixel a point, whatever the machine is set to.
+  // Without a display, at one pixel per point, whatever the machine is set to.
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
   setenv("QT_SCALE_FACTOR", "1", 1);
   testing::InitGoogleMock(&argc, argv);

@@ -13,7 +13,7 @@
 
 namespace orn {
 
-/// The user has checked the channels of both devices before.
+/// Notes that the user has checked the channels of both devices before.
 inline void knowDevices(const SimulatedPlatform& machine) {
   machine.userDefaults->setValue(kCheckedDevicesDefault,
                                  std::string("AA:BB:CC:DD:EE:FF\nHeadphones Wired Headphones\n"));
@@ -51,7 +51,7 @@ struct ScriptedApplication : MachineHands {
     clickAndWait(kRows[row]);
     clickAndWait(kReady);
   }
-  /// In which nothing is heard.
+  /// Takes a test in which nothing is heard.
   void takeTest() {
     startTest();
     until("右耳测试结束");

@@ -76,7 +76,7 @@ TEST_P(Rows, AreClosedWhileTheirCalibrationIsFetched) {
 TEST_P(Rows, SayWhatTakesAMomentAndLetItBeGivenUp) {
   QWidget* cell = script.button(kRows[row]);
   const QRect pictureAndTitle(0, 0, 180, cell->height() / 2);
-  script.clickRow(row);  // nothing answers, and the row has the keyboard
+  script.clickRow(row);  // nothing answers, and the row has the keyboard focus
   script.run(6);
   const QImage before = cell->grab(pictureAndTitle).toImage();
   script.answers(calibration(row), 5000);
@@ -92,7 +92,7 @@ TEST_P(Rows, SayWhatTakesAMomentAndLetItBeGivenUp) {
     EXPECT_TRUE(!script.button("取消") && cell->hasFocus());
     script.run(0.6);
   }
-  script.key(Qt::Key_Return);  // at once again
+  script.key(Qt::Key_Return);  // again at once
   script.run(4.2);
   EXPECT_EQ(script.title(), "选择设备") << "what was given up opens no test";
   const std::size_t requests = script.requests();
@@ -175,7 +175,7 @@ TEST(SelectScreen, AnAlertTakesNoKeyThatWasMeantForTheRowBeneathAndGivesTheKeybo
 TEST(SelectScreen, SaysWhoIsTestedAndWhereToBuy) {
   ScreensScript script;
   EXPECT_TRUE(script.sees("小明"));
-  script.click(kBuy);  // which leads nowhere without a host
+  script.click(kBuy);  // does nothing without a host
   std::vector<QWidget*> senders;
   const auto delegate = std::make_shared<ORNSelectTypeDelegate>();
   delegate->buyButtonClick = [&](QWidget* one) { senders.push_back(one); };

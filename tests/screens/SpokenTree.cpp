@@ -15,7 +15,7 @@ std::string nameOf(AtspiAccessible* thing) {
   return copy;
 }
 
-/// What is found stays held: the process ends with it.
+/// What is found is never released: the process ends after it.
 void print(AtspiAccessible* thing, bool isWithinWindow) {
   if (isWithinWindow && !nameOf(thing).empty()) std::puts(nameOf(thing).c_str());
   const int count = atspi_accessible_get_child_count(thing, nullptr);

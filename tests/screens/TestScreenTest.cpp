@@ -47,7 +47,7 @@ class BothPaths : public testing::TestWithParam<int> {
 };
 INSTANTIATE_TEST_SUITE_P(Rows, BothPaths, testing::Values(0, 1));
 
-/// Also run in a window of an X server, as what a screen reader finds is over its bus.
+/// Also run in a window of an X server, where what a screen reader finds is read over its bus.
 TEST_P(BothPaths, WholeTestByKeyboardFromTheDeviceToTheResult) {
   script.window->activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(script.window.get(), 20'000));
@@ -96,10 +96,10 @@ TEST_P(BothPaths, WhateverInterruptsATestSilencesItUntilItsUserGoesOn) {
   script.startTest(GetParam());
   ASSERT_TRUE(script.sounds(5));
   script.click("取消");
-  script.test()->showEndAlert();  // which is asked already
+  script.test()->showEndAlert();  // the question is shown already
   EXPECT_EQ(script.alert(), kEndQuestion);
   EXPECT_FALSE(script.sounds(30));
-  script.clickAt({20, 20});  // the bar is out of reach
+  script.clickAt({20, 20});  // the bar can't be clicked
   script.key(Qt::Key_Escape);
   EXPECT_EQ(script.alert(), "");
   EXPECT_TRUE(script.sounds(1));
@@ -142,7 +142,7 @@ TEST_P(BothPaths, LostDeviceLeadsOnlyToTheEnd) {
   expectClosedInSilence(kUsersVolume);
 }
 
-/// A drag in steps that stay within the button, since it follows.
+/// A drag in steps that stay within the button, which follows it.
 void dragHeardButton(ScreensScript& script, QPoint by, int steps) {
   QWindow* handle = script.window->windowHandle();
   const QPoint at = script.heardButton()->geometry().center();
