@@ -64,7 +64,7 @@ std::string replyWith(OutputPath path, const std::string& value) {
   return reply;
 }
 
-TEST(Conformance, OfTheStreamMissesItsSlowFadesAlone) {
+TEST(Conformance, OfTheStreamFailsOnlyForSlowFades) {
   const std::string reply(sampleAudiometerReply());
   EXPECT_THAT(measureCell(OutputPath::Audiometer, reply, false, 4000, 60).misses, IsEmpty());
   const ConformanceCell slow = measureCell(OutputPath::Audiometer, reply, true, 125, 60);

@@ -22,7 +22,7 @@ TEST(LevelCipher, ReadsWhatTheOpensslCommandEnciphered) {
   EXPECT_EQ(encipheredLevel("-70.5").substr(0, 24), "X5st8fjrqoTUe3FXS+eiSg==");
 }
 
-TEST(LevelCipher, NothingComesOfDamagedTextsAndOfWhatIsNoUtf8) {
+TEST(LevelCipher, DamagedTextsAndInvalidUtf8GiveNothing) {
   for (const std::string& text : {""s, "x"s, "X5st8fjrqoTUe3FXS+eiSg=="s, "X5st8fjrqoTUe3FXS+eiSg==xx"s, "AAAAx"s,
                                   " X5st8fjrqoTUe3FXS+eiSg==x"s, "\x80\x80\x80"s, "-70.5"s}) {
     EXPECT_EQ(decipheredLevel(text), std::nullopt) << text;

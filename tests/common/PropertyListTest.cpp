@@ -54,7 +54,7 @@ TEST(PropertyList, RefusesWhatItHasNoFormFor) {
   }
 }
 
-TEST(PropertyList, ReadsNothingOfOtherRootsAndTypesAndOfHalfAFile) {
+TEST(PropertyList, ReadsNothingFromOtherRootsAndTypesOrHalfAFile) {
   for (const std::string& root :
        {""s, "<array/>"s, "<string>x</string>"s, "<integer>1</integer>"s, "<true/>"s, "<unknown/>"s,
         "<dict><key>a</key><date>2001-01-01T00:00:00Z</date></dict>"s, "<dict><string>x</string></dict>"s,

@@ -139,7 +139,7 @@ TEST(CarelessHost, MayReleaseTheSessionInACompletion) {
   }
 }
 
-TEST(FrequencyList, IsTakenAsItIsAndIsTheSevenWhereItIsEmpty) {
+TEST(FrequencyList, IsTakenAsGivenAndMeansTheSevenIfEmpty) {
   const std::pair<std::vector<std::string>, const char*> table[] = {
       {{}, "172 R complete 125hz=90 250hz=90 500hz=90 1000hz=90 2000hz=90 4000hz=90 8000hz=90"},
       {{"1000hz", "1000hz", "2000hz", "1000hz"}, "52 R complete 1000hz=90 2000hz=90"},

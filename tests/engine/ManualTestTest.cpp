@@ -85,7 +85,7 @@ TEST(ManualProgress, FollowsColumnAndRowAndNeverFalls) {
   EXPECT_FLOAT_EQ(test.session->getTestProgress(), 1.0F / 7) << "nobody is told, so nothing is raised";
 }
 
-TEST(ManualCompletion, NeedsAThresholdOfEveryFrequencyOfBothEarsAndComesAgainWithASecondPress) {
+TEST(ManualCompletion, NeedsAThresholdAtEveryFrequencyOfBothEarsAndComesAgainWithASecondPress) {
   ManualTest test;
   test.settle("2000hz", "20");
   test.settle("1000hz", "40");
@@ -158,7 +158,7 @@ TEST(ManualEnd, LeavesTheSharedPlayersToTheNextSession) {
   EXPECT_TRUE(test.quiet1000->isPlaying);
 }
 
-TEST(Factory, MakesAnAutomaticSessionOfATypeThatThereIsNot) {
+TEST(Factory, MakesAnAutomaticSessionForAnUnknownType) {
   for (const int type : {-1, 3}) {
     EXPECT_TRUE(std::dynamic_pointer_cast<ORNAutoHearingTest>(ORNHearingTest::initWithTestType(type)));
   }

@@ -182,7 +182,7 @@ TEST(Silence, WithinAToneHasItPresentedAgainAndInTheLastOfFourPausesTheTest) {
   });
 }
 
-TEST(Silence, InOneToneNowAndThenCostsTimeAlone) {
+TEST(Silence, InOneToneNowAndThenCostsOnlyTime) {
   forEach(kOutputs, [](Ear& ear, const Way& way) {
     ear.hearsFrom(100);
     for (const double start : {4, 12, 20, 28, 36}) {

@@ -59,7 +59,7 @@ struct Retested : StandardTest {
   std::vector<double> tones;
 };
 
-TEST(StandardTimes, PresentTheNextFrequencyTwiceAfterAHeardAcceptanceAndOnceAfterAnUnheard) {
+TEST(StandardTimes, PresentTheNextFrequencyTwiceAfterAHeardAcceptanceAndOnceAfterAnUnheardOne) {
   const std::tuple<const char*, int, Lines> table[] = {
       {"HHHHHHHH", 41, {"36 R -> 1000hz 15db", "36 R 2000hz 60db", "37 R 2000hz 60db", "40 R 2000hz 65db"}},
       {"HHHNNHNNN", 45, {"36 R 1000hz 40db", "40 R -> 1000hz 40db", "41 R 2000hz 60db", "44 R 2000hz 65db"}}};
@@ -96,7 +96,7 @@ TEST(StandardRetest, GivesTheValueOf1000HzInAResultOfSevenKeysWhateverTheListOfT
   }
 }
 
-TEST(StandardRetest, OfTheRightEarIsPannedToTheLeftAndStandsAboveAWholeProgressUntilTheEarIsComplete) {
+TEST(StandardRetest, OfTheRightEarIsPannedToTheLeftAndHasProgressAboveOneUntilTheEarIsComplete) {
   Retested test("");
   EXPECT_EQ(test.pan, -1);
   EXPECT_FLOAT_EQ(test.progress, 8.0F / 7 + 0.1285714285714286F) << "an odd row";

@@ -8,7 +8,7 @@
 namespace orn {
 namespace {
 
-TEST(AudioThread, MeetsEveryChangeAndOutlivesTheSessionThatItPulls) {
+TEST(AudioThread, MeetsEveryChangeAndOutlivesTheSessionThatItPullsFrom) {
   SessionScript test(SessionScript::Manual, SessionScript::Audiometer);
   test.session->startTest(kRight);
   std::atomic<int> blocks = 0, wrongSizes = 0;

@@ -55,7 +55,7 @@ TEST(ORNListenTest, NullAndAbsentValuesAreEmpty) {
   }
 }
 
-TEST(ORNListenTest, ReadsANumberOfWhateverWasSent) {
+TEST(ORNListenTest, ReadsANumberFromWhateverWasSent) {
   const std::pair<json, double> table[] = {
       {0.5, 0.5}, {"3.5e2x", 350},       {true, 1}, {"true", 0},
       {"", 0},    {json::array({1}), 0}, {-2, -2},  {"1767225600123", 1'767'225'600'123}};

@@ -131,7 +131,7 @@ TEST_F(ServiceRequest, GoesUnderTlsWhereTheHostSaysSo) {
   }
 }
 
-TEST_F(ServiceRequest, IsNotMadeToWhatIsNoHostAndTheCallbackHearsWhy) {
+TEST_F(ServiceRequest, IsNotMadeToWhatIsNotAHostAndTheCallbackIsToldWhy) {
   knowsUser();
   const std::pair<const char*, std::vector<DefaultsValue>> table[] = {
       {"it is no text", {true}},

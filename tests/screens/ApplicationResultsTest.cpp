@@ -82,7 +82,7 @@ TEST(ApplicationResult, OnItsWayIsWaitedForByAClosedWindow) {
   }
 }
 
-TEST_P(ApplicationResults, OfTheTestBeforeDoNotHoldAWindowThatEndsItsTest) {
+TEST_P(ApplicationResults, OfThePreviousTestDoNotHoldUpAWindowThatEndsItsTest) {
   app.answers("{}", 150'000, kSubmission);
   app.takeTest();
   app.clickAndWait("完成");

@@ -26,7 +26,7 @@ std::shared_ptr<ORNTestResultViewController> showResult(ScreensScript& script, E
   return screen;
 }
 
-TEST(ResultScreen, LeavesGapsOutByTheLeftEar) {
+TEST(ResultScreen, LeavesOutFrequenciesThatTheLeftEarLacks) {
   using Columns = std::vector<std::string>;
   const std::tuple<EarResult, EarResult, int, int, Columns, double> table[] = {
       // left, right, their losses, the columns, and the row of the right ear's mark at 500 Hz

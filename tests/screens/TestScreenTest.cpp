@@ -243,7 +243,7 @@ TEST(TestScreen, ClosingTheWindowInMidTestAsksFirst) {
   EXPECT_FALSE(script.window->isVisible()) << "nothing has begun";
 }
 
-TEST(TestScreen, OfATestThatIsOverADialogGoesAndALostDeviceIsStillTold) {
+TEST(TestScreen, WhenATestEndsItsDialogGoesAndALostDeviceIsStillTold) {
   ScreensScript script;
   script.openTest(0);
   script.test()->showEndAlert();
