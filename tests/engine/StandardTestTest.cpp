@@ -106,7 +106,7 @@ TEST(StandardRetest, OfTheRightEarIsPannedToTheLeftAndHasProgressAboveOneUntilTh
 }
 
 TEST(StandardRetest, SoundsAtItsLabelOnEarphonesAnd20DbAboveItOnTheAudiometer) {
-  // With 60 dB of calibration at the recording's 140 dB, and with 50 dB at full scale's 140 dB.
+  // Full scale is 140 dB: 40 (level) + 40 (quiet recording) + 60 (record); 60 (level) + 50 (record) is 30 dB below it.
   EXPECT_FLOAT_EQ(Retested("").volume, 1);
   EXPECT_NEAR(Retested("", SessionScript::Audiometer).volume, 0.0316228, 1e-6);  // 60 dB, not 40
 }
