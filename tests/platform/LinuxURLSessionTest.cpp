@@ -150,8 +150,6 @@ TEST_F(LinuxURLSessionTest, AsksOnlyWhoProvesItsName) {
   const std::pair<TestAuthority::Issued, std::string> table[] = {
       {authority.issue("DNS:localhost," + here), "^fine$"},
       {unknown.issue(here), "^60: .*unable to get local issuer certificate"},
-      {authority.issue(here, -1h), "^60: .*certificate has expired"},
-      {authority.issue(here, 72h), "^60: .*certificate is not yet valid"},
       {authority.issue("DNS:other.example,IP:127.0.0.2"), "^60: .*(name|IP address).* '127.0.0.1'"},
   };
   for (const auto& [shown, expected] : table) {

@@ -82,21 +82,9 @@ json profile(const std::map<std::string, std::string>& fields) {
   return body;
 }
 
-ServiceTest::ServiceTest() {
-  std::string pattern = testing::TempDir() + "service_XXXXXX";
-  if (!mkdtemp(pattern.data())) throw std::runtime_error("can't make a folder");
-  folder_ = pattern;
-  start();
-}
-
-ServiceTest::~ServiceTest() {
-  service_.reset();
-  std::filesystem::remove_all(folder_);
-}
-
 void ServiceTest::start(ServiceOptions options) {
   service_.reset();
-  options.database = folder_ / "tests.db";
+  options.database = folder_.path() + "/tests.db";
   service_.emplace(std::move(options));
 }
 
@@ -117,7 +105,7 @@ std::vector<std::vector<std::string>> ServiceTest::rows(const std::string& sql) 
     return 0;
   };
   sqlite3* database = nullptr;
-  EXPECT_EQ(sqlite3_open((folder_ / "tests.db").c_str(), &database), SQLITE_OK);
+  EXPECT_EQ(sqlite3_open((folder_.path() + "/tests.db").c_str(), &database), SQLITE_OK);
   EXPECT_EQ(sqlite3_exec(database, sql.c_str(), add, &found, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
   sqlite3_close(database);
   return found;
