@@ -1,7 +1,6 @@
-#include <condition_variable>
 #include <functional>
+#include <future>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -24,28 +23,27 @@ using testing::HasSubstr;
 
 constexpr std::size_t kMiB = 1024 * 1024;
 
-/// The replies that came so far, each by a word: its body, or "code: message".
+/// So many replies, each by a word: its body, or "code: message". A session gives them one after another.
 class Replies {
  public:
+  explicit Replies(std::size_t count) : count_(count) {}
+
   URLSession::CompletionHandler handler() { return std::bind_front(&Replies::add, this); }
 
   void add(const URLReply& reply) {
-    const std::lock_guard lock(mutex_);
     EXPECT_EQ(reply.error ? reply.error->domain : "transport", "transport");
     words_.push_back(reply.body ? *reply.body : std::to_string(reply.error->code) + ": " + reply.error->message);
-    come_.notify_all();
+    const auto all = all_;  // this object may go as soon as they are told
+    if (words_.size() == count_) all->set_value(words_);
   }
 
-  std::vector<std::string> waitFor(std::size_t count) {
-    std::unique_lock lock(mutex_);
-    EXPECT_TRUE(come_.wait_for(lock, 20s, [&] { return words_.size() >= count; }));
-    return words_;
-  }
+  std::vector<std::string> wait() { return all_->get_future().get(); }
 
  private:
-  std::mutex mutex_;
-  std::condition_variable come_;
+  const std::size_t count_;
   std::vector<std::string> words_;
+  const std::shared_ptr<std::promise<std::vector<std::string>>> all_ =
+      std::make_shared<std::promise<std::vector<std::string>>>();
 };
 
 URLRequest post(std::string url, std::chrono::milliseconds timeout = 60s) {
@@ -58,15 +56,11 @@ std::string http(const std::string& body, const std::string& status = "200 OK", 
 
 class LinuxURLSessionTest : public testing::Test {
  protected:
-  /// The one reply to a request, and proof that no second one came before the session's end.
   std::string replyTo(const URLRequest& request) {
-    Replies replies;
-    auto session = std::make_unique<LinuxURLSession>();
-    session->dataTask(request, replies.handler());
-    replies.waitFor(1);
-    session.reset();
-    EXPECT_EQ(replies.waitFor(0).size(), 1U);
-    return replies.waitFor(1).at(0);
+    Replies replies(1);
+    LinuxURLSession session;
+    session.dataTask(request, replies.handler());
+    return replies.wait().at(0);
   }
 
   std::string answerTo(const std::string& bytes) {
@@ -182,7 +176,7 @@ TEST_F(LinuxURLSessionTest, ItsEndAnswersWhatIsUnderWayEvenIfAHandlerBringsItAbo
   const std::string ended = "0: the session has ended";
   server_.script("/answer", http("answer"));
   for (const bool isByHandler : {false, true}) {
-    Replies replies;
+    Replies replies(3);
     auto session = std::make_unique<LinuxURLSession>();
     const std::size_t before = server_.requests().size();
     for (int i = 0; i < 2; ++i) session->dataTask(post(server_.url("/never")), replies.handler());
@@ -192,13 +186,13 @@ TEST_F(LinuxURLSessionTest, ItsEndAnswersWhatIsUnderWayEvenIfAHandlerBringsItAbo
       replies.add(answer);
     });
     if (!isByHandler) session.reset();
-    EXPECT_THAT(replies.waitFor(3), ElementsAre(isByHandler ? "answer" : ended, ended, ended));
+    EXPECT_THAT(replies.wait(), ElementsAre(isByHandler ? "answer" : ended, ended, ended));
   }
 }
 
 TEST_F(LinuxURLSessionTest, AHandlerMayHoldTheSessionsLastReference) {
   server_.script("/answer", http("answer"));
-  Replies replies;
+  Replies replies(2);
   auto session = std::make_shared<LinuxURLSession>();
   const std::weak_ptr<LinuxURLSession> watched = session;
   auto& asked = *session;
@@ -206,7 +200,7 @@ TEST_F(LinuxURLSessionTest, AHandlerMayHoldTheSessionsLastReference) {
     session->dataTask(post("http://"), replies.handler());
     replies.add(answer);
   });
-  EXPECT_THAT(replies.waitFor(2), testing::SizeIs(2));
+  EXPECT_THAT(replies.wait(), testing::SizeIs(2));
   EXPECT_TRUE(watched.expired());
 }
 

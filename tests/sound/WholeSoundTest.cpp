@@ -91,11 +91,8 @@ TEST_P(SoundHeldBack, IsToldOf) {
   EXPECT_FALSE(tone->play());
   server_.control("load-module module-role-cork");
   pid_t call = 0;
-  const auto ring = [&] {
-    call = server_.launch(
-        {"pacat", "--playback", "--property=media.role=phone", "--server=" + server_.address(), "/dev/zero"});
-  };
-  expectToldOf(std::errc::device_or_resource_busy, ring, [&] { server_.kill(call); });
+  expectToldOf(
+      std::errc::device_or_resource_busy, [&] { call = server_.startCall(); }, [&] { server_.kill(call); });
   expectToldOf(
       std::errc::device_or_resource_busy, [&] { server_.control("suspend-sink earphones 1"); },
       [&] { server_.control("suspend-sink earphones 0"); });
