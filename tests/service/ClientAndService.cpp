@@ -17,8 +17,6 @@ Connection::Connection(std::uint16_t port) : socket_(::socket(AF_INET, SOCK_STRE
   address.sin_family = AF_INET;
   address.sin_port = htons(port);
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  const timeval patience{.tv_sec = 60, .tv_usec = 0};
-  setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
   if (connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
     close(socket_);
     throw std::runtime_error("can't connect");
