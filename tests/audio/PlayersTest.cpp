@@ -49,22 +49,11 @@ struct NotingOutput final : AudioOutput {
   std::vector<Bytes> files;
 };
 
-/// Files of a temporary folder, which is also the tone bundle.
-struct BundleFiles final : PosixFileManager {
-  std::string documentsDirectory() const override { return files.documentsDirectory(); }
-  std::optional<std::string> resourceBundle(const std::string& name) const override {
-    return name == "wav.bundle" ? std::optional(files.documentsDirectory()) : std::nullopt;
-  }
-
-  SimulatedFileManager files;
-};
-
 class Players : public testing::Test {
  protected:
   Players() {
     Platform platform = machine_.platform();
     platform.audioOutput = output_;
-    platform.fileManager = files_;
     Platform::setCurrent(platform);
     machine_.audioOutput->keepSamples();
   }
@@ -86,7 +75,6 @@ class Players : public testing::Test {
 
   SimulatedPlatform machine_;
   std::shared_ptr<NotingOutput> output_ = std::make_shared<NotingOutput>(machine_.audioOutput);
-  std::shared_ptr<BundleFiles> files_ = std::make_shared<BundleFiles>();
 };
 
 /// Gives whole blocks, the first of them all 1, the next all 2, then nothing.
@@ -174,27 +162,22 @@ TEST_F(StreamPlayer, PauseKeepsTheVerySampleAndPullsNothing) {
 
 class ToneBank : public Players {
  protected:
-  /// Every file holds one sample of its own: 1 to 7 in the quiet ones, 11 to 17 in the loud ones.
-  ToneBank() {
-    for (std::int16_t i = 0; i < 7; ++i) {
-      const auto put = [&](const std::string& prefix, int sample) {
-        files_->writeAtomically(files_->documentsDirectory() + prefix + std::to_string(i) + ".wav",
-                                waveFile({static_cast<std::int16_t>(sample + i)}));
-      };
-      put("/40-", 1), put("/40+", 11);
-    }
-  }
-
-  /// The sound of a player as "left right".
+  /// What a second of a player sounds like, such as "1000 Hz quiet left".
   std::string sound(const std::shared_ptr<AudioPlayer>& tone) {
-    if (!tone) return "none";
     tone->play();
     const std::size_t from = machine_.audioOutput->keptSamples().size();
-    machine_.virtualTime->runFor(10ms);
+    machine_.virtualTime->runFor(1s);
     tone->stop();
-    const Samples left = channelFrom(from, 0), right = channelFrom(from, 1);
-    EXPECT_THAT(left, Each(left[0]));  // it loops
-    return std::to_string(left[0]) + " " + std::to_string(right[0]);
+    std::string text;
+    for (const std::size_t channel : {0, 1}) {
+      const Samples samples = channelFrom(from, channel);
+      int cycles = 0;
+      for (std::size_t i = 1; i < samples.size(); ++i) cycles += samples[i - 1] <= 0 && samples[i] > 0 ? 1 : 0;
+      const bool isLoud = *std::max_element(samples.begin(), samples.end()) > 1000;
+      if (cycles == 0) continue;
+      text += std::to_string(cycles) + (isLoud ? " Hz loud" : " Hz quiet") + (channel == 0 ? " left" : " right");
+    }
+    return text;
   }
 
   const std::shared_ptr<ORNPlayer> bank_ = ORNPlayer::shareInstance();
@@ -206,14 +189,20 @@ TEST_F(ToneBank, FrequencyAndLevelChooseTheFileAndTheEarItsSide) {
     std::int64_t db;
     bool isleft;
     const char* sound;
-  } table[] = {{125, 0, true, "1 0"},     {250, 40, true, "2 0"},     {500, 41, true, "13 0"},
-               {1000, 41, true, "14 0"},  {2000, 120, false, "0 15"}, {4000, -5, false, "0 6"},
-               {8000, 90, false, "0 17"}, {750, 40, false, "0 4"},    {-1000, INT64_MAX, false, "0 14"}};
+  } table[] = {{125, 0, true, "125 Hz quiet left"},
+               {250, 40, true, "250 Hz quiet left"},
+               {500, 41, true, "500 Hz loud left"},
+               {1000, 41, true, "1000 Hz loud left"},
+               {2000, 120, false, "2000 Hz loud right"},
+               {4000, -5, false, "4000 Hz quiet right"},
+               {8000, 90, false, "8000 Hz loud right"},
+               {750, 40, false, "1000 Hz quiet right"},
+               {-1000, INT64_MAX, false, "1000 Hz loud right"}};
   for (const auto& [hz, db, isleft, expected] : table) {
     EXPECT_EQ(sound(bank_->playerWithHz(hz, db, isleft)), expected) << hz << " Hz " << db << " dB";
     EXPECT_EQ(sound(bank_->playerWithHzValue(static_cast<std::uint64_t>(hz), db, isleft)), expected) << hz;
   }
-  EXPECT_EQ(sound(bank_->playerWithHzValue((1ULL << 32) + 125, 0, true)), "4 0");  // not cut to 32 bits
+  EXPECT_EQ(sound(bank_->playerWithHzValue((1ULL << 32) + 125, 0, true)), "1000 Hz quiet left");  // not cut to 32 bits
 }
 
 TEST_F(ToneBank, APlayerIsSharedAndKeepsItsLastSide) {
@@ -221,8 +210,8 @@ TEST_F(ToneBank, APlayerIsSharedAndKeepsItsLastSide) {
   EXPECT_EQ(bank_->playerWithHzValue(1000, 40, false), left);
   EXPECT_EQ(bank_->playerOf1000HzWithDB(0), left);
   EXPECT_NE(bank_->playerOf1000HzWithDB(41), left);
-  EXPECT_EQ(sound(left), "0 4");
-  EXPECT_EQ(sound(bank_->playerOf125Hz_40Up()), "11 11");
+  EXPECT_EQ(sound(left), "1000 Hz quiet right");
+  EXPECT_EQ(sound(bank_->playerOf125Hz_40Up()), "125 Hz loud left125 Hz loud right");
 }
 
 using OneShot = Players;
@@ -263,34 +252,27 @@ TEST_F(OneShot, TheStopPlayerIsSilentCyclesCountedByTheAmplitude) {
 
 using Route = Players;
 
-TEST_F(Route, TheTextTellsWhetherThereAreEarphones) {
-  const std::pair<std::optional<std::string>, bool> table[] = {{"Headphones", true},  {"HeadsetBT", true},
-                                                               {"LineHeadset", true}, {"Speaker", false},
-                                                               {"headset", false},    {std::nullopt, false}};
-  for (const auto& [text, answer] : table) {
-    machine_.audioSession->setRoute({}, text, 0);
-    EXPECT_EQ(AudioRoute::hasHeadset(), answer) << text.value_or("no route");
-  }
-}
-
-TEST_F(Route, TheAudiometersAddressIsThatOfTheLastOutputThatMatches) {
+TEST_F(Route, TellsWhetherThereAreEarphonesAndTheAddressOfTheLastAudiometer) {
   const std::string first = "AA:BB:CC:DD:EE:FF", second = "11:22:33:44:55:66";
   const AudioPort speaker{"Speaker", first + "-1"}, one{"KV50-1234", first + "-1"}, two{"My KV60", second + "-tsco"};
   const AudioPort bare{"KV50-1234", second}, lower{"kv50-1234", second + "-1"};
   const struct {
+    std::optional<std::string> text;
     AudioRouteDescription route;
+    bool hasHeadset;
     std::optional<std::string> address;
-  } table[] = {{{}, {}},
-               {{{}, {speaker}}, {}},
-               {{{}, {one}}, first},
-               {{{}, {bare}}, {}},
-               {{{one}, {speaker}}, {}},
-               {{{}, {one, two}}, second},
-               {{{}, {two, speaker, one, lower}}, first},
-               {{{}, {one, bare}}, first}};
-  for (const auto& [route, address] : table) {
-    machine_.audioSession->setRoute(route, "HeadsetBT", 0);
-    EXPECT_EQ(AudioRoute::getKV50Mac(), address) << &route - &table[0].route;
+  } table[] = {{"HeadsetBT", {{}, {}}, true, {}},
+               {"Headphones", {{}, {speaker}}, true, {}},
+               {"LineHeadset", {{}, {one}}, true, first},
+               {"Speaker", {{}, {bare}}, false, {}},
+               {"headset", {{one}, {speaker}}, false, {}},
+               {std::nullopt, {{}, {one, two}}, false, second},
+               {"HeadsetBT", {{}, {two, speaker, one, lower}}, true, first},
+               {"HeadsetBT", {{}, {one, bare}}, true, first}};
+  for (const auto& [text, route, hasHeadset, address] : table) {
+    machine_.audioSession->setRoute(route, text, 0);
+    EXPECT_EQ(AudioRoute::hasHeadset(), hasHeadset) << text.value_or("no route");
+    EXPECT_EQ(AudioRoute::getKV50Mac(), address) << text.value_or("no route");
   }
 }
 

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include <ORNHearingTestSDK/contracts/TemporaryFolder.h>
+
 #include "support/TestSoundServer.h"
 
 namespace orn {
@@ -30,28 +32,21 @@ std::string contents(const fs::path& file) {
 
 /// A fenced block of a document.
 struct Block {
-  std::string language, text;
-  std::string source;  ///< The file that an HTML comment right above it names.
+  std::string language, text = {};
+  std::string source = {};  ///< The file that an HTML comment right above it names.
 };
 
 std::vector<Block> blocksOf(const fs::path& document) {
   std::vector<Block> blocks;
   std::ifstream stream(document);
-  bool isInside = false;
-  std::string before;
   std::smatch match;
-  for (std::string line; std::getline(stream, line); before = line) {
-    if (line.starts_with("```")) {
-      isInside = !isInside;
-      if (isInside) blocks.push_back({line.substr(3), "", ""});
-      if (isInside && std::regex_match(before, match, std::regex("<!-- from (\\S+) -->"))) {
-        blocks.back().source = match[1];
-      }
-    } else if (isInside) {
-      blocks.back().text += line + "\n";
-    }
+  for (std::string before, line; std::getline(stream, line); before = line) {
+    if (!line.starts_with("```")) continue;
+    Block& block = blocks.emplace_back(Block{line.substr(3)});
+    if (std::regex_match(before, match, std::regex("<!-- from (\\S+) -->"))) block.source = match[1];
+    while (std::getline(stream, line) && !line.starts_with("```")) block.text += line + "\n";
+    EXPECT_TRUE(stream) << document << " ends within a block";
   }
-  EXPECT_FALSE(isInside) << document;
   return blocks;
 }
 
@@ -137,11 +132,8 @@ class DocumentsCommands : public testing::Test {
   }
 
   TestSoundServer server_{ServerKind::PulseAudio};
-  const fs::path folder_ = [this] {
-    const fs::path folder = server_.folder() + "/project";
-    fs::create_directory(folder);
-    return folder;
-  }();
+  const contract::TemporaryFolder project_;
+  const fs::path folder_ = project_.path();
 };
 
 TEST_F(DocumentsCommands, Run) {

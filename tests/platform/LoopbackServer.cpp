@@ -5,7 +5,6 @@
 
 #include <csignal>
 #include <stdexcept>
-#include <string_view>
 #include <utility>
 
 #include <openssl/bio.h>
@@ -13,8 +12,6 @@
 
 namespace orn {
 namespace {
-
-constexpr std::chrono::seconds kGiveUp{20};
 
 int socketOf(BIO& connection) { return static_cast<int>(BIO_get_fd(&connection, nullptr)); }
 
@@ -33,14 +30,6 @@ std::string requestFrom(BIO& connection) {
     wanted = head + 4 + (length < head ? std::stoul(request.substr(length + 16, 20)) : 0);
   }
   return request;
-}
-
-void sendAll(BIO& connection, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const int sent = BIO_write(&connection, bytes.data(), static_cast<int>(bytes.size()));
-    if (sent <= 0) return;
-    bytes.remove_prefix(static_cast<std::size_t>(sent));
-  }
 }
 
 void waitUntilClosed(BIO& connection) {
@@ -73,9 +62,9 @@ void LoopbackServer::script(const std::string& path, std::string bytes) {
   answers_.insert_or_assign(path, std::move(bytes));
 }
 
-bool LoopbackServer::waitForRequests(std::size_t count) const {
+void LoopbackServer::waitForRequests(std::size_t count) const {
   std::unique_lock lock(mutex_);
-  return come_.wait_for(lock, kGiveUp, [&] { return requests_.size() >= count; });
+  come_.wait(lock, [&] { return requests_.size() >= count; });
 }
 
 std::vector<std::string> LoopbackServer::requests() const {
@@ -107,7 +96,7 @@ void LoopbackServer::serve(BIO& connection) {
     come_.notify_all();
   }
   const auto answer = answerTo(request);
-  if (answer) sendAll(connection, *answer);
+  if (answer) BIO_write(&connection, answer->data(), static_cast<int>(answer->size()));  // blocks until all is sent
   if (!answer && !request.empty()) waitUntilClosed(connection);
   if (tls_) BIO_ssl_shutdown(&connection);
   shutdown(socketOf(connection), SHUT_WR);

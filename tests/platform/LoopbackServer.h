@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <condition_variable>
 #include <map>
 #include <memory>
@@ -33,8 +32,8 @@ class LoopbackServer {
   /// answered.
   void script(const std::string& path, std::string bytes);
 
-  /// Waits until that many requests have come; false if they don't.
-  bool waitForRequests(std::size_t count) const;
+  /// Waits until that many requests have come.
+  void waitForRequests(std::size_t count) const;
 
   /// Every request in full, in the order of their coming.
   std::vector<std::string> requests() const;

@@ -17,8 +17,6 @@ Connection::Connection(std::uint16_t port) : socket_(::socket(AF_INET, SOCK_STRE
   address.sin_family = AF_INET;
   address.sin_port = htons(port);
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  const timeval patience{.tv_sec = 60, .tv_usec = 0};
-  setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
   if (connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
     close(socket_);
     throw std::runtime_error("can't connect");
@@ -82,21 +80,9 @@ json profile(const std::map<std::string, std::string>& fields) {
   return body;
 }
 
-ServiceTest::ServiceTest() {
-  std::string pattern = testing::TempDir() + "service_XXXXXX";
-  if (!mkdtemp(pattern.data())) throw std::runtime_error("can't make a folder");
-  folder_ = pattern;
-  start();
-}
-
-ServiceTest::~ServiceTest() {
-  service_.reset();
-  std::filesystem::remove_all(folder_);
-}
-
 void ServiceTest::start(ServiceOptions options) {
   service_.reset();
-  options.database = folder_ / "tests.db";
+  options.database = folder_.path() + "/tests.db";
   service_.emplace(std::move(options));
 }
 
@@ -117,7 +103,7 @@ std::vector<std::vector<std::string>> ServiceTest::rows(const std::string& sql) 
     return 0;
   };
   sqlite3* database = nullptr;
-  EXPECT_EQ(sqlite3_open((folder_ / "tests.db").c_str(), &database), SQLITE_OK);
+  EXPECT_EQ(sqlite3_open((folder_.path() + "/tests.db").c_str(), &database), SQLITE_OK);
   EXPECT_EQ(sqlite3_exec(database, sql.c_str(), add, &found, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
   sqlite3_close(database);
   return found;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
@@ -9,6 +8,8 @@
 #include <vector>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/contracts/TemporaryFolder.h>
 
 #include "hearing-service/HearingService.h"
 
@@ -56,8 +57,7 @@ nlohmann::json profile(const std::map<std::string, std::string>& fields = {});
 /// A service on a database file that is gone after the test.
 class ServiceTest : public testing::Test {
  protected:
-  ServiceTest();
-  ~ServiceTest() override;
+  ServiceTest() { start(); }
 
   /// Starts the service on the database file, after ending one that runs.
   void start(ServiceOptions options = {});
@@ -67,7 +67,7 @@ class ServiceTest : public testing::Test {
   /// Rows of the database file as lists of texts, read by a connection of the test's own.
   std::vector<std::vector<std::string>> rows(const std::string& sql);
 
-  std::filesystem::path folder_;
+  contract::TemporaryFolder folder_;
   std::optional<HearingService> service_;
 };
 

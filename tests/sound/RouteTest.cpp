@@ -146,7 +146,6 @@ TEST_P(Route, TheVolumeIsPutBackToTheVeryValue) {
 using NewOutput = SoundTest;
 
 TEST_P(NewOutput, IsWaitedForAMomentByTheFirstSound) {
-  constexpr auto kDefault = "default.audio.sink";
   server_.addSink("earphones", "Earphones", {"device.form_factor=headphone"});
   server_.setDefault("earphones");
   const auto expectFirstSound = [this](std::error_code expected) {
@@ -158,12 +157,12 @@ TEST_P(NewOutput, IsWaitedForAMomentByTheFirstSound) {
     EXPECT_LT((loop_->now() - asked) / kHaste, 3s);
     Platform::clearCurrent();
   };
-  server_.changeMetadata({"-d", "0", kDefault});
+  server_.changeMetadata("-d 0 default.audio.sink");
   expectFirstSound(std::make_error_code(std::errc::no_such_device));
   {
     const std::jthread agreement([&] {
       std::this_thread::sleep_for(200ms);
-      server_.changeMetadata({"0", kDefault, R"({"name":"earphones"})", "Spa:String:JSON"});
+      server_.changeMetadata(R"(0 default.audio.sink '{"name":"earphones"}' Spa:String:JSON)");
     });
     expectFirstSound({});
   }

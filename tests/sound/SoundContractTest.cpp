@@ -54,8 +54,7 @@ class Machine {
     music_ = sound.output->playerWithData(waveFile(constant(4800, 1000)));
     music_->setNumberOfLoops(-1);
     EXPECT_FALSE(music_->play());
-    call_ = server_.launch(
-        {"pacat", "--playback", "--property=media.role=phone", "--server=" + server_.address(), "/dev/zero"});
+    call_ = server_.startCall();
   }
 
   LinuxSound sound;  // what is under test is moved out of it

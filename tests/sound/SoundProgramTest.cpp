@@ -1,9 +1,7 @@
 #include <gmock/gmock.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <thread>
@@ -11,6 +9,7 @@
 
 #include "SoundFixture.h"
 #include "hearing-service/HearingService.h"
+#include "support/Program.h"
 
 namespace orn {
 namespace {
@@ -31,23 +30,11 @@ class SoundProgram : public testing::Test {
     volumes_ = server_.volumes("audiometer");
   }
 
-  pid_t start(const std::string& arguments) {
-    const std::string command = "exec env PULSE_SERVER=" + server_.address() + " HOME=" + server_.folder() + " " +
-                                ORN_HEARING_TEST + " " + arguments + " >" + server_.folder() + "/out 2>" +
-                                server_.folder() + "/err";
-    const pid_t child = fork();
-    if (child == 0) {
-      execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
-      _exit(127);
-    }
-    return child;
+  Program start(const std::string& arguments) const {
+    return Program("env PULSE_SERVER=" + server_.address() + " HOME=" + server_.folder() + " " ORN_HEARING_TEST " " +
+                   arguments + " >" + server_.folder() + "/out 2>" + server_.folder() + "/err");
   }
-
-  static int exitCode(pid_t child) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
+  int run(const std::string& arguments) const { return start(arguments).end(); }
 
   std::string printed(const std::string& file) const {
     std::ifstream stream(server_.folder() + "/" + file);
@@ -67,8 +54,8 @@ class SoundProgram : public testing::Test {
     return comes([&] { return server_.volumes("audiometer").find("100%") != std::string::npos; });
   }
   /// Somebody ended the program, which has put the volume back and kept nothing.
-  void expectInterrupted(pid_t program) {
-    EXPECT_EQ(exitCode(program), 1);
+  void expectInterrupted(Program& program, int signal) {
+    EXPECT_EQ(program.end(signal), 1);
     EXPECT_EQ(printed("err"), "hearing-test: interrupted; nothing of the test is kept\n");
     EXPECT_EQ(server_.volumes("audiometer"), volumes_);
   }
@@ -76,7 +63,7 @@ class SoundProgram : public testing::Test {
   /// Registers somebody whose service answers nothing from then on.
   std::string slowService() {
     const std::string host = " --host 127.0.0.1:" + std::to_string(service_.port());
-    EXPECT_EQ(exitCode(start("register --app-key KEY --id user --birthday 1980-03-05 --phone 1" + host)), 0);
+    EXPECT_EQ(run("register --app-key KEY --id user --birthday 1980-03-05 --phone 1" + host), 0);
     service_.misbehave({service::Misbehaviour::Kind::Delay, 10min});
     return host;
   }
@@ -89,27 +76,26 @@ class SoundProgram : public testing::Test {
 const std::string kRun = "run --listener --frequencies 1000 --calibration " ORN_CALIBRATION;
 
 TEST_F(SoundProgram, ShowsTheDevices) {
-  ASSERT_EQ(exitCode(start("devices --json")), 0) << printed("err");
+  ASSERT_EQ(run("devices --json"), 0) << printed("err");
   const json found = json::parse(printed("out"));
   EXPECT_EQ(found["route"], "HeadsetBT");
   EXPECT_EQ(found["audiometer"], "AA:BB:CC:DD:EE:FF");
   EXPECT_EQ(found["outputs"].at(0)["name"], "KV50-1234 Audiometer");
   EXPECT_NEAR(found["volume"].get<double>(), 0.425, 0.001);
   server_.kill();
-  ASSERT_EQ(exitCode(start("devices")), 0);
+  ASSERT_EQ(run("devices"), 0);
   EXPECT_THAT(printed("out"), HasSubstr("No output"));
-  ASSERT_EQ(exitCode(start(kRun)), 1);
+  ASSERT_EQ(run(kRun), 1);
   EXPECT_THAT(printed("err"), HasSubstr("neither to an audiometer nor to earphones"));
 }
 
 TEST_F(SoundProgram, AVirtualListenerTakesTheTestAndTheServiceIsNotWaitedFor) {
   slowService();
-  const pid_t program = start(kRun + " --json --right 1000=41 --left 1000=53");
+  Program program = start(kRun + " --json --right 1000=41 --left 1000=53");
   ASSERT_TRUE(comes([&] { return json::accept(printed("out")); }, 120s)) << printed("err");
   EXPECT_TRUE(comes([&] { return server_.volumes("audiometer") == volumes_; }));
-  EXPECT_EQ(waitpid(program, nullptr, WNOHANG), 0) << "the service has the result";
-  kill(program, SIGTERM);
-  EXPECT_EQ(exitCode(program), 1);
+  EXPECT_EQ(waitpid(program.process(), nullptr, WNOHANG), 0) << "the service has the result";
+  EXPECT_EQ(program.end(SIGTERM), 1);
   EXPECT_THAT(printed("err"), EndsWith("hearing-test: interrupted before the service had taken the result\n"));
   const json report = json::parse(printed("out"));
   EXPECT_EQ(report["right"], json::parse(R"({"1000hz":"45"})"));
@@ -124,7 +110,7 @@ TEST_F(SoundProgram, AnInterruptOrALostDevicePutsTheVolumeBack) {
   const std::string elsewhere = server_.volumes("speaker");
   for (const int signal : {SIGINT, SIGTERM, 0}) {
     const std::ofstream emptied(server_.folder() + "/out");
-    const pid_t program = start(kRun);
+    Program program = start(kRun);
     ASSERT_TRUE(comes([&] { return printed("out").find("Testing the right ear") != std::string::npos; }));
     EXPECT_THAT(server_.volumes("audiometer"), HasSubstr("100%"));
     if (signal == SIGINT) {
@@ -132,37 +118,34 @@ TEST_F(SoundProgram, AnInterruptOrALostDevicePutsTheVolumeBack) {
       EXPECT_TRUE(isFull()) << "the volume is held, at the next tone at the latest";
     }
     if (signal != 0) {
-      kill(program, signal);
-      expectInterrupted(program);
+      expectInterrupted(program, signal);
       continue;
     }
     server_.remove(audiometer_);
-    EXPECT_EQ(exitCode(program), 1);
+    EXPECT_EQ(program.end(), 1);
     EXPECT_EQ(printed("err"), "hearing-test: the device was disconnected\n");
     EXPECT_EQ(server_.volumes("speaker"), elsewhere);
   }
 }
 
 TEST_F(SoundProgram, AnInterruptWhileItFetchesPutsTheVolumeBack) {
-  const pid_t fetching = start("run --listener" + slowService());
+  Program fetching = start("run --listener" + slowService());
   ASSERT_TRUE(isFull());
-  kill(fetching, SIGHUP);
-  expectInterrupted(fetching);
+  expectInterrupted(fetching, SIGHUP);
 }
 
 TEST_F(SoundProgram, ThatIsSuspendedWhileAToneSoundsKeepsNothingAndPutsTheVolumeBack) {
   const Recording recording(server_, "audiometer");
-  const pid_t program = start(kRun + " --json");
+  Program program = start(kRun + " --json");
   for (int i = 0; i < 2000 && recording.isSilentSince(0); ++i) std::this_thread::sleep_for(10ms);
   ASSERT_FALSE(recording.isSilentSince(0));
-  kill(program, SIGSTOP);
+  kill(program.process(), SIGSTOP);
   int status = 0;
-  waitpid(program, &status, WUNTRACED);
+  waitpid(program.process(), &status, WUNTRACED);
   ASSERT_TRUE(WIFSTOPPED(status));
   EXPECT_THAT(server_.volumes("audiometer"), HasSubstr("100%"));
   std::this_thread::sleep_for(5s);  // more than the tone had left
-  kill(program, SIGCONT);
-  EXPECT_EQ(exitCode(program), 1);
+  EXPECT_EQ(program.end(SIGCONT), 1);
   EXPECT_THAT(printed("err"), EndsWith("hearing-test: the program was held up; nothing of the test is kept\n"));
   EXPECT_EQ(printed("out"), "");
   EXPECT_EQ(server_.volumes("audiometer"), volumes_);

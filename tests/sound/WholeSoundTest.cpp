@@ -1,5 +1,7 @@
 #include <functional>
 
+#include <ORNHearingTestSDK/contracts/AudioCheck.h>
+
 #include "SoundFixture.h"
 
 namespace orn {
@@ -20,20 +22,6 @@ class WholeSound : public SoundTest {
     auto tone = output_->playerWithContentsOfFile(*others_.fileManager->resourceBundle("wav.bundle") + "/40+3.wav");
     tone->setNumberOfLoops(-1);
     return tone;
-  }
-
-  /// A queue that never ends, as the audiometer's stream.
-  std::unique_ptr<AudioQueue> newStream() {
-    auto queue =
-        output_->newOutputQueue({48000, kAudioFormatLinearPCM, 12, 2, 1, 2, 1, 16, 0},
-                                [](AudioQueue& self, AudioQueueBuffer& buffer) { self.enqueueBuffer(buffer); });
-    for (int i = 0; i < 3; ++i) {
-      AudioQueueBuffer* buffer = queue->allocateBuffer(7680);
-      buffer->mAudioDataByteSize = 7680;
-      std::fill(buffer->mAudioData.begin(), buffer->mAudioData.end(), std::uint8_t{1});
-      queue->enqueueBuffer(*buffer);
-    }
-    return queue;
   }
 
   bool comesTo(const std::error_code& status) {
@@ -60,7 +48,9 @@ class WholeSound : public SoundTest {
 
 TEST_P(WholeSound, AServerThatStandsStillInMidToneIsToldOfAndHoldsNobodyUp) {
   const auto tone = newTone();
-  const auto stream = newStream();
+  contract::QueueUnderTest stream(*output_,
+                                  [](AudioQueue& self, AudioQueueBuffer& buffer) { self.enqueueBuffer(buffer); });
+  stream.enqueueBlocks(Samples(3 * contract::QueueUnderTest::kBlock, 257));
   for (const bool isStream : {true, false}) {
     EXPECT_FALSE(isStream ? stream->start() : tone->play());
     expectToldOf(
@@ -91,11 +81,8 @@ TEST_P(SoundHeldBack, IsToldOf) {
   EXPECT_FALSE(tone->play());
   server_.control("load-module module-role-cork");
   pid_t call = 0;
-  const auto ring = [&] {
-    call = server_.launch(
-        {"pacat", "--playback", "--property=media.role=phone", "--server=" + server_.address(), "/dev/zero"});
-  };
-  expectToldOf(std::errc::device_or_resource_busy, ring, [&] { server_.kill(call); });
+  expectToldOf(
+      std::errc::device_or_resource_busy, [&] { call = server_.startCall(); }, [&] { server_.kill(call); });
   expectToldOf(
       std::errc::device_or_resource_busy, [&] { server_.control("suspend-sink earphones 1"); },
       [&] { server_.control("suspend-sink earphones 0"); });

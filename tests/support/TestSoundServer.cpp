@@ -1,6 +1,5 @@
 #include "support/TestSoundServer.h"
 
-#include <fcntl.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -9,57 +8,46 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <thread>
 
 namespace orn {
-namespace {
 
 using namespace std::chrono_literals;
 
-std::string newFolder() {
-  std::string name = "/tmp/orn-sound-XXXXXX";
-  if (!mkdtemp(name.data())) throw std::runtime_error("no folder for the sound server");
-  return name;
-}
+TestSoundServer::TestSoundServer(ServerKind kind) : kind_(kind) { start(); }
 
-}  // namespace
-
-TestSoundServer::TestSoundServer(ServerKind kind) : kind_(kind), folder_(newFolder()) { start(); }
-
-TestSoundServer::~TestSoundServer() {
-  kill();
-  std::error_code error;
-  std::filesystem::remove_all(folder_, error);
-}
+TestSoundServer::~TestSoundServer() { kill(); }
 
 std::string TestSoundServer::address() const {
-  return "unix:" + folder_ + (kind_ == ServerKind::PulseAudio ? "/native" : "/pulse/native");
+  return "unix:" + folder() + (kind_ == ServerKind::PulseAudio ? "/native" : "/pulse/native");
 }
 
-pid_t TestSoundServer::launch(const std::vector<std::string>& command) {
-  std::vector<char*> arguments;
-  for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
-  arguments.push_back(nullptr);
-  const std::string bus = kind_ == ServerKind::PulseAudio ? "disabled:" : "unix:path=" + folder_ + "/bus";
+std::string TestSoundServer::environment() const {
+  const std::string bus = kind_ == ServerKind::PulseAudio ? "disabled:" : "unix:path=" + folder() + "/bus";
+  std::string variables = "env LC_ALL=C DBUS_SESSION_BUS_ADDRESS=" + bus + " DBUS_SYSTEM_BUS_ADDRESS=" + bus;
+  for (const char* name : {"XDG_RUNTIME_DIR", "HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"}) {
+    variables += std::string(" ") + name + "=" + folder();
+  }
+  return variables + " ";
+}
+
+pid_t TestSoundServer::launch(const std::string& command) {
+  const std::string line = "exec " + environment() + command + " >>" + folder() + "/log 2>&1";
   const pid_t child = fork();
-  if (child < 0) throw std::runtime_error("can't start " + command.front());
+  if (child < 0) throw std::runtime_error("can't start " + command);
   if (child == 0) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    for (const char* name : {"XDG_RUNTIME_DIR", "HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"}) {
-      setenv(name, folder_.c_str(), 1);
-    }
-    for (const char* name : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"}) setenv(name, bus.c_str(), 1);
-    const int log = open((folder_ + "/log").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
-    dup2(log, 1);
-    dup2(log, 2);
-    execvp(arguments[0], arguments.data());
+    execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
     _exit(127);
   }
   processes_.push_back(child);
   return child;
+}
+
+pid_t TestSoundServer::startCall() {
+  return launch("pacat --playback --property=media.role=phone --server=" + address() + " /dev/zero");
 }
 
 void TestSoundServer::kill(pid_t process) {
@@ -70,34 +58,24 @@ void TestSoundServer::kill(pid_t process) {
 
 void TestSoundServer::start() {
   if (kind_ == ServerKind::PulseAudio) {
-    launch({"pulseaudio", "-n", "--daemonize=no", "--fail=yes", "--exit-idle-time=-1", "--use-pid-file=no",
-            "--log-target=stderr",
-            "--load=module-native-protocol-unix socket=" + folder_ + "/native auth-anonymous=1 auth-cookie-enabled=0"});
+    launch(
+        "pulseaudio -n --daemonize=no --fail=yes --exit-idle-time=-1 --use-pid-file=no --log-target=stderr"
+        " '--load=module-native-protocol-unix auth-anonymous=1 auth-cookie-enabled=0 socket=" +
+        folder() + "/native'");
   } else {
-    launch({"dbus-daemon", "--session", "--nofork", "--address=unix:path=" + folder_ + "/bus"});
-    while (!std::filesystem::exists(folder_ + "/bus")) std::this_thread::sleep_for(5ms);
-    launch({"pipewire"});
-    while (!std::filesystem::exists(folder_ + "/pipewire-0")) std::this_thread::sleep_for(5ms);
-    launch({"wireplumber"});
-    launch({"pipewire-pulse"});
+    launch("dbus-daemon --session --nofork --address=unix:path=" + folder() + "/bus");
+    while (!std::filesystem::exists(folder() + "/bus")) std::this_thread::sleep_for(5ms);
+    launch("pipewire");
+    while (!std::filesystem::exists(folder() + "/pipewire-0")) std::this_thread::sleep_for(5ms);
+    launch("wireplumber");
+    launch("pipewire-pulse");
   }
-  for (int i = 0; i < 500; ++i) {
-    if (control("info").find("Default Sink") != std::string::npos) return giveTime();
+  for (int i = 0; control("info").find("Default Sink") == std::string::npos; ++i) {
+    if (i == 500) throw std::runtime_error("the sound server does not answer");
     std::this_thread::sleep_for(10ms);
   }
-  throw std::runtime_error("the sound server does not answer");
-}
-
-/// A busy machine wakes the server's processes late, and without a sound card nothing is lost by longer periods.
-void TestSoundServer::giveTime() {
-  if (kind_ == ServerKind::PipeWire) changeMetadata({"-n", "settings", "0", "clock.force-quantum", "4096"});
-}
-
-void TestSoundServer::changeMetadata(std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), "pw-metadata");
-  const pid_t child = launch(arguments);
-  waitpid(child, nullptr, 0);
-  std::erase(processes_, child);
+  // A busy machine wakes the server's processes late, and without a sound card nothing is lost by longer periods.
+  if (kind_ == ServerKind::PipeWire) changeMetadata("-n settings 0 clock.force-quantum 4096");
 }
 
 void TestSoundServer::kill() {
@@ -105,7 +83,7 @@ void TestSoundServer::kill() {
   for (const pid_t process : processes_) waitpid(process, nullptr, 0);
   processes_.clear();
   for (const char* name : {"/native", "/pulse/native", "/pipewire-0", "/bus"}) {
-    std::filesystem::remove(folder_ + name);
+    std::filesystem::remove(folder() + name);
   }
 }
 
@@ -117,11 +95,9 @@ void TestSoundServer::goOn() const {
   for (const pid_t process : processes_) ::kill(process, SIGCONT);
 }
 
-std::string TestSoundServer::control(const std::string& arguments) const {
-  const std::string command =
-      "LC_ALL=C HOME=" + folder_ + " PULSE_SERVER=" + address() + " pactl " + arguments + " 2>&1";
-  FILE* pipe = popen(command.c_str(), "r");
-  if (!pipe) throw std::runtime_error("can't run pactl");
+std::string TestSoundServer::run(const std::string& command) const {
+  FILE* pipe = popen((environment() + "PULSE_SERVER=" + address() + " " + command + " 2>&1").c_str(), "r");
+  if (!pipe) throw std::runtime_error("can't run " + command);
   std::string printed;
   std::array<char, 4096> part{};
   while (const std::size_t size = fread(part.data(), 1, part.size(), pipe)) printed.append(part.data(), size);
@@ -163,7 +139,7 @@ std::string TestSoundServer::addAudiometer() {
 }
 
 std::string TestSoundServer::volumes(const std::string& sink) const {
-  return control("get-sink-volume " + sink + "; LC_ALL=C PULSE_SERVER=" + address() + " pactl get-sink-mute " + sink);
+  return control("get-sink-volume " + sink) + control("get-sink-mute " + sink);
 }
 
 }  // namespace orn

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <ORNHearingTestSDK/contracts/TemporaryFolder.h>
+
 namespace orn {
 
 enum class ServerKind { PulseAudio, PipeWire };
@@ -19,7 +21,7 @@ class TestSoundServer {
 
   /// As PULSE_SERVER would name it.
   std::string address() const;
-  const std::string& folder() const { return folder_; }
+  std::string folder() const { return folder_.path(); }
 
   /// Starts the processes and waits until the server answers. Kills them.
   void start();
@@ -42,23 +44,25 @@ class TestSoundServer {
   void setDefault(const std::string& sink) const;
 
   /// Runs pw-metadata with these arguments, which changes what the programs of PipeWire have agreed about.
-  void changeMetadata(std::vector<std::string> arguments);
+  void changeMetadata(const std::string& arguments) const { run("pw-metadata " + arguments); }
 
-  /// Starts a program beside the server, and kills one.
-  pid_t launch(const std::vector<std::string>& command);
+  /// Starts a call, which is a program that plays, and kills it.
+  pid_t startCall();
   void kill(pid_t process);
 
   /// Runs pactl with these arguments, and gives what it prints.
-  std::string control(const std::string& arguments) const;
+  std::string control(const std::string& arguments) const { return run("pactl " + arguments); }
 
   /// Volumes of the channels of an output, and whether it is muted, as the server prints them.
   std::string volumes(const std::string& sink) const;
 
  private:
-  void giveTime();
+  pid_t launch(const std::string& command);
+  std::string run(const std::string& command) const;
+  std::string environment() const;
 
   ServerKind kind_;
-  std::string folder_;
+  contract::TemporaryFolder folder_;
   std::vector<pid_t> processes_;
 };
 
