@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,6 +7,8 @@
 #include <fstream>
 #include <string>
 #include <nlohmann/json.hpp>
+
+#include <ORNHearingTestSDK/contracts/TemporaryFolder.h>
 
 #include "hearing-service/HearingService.h"
 
@@ -31,13 +32,6 @@ std::string contents(const std::filesystem::path& path) {
 
 class HearingTestProgram : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string fresh = (std::filesystem::temp_directory_path() / "hearing-test.XXXXXX").string();
-    ASSERT_TRUE(mkdtemp(fresh.data()));
-    folder_ = fresh;
-  }
-  void TearDown() override { std::filesystem::remove_all(folder_); }
-
   ProgramRun run(const std::string& arguments) {
     const std::string command = "HOME=" + folder_.string() + " " + ORN_HEARING_TEST + " " + arguments + " >" +
                                 (folder_ / "out").string() + " 2>" + (folder_ / "err").string();
@@ -45,7 +39,8 @@ class HearingTestProgram : public testing::Test {
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(folder_ / "out"), contents(folder_ / "err")};
   }
 
-  std::filesystem::path folder_;
+  const orn::contract::TemporaryFolder temporary_;
+  const std::filesystem::path folder_ = temporary_.path();
 };
 
 TEST_F(HearingTestProgram, PrintsOneJsonObjectAndNothingElse) {

@@ -91,19 +91,14 @@ TEST_F(LinuxURLSessionTest, ARequestGoesOutToTheLetter) {
 }
 
 TEST_F(LinuxURLSessionTest, AReplyIsItsBodyOrWhatIsWrongWithIt) {
-  const std::string zipped("\x1F\x8B\x08\0bytes", 9), ok = "HTTP/1.1 200 OK\r\n", none = "0: the reply has no body";
+  const std::string zipped("\x1F\x8B\x08\0bytes", 9);
   const std::pair<std::string, testing::Matcher<std::string>> table[] = {
       {http("{\"rspCode\":0}", "500 Broken"), "{\"rspCode\":0}"},
       {http("no", "401 Unauthorized", "WWW-Authenticate: Basic\r\n"), "no"},
       {http(zipped, "200 OK", "Content-Encoding: gzip\r\n"), zipped},
-      {ok + "Transfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n0\r\n\r\n", "abcde"},
-      {"HTTP/1.0 200 OK\r\n\r\nuntil the end", "until the end"},
       {http("elsewhere", "302 Found", "Location: /other\r\n"), "elsewhere"},
-      {http(""), none},
-      {http("", "302 Found", "Location: /other\r\n"), none},
-      {"HTTP/1.1 204 No Content\r\n\r\n", none},
-      {ok + "Content-Length: 20\r\n\r\nhalf a bod", HasSubstr("18: ")},
-      {ok + "Transfer-Encoding: chunked\r\n\r\n9\r\nabc", HasSubstr("18: ")},
+      {http(""), "0: the reply has no body"},
+      {"HTTP/1.1 200 OK\r\nContent-Length: 20\r\n\r\nhalf a bod", HasSubstr("18: ")},
       {"", HasSubstr("52: ")},
       {"no HTTP at all", HasSubstr("1: ")}};
   for (const auto& [bytes, expected] : table) EXPECT_THAT(answerTo(bytes), expected) << bytes;

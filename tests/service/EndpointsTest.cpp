@@ -62,12 +62,10 @@ TEST_F(ServiceTest, HistoryGivesBackWhatWasSubmitted) {
   ASSERT_EQ(tests.size(), 1U);
   json want = sent;
   want.update({{"id", "1"}, {"createDate", 1'700'000'000'123.0}, {"base", 1}});
-  json rest = tests[0];
-  for (const auto& [key, value] : want.items()) {
-    EXPECT_EQ(rest[key], value) << key;
-    rest.erase(key);
+  for (const auto& [key, value] : tests[0].items()) {
+    const bool isEmpty = value.is_null() || value == 0.0 || value == false;
+    EXPECT_TRUE(want.contains(key) ? value == want[key] : isEmpty) << key << ": " << value;
   }
-  for (const auto& [key, value] : rest.items()) EXPECT_TRUE(value.is_null() || value == 0.0 || value == false) << key;
   EXPECT_EQ(tests[0].size(), 39U);
 }
 

@@ -24,7 +24,7 @@ class Machine {
   }
   ~Machine() {
     music_.reset();
-    endCall();
+    call_.reset();
     while (!modules_.empty()) unplug();
   }
   Machine(const Machine&) = delete;
@@ -49,7 +49,7 @@ class Machine {
 
   /// A call, for which the server silences everything else; there has to be something to silence.
   void interrupt(std::int32_t type) {
-    if (type == kAudioSessionInterruptionTypeEnded) return endCall();
+    if (type == kAudioSessionInterruptionTypeEnded) return call_.reset();
     server_.control("load-module module-role-cork");
     music_ = sound.output->playerWithData(waveFile(constant(4800, 1000)));
     music_->setNumberOfLoops(-1);
@@ -78,17 +78,13 @@ class Machine {
     }
   }
 
-  void endCall() {
-    if (call_ != 0) server_.kill(std::exchange(call_, 0));
-  }
-
   TestSoundServer& server_;
   RunLoopUnderTest loop_ = linuxLoop();
   std::weak_ptr<AudioSession> session_;
   std::vector<std::string> modules_;
   std::unique_ptr<Recording> ears_;
   std::unique_ptr<AudioPlayer> music_;
-  pid_t call_ = 0;
+  std::unique_ptr<Program> call_;
 };
 
 class SoundContract : public testing::TestWithParam<ServerKind> {

@@ -40,14 +40,9 @@ class Recording {
     return std::exchange(samples_, {});
   }
 
-  bool isSilentSince(std::size_t frame) const {
+  bool isSilent() const {
     const std::lock_guard lock(mutex_);
-    return std::all_of(samples_.begin() + static_cast<std::ptrdiff_t>(std::min(2 * frame, samples_.size())),
-                       samples_.end(), [](std::int16_t one) { return one == 0; });
-  }
-  std::size_t frames() const {
-    const std::lock_guard lock(mutex_);
-    return samples_.size() / 2;
+    return std::all_of(samples_.begin(), samples_.end(), [](std::int16_t one) { return one == 0; });
   }
 
  private:

@@ -80,9 +80,9 @@ TEST_P(SoundHeldBack, IsToldOf) {
   const auto tone = newTone();
   EXPECT_FALSE(tone->play());
   server_.control("load-module module-role-cork");
-  pid_t call = 0;
+  std::unique_ptr<Program> call;
   expectToldOf(
-      std::errc::device_or_resource_busy, [&] { call = server_.startCall(); }, [&] { server_.kill(call); });
+      std::errc::device_or_resource_busy, [&] { call = server_.startCall(); }, [&] { call.reset(); });
   expectToldOf(
       std::errc::device_or_resource_busy, [&] { server_.control("suspend-sink earphones 1"); },
       [&] { server_.control("suspend-sink earphones 0"); });

@@ -1,10 +1,5 @@
 #include "support/TestSoundServer.h"
 
-#include <signal.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -17,8 +12,6 @@ namespace orn {
 using namespace std::chrono_literals;
 
 TestSoundServer::TestSoundServer(ServerKind kind) : kind_(kind) { start(); }
-
-TestSoundServer::~TestSoundServer() { kill(); }
 
 std::string TestSoundServer::address() const {
   return "unix:" + folder() + (kind_ == ServerKind::PulseAudio ? "/native" : "/pulse/native");
@@ -33,27 +26,13 @@ std::string TestSoundServer::environment() const {
   return variables + " ";
 }
 
-pid_t TestSoundServer::launch(const std::string& command) {
-  const std::string line = "exec " + environment() + command + " >>" + folder() + "/log 2>&1";
-  const pid_t child = fork();
-  if (child < 0) throw std::runtime_error("can't start " + command);
-  if (child == 0) {
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
-    _exit(127);
-  }
-  processes_.push_back(child);
-  return child;
+void TestSoundServer::launch(const std::string& command) {
+  programs_.emplace_back(environment() + command + " >>" + folder() + "/log 2>&1");
 }
 
-pid_t TestSoundServer::startCall() {
-  return launch("pacat --playback --property=media.role=phone --server=" + address() + " /dev/zero");
-}
-
-void TestSoundServer::kill(pid_t process) {
-  ::kill(process, SIGKILL);
-  waitpid(process, nullptr, 0);
-  std::erase(processes_, process);
+std::unique_ptr<Program> TestSoundServer::startCall() const {
+  return std::make_unique<Program>("pacat --playback --property=media.role=phone --server=" + address() +
+                                   " /dev/zero >/dev/null 2>&1");
 }
 
 void TestSoundServer::start() {
@@ -79,20 +58,15 @@ void TestSoundServer::start() {
 }
 
 void TestSoundServer::kill() {
-  for (const pid_t process : processes_) ::kill(process, SIGKILL);
-  for (const pid_t process : processes_) waitpid(process, nullptr, 0);
-  processes_.clear();
+  signal(SIGKILL);
+  programs_.clear();
   for (const char* name : {"/native", "/pulse/native", "/pipewire-0", "/bus"}) {
     std::filesystem::remove(folder() + name);
   }
 }
 
-void TestSoundServer::standStill() const {
-  for (const pid_t process : processes_) ::kill(process, SIGSTOP);
-}
-
-void TestSoundServer::goOn() const {
-  for (const pid_t process : processes_) ::kill(process, SIGCONT);
+void TestSoundServer::signal(int number) const {
+  for (const Program& one : programs_) ::kill(one.process(), number);
 }
 
 std::string TestSoundServer::run(const std::string& command) const {

@@ -1,11 +1,13 @@
 #pragma once
 
-#include <sys/types.h>
-
+#include <list>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include <ORNHearingTestSDK/contracts/TemporaryFolder.h>
+
+#include "support/Program.h"
 
 namespace orn {
 
@@ -15,9 +17,6 @@ enum class ServerKind { PulseAudio, PipeWire };
 class TestSoundServer {
  public:
   explicit TestSoundServer(ServerKind kind);
-  ~TestSoundServer();
-  TestSoundServer(const TestSoundServer&) = delete;
-  TestSoundServer& operator=(const TestSoundServer&) = delete;
 
   /// As PULSE_SERVER would name it.
   std::string address() const;
@@ -28,8 +27,8 @@ class TestSoundServer {
   void kill();
 
   /// Lets the processes stand still, and go on.
-  void standStill() const;
-  void goOn() const;
+  void standStill() const { signal(SIGSTOP); }
+  void goOn() const { signal(SIGCONT); }
 
   /// Adds an output; the properties as key=value texts. Gives the number by which it is removed.
   std::string addSink(const std::string& name, const std::string& description,
@@ -46,9 +45,8 @@ class TestSoundServer {
   /// Runs pw-metadata with these arguments, which changes what the programs of PipeWire have agreed about.
   void changeMetadata(const std::string& arguments) const { run("pw-metadata " + arguments); }
 
-  /// Starts a call, which is a program that plays, and kills it.
-  pid_t startCall();
-  void kill(pid_t process);
+  /// Starts a call, which is a program that plays.
+  std::unique_ptr<Program> startCall() const;
 
   /// Runs pactl with these arguments, and gives what it prints.
   std::string control(const std::string& arguments) const { return run("pactl " + arguments); }
@@ -57,13 +55,14 @@ class TestSoundServer {
   std::string volumes(const std::string& sink) const;
 
  private:
-  pid_t launch(const std::string& command);
+  void launch(const std::string& command);
+  void signal(int number) const;
   std::string run(const std::string& command) const;
   std::string environment() const;
 
   ServerKind kind_;
   contract::TemporaryFolder folder_;
-  std::vector<pid_t> processes_;
+  std::list<Program> programs_;
 };
 
 }  // namespace orn
