@@ -1,6 +1,5 @@
 #include "LoopbackServer.h"
 
-#include <arpa/inet.h>
 #include <sys/socket.h>
 
 #include <csignal>
@@ -42,13 +41,8 @@ void waitUntilClosed(BIO& connection) {
 
 LoopbackServer::LoopbackServer(std::shared_ptr<SSL_CTX> tls)
     : tls_(std::move(tls)), listener_(BIO_new_accept("127.0.0.1:0"), BIO_free_all) {
-  sockaddr_in address{};
-  socklen_t size = sizeof(address);
-  if (BIO_do_accept(listener_.get()) != 1 ||
-      getsockname(socketOf(*listener_), reinterpret_cast<sockaddr*>(&address), &size) != 0) {
-    throw std::runtime_error("no loopback server");
-  }
-  port_ = ntohs(address.sin_port);
+  if (BIO_do_accept(listener_.get()) != 1) throw std::runtime_error("no loopback server");
+  port_ = std::stoi(BIO_get_accept_port(listener_.get()));
   accepting_ = std::thread([this] { accept(); });
 }
 
