@@ -14,7 +14,7 @@ packages=(
   # the screens and their images
   fonts-wqy-microhei librsvg2-bin qt6-base-dev qt6-svg-dev
   # tests
-  curl libgmock-dev libgtest-dev poppler-utils
+  curl libgmock-dev libgtest-dev openssl poppler-utils
   # an X server and a bus for screen readers, for the tests
   at-spi2-core libatspi2.0-dev xauth xvfb
   # sound servers for the tests

@@ -1,11 +1,9 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <set>
-#include <span>
 #include <string>
 #include <thread>
 #include <vector>

@@ -2,7 +2,6 @@
 #include <limits>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,4 @@
 #include <stdexcept>
-#include <string>
 #include <gmock/gmock.h>
 
 #include <unistd.h>

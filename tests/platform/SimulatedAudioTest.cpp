@@ -1,6 +1,4 @@
-#include <cmath>
 #include <memory>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
