@@ -9,32 +9,15 @@
 
 #include <ORNHearingTestSDK/calibration/ORNDeviceVolumeIOS.h>
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
-#include <ORNHearingTestSDK/platform/AudioPlayer.h>
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
+
+#include "RememberingPlayer.h"
 
 namespace orn {
 
 using Lines = std::vector<std::string>;
 
 inline constexpr bool kLeft = true, kRight = false;
-
-/// A tone player that remembers what it was told.
-class RememberingPlayer final : public AudioPlayer {
- public:
-  void setNumberOfLoops(int) override {}
-  std::error_code prepareToPlay() override { return {}; }
-  void setPan(float pan) override { pan_ = pan; }
-  void setVolume(float volume) override { volume_ = volume; }
-  float pan() const override { return pan_; }
-  float volume() const override { return volume_; }
-  std::error_code play() override { return isPlaying = true, std::error_code(); }
-  void stop() override { isPlaying = false; }
-
-  bool isPlaying = false;
-
- private:
-  float pan_ = 0, volume_ = 1;
-};
 
 /// A machine in virtual time, a session on it with the same calibration at every frequency, a delegate that keeps a
 /// trace, and a user who presses half a second into the tones that are heard.
