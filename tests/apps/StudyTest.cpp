@@ -12,20 +12,10 @@
 namespace orn::simulation {
 namespace {
 
-using testing::ElementsAre;
-using testing::StrEq;
 using testing::ThrowsMessage;
 
-constexpr TestType kTypes[] = {TestType::Automatic, TestType::Standard};
-constexpr OutputPath kPaths[] = {OutputPath::Audiometer, OutputPath::Earphones};
-
 StudyPlan planFor(TestType type, OutputPath path, std::size_t listeners) {
-  StudyPlan plan;
-  plan.type = type;
-  plan.path = path;
-  plan.calibrationReply = sampleReply(path);
-  plan.listeners = listeners;
-  return plan;
+  return {.type = type, .path = path, .calibrationReply = sampleReply(path), .population = {}, .listeners = listeners};
 }
 
 /// The result for a listener who hears every level from the threshold on. The audiometer's retest sounds 20 dB above
@@ -37,8 +27,8 @@ double lowestHeard(const StudyPlan& plan, const StudiedThreshold& one) {
 }
 
 TEST(Study, PerfectListenersOnTheGridGetTheLowestLevelTheyHear) {
-  for (const TestType type : kTypes) {
-    for (const OutputPath path : kPaths) {
+  for (const auto type : {TestType::Automatic, TestType::Standard}) {
+    for (const auto path : {OutputPath::Audiometer, OutputPath::Earphones}) {
       StudyPlan plan = planFor(type, path, 2);
       plan.population = {.isOnGrid = true, .slope = 0, .guess = 0, .lapse = 0, .slowest = plan.population.quickest};
       plan.population.reactionSpread = 0;
@@ -47,7 +37,7 @@ TEST(Study, PerfectListenersOnTheGridGetTheLowestLevelTheyHear) {
         EXPECT_EQ(studied.thresholds.size(), type == TestType::Standard ? 14U : 8U);
         for (const StudiedThreshold& one : studied.thresholds) {
           const double expected = lowestHeard(plan, one);
-          EXPECT_THAT(one.found, ElementsAre(expected, expected)) << one.hz << " Hz at " << one.threshold;
+          EXPECT_THAT(one.found, testing::ElementsAre(expected, expected)) << one.hz << " Hz at " << one.threshold;
         }
       }
     }
@@ -95,10 +85,10 @@ TEST(WorkerProcesses, GiveEveryResultInItsPlaceOrTellWhatFailed) {
     for (std::size_t i = 0; i < results.size(); ++i) EXPECT_EQ(results[i], job(i));
   }
   const auto throwing = [&](std::size_t index) { return index == 5 ? throw std::runtime_error("five") : job(index); };
-  EXPECT_THAT([&] { inWorkerProcesses(40, 3, throwing); }, ThrowsMessage<std::runtime_error>(StrEq("five")));
+  EXPECT_THAT([&] { inWorkerProcesses(40, 3, throwing); }, ThrowsMessage<std::runtime_error>("five"));
   const auto dying = [&](std::size_t index) { return index == 5 && raise(SIGKILL) == 0 ? "" : job(index); };
   EXPECT_THAT([&] { inWorkerProcesses(40, 3, dying); },
-              ThrowsMessage<std::runtime_error>(StrEq("a worker process ended early")));
+              ThrowsMessage<std::runtime_error>("a worker process ended early"));
 }
 
 }  // namespace

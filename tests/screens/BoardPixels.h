@@ -12,9 +12,8 @@ namespace orn {
 inline const std::vector<std::string> kFour{"500hz", "1000hz", "2000hz", "4000hz"};
 
 /// Boards on a simulated machine, and what their pixels show. Points are in the board's own coordinates.
-class BoardTest : public testing::Test {
- protected:
-  BoardTest() { Platform::setCurrent(machine_.platform()); }
+struct BoardTest : testing::Test {
+  BoardTest() { Platform::setCurrent(machine.platform()); }
   ~BoardTest() override { Platform::clearCurrent(); }
 
   static QImage paper(QSize size, int ratio = 1) {
@@ -56,7 +55,7 @@ class BoardTest : public testing::Test {
     return places;
   }
 
-  SimulatedPlatform machine_;
+  SimulatedPlatform machine;
 };
 
 }  // namespace orn

@@ -1,8 +1,5 @@
 #include <cmath>
 
-#include <QtCore/QProcess>
-#include <QtCore/QTemporaryDir>
-
 #include <ORNHearingTestSDK/screens/ChessboardResultView.h>
 
 #include "BoardPixels.h"
@@ -78,23 +75,6 @@ TEST_F(ChessboardResultTest, NonsenseIsLeftOutAndAPointFarOutGivesADirection) {
   EXPECT_EQ(at(draw(board), 55, 300), QColor(Qt::red));
   data.reset();
   EXPECT_EQ(draw(board), plain);
-}
-
-TEST_F(ChessboardResultTest, TheProgramDrawsWhatItFound) {
-  const QTemporaryDir folder;
-  const auto draws = [](const QString& file) {
-    QProcess program;
-    program.start(ORN_HEARING_TEST, {"simulate", "--frequencies", "1000,500", "--left", "500=30,1000=50", "--right",
-                                     "500=15,1000=15", "--png", file});
-    return program.waitForFinished() && program.exitCode() == 0;
-  };
-  EXPECT_FALSE(draws(folder.filePath("no/such/folder.png")));
-  ASSERT_TRUE(draws(folder.filePath("a.png")));
-  QImage image(folder.filePath("a.png"));
-  image.setDevicePixelRatio(2);
-  const double row = 557.0 / 26;
-  EXPECT_EQ(at(image, 187.5, 55 + 10 * row), QColor(Qt::blue)) << "half way from 30 to 50 dB";
-  EXPECT_EQ(at(image, 187.5, 55 + 5 * row), QColor(Qt::red));
 }
 
 }  // namespace

@@ -11,8 +11,7 @@ namespace {
 
 const float kStep = 394.0F / 15;  // between the rows of a board of 320 by 504
 
-class ChessboardTest : public BoardTest {
- protected:
+struct ChessboardTest : BoardTest {
   ChessboardTest() {
     board.resize(320, 504);
     board.setHzs(kFour);

@@ -2,20 +2,16 @@
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
-#include <QtGui/QImage>
-#include <gmock/gmock.h>
 
-#include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 #include <ORNHearingTestSDK/screens/AudiogramPicture.h>
 #include <ORNHearingTestSDK/screens/PrintableReport.h>
+
+#include "BoardPixels.h"
 
 namespace orn {
 namespace {
 
-struct Printing : testing::Test {
-  Printing() { Platform::setCurrent(machine.platform()); }
-  ~Printing() override { Platform::clearCurrent(); }
-
+struct Printing : BoardTest {
   QString keep(const char* name, const QByteArray& contents) const {
     QFile file(folder.filePath(name));
     EXPECT_TRUE(file.open(QFile::WriteOnly) && file.write(contents) == contents.size());
@@ -36,7 +32,6 @@ struct Printing : testing::Test {
   }
 
   QTemporaryDir folder;
-  SimulatedPlatform machine;
   const EarResult left{{"500hz", "15"}, {"1000hz", "90"}}, right{{"500hz", "40"}, {"4000hz", "-1"}};
 };
 
@@ -82,6 +77,20 @@ TEST_F(Printing, AReportHoldsAllThatIsKnownOfTheTestOnOnePage) {
   test.levelVerification = "coupler <2026>";
   EXPECT_TRUE(textOf(printableReport(test)).contains("声级核验：coupler <2026>"));
   EXPECT_TRUE(textOf(printableReport({})).contains("没有结果"));
+}
+
+TEST_F(Printing, TheProgramDrawsWhatItFound) {
+  const auto draws = [](const QString& file) {
+    return 0 == QProcess::execute(ORN_HEARING_TEST, {"simulate", "--frequencies", "1000,500", "--left",
+                                                     "500=30,1000=50", "--right", "500=15,1000=15", "--png", file});
+  };
+  EXPECT_FALSE(draws(folder.filePath("no/such/folder.png")));
+  ASSERT_TRUE(draws(folder.filePath("a.png")));
+  QImage image(folder.filePath("a.png"));
+  image.setDevicePixelRatio(2);
+  const double row = 557.0 / 26;
+  EXPECT_EQ(at(image, 187.5, 55 + 10 * row), QColor(Qt::blue)) << "half way from 30 to 50 dB";
+  EXPECT_EQ(at(image, 187.5, 55 + 5 * row), QColor(Qt::red));
 }
 
 }  // namespace
