@@ -1,5 +1,6 @@
-#include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <set>
 
 #include <tests/results/ServiceScript.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceAction.h>
@@ -17,30 +18,30 @@ const std::string kAddress = "AA:BB:CC:DD:EE:FF", kAudiometerFile = "__AA_BB_CC_
 const std::string kModel = "a:b", kEarphonesFile = "Phone1,1_a:b";
 
 /// The last record for a role or an ear counts: 6, 2 and 5; 3 and 2. The others have no role.
-const json kAudiometer = json::parse(R"([
-  {"id": 1}, {"id": 2, "base": true, "earplug_model": "2"}, {"id": 3, "base": true, "earplug_model": "1"},
-  {"id": 4, "base": true, "earplug_model": "3"}, {"id": 5, "base": true, "earplug_model": "1"},
-  {"id": 6, "base": false, "earplug_model": "2"}, {"id": 7, "base": true, "earplug_model": "02"},
-  {"id": 8, "base": true}, {"id": 9, "base": true, "earplug_model": 2}])");
-const json kEarphones = json::parse(R"([
+const json kRecords = json::parse(R"([
   {"id": 1, "ear": 1}, {"id": 2, "ear": "2"}, {"id": 3, "ear": 1.9}, {"id": 4, "ear": 3}, {"id": 5},
-  {"id": 7, "ear": 4294967297}])");
-
-std::string reply(const json& records, int rspCode = 0) {
-  return json{{"rspCode", rspCode}, {"deviceVolumeIOS", records}}.dump();
-}
+  {"id": 7, "ear": 4294967297}, {"id": 2, "base": true, "earplug_model": "2"},
+  {"id": 3, "base": true, "earplug_model": "1"}, {"id": 4, "base": true, "earplug_model": "3"},
+  {"id": 5, "base": true, "earplug_model": "1"}, {"id": 6, "base": false, "earplug_model": "2"},
+  {"id": 7, "base": true, "earplug_model": "02"}, {"id": 8, "base": true},
+  {"id": 9, "base": true, "earplug_model": 2}])");
+const json kReply{{"rspCode", 0}, {"deviceVolumeIOS", kRecords}},
+    kRefusal{{"rspCode", 1}, {"deviceVolumeIOS", kRecords}};
+const std::string kText = kReply.dump(), kList = propertyListOf(kReply).value();
 
 std::string idOf(const ORNManualHearingTest::Record& record) { return record ? std::to_string(record->id()) : "-"; }
 
 struct CalibrationFetch : testing::Test, ServiceScript {
-  CalibrationFetch() { machine.device->givenMachine = "Phone1,1"; }
+  CalibrationFetch() {
+    machine.device->givenMachine = "Phone1,1";
+    answers(kText);
+  }
 
   std::string folder() const { return machine.fileManager->documentsDirectory(); }
 
-  std::vector<std::string> files() const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder())) names.push_back(entry.path().filename());
-    std::sort(names.begin(), names.end());
+  std::set<std::string> files() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder())) names.insert(entry.path().filename());
     return names;
   }
 
@@ -54,8 +55,7 @@ struct CalibrationFetch : testing::Test, ServiceScript {
   }
 
   void put(const std::string& name, const std::string& text) const {
-    ASSERT_TRUE(machine.fileManager->writeAtomically(
-        folder() + "/" + name, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}));
+    EXPECT_TRUE(std::ofstream(folder() + "/" + name, std::ios::binary) << text);
   }
 
   /// For a new session that has the record 9 everywhere: whether the service is asked, what the callback is told, and
@@ -100,8 +100,7 @@ struct CalibrationFetch : testing::Test, ServiceScript {
 };
 
 TEST_F(CalibrationFetch, AudiometerRepliesAreKeptToTheByteAndCallBackWithinTheCall) {
-  const std::string text =
-      "{ \"unknown\":1.50,\r\n \"rspCode\" :\"0\", \"deviceVolumeIOS\":" + kAudiometer.dump() + "}\n";
+  const std::string text = "{ \"unknown\":1.50,\r\n \"rspCode\" :\"0\", \"deviceVolumeIOS\":" + kRecords.dump() + "}\n";
   answers(text);
   for (const auto operation : {&CalibrationFetch::audiometer, &CalibrationFetch::history}) {
     for (const char* heard : {"asks: ok, 625 99", "cache: within ok, 625 99"}) {
@@ -114,54 +113,44 @@ TEST_F(CalibrationFetch, AudiometerRepliesAreKeptToTheByteAndCallBackWithinTheCa
 }
 
 TEST_F(CalibrationFetch, EarphoneRepliesAreKeptAsAPropertyListAndNeverCallBack) {
-  answers(reply(kEarphones));
   for (const char* heard : {"asks: ok, 999 32", "cache: , 999 32"}) {
     EXPECT_EQ(earphones(), heard);
     EXPECT_EQ(session->earPlugModel(), kModel);
   }
   EXPECT_THAT(files(), ElementsAre(kEarphonesFile));
-  EXPECT_EQ(contents(kEarphonesFile), propertyListOf(json::parse(reply(kEarphones))));
-  put(kEarphonesFile, propertyListOf(json::parse(reply(kEarphones, 1))).value());
+  EXPECT_EQ(contents(kEarphonesFile), kList);
+  put(kEarphonesFile, propertyListOf(kRefusal).value());
   EXPECT_EQ(earphones(), "cache: , 999 99") << "not even on a refusal";
 }
 
 TEST_F(CalibrationFetch, WhatCannotBeKeptIsUsedAndAskedForAgain) {
   std::filesystem::remove_all(folder());
   for (int time = 0; time < 2; ++time) {
-    answers(reply(kAudiometer));
     EXPECT_EQ(audiometer(), "asks: ok, 625 99");
-    answers(reply(kEarphones));
     EXPECT_EQ(earphones(), "asks: ok, 999 32");
   }
 }
 
 TEST_F(CalibrationFetch, FillsTheFieldsThatAReplyHasRecordsForAndStoresWhatMayServeAgain) {
-  using Rows = std::vector<std::tuple<std::string, std::string, bool>>;
-  const Rows audiometerReplies{
-      {reply(kAudiometer, 1), "625 99", false},
-      {R"({"deviceVolumeIOS":[{"id":2,"base":true,"earplug_model":"2"},null,5,[]]})", "929 99", true},
-      {R"({"rspCode":1})", "999 99", false},
-      {"<html>", "999 99", true},
-      {"[]", "999 99", true},
-      {"\0\xFF"s, "999 99", true},
+  const struct {
+    std::string text, audiometer, earphones;
+    bool isKeptOfAudiometer, isKeptOfEarphones;
+  } table[] = {
+      {kRefusal.dump(), "625 99", "999 32", false, false},
+      {R"({"deviceVolumeIOS":[{"id":2,"base":true,"earplug_model":"2"},null,5,[]]})", "929 99", "999 99", true, false},
+      {R"({"deviceVolumeIOS":[{"id":4,"ear":2}]})", "499 99", "999 94", true, true},
+      {R"({"deviceVolumeIOS":[{"id":1,"ear":1,"earPath":null}]})", "199 99", "999 19", true, false},
+      {R"({"rspCode":1})", "999 99", "999 99", false, false},
+      {"<html>", "999 99", "999 99", true, false},
+      {"[]", "999 99", "999 99", true, false},
+      {"\0\xFF"s, "999 99", "999 99", true, false},
   };
-  for (const auto& [text, found, isKept] : audiometerReplies) {
-    answers(text);
-    EXPECT_EQ(audiometer(), "asks: ok, " + found);
-    EXPECT_EQ(contents(kAudiometerFile), isKept ? std::optional(text) : std::nullopt);
-    removeFiles();
-  }
-  const Rows earphoneReplies{
-      {reply(kEarphones, 1), "999 32", false},
-      {R"({"deviceVolumeIOS":[{"id":4,"ear":2}]})", "999 94", true},
-      {R"({"deviceVolumeIOS":[{"id":1,"ear":1,"earPath":null}]})", "999 19", false},
-      {"<html>", "999 99", false},
-      {"[]", "999 99", false},
-  };
-  for (const auto& [text, found, isKept] : earphoneReplies) {
-    answers(text);
-    EXPECT_EQ(earphones(), "asks: ok, " + found);
-    EXPECT_EQ(contents(kEarphonesFile).has_value(), isKept);
+  for (const auto& row : table) {
+    answers(row.text);
+    EXPECT_EQ(audiometer(), "asks: ok, " + row.audiometer) << row.text;
+    EXPECT_EQ(contents(kAudiometerFile), row.isKeptOfAudiometer ? std::optional(row.text) : std::nullopt) << row.text;
+    EXPECT_EQ(earphones(), "asks: ok, " + row.earphones) << row.text;
+    EXPECT_EQ(contents(kEarphonesFile).has_value(), row.isKeptOfEarphones) << row.text;
     removeFiles();
   }
 }
@@ -173,18 +162,15 @@ TEST_F(CalibrationFetch, LeavesTheFieldsAsTheyAreWithoutAReply) {
 }
 
 TEST_F(CalibrationFetch, ACorruptCacheIsAskedForAgain) {
-  const std::string good = reply(kAudiometer), list = propertyListOf(json::parse(reply(kEarphones))).value();
-  answers(good);
-  for (const std::string& text : {""s, "[]"s, reply(kAudiometer, 1), good.substr(0, good.size() - 1), good + "x"}) {
+  for (const std::string& text : {""s, "[]"s, kRefusal.dump(), kText.substr(0, kText.size() - 1), kText + "x"}) {
     put(kAudiometerFile, text);
     EXPECT_EQ(audiometer(), "asks: ok, 625 99") << text;
-    EXPECT_EQ(contents(kAudiometerFile), good);
+    EXPECT_EQ(contents(kAudiometerFile), kText);
   }
-  answers(reply(kEarphones));
-  for (const std::string& text : {""s, good, list.substr(0, list.size() / 2), *propertyListOf(json::array({1}))}) {
+  for (const std::string& text : {""s, kText, kList.substr(0, kList.size() / 2), *propertyListOf(json::array({1}))}) {
     put(kEarphonesFile, text);
     EXPECT_EQ(earphones(), "asks: ok, 999 32") << text;
-    EXPECT_EQ(contents(kEarphonesFile), list);
+    EXPECT_EQ(contents(kEarphonesFile), kList);
   }
 }
 
@@ -195,9 +181,7 @@ TEST_F(CalibrationFetch, HostileNamesStayInsideTheFolder) {
       {"a\nb\\c \u597d", "__a\nb\\c \u597d", "Phone1,1_a\nb\\c \u597d"},
   };
   for (const auto& [name, audiometerFile, earphonesFile] : table) {
-    answers(reply(kAudiometer));
     EXPECT_EQ(audiometer(name), "asks: ok, 625 99") << name;
-    answers(reply(kEarphones));
     EXPECT_EQ(earphones(name), "asks: ok, 999 32") << name;
     EXPECT_THAT(files(), testing::UnorderedElementsAre(audiometerFile, earphonesFile));
     removeFiles();
@@ -206,7 +190,6 @@ TEST_F(CalibrationFetch, HostileNamesStayInsideTheFolder) {
 
 TEST_F(CalibrationFetch, ASessionReleasedMeanwhileIsNotMissed) {
   std::vector<std::string> heard;
-  answers(reply(kAudiometer));
   session->setKV50MAC(kAddress, [&](const std::optional<Error>& error) { heard.push_back(told(error)); });
   session->setEarPlugModel(kModel, [&](const std::optional<Error>& error) { heard.push_back(told(error)); });
   const std::weak_ptr<ORNManualHearingTest> released = session;

@@ -36,12 +36,10 @@ TEST(PropertyList, KeepsJsonValues) {
         json::array(), json::object(),
         json{{"", "empty key"}, {"a<&>\"b", 1}, {"\u597d", json::array({json::object()})}}, kSample, nested(60)}) {
     const json dictionary = {{"value", value}};
-    const auto bytes = propertyListOf(dictionary);
-    ASSERT_TRUE(bytes) << value;
-    const auto back = read(*bytes);
-    ASSERT_TRUE(back) << *bytes;
-    EXPECT_EQ(*back, dictionary) << *bytes;
-    EXPECT_EQ(back->at("value").is_number_float(), value.is_number_float()) << *bytes;
+    SCOPED_TRACE(value);
+    const json back = read(propertyListOf(dictionary).value()).value();
+    EXPECT_EQ(back, dictionary);
+    EXPECT_EQ(back.at("value").is_number_float(), value.is_number_float());
   }
 }
 

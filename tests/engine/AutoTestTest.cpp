@@ -49,11 +49,9 @@ TEST(AutoPress, CountsAnyTimeWithinTheToneAndOnce) {
   const auto press = [](AutoTest& test) { test.session->listened(); };
   const Lines heard = traceWith("HNN", 30, press);
   EXPECT_EQ(heard.back(), "20 R 2000hz 50db");
-  EXPECT_EQ(traceWith("NNN", 4.001, press), heard);
-  EXPECT_EQ(traceWith("NNN", 7.999, press), heard);
-  EXPECT_EQ(traceWith("HNN", 6, press), heard);
-  EXPECT_EQ(traceWith("HNN", 2, press), heard) << "before the first tone";
-  EXPECT_EQ(traceWith("HNN", 16.5, press), heard) << "between two frequencies";
+  for (const double at : {4.001, 7.999}) EXPECT_EQ(traceWith("NNN", at, press), heard) << at;
+  // Again in the first tone, before it, and between two frequencies.
+  for (const double at : {6.0, 2.0, 16.5}) EXPECT_EQ(traceWith("HNN", at, press), heard) << at;
 }
 
 TEST(AutoPause, CutsTheToneShortAndJudgesItAtTheNextContinue) {
@@ -94,8 +92,7 @@ TEST(AutoCompletion, SubmitsOnceThoughNobodyListens) {
   for (const auto path : {SessionScript::Earphones, SessionScript::Audiometer}) {
     AutoTest test({"1000hz"}, path);
     const bool isOnEarphones = path == SessionScript::Earphones;
-    isOnEarphones ? test.session->setDelegate({})
-                  : test.session->setDelegate(std::make_shared<ORNHearingTestDelegate>());
+    test.session->setDelegate(isOnEarphones ? nullptr : std::make_shared<ORNHearingTestDelegate>());
     for (const bool isLeft : {kRight, kLeft}) {
       EXPECT_THAT(test.submissions(), IsEmpty());
       test.traceOfEar(isLeft, 100);
@@ -133,9 +130,7 @@ TEST(AutoLife, IsNotHeldByAPauseBeforeTheStartOrAfterTheEnd) {
   for (const bool isOver : {false, true}) {
     AutoTest test;
     const std::weak_ptr<ORNManualHearingTest> life = test.session;
-    for (const bool isLeft : {kRight, kLeft}) {
-      if (isOver) test.traceOfEar(isLeft, 30);
-    }
+    if (isOver) test.traceOfEar(kRight, 30), test.traceOfEar(kLeft, 30);
     test.session->pauseTest();
     test.session.reset();
     EXPECT_TRUE(life.expired()) << isOver;

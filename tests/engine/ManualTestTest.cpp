@@ -17,13 +17,10 @@ struct ManualTest : SessionScript {
     session->startTest(kRight);
   }
 
-  void settle(const std::string& hz, const std::string& db) {
-    session->playAtHz(hz, db);
-    session->listened();
+  void settle(const std::vector<std::pair<std::string, std::string>>& tones) {
+    for (const auto& [hz, db] : tones) session->playAtHz(hz, db), session->listened();
   }
-  void settleAll(const std::string& db) {
-    for (const char* hz : {"1000hz", "2000hz", "4000hz", "500hz"}) settle(hz, db);
-  }
+  void settleAll(const std::string& db) { settle({{"1000hz", db}, {"2000hz", db}, {"4000hz", db}, {"500hz", db}}); }
 };
 
 TEST(Grid, HasTheColumnsOfTheListAtItsFirstRead) {
@@ -77,24 +74,21 @@ TEST(ManualProgress, FollowsColumnAndRowAndNeverFalls) {
   test.session->playAtHz("1000hz", "15");
   EXPECT_FLOAT_EQ(test.session->getTestProgress(), 0.5571428F);
   test.session->startTest(kRight);
-  test.settle("2000hz", "15");
+  test.settle({{"2000hz", "15"}});
   EXPECT_FLOAT_EQ(test.session->getTestProgress(), 0.5F) << "two of four columns";
   test.delegate->willSelectedAtHz = nullptr;
   test.session->startTest(kRight);
-  test.settle("2000hz", "15");
+  test.settle({{"2000hz", "15"}});
   EXPECT_FLOAT_EQ(test.session->getTestProgress(), 1.0F / 7) << "nobody is told, so nothing is raised";
 }
 
 TEST(ManualCompletion, NeedsAThresholdAtEveryFrequencyOfBothEarsAndComesAgainWithASecondPress) {
   ManualTest test;
-  test.settle("2000hz", "20");
-  test.settle("1000hz", "40");
-  test.settle("1000hz", "30");
-  test.settle("4000hz", "25");
+  test.settle({{"2000hz", "20"}, {"1000hz", "40"}, {"1000hz", "30"}, {"4000hz", "25"}});
   EXPECT_FALSE(test.session->isOneComplete());
   EXPECT_EQ(test.session->rightEarTestResultArray().front()->hzValue(), "1000hz") << "in the list's order";
   test.takeTrace();
-  test.settle("500hz", "90");
+  test.settle({{"500hz", "90"}});
   const std::string right = "500hz=90 1000hz=30 2000hz=20 4000hz=25";
   EXPECT_THAT(test.takeTrace(), ElementsAre("0 R 500hz 90db", "0 R -> 500hz 90db", "0 R complete " + right));
   EXPECT_EQ(test.session->getTestProgress(), 1);
@@ -166,15 +160,15 @@ TEST(Factory, MakesAnAutomaticSessionForAnUnknownType) {
 
 TEST(Notifications, ConfigureAgainWhenAnInterruptionHasEnded) {
   ManualTest test;
-  const auto& audio = *test.machine.audioSession;
+  auto& audio = *test.machine.audioSession;
   test.session->setupNotifications();
-  test.machine.audioSession->interrupt(1);
-  test.machine.audioSession->unplug();
+  audio.interrupt(1);
+  audio.unplug();
   EXPECT_EQ(audio.timesConfigured(), 1) << "when the platform came into force, and never since";
-  test.machine.audioSession->interrupt(0);
+  audio.interrupt(0);
   EXPECT_EQ(audio.timesConfigured(), 2);
   test.session.reset();
-  test.machine.audioSession->interrupt(0);
+  audio.interrupt(0);
   EXPECT_EQ(audio.timesConfigured(), 2) << "nobody is left";
 }
 

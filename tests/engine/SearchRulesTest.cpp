@@ -1,6 +1,5 @@
 // The searches as lines of answers: H heard, N not. After the last answer nothing is heard.
 
-#include <array>
 #include <functional>
 #include <string>
 #include <utility>

@@ -36,49 +36,38 @@ struct Ear : SessionScript {
     hearsFrom(60);
   }
 
-  void calibrate(const ORNManualHearingTest::Record& record) {
-    session->setAb(record);
-    session->setRightVolue(record);
-  }
-
   std::shared_ptr<Bundles> bundles = std::make_shared<Bundles>();
 };
 
 struct Way {
-  const char* name;
-  const char* told;
+  std::string name, told;
   std::function<void(Ear&, bool isBroken)> set;
   std::vector<SessionScript::Path> paths{SessionScript::Earphones, SessionScript::Audiometer};
 };
 
-ORNManualHearingTest::Record withoutValue() {
-  const auto record = SessionScript::record("-60");
-  record->setS1000(std::nullopt);
-  return record;
-}
-
 /// Puts a record in place of the good one.
-std::function<void(Ear&, bool)> calibration(const std::function<ORNManualHearingTest::Record()>& broken) {
-  return [broken](Ear& ear, bool isBroken) { ear.calibrate(isBroken ? broken() : SessionScript::record("-60")); };
+std::function<void(Ear&, bool)> calibration(const ORNManualHearingTest::Record& broken) {
+  return [broken](Ear& ear, bool isBroken) {
+    const auto record = isBroken ? broken : SessionScript::record("-60");
+    ear.session->setAb(record);
+    ear.session->setRightVolue(record);
+  };
 }
 
-const Way kNoDevice{"no device", "output",
+const Way kNoDevice{"no device", " R missing output",
                     [](Ear& ear, bool isBroken) { ear.machine.audioOutput->setDevicePresent(!isBroken); }};
-const Way kHeldBack{"held back", "output",
+const Way kHeldBack{"held back", " R missing output",
                     [](Ear& ear, bool isBroken) { ear.machine.audioOutput->setHeldBack(isBroken); }};
 const Way kOutputs[] = {kNoDevice, kHeldBack};
 
 const Way kWays[] = {
     kNoDevice,
     kHeldBack,
-    {"no record", "calibration", calibration([] { return nullptr; })},
-    {"no value", "calibration", calibration(withoutValue)},
-    {"no amplitude",
-     "calibration",
-     calibration([] { return SessionScript::record("1e9"); }),
-     {SessionScript::Audiometer}},
+    {"no record", " R missing calibration", calibration(nullptr)},
+    {"no value", " R missing calibration", calibration(std::make_shared<ORNDeviceVolumeIOS>())},
+    {"no amplitude", " R missing calibration", calibration(SessionScript::record("1e9")), {SessionScript::Audiometer}},
     {"no tone files",
-     "recording",
+     " R missing recording",
      [](Ear& ear, bool isBroken) { ear.bundles->areShipped = !isBroken; },
      {SessionScript::Earphones}},
 };
@@ -87,7 +76,7 @@ void forEach(std::span<const Way> ways, const std::function<void(Ear&, const Way
   for (const Way& way : ways) {
     for (const auto path : way.paths) {
       for (const auto type : {SessionScript::Auto, SessionScript::Standard}) {
-        SCOPED_TRACE(std::string(way.name) + " path " + std::to_string(path) + " type " + std::to_string(type));
+        SCOPED_TRACE(way.name + " path " + std::to_string(path) + " type " + std::to_string(type));
         Ear ear(type, path);
         meet(ear, way);
       }
@@ -95,10 +84,9 @@ void forEach(std::span<const Way> ways, const std::function<void(Ear&, const Way
   }
 }
 
-std::string firstTone(const Ear& ear) {
-  const bool isStandard = ear.session->hzs().size() > 1;
-  return std::string(" R 1000hz ") + (isStandard ? "60db" : "40db");
-}
+bool isStandard(const Ear& ear) { return ear.session->hzs().size() > 1; }
+
+std::string firstTone(const Ear& ear) { return isStandard(ear) ? " R 1000hz 60db" : " R 1000hz 40db"; }
 
 /// Runs until the first threshold and expects the true one.
 void expectTruth(Ear& ear) {
@@ -112,15 +100,14 @@ void expectTruth(Ear& ear) {
 
 TEST(Silence, FromTheStartIsToldAndNotJudgedAndEndsWhereTheTestBegan) {
   forEach(kWays, [](Ear& ear, const Way& way) {
-    const std::string missing = std::string(" R missing ") + way.told;
     way.set(ear, true);
     ear.at(10, [&] { ear.session->listened(); });
-    EXPECT_THAT(ear.traceOfEar(kRight, 20), ElementsAre("4" + missing));
+    EXPECT_THAT(ear.traceOfEar(kRight, 20), ElementsAre("4" + way.told));
     EXPECT_THAT(*ear.session->getTestResult(kRight), IsEmpty());
     EXPECT_EQ(ear.session->getTestProgress(), 0);
     EXPECT_EQ(ear.loudest(0, 20), 0);
     ear.session->continueTest();
-    EXPECT_THAT(ear.trace(4), ElementsAre("20" + missing));
+    EXPECT_THAT(ear.trace(4), ElementsAre("20" + way.told));
     way.set(ear, false);
     ear.session->continueTest();
     EXPECT_THAT(ear.trace(1), ElementsAre("24" + firstTone(ear)));
@@ -139,9 +126,8 @@ TEST(Silence, IsTriedAgainOncePerToneWhereTheHostContinuesWithinTheTelling) {
     };
     way.set(ear, true);
     ear.at(14, [&] { way.set(ear, false); });
-    const std::string missing = std::string(" R missing ") + way.told;
     EXPECT_THAT(ear.traceOfEar(kRight, 17),
-                ElementsAre("4" + missing, "8" + missing, "12" + missing, "16" + firstTone(ear)));
+                ElementsAre("4" + way.told, "8" + way.told, "12" + way.told, "16" + firstTone(ear)));
     EXPECT_GT(ear.loudest(16.3, 17), 0);
     expectTruth(ear);
   });
@@ -155,8 +141,7 @@ TEST(Silence, AfterAPressTakesNothingFromIt) {
         << "of the next tone";
     way.set(ear, false);
     ear.session->continueTest();
-    const bool isStandard = firstTone(ear) == " R 1000hz 60db";
-    EXPECT_THAT(ear.trace(1), ElementsAre(isStandard ? "9 R 1000hz 50db" : "9 R 1000hz 30db"));
+    EXPECT_THAT(ear.trace(1), ElementsAre(isStandard(ear) ? "9 R 1000hz 50db" : "9 R 1000hz 30db"));
   });
 }
 
@@ -205,16 +190,14 @@ TEST(Silence, OfAManualToneRecordsNothing) {
   for (const Way& way : kWays) {
     for (const auto path : way.paths) {
       Ear ear(SessionScript::Manual, path);
-      way.set(ear, true);
       ear.session->startTest(kRight);
-      ear.session->playAtHz("1000hz", "60");
-      ear.session->listened();
-      EXPECT_THAT(ear.takeTrace(), ElementsAre(std::string("0 R missing ") + way.told)) << way.name;
-      way.set(ear, false);
-      ear.session->playAtHz("1000hz", "60");
-      ear.session->listened();
-      EXPECT_THAT(ear.takeTrace(), ElementsAre("0 R 1000hz 60db", "0 R -> 1000hz 60db", "0 R complete 1000hz=60"))
-          << way.name;
+      for (const bool isBroken : {true, false}) {
+        way.set(ear, isBroken);
+        ear.session->playAtHz("1000hz", "60");
+        ear.session->listened();
+        const Lines whole{"0 R 1000hz 60db", "0 R -> 1000hz 60db", "0 R complete 1000hz=60"};
+        EXPECT_EQ(ear.takeTrace(), isBroken ? Lines{"0" + way.told} : whole) << way.name;
+      }
     }
   }
 }

@@ -21,11 +21,6 @@ struct StandardTest : SessionScript {
     };
   }
 
-  /// The retest comes after the threshold at 8000 Hz, and gives the fifth threshold.
-  void runUntilSettled(int count) {
-    machine.virtualTime->runUntil([&] { return settled == count; }, std::chrono::seconds(500));
-  }
-
   std::string thresholds;
   int settled = 0;
   bool isHasty = false;  // the host presses when it is told of the retest's threshold
@@ -36,21 +31,16 @@ struct Retested : StandardTest {
   explicit Retested(const std::string& letters, Path path = Earphones, bool hasty = false) : StandardTest(path) {
     isHasty = hasty;
     onTone = [this](const std::string& hz, const std::string& db, float gain) {
-      if (settled == 4 && levels.empty()) meetsRetest(gain);
+      if (settled == 4 && levels.empty()) volume = gain, pan = quiet1000->pan(), progress = session->getTestProgress();
       if (settled == 4) levels += std::to_string(std::atoi(db.c_str())) + " ";
       if (settled == 5 && hz == "500hz") tones.push_back(now());
     };
     presses(std::string(4 * 7, 'N') + letters);
     session->startTest(kRight);
-    runUntilSettled(5);
+    // The retest comes after the threshold at 8000 Hz, and gives the fifth threshold.
+    machine.virtualTime->runUntil([&] { return settled == 5; }, std::chrono::seconds(500));
     acceptance = now();
     run(3.9);
-  }
-
-  void meetsRetest(float gain) {
-    volume = gain;
-    pan = quiet1000->pan();
-    progress = session->getTestProgress();
   }
 
   std::string levels;

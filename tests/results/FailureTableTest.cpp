@@ -18,7 +18,7 @@ std::string heardBy(const std::string& operation, const std::function<void(Servi
   service(script);
   std::string heard;
   bool isWithin = true;
-  serviceOperation(operation).start([&](const std::string& what) {
+  serviceOperations().at(operation)([&](const std::string& what) {
     if (!heard.empty()) heard += " again ";
     heard += (isWithin ? "within the call: " : "") + what;
   });
@@ -128,17 +128,17 @@ TEST(FailureTable, CallbacksComeOnTheMainThreadFromItsLoop) {
   for (const URLReply& reply : {URLReply{R"({"rspCode":0,"listenTests":[1],"deviceVolumeIOS":[{"ear":1}]})", {}},
                                 URLReply{"<html>", {}}, URLReply{{}, Error{"transport", 7, "gone"}}}) {
     session->reply = reply;
-    for (const auto& operation : serviceOperations()) {
+    for (const auto& [name, start] : serviceOperations()) {
       ServiceScript script;
       script.knowsUser();
       Platform platform = script.machine.platform();
       platform.urlSession = session;
       Platform::setCurrent(platform);
       std::vector<std::thread::id> calledOn;
-      operation.start([&](const std::string&) { calledOn.push_back(std::this_thread::get_id()); });
-      EXPECT_THAT(calledOn, ElementsAre()) << operation.name << " called back outside the loop";
+      start([&](const std::string&) { calledOn.push_back(std::this_thread::get_id()); });
+      EXPECT_THAT(calledOn, ElementsAre()) << name << " called back outside the loop";
       script.run();
-      EXPECT_THAT(calledOn, ElementsAre(std::this_thread::get_id())) << operation.name;
+      EXPECT_THAT(calledOn, ElementsAre(std::this_thread::get_id())) << name;
     }
   }
 }

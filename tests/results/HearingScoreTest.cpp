@@ -1,7 +1,6 @@
 #include <chrono>
 #include <cstdint>
 #include <limits>
-#include <optional>
 #include <random>
 #include <string>
 #include <utility>

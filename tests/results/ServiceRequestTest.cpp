@@ -34,7 +34,6 @@ json submission(const json& changed) {
 
 struct ServiceRequest : testing::Test, ServiceScript {
   ServiceRequest() {
-    *machine.device = {};
     machine.device->givenMachine = "Phone1,1";
     machine.device->givenSystemVersion = "9.9";
     machine.device->givenApplicationIdentifier = "org.example.host";
@@ -43,7 +42,7 @@ struct ServiceRequest : testing::Test, ServiceScript {
 
   URLRequest requestOf(const std::string& operation) {
     const auto before = requestCount();
-    serviceOperation(operation).start([](auto&&) {});
+    serviceOperations().at(operation)([](auto&&) {});
     run();  // a request still under way would keep the loop alive
     if (requestCount() == before + 1) return machine.urlSession->requests().back();
     ADD_FAILURE() << operation << " sent nothing";

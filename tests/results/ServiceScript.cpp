@@ -1,8 +1,6 @@
 #include "ServiceScript.h"
 
-#include <algorithm>
 #include <chrono>
-#include <memory>
 
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
 #include <ORNHearingTestSDK/results/ResultSubmission.h>
@@ -42,23 +40,24 @@ std::string told(const std::optional<Error>& error, const json& list) {
   return list.is_null() ? text : text + " " + list.dump();
 }
 
-std::vector<ServiceOperation> serviceOperations() {
+ServiceOperations serviceOperations() {
   static const EarResult left{{"1000hz", "40"}}, right{{"1000hz", "35"}, {"2000hz", "30"}};
   static const auto birthday = std::chrono::system_clock::time_point(std::chrono::hours(12));
   static const std::string address = "AA:BB:CC:DD:EE:FF";
   using Failure = std::optional<Error>;
-  const auto tells = [](const Done& done) { return [done](const Failure& error) { done(told(error)); }; };
-  const auto lists = [](const Done& done) {
-    return [done](const Failure& error, const json& list) { done(told(error, list)); };
+  const auto tells = [](const Done& done) {
+    return [done](const Failure& error, const json& list = nullptr) { done(told(error, list)); };
   };
   // A session lives as long as something waits for its answer.
-  const auto session = [](const Done& done) {
-    const auto made = ORNManualHearingTest::init();
-    return std::pair(made.get(), [done, made](const Failure& error, auto&&...) { done(told(error)); });
+  const auto inSession = [](const auto& ask) {
+    return [ask](const Done& done) {
+      const auto session = ORNManualHearingTest::init();
+      ask(*session, [done, session](const Failure& error, auto&&...) { done(told(error)); });
+    };
   };
   return {
-      {"getListenTest", [=](const Done& done) { ORNHearingTest::getListenTestWithCompletion(lists(done)); }},
-      {"fetch history", [=](const Done& done) { TestHistory::fetch(lists(done)); }},
+      {"getListenTest", [=](const Done& done) { ORNHearingTest::getListenTestWithCompletion(tells(done)); }},
+      {"fetch history", [=](const Done& done) { TestHistory::fetch(tells(done)); }},
       {"listenTest",
        [](const Done& done) {
          ORNHearingTest::listenTestWithLeft(left, right, "model",
@@ -74,27 +73,10 @@ std::vector<ServiceOperation> serviceOperations() {
        [=](const Done& done) { ORNHearingTest::setAppUserID("id", "name", true, birthday, "phone", tells(done)); }},
       {"registerUser",
        [=](const Done& done) { UserProfile::registerUser("id", "name", true, birthday, "phone", tells(done)); }},
-      {"setKV50MAC",
-       [=](const Done& done) {
-         const auto [made, tell] = session(done);
-         made->setKV50MAC(address, tell);
-       }},
-      {"getTestHistoryByMAC",
-       [=](const Done& done) {
-         const auto [made, tell] = session(done);
-         made->getTestHistoryByMAC(address, tell);
-       }},
-      {"setEarPlugModel",
-       [=](const Done& done) {
-         const auto [made, tell] = session(done);
-         made->setEarPlugModel("1", tell);
-       }},
+      {"setKV50MAC", inSession([](auto& session, auto done) { session.setKV50MAC(address, done); })},
+      {"getTestHistoryByMAC", inSession([](auto& session, auto done) { session.getTestHistoryByMAC(address, done); })},
+      {"setEarPlugModel", inSession([](auto& session, auto done) { session.setEarPlugModel("1", done); })},
   };
-}
-
-ServiceOperation serviceOperation(const std::string& name) {
-  const auto all = serviceOperations();
-  return *std::find_if(all.begin(), all.end(), [&](const ServiceOperation& one) { return one.name == name; });
 }
 
 }  // namespace orn

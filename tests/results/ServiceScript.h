@@ -1,12 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
@@ -38,14 +37,8 @@ struct ServiceScript {
 /// What a callback was told, such as "ok", "transport 7 gone", "json", "service" and, with a list, "ok [1,2]".
 std::string told(const std::optional<Error>& error, const nlohmann::json& list = nullptr);
 
-/// An operation that asks the service; `done` is told what its callback was told.
-struct ServiceOperation {
-  std::string name;
-  std::function<void(std::function<void(const std::string&)> done)> start;
-};
-
-/// All operations, each with the same sample arguments.
-std::vector<ServiceOperation> serviceOperations();
-ServiceOperation serviceOperation(const std::string& name);
+/// All operations that ask the service, each with the same sample arguments; `done` is told what its callback was told.
+using ServiceOperations = std::map<std::string, std::function<void(std::function<void(const std::string&)> done)>>;
+ServiceOperations serviceOperations();
 
 }  // namespace orn

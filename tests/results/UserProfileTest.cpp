@@ -14,16 +14,11 @@ namespace {
 using namespace std::chrono_literals;
 using namespace std::string_literals;
 using nlohmann::json;
+using std::chrono::sys_days;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Date = std::chrono::system_clock::time_point;
-
-constexpr Date date(int year, unsigned month, unsigned day, std::chrono::nanoseconds time = {}) {
-  using namespace std::chrono;
-  const sys_days day0 = std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day);
-  return floor<Date::duration>(day0 + time);
-}
 
 struct SetAppUserID : testing::Test, ServiceScript {
   std::vector<std::string> heard;
@@ -46,10 +41,10 @@ struct SetAppUserID : testing::Test, ServiceScript {
 };
 
 TEST_F(SetAppUserID, StoresWhatItWasGivenWhateverTheServiceAnswersInJson) {
-  const Date birthday = date(1980, 3, 5, 13h + 45min + 7s + 250ms);
+  const Date birthday = sys_days(1980y / 3 / 5) + 13h + 45min + 7s + 250ms;
   for (const char* reply : {"{\"rspCode\":0}", "{\"rspCode\":1,\"rspDesc\":\"no\"}", "[]"}) {
     answers(reply);
-    call("other", "other", false, date(2000, 1, 1), "other");
+    call("other", "other", false, sys_days(2000y / 1 / 1), "other");
     run();
     call("id", "\u5f20", true, birthday, "+1");
     EXPECT_EQ(stored().front(), DefaultsValue("other"s)) << "nothing is stored before the reply";
@@ -65,16 +60,16 @@ TEST_F(SetAppUserID, StoresNothingWhereTheServiceAnswersNoJson) {
                                          [&] { machine.userDefaults->removeValue("SERVICEHOST"); }};
   for (const auto& happens : table) {
     happens();
-    call("new", "new", false, date(1990, 1, 1), "2");
+    call("new", "new", false, sys_days(1990y / 1 / 1), "2");
     run();
     EXPECT_THAT(stored(), Each(std::nullopt));
   }
 }
 
 TEST_F(SetAppUserID, NeedsAnIdABirthdayAndAPhone) {
-  call({}, "name", true, date(1980, 3, 5), "1");
+  call({}, "name", true, sys_days(1980y / 3 / 5), "1");
   call("id", "name", true, {}, "1");
-  call("id", "name", true, date(1980, 3, 5), {});
+  call("id", "name", true, sys_days(1980y / 3 / 5), {});
   run();
   EXPECT_THAT(heard, IsEmpty());
   UserProfile::registerUser("id", "name", true, {}, "1", [this](const auto& error) { heard.push_back(told(error)); });
@@ -83,21 +78,13 @@ TEST_F(SetAppUserID, NeedsAnIdABirthdayAndAPhone) {
   EXPECT_EQ(requestCount(), 0U);
 }
 
-TEST_F(SetAppUserID, AUserNameMayBeMissing) {
-  call("id", {}, false, date(1980, 3, 5), "1");
-  run();
-  EXPECT_EQ(sent().at("username"), "");
-  EXPECT_EQ(sent().at("gender"), "0");
-  EXPECT_EQ(stored().back(), DefaultsValue(""s));
-}
-
-TEST_F(SetAppUserID, BirthdayGoesOutAsADayOfTheLocalZone) {
+TEST_F(SetAppUserID, TheBirthdayGoesOutAsADayOfTheLocalZoneAndTheNameMayBeMissing) {
   const std::tuple<const char*, Date, const char*> table[] = {
-      {"UTC0", date(1980, 3, 5, -1ns), "19800304"},
-      {"CST-8", date(1980, 3, 4, 16h), "19800305"},
-      {"CST-8", date(1980, 3, 4, 16h - 1ns), "19800304"},
-      {"PST8", date(1980, 3, 5, 7h), "19800304"},
-      {"UTC0", date(1900, 2, 28), "19000228"},
+      {"UTC0", sys_days(1980y / 3 / 5) - 1us, "19800304"},
+      {"CST-8", sys_days(1980y / 3 / 4) + 16h, "19800305"},
+      {"CST-8", sys_days(1980y / 3 / 4) + 16h - 1us, "19800304"},
+      {"PST8", sys_days(1980y / 3 / 5) + 7h, "19800304"},
+      {"UTC0", sys_days(1900y / 2 / 28), "19000228"},
   };
   for (const auto& [zone, birthday, text] : table) {
     setenv("TZ", zone, 1);
@@ -105,6 +92,9 @@ TEST_F(SetAppUserID, BirthdayGoesOutAsADayOfTheLocalZone) {
     call("id", {}, false, birthday, "1");
     run();
     EXPECT_EQ(sent().at("birthday"), text) << zone;
+    EXPECT_EQ(sent().at("username"), "");
+    EXPECT_EQ(sent().at("gender"), "0");
+    EXPECT_EQ(stored().back(), DefaultsValue(""s));
   }
   unsetenv("TZ");
   tzset();
