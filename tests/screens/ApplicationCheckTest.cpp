@@ -10,7 +10,6 @@ namespace {
 struct CheckedApplication : ScriptedApplication {
   explicit CheckedApplication(int checkedRow) : ScriptedApplication(checkedRow) {
     machine.userDefaults->removeValue(kCheckedDevicesDefault);
-    machine.audioSession->setOutputVolume(kUsersVolume);
     EXPECT_TRUE(isAskedFor());
     EXPECT_EQ(volume(), 1);
   }

@@ -15,8 +15,7 @@ namespace {
 constexpr auto kSubmission = "/sdkJonDiagnose2/", kHistory = "/acquireListenTest";
 const std::string kTaken = R"({"rspCode":0})";
 
-class ApplicationResults : public testing::TestWithParam<int> {
- protected:
+struct ApplicationResults : testing::TestWithParam<int> {
   ScriptedApplication app{GetParam()};
 };
 INSTANTIATE_TEST_SUITE_P(Rows, ApplicationResults, testing::Values(0, 1));

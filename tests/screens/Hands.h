@@ -89,7 +89,7 @@ struct Hands {
   }
   void click(const QString& buttonName) {
     SCOPED_TRACE(buttonName.toStdString());
-    click(button(buttonName));
+    isByFinger ? touch(button(buttonName)) : click(button(buttonName));
   }
   /// Replaces the field's text.
   void type(const QString& field, const QString& text) {
@@ -121,6 +121,8 @@ struct Hands {
     QTest::keyClick(shown().windowHandle(), key);
     settle();
   }
+
+  bool isByFinger = false;  ///< How the buttons are pressed whose names are given.
 };
 
 }  // namespace orn

@@ -7,11 +7,8 @@
 #include <optional>
 #include <string>
 
-#include <gmock/gmock.h>
-
 #include <ORNHearingTestSDK/platform/simulated/SimulatedPlatform.h>
 #include <ORNHearingTestSDK/screens/NavigationController.h>
-#include <ORNHearingTestSDK/screens/NavigationWindow.h>
 #include <ORNHearingTestSDK/screens/ORNHearingTestViewController.h>
 #include <ORNHearingTestSDK/screens/ORNSelectTypeViewController.h>
 
@@ -32,7 +29,9 @@ inline std::string calibration(int row) {
 
 /// A user of a simulated machine, where time is virtual and replies are scripted.
 struct MachineHands : Hands {
-  MachineHands() { machine.audioSession->setOutputVolume(kUsersVolume); }
+  explicit MachineHands(const SimulatedPlatform& itsMachine = SimulatedPlatform()) : machine(itsMachine) {
+    machine.audioSession->setOutputVolume(kUsersVolume);
+  }
 
   /// What the service answers from now on, to all requests or to those for one operation; nothing: a lost connection.
   void answers(const std::optional<std::string>& body, int milliseconds = 10, const std::string& operation = "") {
@@ -59,6 +58,10 @@ struct MachineHands : Hands {
     settle();
     machine.virtualTime->runFor(std::chrono::round<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds)));
     settle();
+  }
+  void clickAndWait(const QString& name) {
+    click(name);
+    run();
   }
   void until(const QString& text) {
     EXPECT_TRUE(machine.virtualTime->runUntil([&] { return sees(text); }, std::chrono::seconds(600)))
@@ -108,14 +111,12 @@ struct ScreensScript : MachineHands {
 
   NavigationWindow& shown() const override { return *window; }
   QAbstractButton* heardButton() const { return button("听到了"); }
-  void clickRow(int row) { click(kRows[row]); }
 
   /// Connects a device and opens its test, up to the instruction.
   void openTest(int row) {
     plug(row);
     answers(calibration(row));
-    clickRow(row);
-    run();
+    clickAndWait(kRows[row]);
   }
   void startTest(int row) {
     openTest(row);

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <string>
-
 #include <QtGui/QGuiApplication>
 
 #include "ScreensScript.h"
@@ -19,9 +15,27 @@ inline void knowDevices(const SimulatedPlatform& machine) {
                                  std::string("AA:BB:CC:DD:EE:FF\nHeadphones Wired Headphones\n"));
 }
 
-/// The application with a scripted service and one device, which is known by its row; it can be closed and opened again
-/// on the same machine.
-struct ScriptedApplication : MachineHands {
+/// A user of the application, which can be closed and opened again on the same machine.
+struct ApplicationHands : MachineHands {
+  using MachineHands::MachineHands;
+  virtual Platform platform() const { return machine.platform(); }
+  NavigationWindow& shown() const override { return host->window(); }
+
+  void open(const std::optional<Profile>& profile = {}, Mode mode = Mode::Real,
+            const std::function<void()>& whenShown = {}) {
+    host.reset();
+    host = std::make_unique<HostApplication>(platform(), profile, mode);
+    host->onOtherMode = onOtherMode;
+    host->open(whenShown);
+    run();
+  }
+
+  std::function<void()> onOtherMode;
+  std::unique_ptr<HostApplication> host;
+};
+
+/// The application with a scripted service and one device, which is known by its row.
+struct ScriptedApplication : ApplicationHands {
   explicit ScriptedApplication(int testedRow) : row(testedRow) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     machine.userDefaults->setValue("SERVICEHOST", std::string("service.example"));
@@ -35,18 +49,7 @@ struct ScriptedApplication : MachineHands {
     host.reset();
     QGuiApplication::setQuitOnLastWindowClosed(true);
   }
-  NavigationWindow& shown() const override { return host->window(); }
 
-  void open(const std::optional<Profile>& profile = {}) {
-    host.reset();
-    host = std::make_unique<HostApplication>(machine.platform(), profile);
-    host->open();
-    run();
-  }
-  void clickAndWait(const QString& name) {
-    click(name);
-    run();
-  }
   void startTest() {
     clickAndWait(kRows[row]);
     clickAndWait(kReady);
@@ -60,7 +63,6 @@ struct ScriptedApplication : MachineHands {
   }
 
   const int row;
-  std::unique_ptr<HostApplication> host;
 };
 
 }  // namespace orn

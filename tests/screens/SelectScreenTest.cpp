@@ -32,8 +32,7 @@ TEST(SelectScreen, RouteDecidesWhatTheRowsSayAndDo) {
     for (const int row : {0, 1}) {
       const bool isThere = row == 0 ? isAudiometerThere : areEarphonesThere;
       script.answers(calibration(row));
-      script.clickRow(row);
-      script.run();
+      script.clickAndWait(kRows[row]);
       EXPECT_EQ(script.title(), isThere ? "右耳测试" : "选择设备");
       EXPECT_TRUE(isThere || script.alert() == kRefusals[row]);
       isThere ? script.test()->dismiss() : script.click("好的");
@@ -44,90 +43,88 @@ TEST(SelectScreen, RouteDecidesWhatTheRowsSayAndDo) {
   }
 }
 
-class Rows : public testing::TestWithParam<int> {
- protected:
-  Rows() { script.plug(row); }
+struct Rows : testing::TestWithParam<int>, ScreensScript {
+  Rows() { plug(row); }
   const int row = GetParam();
-  ScreensScript script;
 };
 INSTANTIATE_TEST_SUITE_P(SelectScreen, Rows, testing::Values(0, 1));
 
 TEST_P(Rows, AreClosedWhileTheirCalibrationIsFetched) {
-  script.answers(std::nullopt, 5000);
+  answers(std::nullopt, 5000);
   for (const std::size_t round : {1U, 2U}) {  // the row can be tapped again after a failure
-    for (int tap = 0; tap < 3; ++tap) script.clickRow(row);
-    script.run(3);
-    script.clickRow(row);
-    EXPECT_EQ(script.requests(), round);
-    script.run(3);
-    EXPECT_EQ(script.title(), "选择设备");
-    EXPECT_EQ(script.alert(), "") << "a failure is not told";
+    for (int tap = 0; tap < 3; ++tap) click(kRows[row]);
+    run(3);
+    click(kRows[row]);
+    EXPECT_EQ(requests(), round);
+    run(3);
+    EXPECT_EQ(title(), "选择设备");
+    EXPECT_EQ(alert(), "") << "a failure is not told";
   }
-  script.answers(calibration(row), 5000);
-  script.clickRow(row);
-  const std::weak_ptr<Screen> select = script.select;
-  script.select.reset();
-  script.window = std::make_unique<NavigationWindow>();
-  script.run(6);
-  EXPECT_TRUE(select.expired()) << "closed while the calibration is fetched";
-  EXPECT_EQ(script.volume(), kUsersVolume) << "no test was shown";
+  answers(calibration(row), 5000);
+  click(kRows[row]);
+  const std::weak_ptr<Screen> closed = select;
+  select.reset();
+  window = std::make_unique<NavigationWindow>();
+  run(6);
+  EXPECT_TRUE(closed.expired()) << "closed while the calibration is fetched";
+  EXPECT_EQ(volume(), kUsersVolume) << "no test was shown";
 }
 
 TEST_P(Rows, SayWhatTakesAMomentAndLetItBeGivenUp) {
-  QWidget* cell = script.button(kRows[row]);
+  QWidget* cell = button(kRows[row]);
   const QRect pictureAndTitle(0, 0, 180, cell->height() / 2);
-  script.clickRow(row);  // nothing answers, and the row has the keyboard focus
-  script.run(6);
+  click(kRows[row]);  // nothing answers, and the row has the keyboard focus
+  run(6);
   const QImage before = cell->grab(pictureAndTitle).toImage();
-  script.answers(calibration(row), 5000);
+  answers(calibration(row), 5000);
   for (const bool byKey : {false, true}) {
-    script.clickRow(row);
+    click(kRows[row]);
     for (const bool isSaid : {false, true}) {
-      script.run(0.2);
-      EXPECT_EQ(script.button("取消") != nullptr, isSaid);
+      run(0.2);
+      EXPECT_EQ(button("取消") != nullptr, isSaid);
     }
     EXPECT_EQ(cell->accessibleDescription(), "正在获取校准数据…");
     EXPECT_TRUE(cell->grab(pictureAndTitle).toImage() == before) << "the row looks as it did";
-    byKey ? script.key(Qt::Key_Escape) : script.click("取消");
-    EXPECT_TRUE(!script.button("取消") && cell->hasFocus());
-    script.run(0.6);
+    byKey ? key(Qt::Key_Escape) : click("取消");
+    EXPECT_TRUE(!button("取消") && cell->hasFocus());
+    run(0.6);
   }
-  script.key(Qt::Key_Return);  // again at once
-  script.run(4.2);
-  EXPECT_EQ(script.title(), "选择设备") << "what was given up opens no test";
-  const std::size_t requests = script.requests();
-  script.clickRow(row);
-  EXPECT_EQ(script.requests(), requests) << "nor the row";
-  script.run();
-  EXPECT_EQ(script.title(), "右耳测试");
+  key(Qt::Key_Return);  // again at once
+  run(4.2);
+  EXPECT_EQ(title(), "选择设备") << "what was given up opens no test";
+  const std::size_t asked = requests();
+  click(kRows[row]);
+  EXPECT_EQ(requests(), asked) << "nor the row";
+  run();
+  EXPECT_EQ(title(), "右耳测试");
 }
 
 TEST_P(Rows, TappedWhileAnotherOnesCalibrationIsFetchedOpenWithTheirOwn) {
   for (const int tapped : {row, 1 - row}) {
-    script.plug(tapped);
-    script.answers(calibration(tapped), tapped == row ? 3000 : 5000);
-    script.clickRow(tapped);
+    plug(tapped);
+    answers(calibration(tapped), tapped == row ? 3000 : 5000);
+    click(kRows[tapped]);
   }
-  for (const char* title : {"选择设备", "右耳测试"}) {
-    script.run(3);
-    EXPECT_EQ(script.title(), title);
+  for (const char* shownThen : {"选择设备", "右耳测试"}) {
+    run(3);
+    EXPECT_EQ(title(), shownThen);
   }
-  EXPECT_EQ(script.test()->test()->earPlugModel().has_value(), row == 0);
+  EXPECT_EQ(test()->test()->earPlugModel().has_value(), row == 0);
 }
 
 TEST_P(Rows, OpenByACachedCalibrationForTheAudiometerAndNotForEarphones) {
-  script.startTest(row);
-  script.test()->dismiss();
-  script.run();
-  script.clickRow(row);
-  script.plug(row);
-  EXPECT_EQ(script.requests(), 1U);
-  EXPECT_EQ(script.title(), row == 0 ? "右耳测试" : "选择设备");
+  startTest(row);
+  test()->dismiss();
+  run();
+  click(kRows[row]);
+  plug(row);
+  EXPECT_EQ(requests(), 1U);
+  EXPECT_EQ(title(), row == 0 ? "右耳测试" : "选择设备");
   if (row == 0) return;
-  script.button(kRows[1])->click();  // as a screen reader does
-  script.run();
-  EXPECT_EQ(script.title(), "选择设备") << "a reload does not open it";
-  EXPECT_FALSE(script.button("取消")) << "nothing is on its way";
+  button(kRows[1])->click();  // as a screen reader does
+  run();
+  EXPECT_EQ(title(), "选择设备") << "a reload does not open it";
+  EXPECT_FALSE(button("取消")) << "nothing is on its way";
 }
 
 TEST(SelectScreen, DirectStartAsksForNoDevice) {

@@ -4,7 +4,6 @@
 #include <ORNHearingTestSDK/calibration/CalibrationRoles.h>
 #include <ORNHearingTestSDK/calibration/ORNDeviceCorrect.h>
 #include <ORNHearingTestSDK/engine/ORNManualHearingTest.h>
-#include <ORNHearingTestSDK/platform/AudioSession.h>
 #include <ORNHearingTestSDK/screens/ChessboardView.h>
 #include <ORNHearingTestSDK/screens/ORNTestResultViewController.h>
 
@@ -34,8 +33,7 @@ void takeRightEar(ScreensScript& script) {
   takeEar(script, *script.test()->rightChessView(), {{"500hz", 30}, {"1000hz", 35}, {"2000hz", 45}, {"4000hz", 65}});
 }
 
-class BothPaths : public testing::TestWithParam<int> {
- protected:
+struct BothPaths : testing::TestWithParam<int> {
   void expectClosedInSilence(float volume) {
     EXPECT_EQ(script.alert(), "") << "goes with its test";
     EXPECT_FALSE(script.sounds(30));
@@ -142,6 +140,8 @@ TEST_P(BothPaths, LostDeviceLeadsOnlyToTheEnd) {
   expectClosedInSilence(kUsersVolume);
 }
 
+using Script = ScreensScript;
+
 /// A drag in steps that stay within the button, which follows it.
 void dragHeardButton(ScreensScript& script, QPoint by, int steps) {
   QWindow* handle = script.window->windowHandle();
@@ -153,7 +153,6 @@ void dragHeardButton(ScreensScript& script, QPoint by, int steps) {
 }
 
 TEST(TestScreen, PressesDecideTheNextTone) {
-  using Script = ScreensScript;
   const std::tuple<const char*, std::function<void(Script&)>, int> table[] = {
       {"mouse", [](Script& script) { script.click(script.heardButton()); }, 3},
       {"finger", [](Script& script) { script.touch(script.heardButton()); }, 3},
@@ -177,7 +176,6 @@ TEST(TestScreen, PressesDecideTheNextTone) {
 }
 
 TEST(TestScreen, ClosesAtAnyMomentInSilenceAndLeavesNothing) {
-  using Script = ScreensScript;
   const std::function<void(Script&)> waysToClose[] = {
       [](Script& script) { script.test()->dismiss(); },
       [](Script& script) {
@@ -207,7 +205,6 @@ TEST(TestScreen, ClosesAtAnyMomentInSilenceAndLeavesNothing) {
 }
 
 TEST(TestScreen, ClosingTheWindowInMidTestAsksFirst) {
-  using Script = ScreensScript;
   const auto close = [](Script& script) { script.window->close(), script.run(0.1); };
   const std::tuple<const char*, std::function<void(Script&)>, bool> table[] = {
       {"in mid-test", close, false},
@@ -272,8 +269,7 @@ TEST(TestScreen, AToneThatDoesNotSoundIsToldOnceWithItsReason) {
       script.test()->hearingTestDelegate()->toneMissing(*script.test()->test(), reason, isLeft);
     }
     EXPECT_EQ(script.alert(), "温馨提示|" + text + "|我知道了");
-    script.click(kIsee);
-    script.run();
+    script.clickAndWait(kIsee);
     EXPECT_TRUE(script.alert().isEmpty() && script.title() == "选择设备");
   }
 }
@@ -313,8 +309,7 @@ TEST(TestScreen, BoardsTakeTouchesInAManualTestOnly) {
     EXPECT_EQ(script.sounds(0.5), type == 1) << type;
     EXPECT_EQ(board->currentTestPointBack() == QPointF(1, 5), type == 1) << type;
     script.click("取消");  // pushed, not presented: it goes back to the screen before
-    script.click("结束测试");
-    script.run();
+    script.clickAndWait("结束测试");
     EXPECT_EQ(script.title(), "选择设备");
   }
 }
