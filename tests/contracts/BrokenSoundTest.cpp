@@ -20,12 +20,11 @@ using Buffer = AudioQueueBuffer;
 using Observer = std::shared_ptr<const AudioSessionObserver>;
 
 const std::error_code kFine;
-std::vector<std::shared_ptr<AudioQueue>> queuesKept;
-std::vector<std::shared_ptr<AudioOutput>> outputsKept;
+std::vector<std::shared_ptr<void>> keptForGood;
 
 struct BrokenQueue final : AudioQueue {
   ~BrokenQueue() override {
-    if (breaks("the destructor")) queuesKept.push_back(real);
+    if (breaks("the destructor")) keptForGood.push_back(real);
   }
 
   /// What the real queue calls instead of the callback.
@@ -225,7 +224,7 @@ struct BrokenSession final : AudioSession {
 
 AudioUnderTest brokenSound() {
   AudioUnderTest copy = example::audio();
-  if (breaks("what an output made")) outputsKept.push_back(copy.output);
+  if (breaks("what an output made")) keptForGood.push_back(copy.output);
   return brokenIn<BrokenOutput>(copy, &AudioUnderTest::output);
 }
 

@@ -73,8 +73,6 @@ TEST(ORNListenTest, ATimeIsShownAsItIsOrNotAtAll) {
                                                   {-1e99, ""},
                                                   {NAN, ""}};
   for (const auto& [createDate, text] : table) EXPECT_EQ(testTimeText(createDate), text) << createDate;
-  unsetenv("TZ");
-  tzset();
 }
 
 TEST(ORNListenTest, ArchiveRoundTrip) {

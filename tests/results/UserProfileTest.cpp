@@ -96,8 +96,6 @@ TEST_F(SetAppUserID, TheBirthdayGoesOutAsADayOfTheLocalZoneAndTheNameMayBeMissin
     EXPECT_EQ(sent().at("gender"), "0");
     EXPECT_EQ(stored().back(), DefaultsValue(""s));
   }
-  unsetenv("TZ");
-  tzset();
 }
 
 TEST(Birthday, IsReadAsPeopleWriteOneSince1900) {
