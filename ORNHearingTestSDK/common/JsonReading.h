@@ -16,7 +16,7 @@ inline constexpr int kDeepestJson = 64;
 bool isNestedTooDeep(std::string_view text);
 
 /// A number's whole part; numbers too large saturate, and NaN is 0.
-std::int64_t saturated(double number);
+std::int64_t saturated(double value);
 
 // Untyped values read as the type that is wanted. None of these throws, whatever the value is.
 
