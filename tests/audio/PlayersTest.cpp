@@ -169,7 +169,7 @@ class ToneBank : public Players {
     machine_.virtualTime->runFor(1s);
     tone->stop();
     std::string text;
-    for (const std::size_t channel : {0, 1}) {
+    for (const std::size_t channel : {0U, 1U}) {
       const Samples samples = channelFrom(from, channel);
       int cycles = 0;
       for (std::size_t i = 1; i < samples.size(); ++i) cycles += samples[i - 1] <= 0 && samples[i] > 0 ? 1 : 0;
