@@ -65,9 +65,9 @@ void askService(OutputPath path, const std::string& device, const std::optional<
                 const Reply records = reply.body ? ORNDeviceCorrect::initWithDictionary(dictionary) : nullptr;
                 const std::optional<Error> error = judge(reply, records);
                 if (!error && records && file && records->rspCode() == 0) {
-                  const auto kept = keptForm(path, reply, dictionary);
-                  if (kept)
+                  if (const auto kept = keptForm(path, reply, dictionary)) {
                     files->writeAtomically(*file, {reinterpret_cast<const std::uint8_t*>(kept->data()), kept->size()});
+                  }
                 }
                 main.dispatchAsync([records, assign = std::move(assign), completion = std::move(completion), error] {
                   if (!error && records) assign(*records);

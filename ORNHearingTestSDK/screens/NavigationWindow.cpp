@@ -164,7 +164,7 @@ void NavigationWindow::focusFront() {
   if (!alerts_.empty()) return alerts_.back().view->takeFocus();
   if (isCovered()) return overEverything_->setFocus();
   const auto top = front()->topScreen();
-  if (!top || top->view()->isHidden()) return;  // hidden: on its way, and told when it is there
+  if (!top || !top->view()->isVisibleTo(this)) return;  // it is on its way, and gets the keyboard once it is there
   QWidget* const last = top->view()->focusWidget();
   if (last && last != top->view() && last->isVisibleTo(this) && last->isEnabled()) {
     last->setFocus();

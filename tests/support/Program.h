@@ -35,7 +35,8 @@ class Program {
     return fgets(buffer.data(), buffer.size(), said_) ? buffer.data() : "";
   }
 
-  /// Waits for its end, which a signal may bring about. The exit status; -1 if a signal ended it.
+  /// Waits for its end, which a signal may bring about. The exit status; -1 if a signal ended it. Nobody reads what it
+  /// says meanwhile, so that a program that waits for its reader is found out.
   int end(int signal = 0) {
     if (signal != 0) kill(process_, signal);
     waitid(P_PID, static_cast<id_t>(process_), nullptr, WEXITED | WNOWAIT);

@@ -11,6 +11,19 @@ namespace orn {
 
 using namespace std::chrono_literals;
 
+namespace {
+
+/// A busy machine gets there late; a server that does not get there at all is an error.
+template <class Condition>
+void waitUntil(Condition isSo) {
+  for (int i = 0; !isSo(); ++i) {
+    if (i == 2000) throw std::runtime_error("the sound server does not answer");
+    std::this_thread::sleep_for(10ms);
+  }
+}
+
+}  // namespace
+
 TestSoundServer::TestSoundServer(ServerKind kind) : kind_(kind) { start(); }
 
 std::string TestSoundServer::address() const {
@@ -43,16 +56,13 @@ void TestSoundServer::start() {
         folder() + "/native'");
   } else {
     launch("dbus-daemon --session --nofork --address=unix:path=" + folder() + "/bus");
-    while (!std::filesystem::exists(folder() + "/bus")) std::this_thread::sleep_for(5ms);
+    waitUntil([&] { return std::filesystem::exists(folder() + "/bus"); });
     launch("pipewire");
-    while (!std::filesystem::exists(folder() + "/pipewire-0")) std::this_thread::sleep_for(5ms);
+    waitUntil([&] { return std::filesystem::exists(folder() + "/pipewire-0"); });
     launch("wireplumber");
     launch("pipewire-pulse");
   }
-  for (int i = 0; control("info").find("Default Sink") == std::string::npos; ++i) {
-    if (i == 500) throw std::runtime_error("the sound server does not answer");
-    std::this_thread::sleep_for(10ms);
-  }
+  waitUntil([&] { return control("info").find("Default Sink") != std::string::npos; });
   // A busy machine wakes the server's processes late, and without a sound card nothing is lost by longer periods.
   if (kind_ == ServerKind::PipeWire) changeMetadata("-n settings 0 clock.force-quantum 4096");
 }
@@ -88,20 +98,19 @@ std::string TestSoundServer::addSink(const std::string& name, const std::string&
                                       " rate=48000 channels=2 channel_map=front-left,front-right"
                                       " \"sink_properties=\\\"" +
                                       all + "\\\"\"");
-  for (int i = 0; i < 300 && control("list short sinks").find("\t" + name + "\t") == std::string::npos; ++i) {
-    std::this_thread::sleep_for(10ms);
-  }
   if (printed.empty() || !std::isdigit(static_cast<unsigned char>(printed[0]))) {
     throw std::runtime_error("no sink: " + printed);
   }
+  waitUntil([&] { return control("list short sinks").find("\t" + name + "\t") != std::string::npos; });
   return printed.substr(0, printed.find('\n'));
 }
 
 void TestSoundServer::setDefault(const std::string& sink) const {
-  for (int i = 0; i < 300 && control("get-default-sink").find(sink) == std::string::npos; ++i) {
-    control("set-default-sink " + sink);
-    std::this_thread::sleep_for(10ms);
-  }
+  waitUntil([&] {
+    const bool isDefault = control("get-default-sink").find(sink) != std::string::npos;
+    if (!isDefault) control("set-default-sink " + sink);
+    return isDefault;
+  });
 }
 
 void TestSoundServer::remove(const std::string& module) { control("unload-module " + module); }
