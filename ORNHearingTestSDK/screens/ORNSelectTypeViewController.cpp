@@ -92,7 +92,7 @@ void ORNSelectTypeViewController::addHeaderAndFooter() {
 void ORNSelectTypeViewController::viewDidAppear() { reloadDataOnMainThread(); }
 
 void ORNSelectTypeViewController::layOut() {
-  if (!header_ || !footer_) return;
+  if (!header_) return;
   header_->setWidth(mainScreen().width());
   footer_->setWidth(mainScreen().width());
   TableScreen::layOut();

@@ -7,6 +7,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtGui/QImage>
+#include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QLabel>
@@ -88,14 +89,37 @@ void ScreenshotScript::run(double seconds) {
   settle();
 }
 
-void ScreenshotScript::press(const QString& buttonName) {
+QAbstractButton* ScreenshotScript::button(const QString& name) const {
   QAbstractButton* newest = nullptr;  // the button of an alert goes before one that it covers
   for (QAbstractButton* one : host_->window().findChildren<QAbstractButton*>()) {
-    if (one->isVisible() && one->accessibleName() == buttonName) newest = one;
+    if (one->isVisible() && one->accessibleName() == name) newest = one;
   }
-  if (!newest) failFor("there is no button " + buttonName);
-  newest->click();
+  if (!newest) failFor("there is no button " + name);
+  return newest;
+}
+
+void ScreenshotScript::press(const QString& buttonName) {
+  button(buttonName)->click();
   run(kToRest);
+}
+
+void ScreenshotScript::holdDown(const QString& buttonName) {
+  QAbstractButton* held = button(buttonName);
+  mouse(held, QEvent::MouseButtonPress, held->rect().center());
+}
+
+void ScreenshotScript::letGo(const QString& buttonName) {
+  QAbstractButton* held = button(buttonName);
+  mouse(held, QEvent::MouseButtonRelease, held->rect().center());
+}
+
+void ScreenshotScript::key(Qt::Key key) {
+  QWidget* target = host_->window().focusWidget();
+  if (!target) failFor(QStringLiteral("nothing has the keyboard"));
+  for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+    QKeyEvent event(type, key, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &event);
+  }
 }
 
 void ScreenshotScript::pressAt(QPoint place) {

@@ -14,6 +14,8 @@
 #include "hearing-app/HostApplication.h"
 #include "hearing-app/OtherModes.h"
 
+class QAbstractButton;
+
 namespace orn {
 
 /// Drives the application on a simulated machine in virtual time, with a scripted service and a virtual listener, and
@@ -47,6 +49,13 @@ class ScreenshotScript {
   /// Clicks this place of the window, in points.
   void pressAt(QPoint place);
 
+  /// Puts the mouse's button down on the button of this name, and lets it go.
+  void holdDown(const QString& buttonName);
+  void letGo(const QString& buttonName);
+
+  /// A key to whatever has the keyboard.
+  void key(Qt::Key key);
+
   void type(const QString& fieldName, const QString& text);
 
   /// Runs until an alert or a bar says this.
@@ -63,6 +72,7 @@ class ScreenshotScript {
   ScreenListener& listener() { return *listener_; }
 
  private:
+  QAbstractButton* button(const QString& name) const;
   static void settle();
   void start(const std::optional<Profile>& profile);
 

@@ -21,6 +21,9 @@ using nlohmann::json;
 const QString kAudiometer = QStringLiteral("听力检测仪"), kEarphones = QStringLiteral("推荐耳机");
 const QString kFine = QStringLiteral("好的"), kHistory = QStringLiteral("测试记录");
 const QString kReady = QStringLiteral("准备好了，开始测试"), kGoOn = QStringLiteral("准备好了，继续测试");
+const QString kHeard = QStringLiteral("听到了"), kCancel = QStringLiteral("取消");
+
+constexpr std::chrono::seconds kSlow{5};
 
 /// Stored tests as the service gives them, newest last.
 std::string storedTests(int count) {
@@ -100,6 +103,9 @@ class Walk {
     script.shoot("selection-both");
     script.press(kEarphones);
     script.shoot("selection-both-earphones-refused");
+    script.press(kFine);
+    script.key(Qt::Key_Tab);
+    script.shoot("selection-by-keyboard");
   }
 
   static void plugAudiometer(ScreenshotScript& script) {
@@ -158,6 +164,9 @@ class Walk {
     script.press(kReady);
     script.run(4);
     script.shoot("right-ear-first-tone");
+    script.holdDown(kHeard);
+    script.shoot("right-ear-heard");
+    script.letGo(kHeard);
     script.run(50);
     script.shoot("right-ear");
     script.runUntilSeen(QStringLiteral("右耳测试结束"));
@@ -175,6 +184,8 @@ class Walk {
     script.pressAt({window.width() / 2, window.height() / 4});
     script.shoot(name + "-full-view");
     script.pressAt({window.width() / 2, window.height() / 2});
+    for (int page = 0; page < 3; ++page) script.key(Qt::Key_PageDown);
+    script.shoot(name + "-end");
     script.press(QStringLiteral("完成"));
   }
 
@@ -190,9 +201,9 @@ class Walk {
     ScreenshotScript script = openTest(kAudiometer);
     script.press(kReady);
     script.run(20);
-    script.press(QStringLiteral("取消"));
+    script.press(kCancel);
     script.shoot("end-confirmation");
-    script.press(QStringLiteral("取消"));
+    script.press(kCancel);
     script.devices().unplug();
     script.run(1);
     script.shoot("disconnected");
@@ -209,6 +220,10 @@ class Walk {
     script.press(kHistory);
     script.shoot("history-refused");
     script.press(kFine);
+    script.press(QStringLiteral("‹ 选择设备"));
+    script.answer("/user/acquireListenTest", std::nullopt, kSlow);
+    script.press(kHistory);
+    script.shoot("history-on-its-way");
     script.press(QStringLiteral("‹ 选择设备"));
     script.answer("/user/acquireListenTest", std::nullopt);
     script.press(kHistory);
@@ -230,6 +245,10 @@ class Walk {
     {
       ScreenshotScript script = open();
       plugAudiometer(script);
+      script.answer("/user/findSdkDeviceValue", std::nullopt, kSlow);
+      script.press(kAudiometer);
+      script.shoot("calibration-on-its-way");
+      script.press(kCancel);
       script.answer("/user/findSdkDeviceValue", std::nullopt);
       script.press(kAudiometer);
       script.shoot("calibration-unreachable");
@@ -250,7 +269,7 @@ class Walk {
 
   void resultsNotTaken() {
     ScreenshotScript script = openTest(kAudiometer);
-    script.answer("/user/sdkJonDiagnose2", std::nullopt, std::chrono::seconds(5));
+    script.answer("/user/sdkJonDiagnose2", std::nullopt, kSlow);
     script.press(kReady);
     script.runUntilSeen(QStringLiteral("右耳测试结束"));
     script.press(kGoOn);

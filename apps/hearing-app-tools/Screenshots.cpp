@@ -7,6 +7,7 @@
 
 #include <QtWidgets/QApplication>
 
+#include "hearing-app-tools/ScreenshotSheet.h"
 #include "hearing-app-tools/ScreenshotWalk.h"
 #include "hearing-app/OtherModes.h"
 
@@ -18,8 +19,10 @@ int takeThoseOf(const ScreenSize& screen, int& argc, char** argv, const std::str
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   setenv("QT_SCALE_FACTOR", std::to_string(screen.ratio).c_str(), 1);
   QApplication application(argc, argv);
-  walkForScreenshots(QString::fromStdString(folder), screen);
-  return 0;
+  const QString path = QString::fromStdString(folder);
+  walkForScreenshots(path, screen);
+  const QString name = QStringLiteral("/sheet.%1x%2.png").arg(screen.points.width()).arg(screen.points.height());
+  return screenshotSheet(path, screen).save(path + name) ? 0 : 1;
 }
 
 }  // namespace

@@ -7,6 +7,8 @@ int main(int argc, char** argv) {
   // Without a display, at one pixel per point, whatever the machine is set to.
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
   setenv("QT_SCALE_FACTOR", "1", 1);
+  setenv("FONTCONFIG_FILE", ORN_TEST_FONTS, 1);
+  setenv("TZ", "UTC", 1);
   testing::InitGoogleMock(&argc, argv);
   QApplication application(argc, argv);
   return RUN_ALL_TESTS();

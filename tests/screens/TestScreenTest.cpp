@@ -289,6 +289,11 @@ TEST(TestScreen, WithoutAudiometerThereIsNoSession) {
   EXPECT_EQ(told, 1);
   EXPECT_FALSE(script.button("左")) << "the test has a left item of its own";
   EXPECT_FALSE(script.sounds(6));
+  std::optional<Error> why;
+  const auto other =
+      ORNHearingTestViewController::initTestByPath(OutputPath::Audiometer, [&](auto error) { why = error; });
+  script.run();
+  EXPECT_TRUE(other && !other->test() && why) << "which the other way to make one tells";
   EXPECT_EQ(script.requests(), 0U);
 }
 
