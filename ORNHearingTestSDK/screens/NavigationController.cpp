@@ -140,7 +140,6 @@ void NavigationController::showTop() {
   }
   top->view()->setGeometry(0, contentTop(), container_->width(), container_->height() - contentTop());
   top->view()->show();
-  top->view()->raise();
   bar_->raise();
   updateBar();
   spoken_->changed();

@@ -167,6 +167,8 @@ class Walk {
     script.holdDown(kHeard);
     script.shoot("right-ear-heard");
     script.letGo(kHeard);
+    script.key(Qt::Key_Tab);
+    script.shoot("right-ear-by-keyboard");
     script.run(50);
     script.shoot("right-ear");
     script.runUntilSeen(QStringLiteral("右耳测试结束"));

@@ -73,6 +73,12 @@ TEST_F(ChessboardTest, MarksKeepTheirLevelsWhateverTheSizeAndWhenNothingIsDrawnY
     draw(fresh);
   }
   EXPECT_EQ(draw(fresh), image);
+  ChessboardView given;
+  given.setHzs(kFour);
+  given.setPointsArray({{125, 186}});
+  given.resize(320, 504);
+  draw(given);
+  EXPECT_EQ(given.pointsArray()[0], QPointF(125, 186)) << "where its host has put it";
 }
 
 TEST_F(ChessboardTest, TouchesSnapToTheNearestCell) {
