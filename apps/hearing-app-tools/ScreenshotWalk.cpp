@@ -167,8 +167,6 @@ class Walk {
     script.holdDown(kHeard);
     script.shoot("right-ear-heard");
     script.letGo(kHeard);
-    script.key(Qt::Key_Tab);
-    script.shoot("right-ear-by-keyboard");
     script.run(50);
     script.shoot("right-ear");
     script.runUntilSeen(QStringLiteral("右耳测试结束"));
@@ -203,6 +201,8 @@ class Walk {
     ScreenshotScript script = openTest(kAudiometer);
     script.press(kReady);
     script.run(20);
+    script.key(Qt::Key_Tab);
+    script.shoot("right-ear-by-keyboard");
     script.press(kCancel);
     script.shoot("end-confirmation");
     script.press(kCancel);
