@@ -106,6 +106,8 @@ class Walk {
     script.press(kFine);
     script.key(Qt::Key_Tab);
     script.shoot("selection-by-keyboard");
+    script.holdDown(kEarphones);
+    script.shoot("selection-pressed");
   }
 
   static void plugAudiometer(ScreenshotScript& script) {

@@ -113,7 +113,9 @@ TEST_F(ChessboardTest, OnlyTheEndOfATouchByMouseOrFingerCounts) {
   board.setEnabled(false);
   touch().press(1, cell);
   touch().release(1, cell);
-  EXPECT_EQ(touched, "1000hz 40db 4000hz 90db ");
+  board.setEnabled(true);
+  QTest::mouseClick(&board, Qt::LeftButton, {}, QPoint(60, 60));
+  EXPECT_EQ(touched, "1000hz 40db 4000hz 90db 500hz 15db ");
 
   auto closing = std::make_unique<ChessboardView>();
   closing->resize(320, 504);

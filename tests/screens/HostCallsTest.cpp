@@ -78,6 +78,10 @@ TEST_P(HostCalls, TellWhyNoTestOpens) {
   run(5);
   EXPECT_EQ(calls(), "") << "given up";
   EXPECT_FALSE(window->present(nullptr, window->navigation())) << "what a host may have in place of a test";
+  const auto own = NavigationController::initWithRootViewController(ORNSelectTypeViewController::init());
+  EXPECT_TRUE(window->present(own, window->navigation()));
+  EXPECT_TRUE(window->dismiss(own));
+  EXPECT_TRUE(own->screens().empty()) << "though the host still has it";
 }
 
 }  // namespace

@@ -67,6 +67,7 @@ TEST(ResultScreen, TapOpensTheAudiogramOverEverythingAndClosesItAfterAMoment) {
   script.key(Qt::Key_Space);
   script.key(Qt::Key_Tab);
   EXPECT_TRUE(full->hasFocus()) << "what it covers can't be reached";
+  EXPECT_EQ(script.spoken(), QStringList(full->accessibleName()));
   script.key(Qt::Key_Escape);
   EXPECT_FALSE(afterwards(1));
   script.key(Qt::Key_Space);
@@ -74,6 +75,8 @@ TEST(ResultScreen, TapOpensTheAudiogramOverEverythingAndClosesItAfterAMoment) {
   script.window->setStatusBarHeight(20);
   script.window->resize(400, 700);
   EXPECT_EQ(full->geometry(), QRect(0, 20, 400, 680)) << "beneath the device's own bar";
+  script.window->resize(1, 1);
+  EXPECT_EQ(full->geometry(), QRect(0, 20, 320, 460)) << "no window is smaller than a phone";
   script.window->setStatusBarHeight(0);
   script.window->resize(375, 667);
   script.key(Qt::Key_Escape);
@@ -206,6 +209,10 @@ TEST(HistoryScreen, TenThousandTestsMakeOnlyTheRowsInView) {
   script.key(Qt::Key_Return);
   script.run();
   EXPECT_TRUE(script.sees("您的右耳的平均听力损失为65分贝，")) << "the last but one";
+  script.clickAndWait("‹ 测试记录");
+  script.key(Qt::Key_Home);
+  for (int row = 0; row < 4; ++row) script.key(Qt::Key_Down);
+  EXPECT_EQ(bar->value(), 5 * 204 - table->viewport()->height()) << "the fifth row is in view, and no more";
 }
 
 TEST(HistoryScreen, LeavesATableThatIsEmptyAtTheNextReload) {

@@ -55,6 +55,7 @@ TEST_P(Rows, AreClosedWhileTheirCalibrationIsFetched) {
     for (int tap = 0; tap < 3; ++tap) click(kRows[row]);
     run(3);
     click(kRows[row]);
+    for (const Qt::Key one : {Qt::Key_Return, Qt::Key_Space}) key(one);
     EXPECT_EQ(requests(), round);
     run(3);
     EXPECT_EQ(title(), "选择设备");
@@ -89,7 +90,7 @@ TEST_P(Rows, SayWhatTakesAMomentAndLetItBeGivenUp) {
     EXPECT_TRUE(!button("取消") && cell->hasFocus());
     run(0.6);
   }
-  key(Qt::Key_Return);  // again at once
+  key(row == 0 ? Qt::Key_Return : Qt::Key_Space);  // again at once
   run(4.2);
   EXPECT_EQ(title(), "选择设备") << "what was given up opens no test";
   const std::size_t asked = requests();

@@ -257,6 +257,15 @@ TEST(TestScreen, WhenATestEndsItsDialogGoesAndALostDeviceIsStillTold) {
   }
 }
 
+TEST(TestScreen, ADeviceLostBeforeTheEndIsToldAfterIt) {
+  ScreensScript script;
+  script.openTest(0);
+  script.unplug();
+  script.test()->hearingTestDelegate()->completeWithLeftResult(*script.test()->test(), {}, {});
+  script.run();
+  EXPECT_TRUE(script.title() == "测试结果" && script.alert() == kDisconnected);
+}
+
 TEST(TestScreen, AToneThatDoesNotSoundIsToldOnceWithItsReason) {
   const std::pair<ToneMissingReason, QString> table[] = {
       {ToneMissingReason::Calibration, "没有测试设备的校准数据，无法进行测试"},
