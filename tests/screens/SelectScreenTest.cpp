@@ -1,6 +1,8 @@
 #include <QtGui/QKeyEvent>
+#include <QtWidgets/QScrollBar>
 
 #include <ORNHearingTestSDK/platform/AudioSession.h>
+#include <ORNHearingTestSDK/screens/TableView.h>
 
 #include "ScreensScript.h"
 
@@ -181,20 +183,20 @@ TEST(SelectScreen, SaysWhoIsTestedAndWhereToBuy) {
   QWidget* const buy = script.button(kBuy);
   script.click(kBuy);
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_A}) script.key(key);
-  EXPECT_EQ(senders, std::vector<QWidget*>(3, buy));
-  QImage heads[2];
+  script.window->resize(320, 480);
+  QScrollBar* bar = script.window->findChild<TableView*>()->verticalScrollBar();
+  EXPECT_GT(bar->maximum(), 0);
+  bar->setValue(bar->maximum());
+  script.click(kBuy);
+  script.window->resize(375, 667);
+  EXPECT_EQ(senders, std::vector<QWidget*>(4, buy));
   script.machine.userDefaults->removeValue("USERNAME");
-  for (const bool isWoman : {false, true}) {
-    script.machine.userDefaults->setValue("USERSEX", isWoman);
-    script.window->navigation()->push(ORNSelectTypeViewController::init());
-    script.run();
-    EXPECT_TRUE(script.sees("(null)"));
-    heads[isWoman] = script.window->grab(QRect(140, 90, 95, 95)).toImage();
-  }
-  EXPECT_NE(heads[0], heads[1]);
+  script.window->navigation()->push(ORNSelectTypeViewController::init());
+  script.run();
+  EXPECT_TRUE(script.sees("(null)"));
 }
 
-TEST(SelectScreen, ShowsADevicesPictureAndTheControlThatHasTheKeyboard) {
+TEST(SelectScreen, ShowsTheControlThatHasTheKeyboard) {
   ScreensScript script;
   const auto isFramed = [](QWidget& control) {
     const QImage pixels = control.grab().toImage();
@@ -203,11 +205,6 @@ TEST(SelectScreen, ShowsADevicesPictureAndTheControlThatHasTheKeyboard) {
   };
   for (const QString& name : {kRows[0], kRows[1], kBuy}) {
     QWidget& control = *script.button(name);
-    QImage picture =
-        control.grab(QRect(20, control.height() / 2 - 20, 44, 40)).toImage();  // of a row, within its frame
-    const QImage drawn = picture;
-    picture.fill(drawn.pixelColor(0, 0));
-    EXPECT_TRUE(name == kBuy || drawn != picture) << "its picture";
     EXPECT_FALSE(isFramed(control));
     script.key(Qt::Key_Tab);
     EXPECT_TRUE(control.hasFocus() && isFramed(control)) << name.toStdString();
