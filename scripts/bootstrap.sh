@@ -12,7 +12,7 @@ packages=(
   # the programs
   libcli11-dev libmicrohttpd-dev libsqlite3-dev
   # the screens and their images
-  fonts-wqy-microhei librsvg2-bin qt6-base-dev qt6-svg-dev
+  fonts-dejavu-core fonts-wqy-microhei librsvg2-bin qt6-base-dev qt6-svg-dev
   # tests
   curl libgmock-dev libgtest-dev openssl poppler-utils
   # an X server and a bus for screen readers, for the tests
