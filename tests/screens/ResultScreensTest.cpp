@@ -228,9 +228,9 @@ TEST(HistoryScreen, LeavesATableThatIsEmptyAtTheNextReload) {
 /// Pictures of screens with all their parts and an alert, in a host with this palette and style sheet.
 std::vector<QImage> picturesOn(const QPalette& palette, const QString& styleSheet) {
   QApplication::setPalette(palette);
-  qApp->setStyleSheet(styleSheet);
   std::vector<QImage> pictures;
   ScreensScript script;
+  qApp->setStyleSheet(styleSheet);  // some of the screens are there by then
   const auto shootAfter = [&](double seconds) {
     script.run(seconds);
     pictures.push_back(script.window->grab().toImage());

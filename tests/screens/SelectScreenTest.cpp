@@ -188,6 +188,9 @@ TEST(SelectScreen, SaysWhoIsTestedAndWhereToBuy) {
   EXPECT_GT(bar->maximum(), 0);
   bar->setValue(bar->maximum());
   script.click(kBuy);
+  script.window->resize(1280, 800);
+  const QWidget* row = script.button(kRows[0]);
+  EXPECT_EQ(row->mapTo(script.window.get(), QPoint(0, 0)).x(), (1280 - row->width()) / 2) << "in the middle";
   script.window->resize(375, 667);
   EXPECT_EQ(senders, std::vector<QWidget*>(4, buy));
   script.machine.userDefaults->removeValue("USERNAME");

@@ -294,6 +294,10 @@ TEST(TestScreen, WithoutAudiometerThereIsNoSession) {
   EXPECT_EQ(screen->rightChessView()->geometry(), QRect(0, 0, 375, 667)) << "beneath a bar that hides what it covers";
   script.click(kReady);
   script.click(script.heardButton());
+  for (const bool isThere : {false, true}) {
+    screen->setDragButtonEnable(isThere);
+    EXPECT_EQ(script.heardButton() != nullptr, isThere);
+  }
   script.click("右");
   EXPECT_EQ(told, 1);
   EXPECT_FALSE(script.button("左")) << "the test has a left item of its own";
