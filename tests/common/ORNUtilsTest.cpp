@@ -21,8 +21,9 @@ TEST(ORNUtils, ValidatesAddressesAndNumbers) {
   };
   expect(ORNUtils::validateEmail, true, {"a@b.cn", "first.last+tag%x_y-z@mail.example.info", "a@-..com", "A@B.CoM"});
   expect(ORNUtils::validateEmail, false, {"", "@b.cn", "a@.cn", "a@b", "a@b.c", "a@b.cloud", "a@b.c1", "a@@b.cn"});
-  expect(ORNUtils::isMobileNumber, true, {"8613800000000", "13800000000", "1abcdefghij", "1左右左右左右左右左右"});
-  expect(ORNUtils::isMobileNumber, false, {"", "861", "23800000000", "861380000000", "8513800000000", "1😀😀😀"});
+  expect(ORNUtils::isMobileNumber, true,
+         {"8613800000000", "13800000000", "1abcdefghij", "1左右左右左右左右左右", "1😀😀😀😀😀"});
+  expect(ORNUtils::isMobileNumber, false, {"", "861", "23800000000", "861380000000", "8513800000000"});
 }
 
 TEST(ORNUtils, EscapesAndJson) {
@@ -34,7 +35,7 @@ TEST(ORNUtils, EscapesAndJson) {
     EXPECT_EQ(ORNUtils::decodeString(broken), std::nullopt) << broken;
   }
   nlohmann::json deep;
-  for (int i = 0; i < 100; ++i) deep = nlohmann::json::array({deep});
+  for (int i = 0; i < 65; ++i) deep = nlohmann::json::array({deep});
   for (const auto& bad : std::vector<nlohmann::json>{1, {{"a", NAN}}, {{"a", "\xFF"}}, deep}) {
     EXPECT_EQ(ORNUtils::objectToJSON(bad), std::nullopt);
   }

@@ -34,7 +34,7 @@ TEST(PropertyList, KeepsJsonValues) {
        {json(true), json(std::numeric_limits<std::int64_t>::min()), json(0.1), json(5e-324), json(123456789012345678.0),
         json(3.0), json(""), json("  space \t\r\n "), json("<&>\"'&amp;]]><!-- -->"), json("\u597d\U0001F600"),
         json::array(), json::object(),
-        json{{"", "empty key"}, {"a<&>\"b", 1}, {"\u597d", json::array({json::object()})}}, kSample, nested(60)}) {
+        json{{"", "empty key"}, {"a<&>\"b", 1}, {"\u597d", json::array({json::object()})}}, kSample, nested(63)}) {
     const json dictionary = {{"value", value}};
     SCOPED_TRACE(value);
     const json back = read(propertyListOf(dictionary).value()).value();
@@ -46,7 +46,7 @@ TEST(PropertyList, KeepsJsonValues) {
 TEST(PropertyList, RefusesWhatItHasNoFormFor) {
   for (const json& value :
        {json(), json("a\0b"s), json("\x01"), json("\x1F"), json("\xFF"), json("\xED\xA0\x80"), json{{"a\x02", 1}},
-        json{{"a\0"s, 1}}, json{{"\xFF", 1}}, json(std::numeric_limits<std::uint64_t>::max()), nested(100)}) {
+        json{{"a\0"s, 1}}, json{{"\xFF", 1}}, json(std::numeric_limits<std::uint64_t>::max()), nested(64)}) {
     EXPECT_FALSE(propertyListOf({{"value", value}})) << value.type_name();
     EXPECT_FALSE(propertyListOf({{"list", json::array({1, value})}})) << value.type_name();
   }
