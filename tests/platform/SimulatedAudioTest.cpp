@@ -91,6 +91,7 @@ TEST_F(SimulatedAudio, SoundThatIsHeldBackIsSilentAndGoesOnFromWhereItWas) {
   EXPECT_EQ(output_->lapses(), 1U) << "one, whatever sounds";
 
   output_->setHeldBack(true);
+  queue.enqueue({100});
   EXPECT_EQ(output_->lapses(), 1U) << "nothing sounds";
   EXPECT_EQ(later->play(), std::errc::device_or_resource_busy);
   EXPECT_EQ(output_->lapses(), 2U);
