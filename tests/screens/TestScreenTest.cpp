@@ -79,7 +79,14 @@ TEST(ScreenReader, TellsWhatIsSeenFromTheTopDown) {
   ScreensScript script;
   EXPECT_EQ(script.spoken().value(0), "选择设备");
   EXPECT_FALSE(script.spoken().filter(kRows[0]).isEmpty());
+  static int comings, goings;
+  const auto before = QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+    comings += event->type() == QAccessible::ObjectCreated;
+    goings += event->type() == QAccessible::ObjectDestroyed;
+  });
   script.openTest(0);
+  QAccessible::installUpdateHandler(before);
+  EXPECT_TRUE(!QAccessible::isActive() || (comings > 0 && goings > 0)) << "a reader keeps what it was told";
   EXPECT_EQ(script.spoken().value(0), "操作提示") << "and nothing beneath the alert";
   EXPECT_TRUE(script.spoken().filter("听力图").isEmpty() && script.spoken().contains(kReady));
   const QAccessibleInterface* window = QAccessible::queryAccessibleInterface(script.window.get());
