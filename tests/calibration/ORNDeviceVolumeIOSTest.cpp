@@ -47,7 +47,9 @@ TEST(ORNDeviceVolumeIOS, GivesEveryFieldBackAndTheLevelsDeciphered) {
   sent["unknown"] = "ignored";
   const auto record = recordOf(sent);
   EXPECT_EQ(record->toDictionary(), plain);
-  EXPECT_EQ(record->valueForKey("systemVolume"), "7");
+  for (const auto& [key, text] : {std::pair("systemVolume", "7"), {"correctName", "phone"}, {"earplugModel", "2"}}) {
+    EXPECT_EQ(record->valueForKey(key), text);
+  }
   EXPECT_EQ(record->valueForKey("s750"), 0) << "is no key";
   for (const char* key : {"base", "batch", "ear", "earPath", "id", "mac", "s500"}) {
     EXPECT_EQ(record->valueForKey(key), plain[key]) << key;

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <ORNHearingTestSDK/engine/ORNAutoHearingTest.h>
+
 #include "SessionScript.h"
 
 namespace orn {
@@ -52,6 +54,8 @@ TEST(AutoPress, CountsAnyTimeWithinTheToneAndOnce) {
   for (const double at : {4.001, 7.999}) EXPECT_EQ(traceWith("NNN", at, press), heard) << at;
   // Again in the first tone, before it, and between two frequencies.
   for (const double at : {6.0, 2.0, 16.5}) EXPECT_EQ(traceWith("HNN", at, press), heard) << at;
+  const auto tick = [](AutoTest& test) { dynamic_cast<ORNAutoHearingTest&>(*test.session).timerUpdate(); };
+  EXPECT_EQ(traceWith("NNN", 6, tick)[1], "6 R 1000hz 50db") << "a tick of the host's";
 }
 
 TEST(AutoPause, CutsTheToneShortAndJudgesItAtTheNextContinue) {

@@ -83,6 +83,7 @@ TEST(StandardRetest, GivesTheValueOf1000HzInAResultOfSevenKeysWhateverTheListOfT
     EXPECT_EQ(left.front(), "404 L 1000hz 60db") << "the clock of the first ear has ended";
     EXPECT_THAT(left.back(), testing::EndsWith(" complete L" + whole + " R" + whole));
     EXPECT_THAT(test.submissions(), SizeIs(1));
+    EXPECT_EQ(test.session->hzs().at(4), "1000hz_re");
   }
 }
 
