@@ -106,6 +106,8 @@ class Walk {
     script.press(kFine);
     script.key(Qt::Key_Tab);
     script.shoot("selection-by-keyboard");
+    for (int control = 0; control < 2; ++control) script.key(Qt::Key_Tab);
+    script.shoot("selection-shop-by-keyboard");
     script.holdDown(kEarphones);
     script.shoot("selection-pressed");
   }

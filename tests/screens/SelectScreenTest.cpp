@@ -199,20 +199,5 @@ TEST(SelectScreen, SaysWhoIsTestedAndWhereToBuy) {
   EXPECT_TRUE(script.sees("(null)"));
 }
 
-TEST(SelectScreen, ShowsTheControlThatHasTheKeyboard) {
-  ScreensScript script;
-  const auto isFramed = [](QWidget& control) {
-    const QImage pixels = control.grab().toImage();
-    const QColor edge = pixels.pixelColor(pixels.width() / 2, 1);
-    return edge.green() - edge.red() > 40;
-  };
-  for (const QString& name : {kRows[0], kRows[1], kBuy}) {
-    QWidget& control = *script.button(name);
-    EXPECT_FALSE(isFramed(control));
-    script.key(Qt::Key_Tab);
-    EXPECT_TRUE(control.hasFocus() && isFramed(control)) << name.toStdString();
-  }
-}
-
 }  // namespace
 }  // namespace orn
