@@ -4,7 +4,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/build.sh release hearing-app
 rm -rf build/shots
-FONTCONFIG_FILE=$PWD/tests/screens/fonts.conf TZ=UTC \
+# With the tests' fonts, whatever the machine is set to.
+env -i HOME="$HOME" FONTCONFIG_FILE="$PWD/tests/screens/fonts.conf" TZ=UTC \
   build/release/bin/hearing-app --screenshots build/shots --screen 375x667
 mkdir -p docs/images
 for name in selection-both right-ear result; do

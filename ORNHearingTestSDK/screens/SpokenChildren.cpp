@@ -55,7 +55,7 @@ SpokenChildren::SpokenChildren(QWidget* widget, std::function<QWidgetList()> chi
 void SpokenChildren::changed() {
   const QWidgetList children = now();
   // A reader that is started later finds these, and is to be told when they go.
-  const auto before = std::exchange(told_, {children.begin(), children.end()});
+  const auto before = std::exchange(last_, {children.begin(), children.end()});
   if (!QAccessible::isActive()) return;
   for (const QPointer<QWidget>& one : before) {
     if (one && !children.contains(one)) tell(one, QAccessible::ObjectDestroyed);

@@ -24,7 +24,7 @@ class SpokenChildren : public QObject {
  private:
   std::function<QWidgetList()> children_;
   QAccessible::Role role_;
-  QList<QPointer<QWidget>> told_;
+  QList<QPointer<QWidget>> last_;  // those of the last call
 };
 
 }  // namespace orn

@@ -23,7 +23,7 @@ const QString kFine = QStringLiteral("好的"), kHistory = QStringLiteral("测�
 const QString kReady = QStringLiteral("准备好了，开始测试"), kGoOn = QStringLiteral("准备好了，继续测试");
 const QString kHeard = QStringLiteral("听到了"), kCancel = QStringLiteral("取消");
 
-constexpr std::chrono::seconds kSlow{5};
+constexpr std::chrono::seconds kSlow{5};  // a reply that is still on its way when the picture is taken
 
 /// Stored tests as the service gives them, newest last.
 std::string storedTests(int count) {

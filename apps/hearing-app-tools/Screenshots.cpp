@@ -1,6 +1,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
 #include <system_error>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -21,8 +22,10 @@ int takeThoseOf(const ScreenSize& screen, int& argc, char** argv, const std::str
   QApplication application(argc, argv);
   const QString path = QString::fromStdString(folder);
   walkForScreenshots(path, screen);
-  const QString name = QStringLiteral("/sheet.%1x%2.png").arg(screen.points.width()).arg(screen.points.height());
-  return screenshotSheet(path, screen).save(path + name) ? 0 : 1;
+  const QSize size = screen.pixels();
+  const QString sheet = QStringLiteral("%1/sheet.%2x%3.png").arg(path).arg(size.width()).arg(size.height());
+  if (!screenshotSheet(path, screen).save(sheet)) throw std::runtime_error("can't write " + sheet.toStdString());
+  return 0;
 }
 
 }  // namespace

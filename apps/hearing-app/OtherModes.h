@@ -30,8 +30,8 @@ struct ScreenSize {
   QSize pixels() const { return points * ratio; }
 };
 
-/// Saves every screen and dialog as PNG in a folder, at each of these sizes; makes its own QApplication. Returns the
-/// program's exit code; throws a std::exception on a failure.
+/// Saves every screen and dialog as PNG in a folder, at each of these sizes, and a sheet of all pictures of a size that
+/// are there; makes its own QApplication. Returns the program's exit code; throws a std::exception on a failure.
 int takeScreenshots(int& argc, char** argv, const std::string& folder, const std::vector<ScreenSize>& screens);
 
 }  // namespace orn

@@ -129,10 +129,11 @@ int run(int& argc, char** argv) {
                                 "Brings its own service, a simulated audiometer and earphones, and a panel for them")
                        ->excludes(host);
   app.add_flag("--end-at-first-frame", options.endsAtFirstFrame)->needs(simulate)->group("");  // for measurements
-  auto* screenshots = app.add_option("--screenshots", options.screenshots,
-                                     "Saves every screen and dialog as PNG in this folder, and exits")
-                          ->option_text("DIR")
-                          ->excludes(simulate);
+  auto* screenshots =
+      app.add_option("--screenshots", options.screenshots,
+                     "Saves every screen and dialog as PNG in this folder, and a sheet of them, and exits")
+          ->option_text("DIR")
+          ->excludes(simulate);
   app.add_option("--screen", options.screens,
                  "A size for them in points, with pixels per point; may be given several times")
       ->check(checkScreen)

@@ -166,8 +166,6 @@ TEST(HistoryScreen, SaysWhatTakesAMomentAndNothingOnceItIsClosedOrThereIsNoUser)
 }
 
 TEST(HistoryScreen, RowsTellScoresAndTimeAndOpenTheirTest) {
-  setenv("TZ", "UTC", 1);
-  tzset();
   ScreensScript script;
   auto reply = nlohmann::json::parse(historyReply(2));
   for (const char* key : {"right500hz", "right1000hz", "right2000hz", "right4000hz"}) {
